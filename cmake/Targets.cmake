@@ -1,0 +1,25 @@
+# What every target of this project has in common.
+
+# Compiles strictly, sees headers from the project's root, and shows only the symbols that are exported on purpose.
+function(morvane_target name)
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  if(MSVC)
+    target_compile_options(${name} PRIVATE /W4 $<$<BOOL:${MORVANE_WERROR}>:/WX>)
+  else()
+    target_compile_options(${name} PRIVATE
+      -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+      -Wold-style-cast $<$<BOOL:${MORVANE_WERROR}>:-Werror>)
+  endif()
+endfunction()
+
+# One test program a folder: morvane_tests(psd libraries... SOURCES files...).
+function(morvane_tests folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
+  add_executable(${folder}_tests ${ARG_SOURCES})
+  morvane_target(${folder}_tests)
+  target_link_libraries(${folder}_tests PRIVATE ${ARG_UNPARSED_ARGUMENTS} GTest::gtest GTest::gtest_main)
+  target_compile_definitions(${folder}_tests PRIVATE
+    MORVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}" MORVANE_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  gtest_discover_tests(${folder}_tests TEST_PREFIX "${folder}/" DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 300)
+endfunction()
