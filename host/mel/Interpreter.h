@@ -1,0 +1,69 @@
+#ifndef MORVANE_HOST_MEL_INTERPRETER_H_
+#define MORVANE_HOST_MEL_INTERPRETER_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/mel/Value.h"
+
+namespace host::mel {
+
+// Where in which text something went wrong. Lines and columns count from 1; line 0 is "nowhere in
+// particular".
+struct Failure {
+  std::string origin;
+  int line = 0;
+  int column = 0;
+  std::string text;
+
+  std::string describe() const;  // "scene.ma:3:14: no object named 'x'"
+};
+
+// What running a text came to: the value of its last command, or why it stopped.
+struct Outcome {
+  bool ok = true;
+  Value value;
+  Failure failure;
+};
+
+// Runs command-language text. Variables declared outside procedures and the procedures themselves
+// live until the process ends; everything else lives for one call. Calls nest: a plug-in's command
+// may run text.
+class Interpreter {
+ public:
+  static Interpreter& current();
+
+  // Nothing is reported: the caller shows the failure, or does not. `origin` names the text in
+  // failures.
+  Outcome execute(std::string_view text, const std::string& origin);
+
+  // Finds a script (see `findScript`) and runs it.
+  Outcome executeFile(const std::string& name);
+
+  bool isProcedure(const std::string& name) const;
+
+  // Folder against which relative names in scripts resolve: absolute, the caller's.
+  void setCallerFolder(const std::string& folder);
+  const std::string& callerFolder() const;
+
+  // Searched for scripts after the caller's folder and before MAYA_SCRIPT_PATH.
+  void addScriptFolder(const std::string& folder);
+
+  // The path of a script: `name` itself when it is a path to a file (relative to the caller's
+  // folder), else the first of the script folders that has it, ".mel" being added when needed.
+  // Empty when there is none.
+  std::string findScript(const std::string& name) const;
+
+ private:
+  friend class Evaluator;
+  struct State;
+  Interpreter();
+  ~Interpreter();
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace host::mel
+
+#endif  // MORVANE_HOST_MEL_INTERPRETER_H_
