@@ -1,0 +1,67 @@
+#include "util/ReplaceFile.h"
+
+#include <cstring>
+
+#include "util/ReplaceFileTarget.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr std::size_t kBufferSize = 64 * 1024;
+
+}  // namespace
+
+FileReplacer::FileReplacer() = default;
+FileReplacer::~FileReplacer() = default;
+
+bool FileReplacer::open(const char* path) {
+  path_ = path ? path : "";
+  target_ = std::make_unique<Target>();
+  buffer_ = std::make_unique<std::uint8_t[]>(kBufferSize);
+  const std::string reason = target_->open(path_);
+  return reason.empty() || fail(reason);
+}
+
+bool FileReplacer::append(const void* bytes, std::size_t size) {
+  if (!target_) return false;
+  if (size > kBufferSize - buffered_ && !flush()) return false;
+  const auto* const from = static_cast<const std::uint8_t*>(bytes);
+  if (size >= kBufferSize) return write(from, size);
+  if (size != 0) std::memcpy(buffer_.get() + buffered_, from, size);
+  buffered_ += size;
+  return true;
+}
+
+bool FileReplacer::commit() {
+  if (!target_ || !flush()) return false;
+  const std::string reason = target_->commit();
+  if (!reason.empty()) return fail(reason);
+  target_.reset();
+  return true;
+}
+
+bool FileReplacer::flush() {
+  const std::size_t size = buffered_;
+  buffered_ = 0;
+  return write(buffer_.get(), size);
+}
+
+bool FileReplacer::write(const std::uint8_t* bytes, std::size_t size) {
+  while (size != 0) {
+    std::string reason;
+    const std::size_t written = target_->write(bytes, size, reason);
+    if (written == 0) return fail(reason);
+    bytes += written;
+    size -= written;
+  }
+  return true;
+}
+
+bool FileReplacer::fail(const std::string& reason) {
+  error_ = "cannot write " + path_ + ": " + reason;
+  target_.reset();  // removes the temporary file
+  return false;
+}
+
+}  // namespace morvane

@@ -1,0 +1,100 @@
+#ifdef _WIN32
+
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <system_error>
+
+#include "util/ReplaceFileTarget.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr int kMaxNames = 1000;
+constexpr std::size_t kMaxWrite = std::size_t{1} << 30;
+
+std::string lastReason() {
+  return std::system_category().message(static_cast<int>(GetLastError()));
+}
+
+// The file that a symbolic link names; the path itself when it is none or cannot be followed.
+std::string resolved(const std::string& path) {
+  const HANDLE file = CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return path;
+  char text[4096];
+  const DWORD length = GetFinalPathNameByHandleA(file, text, sizeof text, FILE_NAME_NORMALIZED);
+  CloseHandle(file);
+  return length > 0 && length < sizeof text ? std::string(text, length) : path;
+}
+
+}  // namespace
+
+FileReplacer::Target::~Target() {
+  if (file_) CloseHandle(file_);
+  if (!temporaryPath_.empty()) DeleteFileA(temporaryPath_.c_str());
+}
+
+std::string FileReplacer::Target::open(const std::string& path) {
+  const DWORD link = GetFileAttributesA(path.c_str());
+  const bool isLink = link != INVALID_FILE_ATTRIBUTES && (link & FILE_ATTRIBUTE_REPARSE_POINT);
+  targetPath_ = isLink ? resolved(path) : path;
+  const DWORD attributes = GetFileAttributesA(targetPath_.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES) {
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) return "Is a directory";
+    if (attributes & FILE_ATTRIBUTE_READONLY) return "Permission denied";
+  }
+  return createTemporary();
+}
+
+std::string FileReplacer::Target::createTemporary() {
+  static std::atomic<unsigned> counter{0};
+  const std::size_t nameStart = targetPath_.find_last_of("/\\:") + 1;  // 0 when there is none
+  for (int attempt = 0; attempt < kMaxNames; ++attempt) {
+    char name[64];
+    std::snprintf(name, sizeof name, "morvane-%lx-%x.tmp", GetCurrentProcessId(), counter++);
+    const std::string path = targetPath_.substr(0, nameStart) + name;
+    const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+      file_ = file;
+      temporaryPath_ = path;
+      return std::string();
+    }
+    if (GetLastError() != ERROR_FILE_EXISTS) break;
+  }
+  return lastReason();
+}
+
+std::size_t FileReplacer::Target::write(const std::uint8_t* bytes, std::size_t size,
+                                        std::string& reason) {
+  DWORD written = 0;
+  const DWORD wanted = static_cast<DWORD>(std::min(size, kMaxWrite));
+  if (WriteFile(file_, bytes, wanted, &written, nullptr) && written > 0) return written;
+  reason = lastReason();
+  return 0;
+}
+
+// ReplaceFile keeps the attributes and access rights of the file that is replaced; a file that does
+// not exist yet is moved into place instead.
+std::string FileReplacer::Target::commit() {
+  if (!FlushFileBuffers(file_)) return lastReason();
+  const HANDLE file = file_;
+  file_ = nullptr;
+  if (!CloseHandle(file)) return lastReason();
+  const bool exists = GetFileAttributesA(targetPath_.c_str()) != INVALID_FILE_ATTRIBUTES;
+  const BOOL moved =
+      exists ? ReplaceFileA(targetPath_.c_str(), temporaryPath_.c_str(), nullptr,
+                            REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
+             : MoveFileExA(temporaryPath_.c_str(), targetPath_.c_str(), MOVEFILE_WRITE_THROUGH);
+  if (!moved) return lastReason();
+  temporaryPath_.clear();
+  return std::string();
+}
+
+}  // namespace morvane
+
+#endif  // _WIN32
