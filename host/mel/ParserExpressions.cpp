@@ -1,0 +1,318 @@
+#include "host/mel/Numbers.h"
+#include "host/mel/Parser.h"
+#include "host/mel/ParserImpl.h"
+#include "host/mel/Text.h"
+
+namespace host::mel {
+namespace {
+
+using Kind = Node::Kind;
+using TokenKind = Token::Kind;
+
+constexpr int kUnknownOperator = 0;
+
+int precedence(const Token& token) {
+  static constexpr struct {
+    std::string_view symbol;
+    int precedence;
+  } kOperators[] = {{"||", 1}, {"&&", 2}, {"==", 3}, {"!=", 3}, {"<", 4}, {">", 4}, {"<=", 4},
+                    {">=", 4}, {"+", 5},  {"-", 5},  {"*", 6},  {"/", 6}, {"%", 6}};
+  if (token.kind == TokenKind::kSymbol) {
+    for (const auto& known : kOperators) {
+      if (token.text == known.symbol) {
+        return known.precedence;
+      }
+    }
+  }
+  return kUnknownOperator;
+}
+
+bool isAssignment(const Token& token) {
+  return token.isSymbol("=") || token.isSymbol("+=") || token.isSymbol("-=") ||
+         token.isSymbol("*=") || token.isSymbol("/=") || token.isSymbol("%=");
+}
+
+bool isVariable(const Node& node) {
+  return node.kind == Kind::kVariable || node.kind == Kind::kElement;
+}
+
+}  // namespace
+
+NodePtr Parser::parseExpression() {
+  if (nesting_ >= kMaxNesting) {
+    return fail(token_.offset, "too deeply nested");
+  }
+  ++nesting_;
+  NodePtr expression = parseChoice();
+  if (expression != nullptr && isAssignment(token_)) {
+    expression = parseAssignment(std::move(expression));
+  }
+  --nesting_;
+  return expression;
+}
+
+NodePtr Parser::parseAssignment(NodePtr target) {
+  if (!isVariable(*target)) {
+    return fail(target->offset, "only a variable can be assigned to");
+  }
+  const Token symbol = take();
+  const std::size_t offset = target->offset;
+  NodePtr value = parseExpression();
+  if (value == nullptr) {
+    return nullptr;
+  }
+  NodePtr node = make(Kind::kAssign, offset, std::move(target), std::move(value));
+  if (node != nullptr) {
+    node->text = std::string(symbol.text.substr(0, symbol.text.size() - 1));
+  }
+  return node;
+}
+
+NodePtr Parser::parseChoice() {
+  NodePtr condition = parseBinary(1);
+  if (condition == nullptr || !token_.isSymbol("?")) {
+    return condition;
+  }
+  NodePtr node = make(Kind::kChoice, take().offset, std::move(condition));
+  const bool complete = node != nullptr && add(*node, parseExpression()) && expect(":") &&
+                        add(*node, parseExpression());
+  return complete ? std::move(node) : nullptr;
+}
+
+NodePtr Parser::parseBinary(int lowest) {
+  NodePtr left = parseUnary();
+  while (left != nullptr && precedence(token_) >= lowest) {
+    const int own = precedence(token_);
+    const Token symbol = take();
+    NodePtr right = parseBinary(own + 1);
+    if (right == nullptr) {
+      return nullptr;
+    }
+    left = make(Kind::kBinary, symbol.offset, std::move(left), std::move(right));
+    if (left != nullptr) {
+      left->text = std::string(symbol.text);
+    }
+  }
+  return left;
+}
+
+NodePtr Parser::parseUnary() {
+  const bool step = token_.isSymbol("++") || token_.isSymbol("--");
+  if (!step && !token_.isSymbol("-") && !token_.isSymbol("!") && !token_.isSymbol("+")) {
+    return parsePostfix();
+  }
+  if (nesting_ >= kMaxNesting) {
+    return fail(token_.offset, "too deeply nested");
+  }
+  ++nesting_;
+  const Token symbol = take();
+  NodePtr operand = parseUnary();
+  --nesting_;
+  if (operand == nullptr || symbol.isSymbol("+")) {
+    return operand;
+  }
+  if (step && !isVariable(*operand)) {
+    return fail(symbol.offset, "only a variable can be stepped");
+  }
+  NodePtr node = make(step ? Kind::kStep : Kind::kUnary, symbol.offset, std::move(operand));
+  if (node != nullptr) {
+    node->text = std::string(symbol.text);
+    node->literal = Value(1);
+  }
+  return node;
+}
+
+NodePtr Parser::parsePostfix() {
+  NodePtr operand = parsePrimary();
+  if (operand != nullptr && token_.isSymbol("[")) {
+    operand = parseElements(std::move(operand));
+  }
+  if (operand != nullptr && isVariable(*operand) &&
+      (token_.isSymbol("++") || token_.isSymbol("--"))) {
+    const Token symbol = take();
+    NodePtr node = make(Kind::kStep, symbol.offset, std::move(operand));
+    if (node != nullptr) {
+      node->text = std::string(symbol.text);
+    }
+    return node;
+  }
+  return operand;
+}
+
+NodePtr Parser::parseElements(NodePtr array) {
+  while (array != nullptr && token_.isSymbol("[")) {
+    const std::size_t offset = take().offset;
+    NodePtr index = parseExpression();
+    if (index == nullptr || !expect("]")) {
+      return nullptr;
+    }
+    array = make(Kind::kElement, offset, std::move(array), std::move(index));
+  }
+  return array;
+}
+
+NodePtr Parser::parsePrimary() {
+  switch (token_.kind) {
+    case TokenKind::kNumber:
+      return parseNumber();
+    case TokenKind::kString:
+      return parseString();
+    case TokenKind::kVariable:
+      return parseVariable();
+    case TokenKind::kName:
+      return parseName();
+    default:
+      break;
+  }
+  if (token_.isSymbol("(")) {
+    return parseParenthesised();
+  }
+  if (token_.isSymbol("{")) {
+    return parseArrayLiteral();
+  }
+  if (token_.isSymbol("`")) {
+    return parseBackQuoted();
+  }
+  return failAtToken("a value");
+}
+
+NodePtr Parser::parseNumber() {
+  const Token token = take();
+  NodePtr node = make(Kind::kLiteral, token.offset);
+  if (const auto integer = parseInteger(token.text)) {
+    node->literal = Value(*integer);
+  } else {
+    node->literal = Value(mel::parseNumber(token.text).value_or(0.0));
+  }
+  return node;
+}
+
+NodePtr Parser::parseString() {
+  const Token token = take();
+  NodePtr node = make(Kind::kLiteral, token.offset);
+  std::string text;
+  appendUnescaped(text, token.text);
+  node->literal = Value(std::move(text));
+  return node;
+}
+
+NodePtr Parser::parseVariable() {
+  const Token token = take();
+  NodePtr node = make(Kind::kVariable, token.offset);
+  node->text = std::string(token.text);
+  return node;
+}
+
+// An expression in parentheses, or a cast such as (string)$x.
+NodePtr Parser::parseParenthesised() {
+  const std::size_t offset = take().offset;
+  const bool named = token_.isName("int") || token_.isName("float") || token_.isName("string");
+  if (named && lexer_.expressionToken(token_.end).isSymbol(")")) {
+    Value::Type type = Value::Type::kNone;
+    if (!takeType(type) || !expect(")")) {
+      return nullptr;
+    }
+    NodePtr cast = make(Kind::kCast, offset, parseUnary());
+    if (cast != nullptr) {
+      cast->type = type;
+    }
+    return cast;
+  }
+  NodePtr inner = parseExpression();
+  return inner != nullptr && expect(")") ? std::move(inner) : nullptr;
+}
+
+// true and false in their spellings, a call such as size($x), or a cast such as int($x).
+NodePtr Parser::parseName() {
+  const Token name = token_;
+  if (!lexer_.expressionToken(name.end).isSymbol("(")) {
+    const auto truth = parseTruth(name.text);
+    if (!truth) {
+      return failAtToken("a value");
+    }
+    take();
+    NodePtr node = make(Kind::kLiteral, name.offset);
+    node->literal = Value::ofTruth(*truth);
+    return node;
+  }
+  take();
+  take();
+  NodePtr call = make(Kind::kCommand, name.offset);
+  call->text = std::string(name.text);
+  if (parseArguments(*call, ")") == nullptr) {
+    return nullptr;
+  }
+  return std::move(call);
+}
+
+// Expressions with commas between them, up to and including `close`. Not null when all went well:
+// the last argument's node stands in `parent`, so what comes back only tells success.
+NodePtr Parser::parseArguments(Node& parent, std::string_view close) {
+  while (!accept(close)) {
+    if (!add(parent, parseExpression()) || (!token_.isSymbol(close) && !expect(","))) {
+      return nullptr;
+    }
+  }
+  return make(Kind::kSequence, parent.offset);
+}
+
+NodePtr Parser::parseArrayLiteral() {
+  NodePtr array = make(Kind::kArrayLiteral, take().offset);
+  return parseArguments(*array, "}") != nullptr ? std::move(array) : nullptr;
+}
+
+NodePtr Parser::parseBackQuoted() {
+  take();
+  if (token_.kind != TokenKind::kName) {
+    return failAtToken("a command");
+  }
+  NodePtr command = parseCommand(true);
+  return command != nullptr && expect("`") ? std::move(command) : nullptr;
+}
+
+NodePtr Parser::parseCommand(bool backQuoted) {
+  const Token name = take();
+  NodePtr command = make(Kind::kCommand, name.offset);
+  command->text = std::string(name.text);
+  for (bool first = true;; first = false) {
+    const Token word = lexer_.wordToken(first ? name.end : token_.offset);
+    const bool ends = word.kind == TokenKind::kEnd || word.isSymbol(";") || word.isSymbol(")") ||
+                      word.isSymbol("}") || (backQuoted && word.isSymbol("`"));
+    if (ends) {
+      moveTo(word.offset);
+      return command;
+    }
+    NodePtr argument = parseArgument(word, first, *command);
+    if (failed_ || (argument != nullptr && !add(*command, std::move(argument)))) {
+      return nullptr;
+    }
+  }
+}
+
+// Gives null without a failure when the argument was a list in parentheses, which is added as it is
+// read.
+NodePtr Parser::parseArgument(const Token& word, bool first, Node& command) {
+  const bool signOnly = word.kind == TokenKind::kName && word.text == "-";
+  if (word.kind == TokenKind::kName && !signOnly) {
+    moveTo(word.end);
+    NodePtr node = make(Kind::kWord, word.offset);
+    node->text = std::string(word.text);
+    return node;
+  }
+  moveTo(word.offset);
+  if (signOnly) {
+    return parseUnary();
+  }
+  if (first && word.isSymbol("(")) {
+    take();
+    parseArguments(command, ")");
+    return nullptr;
+  }
+  NodePtr argument = parsePrimary();
+  if (argument != nullptr && argument->kind == Kind::kVariable && token_.isSymbol("[")) {
+    argument = parseElements(std::move(argument));
+  }
+  return argument;
+}
+
+}  // namespace host::mel
