@@ -1,0 +1,169 @@
+#ifndef MORVANE_PSD_PSDDOCUMENT_H_
+#define MORVANE_PSD_PSDDOCUMENT_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "psd/Bytes.h"
+#include "psd/PsdRecords.h"
+
+namespace morvane {
+
+// A layered image file (the published PSD format, version 1) in memory. It keeps every section as
+// it was read, of any depth and colour mode, so that a document can be loaded, changed a whole
+// layer at a time and written back with everything else carried through byte for byte. It does not
+// touch the merged image, and keeps channel data packed except while an operation works on it.
+//
+// Invariants, kept by every operation:
+// - `layers` has layerCount entries; `channelTable` has one entry for each channel of every layer,
+// layer by
+//   layer, in the order of each layer's channel infos.
+// - A layer record takes 34 + 6 x channelCount + extraLength bytes. layerInfoLength is 2 + all
+// records + all
+//   channel info lengths + layerInfoPadding; layerAndMaskLength is layerInfoLength + 8 + the global
+//   mask's length + sectionTail. Operations change both by what they add or remove, so that a
+//   loaded document keeps what its file declared.
+// - resourcesLength is what the resources take in the file, resourcesTail included.
+//
+// Operations that return false, -1 or null have changed nothing. Files and their contents are not
+// trusted: loading a file of n bytes takes n bytes, the same again at most for resources and layer
+// records as they are copied, and their bookkeeping (at most some 10 n); unpacking takes at most 64
+// times the packed data at a time, since no packed byte yields more. Planes that operations build
+// or unpack have sides of at most kMaxSide pixels.
+//
+// A document is used by one thread at a time.
+class PsdDocument {
+ public:
+  static constexpr std::uint32_t kMaxSide =
+      30000;  // the format's own limit for an image, in pixels
+
+  // In the order of the file.
+  std::unique_ptr<char[]> path;  // of the file last loaded, NUL-terminated; null after reset()
+  char signature[4] = {};        // "8BPS"
+  std::uint16_t version = 0;     // 1
+  std::uint8_t reserved[6] = {};
+  std::uint16_t channels = 0;    // of the merged image
+  std::uint32_t rows = 0;        // pixels
+  std::uint32_t columns = 0;     // pixels
+  std::uint16_t depth = 0;       // bits in a channel
+  std::uint16_t colourMode = 0;  // 3: RGB
+  std::uint32_t colourModeLength = 0;
+  Bytes colourModeData;
+  std::uint32_t resourcesLength = 0;
+  std::vector<std::unique_ptr<PsdResource>> resources;
+  PsdOpaque resourcesTail;               // what the section holds after the last resource
+  std::uint32_t layerAndMaskLength = 0;  // 0: the file has no such section
+  std::uint32_t layerInfoLength = 0;     // 0: the section has no layer info, not even the count
+  std::int16_t layerCount = 0;           // never negative
+  bool mergedAlpha = false;      // the file's count is negative: the merged image's fourth channel
+                                 // is its transparency
+  std::vector<PsdLayer> layers;  // layer 0 is the bottom one
+  std::vector<PsdChannel> channelTable;
+  PsdOpaque layerInfoPadding;  // what the layer info holds after the last channel
+  bool hasGlobalMask = true;   // false: the section ends before the global mask's length
+  PsdGlobalMask globalMask;
+  PsdOpaque sectionTail;                // what the section holds after the global mask
+  std::uint16_t mergedCompression = 0;  // 0 raw, 1 packed
+  std::uint32_t mergedLength = 0;
+  Bytes mergedData;  // as it follows the compression word; shorter than the header promises in a
+                     // damaged file
+
+  // The file as it was read; the opaque bytes, channel data and merged data above may lie in it.
+  std::unique_ptr<std::uint8_t[]> fileBytes;
+
+  // A blank document, as by reset().
+  PsdDocument(std::uint32_t width, std::uint32_t height);
+  PsdDocument(PsdDocument&&) = default;
+  PsdDocument& operator=(PsdDocument&&) = default;
+
+  // Discards everything and makes a blank (black) 8-bit RGB document without layers, in pixels.
+  void reset(std::uint32_t width, std::uint32_t height);
+
+  // Reads a PSD file, or makes a document of an uncompressed TGA image of 24 or 32 bits; the
+  // extension says which, in any case. A damaged file, and one of the large-document kind, is
+  // refused. `error`, where given, is told what is wrong and at which byte.
+  bool load(const char* path, std::string* error = nullptr);
+
+  // Writes the document as a PSD file. True only when every byte is on the disk; whatever happens,
+  // the path holds the old file or the new one whole (see util/ReplaceFile.h). `error`, where
+  // given, gets the reason.
+  bool save(const char* path, std::string* error = nullptr) const;
+
+  // The first layer whose name equals `name` byte for byte; -1 when there is none.
+  std::int32_t findLayer(const char* name) const;
+
+  // The layer's first entry in the channel table; null when there is no such layer.
+  PsdChannel* layerChannels(std::int32_t layer);
+  const PsdChannel* layerChannels(std::int32_t layer) const;
+  std::uint32_t totalChannelCount() const;
+
+  // Turns one channel (by position in its layer, not by id) into raw bytes, or into packed ones, in
+  // place; does nothing when it is that already. Missing data becomes a plane of zeros. False when
+  // there is no such channel or its data does not fill the layer's rectangle.
+  bool decompressChannel(std::int32_t layer, std::uint32_t channel);
+  bool compressChannel(std::int32_t layer, std::uint32_t channel);
+
+  // The first resource with that id, owned by the document; null when there is none.
+  PsdResource* findResource(std::uint16_t id) const;
+
+  // Inserts after the first resource with id afterId, else at the end. resourcesLength grows by the
+  // resource's header and name; the caller adds the data's length.
+  void insertResource(std::unique_ptr<PsdResource> resource, std::uint16_t afterId);
+
+  // Appends an opaque black layer over the whole image and returns its index; a document without
+  // layers first gets a base layer made from its merged image. -1 when the document cannot carry
+  // one: it is not 8-bit PSD version 1, has no pixels or a side over kMaxSide, or has no complete
+  // merged image of at least 3 channels to make the base layer from; or when the name is over 255
+  // bytes.
+  std::int32_t addLayer(const char* name);
+
+  // Removes a layer with its channels; does nothing for layer 0 and for an index that is no
+  // layer's.
+  void removeLayer(std::int32_t index);
+  void removeLayerByName(const char* name);
+
+  // Appends a hidden layer that carries `size` bytes in its channel planes, at most 4 x rows x
+  // columns - 5. False where addLayer() gives -1, and for more bytes than that.
+  bool addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes);
+
+  // What addDataLayer() stored in the first layer of that name; the channels it reads are packed
+  // afterwards. Null, with `size` untouched, when there is no such layer or it does not hold what
+  // it says.
+  std::unique_ptr<std::uint8_t[]> readDataLayer(const char* name, std::uint32_t& size);
+
+  // Writes a rectangle (in the image's pixels) of red, green, blue, alpha bytes, row after row,
+  // into an RGBA layer; pixels outside the layer are passed over. False unless the document is
+  // 8-bit RGB and the layer has exactly 4 channels with sound data.
+  bool setLayerPixels(std::int32_t layer, std::uint32_t left, std::uint32_t top,
+                      std::uint32_t right, std::uint32_t bottom, const std::uint8_t* rgba);
+
+ private:
+  struct BuiltLayer;
+
+  std::size_t channelTableStart(std::int32_t layer) const;
+  PsdChannelInfo* findChannelInfo(std::int32_t layer, std::uint32_t channel);
+
+  // Adds to both section lengths (or subtracts).
+  void changeSectionLengths(std::int64_t difference);
+  void replaceChannel(std::int32_t layer, std::uint32_t channel, std::uint16_t compression,
+                      Bytes data, std::uint32_t length);
+
+  // A raw copy of a channel's plane; null when its data does not fill the layer's rectangle.
+  std::unique_ptr<std::uint8_t[]> unpackedPlane(std::int32_t layer, std::uint32_t channel,
+                                                std::size_t& size) const;
+
+  bool buildBaseLayer(BuiltLayer& built) const;
+  std::int32_t appendLayer(const char* name, std::uint8_t flags, const std::uint8_t* content,
+                           std::uint64_t contentLength);
+  void commitBaseLayer(BuiltLayer built);
+  void commitLayer(BuiltLayer built);
+  void extendLayerGroups();
+  void takeLayerId(PsdLayer& layer);
+};
+
+}  // namespace morvane
+
+#endif  // MORVANE_PSD_PSDDOCUMENT_H_
