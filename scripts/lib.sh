@@ -1,0 +1,38 @@
+# Shared by the scripts beside it: source it, do not run it.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+jobs=$(nproc 2>/dev/null || echo 2)
+
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-dev)
+test_packages=(clang clang-format git libgtest-dev imagemagick openimageio-tools util-linux)
+
+say() { printf '\n== %s\n' "$*"; }
+
+is_installed() { dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed; }
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    echo "cannot install packages: not root, and there is no sudo. As root, run: $*" >&2
+    return 1
+  fi
+}
+
+# install_packages NAME...: installs what is missing, and does not touch the package manager when nothing is.
+install_packages() {
+  local missing=() package
+  if ! command -v dpkg-query >/dev/null; then
+    echo "not a Debian system: make sure that these are installed: $*" >&2
+    return 0
+  fi
+  for package in "$@"; do
+    is_installed "$package" || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  say "installing ${missing[*]}"
+  as_root apt-get update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
