@@ -203,21 +203,30 @@ NodePtr Parser::parseVariable() {
   return node;
 }
 
-// An expression in parentheses, or a cast such as (string)$x.
-NodePtr Parser::parseParenthesised() {
+bool Parser::atCast() const {
+  const Token type = lexer_.expressionToken(token_.end);
+  const bool named = type.isName("int") || type.isName("float") || type.isName("string");
+  return token_.isSymbol("(") && named && lexer_.expressionToken(type.end).isSymbol(")");
+}
+
+NodePtr Parser::parseCast() {
   const std::size_t offset = take().offset;
-  const bool named = token_.isName("int") || token_.isName("float") || token_.isName("string");
-  if (named && lexer_.expressionToken(token_.end).isSymbol(")")) {
-    Value::Type type = Value::Type::kNone;
-    if (!takeType(type) || !expect(")")) {
-      return nullptr;
-    }
-    NodePtr cast = make(Kind::kCast, offset, parseUnary());
-    if (cast != nullptr) {
-      cast->type = type;
-    }
-    return cast;
+  Value::Type type = Value::Type::kNone;
+  if (!takeType(type) || !expect(")")) {
+    return nullptr;
   }
+  NodePtr cast = make(Kind::kCast, offset, parseUnary());
+  if (cast != nullptr) {
+    cast->type = type;
+  }
+  return cast;
+}
+
+NodePtr Parser::parseParenthesised() {
+  if (atCast()) {
+    return parseCast();
+  }
+  take();
   NodePtr inner = parseExpression();
   return inner != nullptr && expect(")") ? std::move(inner) : nullptr;
 }
@@ -239,26 +248,22 @@ NodePtr Parser::parseName() {
   take();
   NodePtr call = make(Kind::kCommand, name.offset);
   call->text = std::string(name.text);
-  if (parseArguments(*call, ")") == nullptr) {
-    return nullptr;
-  }
-  return std::move(call);
+  return parseArguments(*call, ")") ? std::move(call) : nullptr;
 }
 
-// Expressions with commas between them, up to and including `close`. Not null when all went well:
-// the last argument's node stands in `parent`, so what comes back only tells success.
-NodePtr Parser::parseArguments(Node& parent, std::string_view close) {
+// Expressions with commas between them, up to and including `close`.
+bool Parser::parseArguments(Node& parent, std::string_view close) {
   while (!accept(close)) {
     if (!add(parent, parseExpression()) || (!token_.isSymbol(close) && !expect(","))) {
-      return nullptr;
+      return false;
     }
   }
-  return make(Kind::kSequence, parent.offset);
+  return true;
 }
 
 NodePtr Parser::parseArrayLiteral() {
   NodePtr array = make(Kind::kArrayLiteral, take().offset);
-  return parseArguments(*array, "}") != nullptr ? std::move(array) : nullptr;
+  return parseArguments(*array, "}") ? std::move(array) : nullptr;
 }
 
 NodePtr Parser::parseBackQuoted() {
@@ -303,7 +308,7 @@ NodePtr Parser::parseArgument(const Token& word, bool first, Node& command) {
   if (signOnly) {
     return parseUnary();
   }
-  if (first && word.isSymbol("(")) {
+  if (first && word.isSymbol("(") && !atCast()) {
     take();
     parseArguments(command, ")");
     return nullptr;

@@ -69,6 +69,8 @@ class Parser {
   NodePtr parseElements(NodePtr array);
   NodePtr parsePrimary();
   NodePtr parseParenthesised();
+  NodePtr parseCast();
+  bool atCast() const;
   NodePtr parseName();
   NodePtr parseArrayLiteral();
   NodePtr parseBackQuoted();
@@ -79,7 +81,7 @@ class Parser {
   // Commands (ParserExpressions.cpp).
   NodePtr parseCommand(bool backQuoted);
   NodePtr parseArgument(const Token& word, bool first, Node& command);
-  NodePtr parseArguments(Node& command, std::string_view close);
+  bool parseArguments(Node& parent, std::string_view close);
 
   std::string_view text_;
   std::string origin_;
