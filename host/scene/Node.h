@@ -1,0 +1,81 @@
+#ifndef MORVANE_HOST_SCENE_NODE_H_
+#define MORVANE_HOST_SCENE_NODE_H_
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/scene/AttributeStore.h"
+#include "host/scene/Connections.h"
+#include "host/scene/NodeType.h"
+#include "host/scene/Object.h"
+
+namespace host {
+
+class MeshData;
+
+// A node of the scene. Names, parents, children and life are the scene's to change (Scene.h).
+class Node : public Object {
+ public:
+  Node(const NodeType& type, std::size_t serial);
+  ~Node() override;
+
+  const NodeType& type() const { return *type_; }
+  const std::string& name() const { return name_; }  // the last part of its paths
+  std::size_t serial() const { return serial_; }     // later nodes have larger ones
+  bool isAlive() const override { return alive_; }
+  MFn::Type apiType() const override { return type_->apiType(); }
+  bool hasFn(MFn::Type kind) const override { return alive_ && type_->hasFn(kind); }
+  NodePtr pointer() { return std::static_pointer_cast<Node>(shared_from_this()); }
+
+  bool isDag() const { return type_->isDag(); }
+  bool isTransform() const { return type_->isTransform(); }
+  bool isShape() const { return type_->isShape(); }
+  bool isSet() const { return type_->isSet(); }
+  bool isIntermediate() const;
+
+  // Both in the order in which they were added; a node at the top has the world as its parent.
+  // The same parent never occurs twice.
+  const std::vector<Node*>& parents() const { return parents_; }
+  const std::vector<NodePtr>& children() const { return children_; }
+
+  // By long or short name: of the type, added to this node, or loose.
+  AttributePtr findAttribute(std::string_view longOrShortName) const;
+  const std::vector<AttributePtr>& dynamicAttributes() const { return dynamicAttributes_; }
+  // Adds a top-level attribute with all its children. False when a name of it is taken.
+  bool addAttribute(const AttributePtr& attribute);
+  // Removes a dynamic attribute with its values and connections. False when it is none.
+  bool removeAttribute(const AttributePtr& attribute);
+  // The attribute by that name, made loose when there is none: for scene files only.
+  AttributePtr findOrKeepLoose(std::string_view name);
+
+  std::string uuid;        // as the scene file has it, or empty
+  bool isDefault = false;  // stands in every new scene: no deletion, saved by select -ne only
+  bool isShared = false;   // made by createNode -s
+  bool isLocked = false;
+  bool isReferenced = false;  // came from a referenced file
+
+  AttributeStore values;
+  ConnectionTable connections;
+  std::unique_ptr<MeshData> mesh;  // mesh nodes only, and there never null
+
+ private:
+  friend class Scene;
+  void indexNames(const AttributePtr& attribute);
+
+  const NodeType* type_;
+  std::string name_;
+  std::size_t serial_;
+  bool alive_ = true;
+  std::vector<Node*> parents_;
+  std::vector<NodePtr> children_;
+  std::vector<AttributePtr> dynamicAttributes_;
+  std::map<std::string, AttributePtr, std::less<>> ownNames_;
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_SCENE_NODE_H_

@@ -1,0 +1,41 @@
+#ifndef MORVANE_HOST_SCENE_OBJECT_H_
+#define MORVANE_HOST_SCENE_OBJECT_H_
+
+#include <maya/MFn.h>
+
+#include <memory>
+
+namespace host {
+
+// Base of everything that the API can name: nodes, attributes, components, plug-ins.
+class Object : public std::enable_shared_from_this<Object> {
+ public:
+  virtual ~Object() = default;
+
+  virtual MFn::Type apiType() const = 0;
+
+  // Whether this is a case of `kind`. By default the ancestors of `apiType()` decide.
+  virtual bool hasFn(MFn::Type kind) const;
+
+  // False once a node was deleted; whoever still holds it may only ask for this and compare it.
+  virtual bool isAlive() const { return true; }
+
+  virtual bool equals(const Object& other) const { return this == &other; }
+
+ protected:
+  Object() = default;
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+};
+
+using ObjectPtr = std::shared_ptr<Object>;
+
+// The kind that `kind` is directly a case of; MFn::kInvalid for the topmost.
+MFn::Type baseOf(MFn::Type kind);
+
+// The name of a kind as in MFn: "kMesh".
+const char* nameOf(MFn::Type kind);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_SCENE_OBJECT_H_

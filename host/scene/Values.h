@@ -1,0 +1,51 @@
+#ifndef MORVANE_HOST_SCENE_VALUES_H_
+#define MORVANE_HOST_SCENE_VALUES_H_
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/scene/AttributeValue.h"
+#include "host/scene/Plug.h"
+
+namespace host {
+
+// Reading a plug gives, in this order: the value of what is connected into it, as far as the source
+// is a stored value too; what was computed from the scene (matrices, bounding boxes); what was set;
+// the attribute's default; 0 or the empty text.
+
+// A number attribute. Null for any other kind.
+std::optional<double> readNumber(const Plug& plug);
+// A text attribute. Null for any other kind.
+std::optional<std::string> readText(const Plug& plug);
+// A numeric compound's numbers ("translate" gives three), or a data attribute that holds numbers.
+std::optional<std::vector<double>> readNumbers(const Plug& plug);
+// Whatever the plug holds, as AttributeValue; numeric compounds as numbers, other compounds as
+// nothing.
+AttributeValue readValue(const Plug& plug);
+
+double numberOf(const NodePtr& node, std::string_view pathText, double otherwise = 0.0);
+bool truthOf(const NodePtr& node, std::string_view pathText);
+
+// Stores, whatever the locks. A number attribute takes a number (clamped by nothing), a numeric
+// compound as many numbers as it has children, a text attribute a text, a data attribute anything.
+// False when the value does not suit the attribute.
+bool writeValue(const Plug& plug, AttributeValue value);
+
+// Keeps a statement's words under a path that need not be canonical ("tgi[0].ni[0:3].x"), for
+// attributes that the host does not interpret. The node gets a loose attribute by the path's first
+// name.
+void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value);
+
+// Flags of a plug. A compound is locked when it or every child is; a child also when a compound
+// above is.
+bool isLocked(const Plug& plug);
+void setLocked(const Plug& plug, bool locked);
+bool isKeyable(const Plug& plug);
+void setKeyable(const Plug& plug, bool keyable);
+bool isInChannelBox(const Plug& plug);
+void setInChannelBox(const Plug& plug, bool shown);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_SCENE_VALUES_H_
