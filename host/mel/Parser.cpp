@@ -122,17 +122,17 @@ NodePtr Parser::parseProgram() {
   return root;
 }
 
-NodePtr Parser::parseStatement() {
-  if (nesting_ >= kMaxNesting) {
-    return fail(token_.offset, "too deeply nested");
+Parser::Nest::Nest(Parser& parser) : parser_(parser), ok_(++parser.nesting_ <= kMaxNesting) {
+  if (!ok_) {
+    parser_.fail(parser_.token_.offset, "too deeply nested");
   }
-  ++nesting_;
-  NodePtr statement = parseStatementInside();
-  --nesting_;
-  return statement;
 }
 
-NodePtr Parser::parseStatementInside() {
+NodePtr Parser::parseStatement() {
+  const Nest nest(*this);
+  if (!nest) {
+    return nullptr;
+  }
   if (token_.isSymbol("{")) {
     return parseBlock();
   }

@@ -39,15 +39,11 @@ bool isVariable(const Node& node) {
 }  // namespace
 
 NodePtr Parser::parseExpression() {
-  if (nesting_ >= kMaxNesting) {
-    return fail(token_.offset, "too deeply nested");
-  }
-  ++nesting_;
-  NodePtr expression = parseChoice();
+  const Nest nest(*this);
+  NodePtr expression = nest ? parseChoice() : nullptr;
   if (expression != nullptr && isAssignment(token_)) {
     expression = parseAssignment(std::move(expression));
   }
-  --nesting_;
   return expression;
 }
 
@@ -97,17 +93,19 @@ NodePtr Parser::parseBinary(int lowest) {
 }
 
 NodePtr Parser::parseUnary() {
-  const bool step = token_.isSymbol("++") || token_.isSymbol("--");
-  if (!step && !token_.isSymbol("-") && !token_.isSymbol("!") && !token_.isSymbol("+")) {
-    return parsePostfix();
+  const Nest nest(*this);
+  if (!nest) {
+    return nullptr;
   }
-  if (nesting_ >= kMaxNesting) {
-    return fail(token_.offset, "too deeply nested");
-  }
-  ++nesting_;
+  const bool isSigned = token_.isSymbol("++") || token_.isSymbol("--") || token_.isSymbol("-") ||
+                        token_.isSymbol("!") || token_.isSymbol("+");
+  return isSigned ? parseSigned() : parsePostfix();
+}
+
+NodePtr Parser::parseSigned() {
   const Token symbol = take();
+  const bool step = symbol.isSymbol("++") || symbol.isSymbol("--");
   NodePtr operand = parseUnary();
-  --nesting_;
   if (operand == nullptr || symbol.isSymbol("+")) {
     return operand;
   }

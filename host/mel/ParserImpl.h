@@ -22,6 +22,18 @@ class Parser {
   const Failure& failure() const { return failure_; }
 
  private:
+  // Counts one level of nesting for as long as it lives; false when there are too many.
+  class Nest {
+   public:
+    explicit Nest(Parser& parser);
+    ~Nest() { --parser_.nesting_; }
+    explicit operator bool() const { return ok_; }
+
+   private:
+    Parser& parser_;
+    bool ok_;
+  };
+
   // Tokens. `token_` is the next one, not yet taken, as an expression sees it.
   Token take();
   void moveTo(std::size_t offset) { token_ = lexer_.expressionToken(offset); }
@@ -38,7 +50,6 @@ class Parser {
 
   // Statements (Parser.cpp).
   NodePtr parseStatement();
-  NodePtr parseStatementInside();
   NodePtr parseKeyword(const Token& name);
   NodePtr parseBlock();
   NodePtr parseIf();
@@ -65,6 +76,7 @@ class Parser {
   NodePtr parseChoice();
   NodePtr parseBinary(int lowestPrecedence);
   NodePtr parseUnary();
+  NodePtr parseSigned();
   NodePtr parsePostfix();
   NodePtr parseElements(NodePtr array);
   NodePtr parsePrimary();

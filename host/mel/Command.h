@@ -1,0 +1,133 @@
+#ifndef MORVANE_HOST_MEL_COMMAND_H_
+#define MORVANE_HOST_MEL_COMMAND_H_
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "host/mel/Interpreter.h"
+#include "host/mel/Value.h"
+
+namespace host {
+class Node;
+}
+
+namespace host::mel {
+
+// A word of a command after evaluation. Only an unquoted one can be a flag.
+struct Word {
+  std::string text;
+  bool quoted = false;
+};
+using Words = std::vector<Word>;
+
+struct CommandResult {
+  bool ok = true;
+  Value value;
+  std::string error;             // why it failed, without a position
+  std::optional<Failure> inner;  // set instead of `error` when a text that the command ran failed
+
+  static CommandResult success(Value value = Value());
+  static CommandResult failure(std::string error);
+};
+
+// Who runs a command, and what stands around it.
+struct CommandContext {
+  // A scene file that is being read: nothing may write files, start plug-ins' commands or leave the
+  // scene.
+  bool inSceneFile = false;
+  std::string folder;                 // absolute; relative file names resolve against it
+  std::shared_ptr<Node> currentNode;  // in a scene file: what ".attribute" belongs to
+  std::string nameSpace;  // in a referenced file: the prefix of its names, such as "rock:"
+  std::function<std::string()> where;        // "scene.ma:3:1: ", for warnings
+  void warn(const std::string& text) const;  // one line on standard error
+};
+
+// One flag: its names without dashes and its arguments, one letter each: 's' text, 'n' number, 'i'
+// whole number, 'b' truth value. In query mode a flag takes no arguments.
+struct FlagSpec {
+  std::string_view shortName;
+  std::string_view longName;
+  std::string_view arguments;
+};
+
+// A command's words, sorted into flags with their arguments and the rest.
+class Arguments {
+ public:
+  bool has(std::string_view shortName) const;
+  // Arguments of the last occurrence; empty, 0 and `fallback` when the flag does not occur.
+  std::string text(std::string_view shortName, std::size_t index = 0) const;
+  double number(std::string_view shortName, std::size_t index = 0) const;
+  bool truth(std::string_view shortName, bool fallback = false) const;
+  // First arguments of all occurrences.
+  std::vector<std::string> texts(std::string_view shortName) const;
+
+  bool query() const { return has("q"); }
+  bool edit() const { return has("e"); }
+  const std::vector<std::string>& objects() const { return objects_; }
+
+ private:
+  friend class ArgumentParser;
+  struct Use {
+    std::string_view shortName;
+    std::vector<std::string> arguments;
+  };
+  const Use* lastUse(std::string_view shortName) const;
+
+  std::vector<Use> uses_;
+  std::vector<std::string> objects_;
+};
+
+// False with the reason in `error` for an unknown flag, a missing argument, or one of another kind.
+bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags,
+                    const Words& words, Arguments& arguments, std::string& error);
+
+using CommandFunction = CommandResult (*)(const Arguments&, CommandContext&);
+// What a plug-in registered: it sees its words as they are.
+using WordsFunction = std::function<CommandResult(const Words&)>;
+
+struct Command {
+  std::vector<FlagSpec> flags;
+  CommandFunction function = nullptr;
+  WordsFunction words;
+};
+
+// All commands by name. There is one table; the built-in commands are in it from the start.
+class CommandTable {
+ public:
+  static CommandTable& current();
+
+  void add(std::string_view name, std::vector<FlagSpec> flags, CommandFunction function);
+  bool addFromPlugin(const std::string& name, WordsFunction function);  // false: the name is taken
+  void remove(const std::string& name);
+  const Command* find(std::string_view name) const;
+
+ private:
+  CommandTable();
+  std::map<std::string, Command, std::less<>> commands_;
+};
+
+CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context);
+
+// One for each family, in the file named after it.
+void addAttributeCommands(CommandTable& table);
+void addConnectionCommands(CommandTable& table);
+void addNodeCommands(CommandTable& table);
+void addDagCommands(CommandTable& table);
+void addSetCommands(CommandTable& table);
+void addSelectionCommands(CommandTable& table);
+void addFileCommands(CommandTable& table);
+void addPluginCommands(CommandTable& table);
+void addOutputCommands(CommandTable& table);
+void addMeshCommands(CommandTable& table);
+// Commands of scene files that say nothing about what this host keeps; accepted and passed over.
+void addIgnoredCommands(CommandTable& table);
+
+}  // namespace host::mel
+
+#endif  // MORVANE_HOST_MEL_COMMAND_H_
