@@ -1,0 +1,77 @@
+#include <string>
+#include <vector>
+
+#include "host/Host.h"
+#include "tools/Commands.h"
+#include "tools/ExitStatus.h"
+#include "tools/ExportReport.h"
+#include "tools/OutputWatch.h"
+#include "tools/Platform.h"
+#include "tools/Session.h"
+#include "tools/Text.h"
+
+namespace tools {
+namespace {
+
+struct Options {
+  std::string scene;
+  std::vector<std::string> nodes;
+};
+
+// Selects the nodes named, or all tiles of the scene. False, with the reason told, unless all were
+// found.
+bool selectTiles(const Options& options, const std::vector<host::TileCandidate>& tiles) {
+  std::vector<std::string> names = options.nodes;
+  if (names.empty()) {
+    for (const host::TileCandidate& tile : tiles) names.push_back(tile.path);
+  }
+  if (names.empty()) {
+    complain(printable(options.scene) +
+             ": no tile found: no top-level transform has a mesh whose colour comes from a file "
+             "texture; "
+             "name the nodes to export");
+    return false;
+  }
+  if (!host::execute("select -clear", "selection")) return false;
+  for (const std::string& name : names) {
+    if (host::execute("select -add " + melString(name), "node " + name)) continue;
+    complain(printable(options.scene) + ": cannot select " + printable(name) +
+             "; nothing was exported. Try: morvane run " + printable(options.scene) +
+             " -c 'print `ls -type transform`'");
+    return false;
+  }
+  return true;
+}
+
+ExitStatus exportTiles(const Options& options) {
+  const ExitStatus started = startSession(options.scene);
+  if (started != kDone) return started;
+  const auto tiles = host::texturedTopLevelTransforms();
+  if (!selectTiles(options, tiles)) return kFailed;
+  const bool several = options.nodes.empty() ? tiles.size() > 1 : true;
+  ExportReport report(tiles, several && standardErrorIsTerminal());
+  OutputWatch watch([&report](std::string_view line) { report.hear(line); });
+  const bool executed = host::execute("exportTile", "exportTile");
+  const bool heard = watch.finish();
+  if (!heard)
+    complain(
+        "standard output could not be written, so nobody can tell whether every tile was exported");
+  const bool allExported = report.conclude();
+  return executed && heard && allExported ? kDone : kFailed;
+}
+
+}  // namespace
+
+void addExport(CLI::App& program, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      program.add_subcommand("export", "Write the goblins of tiles into the tiles' texture files");
+  command->add_option("SCENE", options->scene, "The scene")->required();
+  command->add_option(
+      "NODE", options->nodes,
+      "Tiles, by name or pattern; none: every top-level transform whose mesh has a file texture");
+  command->footer("A TGA texture is kept, and a PSD file of the same name written beside it.");
+  command->callback([options, &status] { status = exportTiles(*options); });
+}
+
+}  // namespace tools

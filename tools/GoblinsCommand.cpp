@@ -1,0 +1,138 @@
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "tools/Commands.h"
+#include "tools/ExitStatus.h"
+#include "tools/GoblinObj.h"
+#include "tools/Text.h"
+#include "tools/TileFile.h"
+#include "util/ReplaceFile.h"
+
+namespace tools {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Options {
+  std::string file;
+  std::string obj;
+  bool json = false;
+  bool full = false;
+};
+
+Json goblinJson(const Goblin& goblin, bool full) {
+  Json json = {{"name", toUtf8(goblin.name)},
+               {"texture", toUtf8(goblin.texture)},
+               {"vertices", goblin.vertices},
+               {"faces", goblin.faces.size()}};
+  if (full) json["triangles"] = goblin.faces;
+  return json;
+}
+
+void printJson(const Goblins& goblins, bool full) {
+  Json json = {{"layout", goblins.layoutName()}, {"vertices", goblins.pool.size()}};
+  if (full) {
+    Json pool = Json::array();
+    for (const auto& p : goblins.pool) pool.push_back({p.x, p.y, p.z, p.nx, p.ny, p.nz, p.u, p.v});
+    json["pool"] = std::move(pool);
+  }
+  Json list = Json::array();
+  for (const Goblin& goblin : goblins.goblins) list.push_back(goblinJson(goblin, full));
+  json["goblins"] = std::move(list);
+  std::printf("%s\n", json.dump().c_str());
+}
+
+// In tile space: the tagged layout stores z mirrored.
+struct Bounds {
+  float min[3] = {};
+  float max[3] = {};
+
+  Bounds(const Goblins& goblins, const Goblin& goblin) {
+    const bool tagged = goblins.kind == morvane::GoblinBlobKind::kTagged;
+    bool first = true;
+    for (const auto& face : goblin.faces) {
+      for (const std::int32_t corner : face) {
+        const morvane::GoblinPoolVertex& p = goblins.pool[static_cast<std::size_t>(corner)];
+        include({p.x, p.y, tagged ? 1 - p.z : p.z}, first);
+        first = false;
+      }
+    }
+  }
+
+ private:
+  void include(const std::array<float, 3>& point, bool first) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      min[axis] = first ? point[axis] : std::min(min[axis], point[axis]);
+      max[axis] = first ? point[axis] : std::max(max[axis], point[axis]);
+    }
+  }
+};
+
+void printTable(const Goblins& goblins, const std::string& file) {
+  std::printf("%s: %zu goblins, %zu vertices, %s layout\n", printable(file).c_str(),
+              goblins.goblins.size(), goblins.pool.size(), goblins.layoutName());
+  if (goblins.goblins.empty()) return;
+  std::printf("  %4s  %-20s %8s %6s   %-15s %-15s %-15s\n", "", "name", "vertices", "faces", "x",
+              "y", "z");
+  std::size_t number = 0;
+  for (const Goblin& goblin : goblins.goblins) {
+    const Bounds b(goblins, goblin);
+    std::printf("  %4zu  %-20s %8u %6zu  ", ++number,
+                goblin.name.empty() ? "-" : printable(goblin.name).c_str(), goblin.vertices,
+                goblin.faces.size());
+    for (int axis = 0; axis < 3; ++axis) {
+      std::printf(" %6.3f .. %-5.3f", static_cast<double>(b.min[axis]),
+                  static_cast<double>(b.max[axis]));
+    }
+    std::printf("\n");
+  }
+}
+
+bool writeObj(const Goblins& goblins, const std::string& path) {
+  const std::string text = goblinsToObj(goblins);
+  morvane::FileReplacer out;
+  if (out.open(path.c_str()) && out.append(text.data(), text.size()) && out.commit()) return true;
+  complain(printable(out.error()));
+  return false;
+}
+
+ExitStatus showGoblins(const Options& options) {
+  const auto document = loadDocument(options.file);
+  if (!document) return kFailed;
+  const Goblins goblins = readGoblins(*document);
+  const std::string shown = printable(options.file);
+  if (!goblins.present) {
+    complain(shown + ": no layer \"" + morvane::kGoblinLayerName + "\"; export the tile first");
+    return kFailed;
+  }
+  if (options.json) {
+    printJson(goblins, options.full);
+  } else if (options.obj.empty()) {
+    printTable(goblins, options.file);
+  }
+  if (!goblins.fault.empty()) {
+    complain(shown + ": the goblin geometry is damaged: " + goblins.fault +
+             "; export the tile again");
+    return kFailed;
+  }
+  return options.obj.empty() || writeObj(goblins, options.obj) ? kDone : kFailed;
+}
+
+}  // namespace
+
+void addGoblins(CLI::App& program, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      program.add_subcommand("goblins", "Show the goblins that a tile's file carries");
+  command->add_option("FILE", options->file, "The tile's PSD file")->required();
+  CLI::Option* json = command->add_flag("--json", options->json, "One JSON object");
+  command->add_flag("--full", options->full, "With --json: the vertices and triangles too")
+      ->needs(json);
+  command->add_option("--obj", options->obj,
+                      "Write the goblins in tile space, over the unit tile, as Wavefront OBJ");
+  command->callback([options, &status] { status = showGoblins(*options); });
+}
+
+}  // namespace tools

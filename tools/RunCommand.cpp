@@ -1,0 +1,73 @@
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/Host.h"
+#include "tools/Commands.h"
+#include "tools/ExitStatus.h"
+#include "tools/Session.h"
+
+namespace tools {
+namespace {
+
+struct Step {
+  bool isFile = false;
+  std::string text;    // commands, or the absolute name of a file of them
+  std::string origin;  // for messages
+};
+
+struct Options {
+  std::string scene;
+  std::vector<std::string> commands;
+  std::vector<std::string> files;
+  std::string output;
+};
+
+// The -c and -f of the command line in the order in which they stand there.
+std::vector<Step> stepsInOrder(const CLI::App& command) {
+  std::vector<Step> steps;
+  std::map<const CLI::Option*, std::size_t> used;
+  for (const CLI::Option* option : command.parse_order()) {
+    const bool isFile = option->check_lname("file");
+    if (!isFile && !option->check_lname("command")) continue;
+    const std::size_t number = used[option]++;
+    const std::string& value = option->results()[number];
+    steps.push_back(
+        {isFile, isFile ? absoluteName(value) : value, "-c " + std::to_string(number + 1)});
+  }
+  return steps;
+}
+
+ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
+  const std::string output = options.output.empty() ? "" : absoluteName(options.output);
+  const ExitStatus started = startSession(options.scene);
+  if (started != kDone) return started;
+  for (const Step& step : steps) {
+    const bool ok =
+        step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
+    if (!ok) return kFailed;
+  }
+  return output.empty() || host::saveScene(output) ? kDone : kFailed;
+}
+
+}  // namespace
+
+void addRun(CLI::App& program, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      program.add_subcommand("run", "Run commands on a scene with the plug-in loaded");
+  command->add_option("SCENE", options->scene, "The scene to open; none: an empty one");
+  command->add_option("-c,--command", options->commands, "Commands to run")
+      ->expected(1)
+      ->take_all();
+  command->add_option("-f,--file", options->files, "A file of commands to run")
+      ->expected(1)
+      ->take_all();
+  command->add_option("-o,--output", options->output,
+                      "Save the scene here when all commands succeeded");
+  command->footer("Every -c and -f runs in the order given, up to the first that fails.");
+  command->callback(
+      [options, command, &status] { status = runScene(*options, stepsInOrder(*command)); });
+}
+
+}  // namespace tools

@@ -1,0 +1,115 @@
+#include "tools/TileFile.h"
+
+#include <algorithm>
+
+#include "tools/Text.h"
+
+namespace tools {
+namespace {
+
+std::uint32_t countDistinct(const std::vector<std::vector<std::int32_t>>& faces) {
+  std::vector<std::int32_t> used;
+  for (const auto& face : faces) used.insert(used.end(), face.begin(), face.end());
+  std::sort(used.begin(), used.end());
+  return static_cast<std::uint32_t>(std::unique(used.begin(), used.end()) - used.begin());
+}
+
+Goblin toGoblin(const morvane::GoblinRecord& record) {
+  Goblin goblin;
+  if (record.name) goblin.name = record.name.get();
+  if (record.textureFileName) goblin.texture = record.textureFileName.get();
+  for (std::int32_t i = 0; i < record.faceCount; ++i) {
+    const morvane::GoblinFace& face = record.faces[static_cast<std::size_t>(i)];
+    goblin.faces.emplace_back(face.indices.get(), face.indices.get() + face.cornerCount);
+  }
+  goblin.vertices = countDistinct(goblin.faces);
+  return goblin;
+}
+
+// Reads until something does not fit, which it names; the empty text when everything did.
+std::string decode(morvane::GoblinGeometryReader& reader, Goblins& goblins) {
+  std::uint32_t count = 0;
+  if (!reader.readPool(goblins.pool)) return "the vertex pool does not fit";
+  if (!reader.readGoblinCount(count)) return "the goblin count does not fit";
+  for (std::uint32_t i = 0; i < count; ++i) {
+    morvane::GoblinRecord record;
+    if (!reader.readGoblin(record)) {
+      return "goblin " + std::to_string(i + 1) + " of " + std::to_string(count) + " does not fit";
+    }
+    goblins.goblins.push_back(toGoblin(record));
+  }
+  return reader.consumed() == goblins.bytes ? "" : "bytes are left after the last goblin";
+}
+
+Goblins decodeAs(morvane::GoblinLayout layout, const std::uint8_t* bytes, std::uint32_t size,
+                 std::size_t& consumed) {
+  Goblins goblins;
+  goblins.present = true;
+  goblins.bytes = size;
+  morvane::GoblinGeometryReader reader(bytes, size, layout);
+  const std::string fault = decode(reader, goblins);
+  consumed = reader.consumed();
+  if (!fault.empty()) {
+    goblins.fault = fault + " (byte " + std::to_string(consumed) + " of " + std::to_string(size) +
+                    ", read in the " +
+                    (layout == morvane::GoblinLayout::kNamed ? "named" : "tagged") + " layout)";
+  }
+  return goblins;
+}
+
+// A damaged blob is shown in the layout that gets further.
+Goblins decodeBlob(const std::uint8_t* bytes, std::uint32_t size) {
+  std::size_t namedEnd = 0;
+  std::size_t taggedEnd = 0;
+  const morvane::GoblinBlobKind kind = morvane::classifyGoblinBlob(bytes, size);
+  Goblins named = decodeAs(morvane::GoblinLayout::kNamed, bytes, size, namedEnd);
+  if (kind == morvane::GoblinBlobKind::kNamed) {
+    named.kind = kind;
+    return named;
+  }
+  Goblins tagged = decodeAs(morvane::GoblinLayout::kTagged, bytes, size, taggedEnd);
+  tagged.kind = kind;
+  if (kind == morvane::GoblinBlobKind::kTagged) return tagged;
+  return taggedEnd > namedEnd ? std::move(tagged) : std::move(named);
+}
+
+}  // namespace
+
+const char* Goblins::layoutName() const {
+  switch (kind) {
+    case morvane::GoblinBlobKind::kNamed:
+      return "named";
+    case morvane::GoblinBlobKind::kTagged:
+      return "tagged";
+    case morvane::GoblinBlobKind::kDamaged:
+      break;
+  }
+  return "damaged";
+}
+
+std::size_t Goblins::faceCount() const {
+  std::size_t count = 0;
+  for (const Goblin& goblin : goblins) count += goblin.faces.size();
+  return count;
+}
+
+std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path) {
+  auto document = std::make_unique<morvane::PsdDocument>(1u, 1u);
+  std::string error;
+  if (document->load(path.c_str(), &error)) return document;
+  complain(printable(path) + ": " + printable(error));
+  return nullptr;
+}
+
+Goblins readGoblins(morvane::PsdDocument& document) {
+  Goblins goblins;
+  if (document.findLayer(morvane::kGoblinLayerName) < 0) return goblins;
+  std::uint32_t size = 0;
+  const auto bytes = document.readDataLayer(morvane::kGoblinLayerName, size);
+  if (bytes) return decodeBlob(bytes.get(), size);
+  goblins.present = true;
+  goblins.fault = "the layer's channels do not hold as many bytes as it says";
+  return goblins;
+}
+
+}  // namespace tools

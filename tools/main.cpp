@@ -1,0 +1,48 @@
+#include <cstdio>
+
+#include "tools/Commands.h"
+#include "tools/ExitStatus.h"
+
+namespace tools {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  morvane export meadow.ma                 write every tile's goblins into its texture\n"
+    "  morvane export meadow.ma 'pond*'         only of the tiles of that name\n"
+    "  morvane run meadow.ma -c 'ls -type mesh' run commands on a scene\n"
+    "  morvane goblins textures/pond.psd        show what a tile's file carries\n"
+    "Exit status: 0 done, 1 something failed, 2 wrong usage, 3 scene or plug-in cannot be loaded";
+
+// Standard output that could not be written (a full disk) must not pass for success.
+int flushed(int status) {
+  const bool ok = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  if (ok) return status;
+  std::fprintf(stderr, "morvane: standard output could not be written\n");
+  return status == kDone ? kFailed : status;
+}
+
+int run(int argc, char** argv) {
+  int status = kDone;
+  CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
+  program.set_version_flag("--version", "morvane " MORVANE_VERSION);
+  program.require_subcommand(1);
+  program.footer(kExamples);
+  addRun(program, status);
+  addExport(program, status);
+  addInfo(program, status);
+  addGoblins(program, status);
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return program.exit(error) == 0 ? kDone : kUsage;
+  }
+  return status;
+}
+
+}  // namespace
+}  // namespace tools
+
+int main(int argc, char** argv) {
+  return tools::flushed(tools::run(argc, argv));
+}
