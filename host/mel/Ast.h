@@ -9,11 +9,11 @@
 
 namespace host::mel {
 
-struct Node;
-using NodePtr = std::unique_ptr<Node>;
+struct AstNode;
+using AstPtr = std::unique_ptr<AstNode>;
 
 // One construct of a script. What `text` and `children` hold is said beside each kind.
-struct Node {
+struct AstNode {
   enum class Kind {
     // Expressions.
     kLiteral,       // literal
@@ -55,14 +55,14 @@ struct Node {
   Value literal;
   Value::Type type = Value::Type::kNone;
   bool isGlobal = false;
-  std::vector<NodePtr> children;
+  std::vector<AstPtr> children;
 };
 
 // A text with its tree. Procedures keep the script that they stand in alive.
 struct Script {
   std::string origin;
   std::string text;
-  NodePtr root;  // kSequence
+  AstPtr root;  // kSequence
 };
 
 }  // namespace host::mel

@@ -12,10 +12,7 @@
 
 #include "host/mel/Interpreter.h"
 #include "host/mel/Value.h"
-
-namespace host {
-class Node;
-}
+#include "host/scene/Node.h"
 
 namespace host::mel {
 
@@ -41,8 +38,8 @@ struct CommandContext {
   // A scene file that is being read: nothing may write files, start plug-ins' commands or leave the
   // scene.
   bool inSceneFile = false;
-  std::string folder;                 // absolute; relative file names resolve against it
-  std::shared_ptr<Node> currentNode;  // in a scene file: what ".attribute" belongs to
+  std::string folder;     // absolute; relative file names resolve against it
+  NodePtr currentNode;    // in a scene file: what ".attribute" belongs to
   std::string nameSpace;  // in a referenced file: the prefix of its names, such as "rock:"
   std::function<std::string()> where;        // "scene.ma:3:1: ", for warnings
   void warn(const std::string& text) const;  // one line on standard error

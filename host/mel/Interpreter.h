@@ -64,6 +64,12 @@ class Interpreter {
   std::unique_ptr<State> state_;
 };
 
+// The folders that an environment variable lists, as the platform separates them.
+std::vector<std::string> foldersOf(const char* variable);
+
+// `name` against `folder`, without "." and ".." where they can go.
+std::string resolvedPath(const std::string& name, const std::string& folder);
+
 }  // namespace host::mel
 
 #endif  // MORVANE_HOST_MEL_INTERPRETER_H_

@@ -8,7 +8,7 @@
 namespace host::mel {
 namespace {
 
-using Kind = Node::Kind;
+using Kind = AstNode::Kind;
 using TokenKind = Token::Kind;
 
 Value::Type namedType(std::string_view name) {
@@ -64,22 +64,22 @@ bool Parser::expectEndOfStatement() {
   return token_.kind == TokenKind::kEnd || expect(";");
 }
 
-NodePtr Parser::make(Kind kind, std::size_t offset) const {
-  auto node = std::make_unique<Node>();
+AstPtr Parser::make(Kind kind, std::size_t offset) const {
+  auto node = std::make_unique<AstNode>();
   node->kind = kind;
   node->offset = offset;
   return node;
 }
 
-NodePtr Parser::make(Kind kind, std::size_t offset, NodePtr first, NodePtr second) {
-  NodePtr node = make(kind, offset);
+AstPtr Parser::make(Kind kind, std::size_t offset, AstPtr first, AstPtr second) {
+  AstPtr node = make(kind, offset);
   if (!add(*node, std::move(first)) || (second != nullptr && !add(*node, std::move(second)))) {
     return nullptr;
   }
   return node;
 }
 
-bool Parser::add(Node& parent, NodePtr child) {
+bool Parser::add(AstNode& parent, AstPtr child) {
   if (child == nullptr) {
     return false;
   }
@@ -92,7 +92,7 @@ bool Parser::add(Node& parent, NodePtr child) {
   return true;
 }
 
-NodePtr Parser::fail(std::size_t offset, const std::string& text) {
+AstPtr Parser::fail(std::size_t offset, const std::string& text) {
   if (!failed_) {
     const Position position = positionAt(text_, offset);
     failure_ = Failure{origin_, position.line, position.column, text};
@@ -101,7 +101,7 @@ NodePtr Parser::fail(std::size_t offset, const std::string& text) {
   return nullptr;
 }
 
-NodePtr Parser::failAtToken(const std::string& expected) {
+AstPtr Parser::failAtToken(const std::string& expected) {
   if (token_.kind == TokenKind::kBad && !token_.text.empty() && token_.text.front() == '"') {
     return fail(token_.offset, "text without a closing quote");
   }
@@ -111,10 +111,10 @@ NodePtr Parser::failAtToken(const std::string& expected) {
   return fail(token_.offset, "expected " + expected + " before " + found);
 }
 
-NodePtr Parser::parseProgram() {
-  NodePtr root = make(Kind::kSequence, 0);
+AstPtr Parser::parseProgram() {
+  AstPtr root = make(Kind::kSequence, 0);
   while (token_.kind != TokenKind::kEnd) {
-    NodePtr statement = parseStatement();
+    AstPtr statement = parseStatement();
     if (statement == nullptr || !add(*root, std::move(statement))) {
       return nullptr;
     }
@@ -128,7 +128,7 @@ Parser::Nest::Nest(Parser& parser) : parser_(parser), ok_(++parser.nesting_ <= k
   }
 }
 
-NodePtr Parser::parseStatement() {
+AstPtr Parser::parseStatement() {
   const Nest nest(*this);
   if (!nest) {
     return nullptr;
@@ -141,21 +141,21 @@ NodePtr Parser::parseStatement() {
     return make(Kind::kSequence, offset);
   }
   if (atDeclaration()) {
-    NodePtr declaration = parseDeclaration(false);
+    AstPtr declaration = parseDeclaration(false);
     return declaration != nullptr && expectEndOfStatement() ? std::move(declaration) : nullptr;
   }
   if (token_.kind == TokenKind::kName) {
     return parseKeyword(token_);
   }
-  NodePtr expression = parseExpression();
+  AstPtr expression = parseExpression();
   return expression != nullptr && expectEndOfStatement() ? std::move(expression) : nullptr;
 }
 
 // A statement that begins with a name: one of the language's own words, else a command.
-NodePtr Parser::parseKeyword(const Token& name) {
+AstPtr Parser::parseKeyword(const Token& name) {
   static constexpr struct {
     std::string_view word;
-    NodePtr (Parser::*parse)();
+    AstPtr (Parser::*parse)();
   } kStatements[] = {
       {"if", &Parser::parseIf},         {"while", &Parser::parseWhile},
       {"do", &Parser::parseDoWhile},    {"for", &Parser::parseFor},
@@ -168,7 +168,7 @@ NodePtr Parser::parseKeyword(const Token& name) {
     }
   }
   const std::size_t offset = name.offset;
-  NodePtr node;
+  AstPtr node;
   if (name.isName("break") || name.isName("continue")) {
     node = make(name.isName("break") ? Kind::kBreak : Kind::kContinue, offset);
     take();
@@ -178,8 +178,8 @@ NodePtr Parser::parseKeyword(const Token& name) {
   return node != nullptr && expectEndOfStatement() ? std::move(node) : nullptr;
 }
 
-NodePtr Parser::parseBlock() {
-  NodePtr block = make(Kind::kBlock, take().offset);
+AstPtr Parser::parseBlock() {
+  AstPtr block = make(Kind::kBlock, take().offset);
   while (!token_.isSymbol("}")) {
     if (token_.kind == TokenKind::kEnd) {
       return failAtToken("'}'");
@@ -192,16 +192,16 @@ NodePtr Parser::parseBlock() {
   return block;
 }
 
-NodePtr Parser::parseCondition() {
+AstPtr Parser::parseCondition() {
   if (!expect("(")) {
     return nullptr;
   }
-  NodePtr condition = parseExpression();
+  AstPtr condition = parseExpression();
   return condition != nullptr && expect(")") ? std::move(condition) : nullptr;
 }
 
-NodePtr Parser::parseIf() {
-  NodePtr node = make(Kind::kIf, take().offset);
+AstPtr Parser::parseIf() {
+  AstPtr node = make(Kind::kIf, take().offset);
   if (!add(*node, parseCondition()) || !add(*node, parseStatement())) {
     return nullptr;
   }
@@ -214,15 +214,15 @@ NodePtr Parser::parseIf() {
   return node;
 }
 
-NodePtr Parser::parseWhile() {
-  NodePtr node = make(Kind::kWhile, take().offset);
+AstPtr Parser::parseWhile() {
+  AstPtr node = make(Kind::kWhile, take().offset);
   const bool complete = add(*node, parseCondition()) && add(*node, parseStatement());
   return complete ? std::move(node) : nullptr;
 }
 
-NodePtr Parser::parseDoWhile() {
+AstPtr Parser::parseDoWhile() {
   const std::size_t offset = take().offset;
-  NodePtr body = parseStatement();
+  AstPtr body = parseStatement();
   if (body == nullptr) {
     return nullptr;
   }
@@ -230,14 +230,14 @@ NodePtr Parser::parseDoWhile() {
     return failAtToken("'while'");
   }
   take();
-  NodePtr condition = parseCondition();
+  AstPtr condition = parseCondition();
   if (condition == nullptr || !expectEndOfStatement()) {
     return nullptr;
   }
   return make(Kind::kDoWhile, offset, std::move(condition), std::move(body));
 }
 
-NodePtr Parser::parseFor() {
+AstPtr Parser::parseFor() {
   const std::size_t offset = take().offset;
   if (!expect("(")) {
     return nullptr;
@@ -252,7 +252,7 @@ NodePtr Parser::parseFor() {
   if (token_.kind == TokenKind::kVariable && lexer_.expressionToken(token_.end).isName("in")) {
     return parseForIn(offset);
   }
-  NodePtr node = make(Kind::kFor, offset);
+  AstPtr node = make(Kind::kFor, offset);
   if (!add(*node, parseForPart(";"))) {
     return nullptr;
   }
@@ -267,10 +267,10 @@ NodePtr Parser::parseFor() {
 }
 
 // A list of expressions or declarations, up to and including `end`.
-NodePtr Parser::parseForPart(std::string_view end) {
-  NodePtr part = make(Kind::kSequence, token_.offset);
+AstPtr Parser::parseForPart(std::string_view end) {
+  AstPtr part = make(Kind::kSequence, token_.offset);
   while (!accept(end)) {
-    NodePtr child = atDeclaration() ? parseDeclaration(false) : parseExpression();
+    AstPtr child = atDeclaration() ? parseDeclaration(false) : parseExpression();
     if (!add(*part, std::move(child)) || (!token_.isSymbol(end) && !expect(","))) {
       return nullptr;
     }
@@ -278,8 +278,8 @@ NodePtr Parser::parseForPart(std::string_view end) {
   return part;
 }
 
-NodePtr Parser::parseForIn(std::size_t offset) {
-  NodePtr node = make(Kind::kForIn, offset);
+AstPtr Parser::parseForIn(std::size_t offset) {
+  AstPtr node = make(Kind::kForIn, offset);
   node->text = std::string(take().text);
   take();
   if (!add(*node, parseExpression()) || !expect(")") || !add(*node, parseStatement())) {
@@ -288,8 +288,8 @@ NodePtr Parser::parseForIn(std::size_t offset) {
   return node;
 }
 
-NodePtr Parser::parseSwitch() {
-  NodePtr node = make(Kind::kSwitch, take().offset);
+AstPtr Parser::parseSwitch() {
+  AstPtr node = make(Kind::kSwitch, take().offset);
   if (!add(*node, parseCondition()) || !expect("{")) {
     return nullptr;
   }
@@ -302,17 +302,17 @@ NodePtr Parser::parseSwitch() {
   return node;
 }
 
-NodePtr Parser::parseCase() {
+AstPtr Parser::parseCase() {
   const Token label = take();
-  NodePtr node = make(Kind::kCase, label.offset);
+  AstPtr node = make(Kind::kCase, label.offset);
   if (label.isName("case") && !add(*node, parseChoice())) {
     return nullptr;
   }
   return expect(":") ? std::move(node) : nullptr;
 }
 
-NodePtr Parser::parseReturn() {
-  NodePtr node = make(Kind::kReturn, take().offset);
+AstPtr Parser::parseReturn() {
+  AstPtr node = make(Kind::kReturn, take().offset);
   const bool empty = token_.isSymbol(";") || token_.kind == TokenKind::kEnd;
   if (!empty && !add(*node, parseExpression())) {
     return nullptr;
@@ -320,7 +320,7 @@ NodePtr Parser::parseReturn() {
   return expectEndOfStatement() ? std::move(node) : nullptr;
 }
 
-NodePtr Parser::parseGlobal() {
+AstPtr Parser::parseGlobal() {
   take();
   if (token_.isName("proc")) {
     return parseProcedure();
@@ -328,7 +328,7 @@ NodePtr Parser::parseGlobal() {
   if (!atDeclaration()) {
     return failAtToken("'proc' or a type");
   }
-  NodePtr declaration = parseDeclaration(true);
+  AstPtr declaration = parseDeclaration(true);
   return declaration != nullptr && expectEndOfStatement() ? std::move(declaration) : nullptr;
 }
 
@@ -356,9 +356,9 @@ bool Parser::takeType(Value::Type& type) {
   return true;
 }
 
-NodePtr Parser::parseDeclaration(bool isGlobal) {
+AstPtr Parser::parseDeclaration(bool isGlobal) {
   Value::Type type = Value::Type::kNone;
-  NodePtr list = make(Kind::kSequence, token_.offset);
+  AstPtr list = make(Kind::kSequence, token_.offset);
   if (!takeType(type)) {
     return nullptr;
   }
@@ -371,11 +371,11 @@ NodePtr Parser::parseDeclaration(bool isGlobal) {
   return list;
 }
 
-NodePtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
+AstPtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
   if (token_.kind != TokenKind::kVariable) {
     return failAtToken("a variable");
   }
-  NodePtr node = make(Kind::kDeclare, token_.offset);
+  AstPtr node = make(Kind::kDeclare, token_.offset);
   node->text = std::string(take().text);
   node->type = type;
   node->isGlobal = isGlobal;
@@ -395,8 +395,8 @@ NodePtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
   return node;
 }
 
-NodePtr Parser::parseProcedure() {
-  NodePtr node = make(Kind::kProcedure, take().offset);
+AstPtr Parser::parseProcedure() {
+  AstPtr node = make(Kind::kProcedure, take().offset);
   const bool hasType =
       token_.kind == TokenKind::kName && !lexer_.expressionToken(token_.end).isSymbol("(");
   if (hasType && !takeType(node->type)) {
@@ -420,7 +420,7 @@ NodePtr Parser::parseProcedure() {
   return add(*node, parseBlock()) ? std::move(node) : nullptr;
 }
 
-NodePtr Parser::parseParameter() {
+AstPtr Parser::parseParameter() {
   Value::Type type = Value::Type::kNone;
   return takeType(type) ? parseDeclarator(type, false) : nullptr;
 }

@@ -6,7 +6,7 @@
 namespace host::mel {
 namespace {
 
-using Kind = Node::Kind;
+using Kind = AstNode::Kind;
 using TokenKind = Token::Kind;
 
 constexpr int kUnknownOperator = 0;
@@ -32,55 +32,55 @@ bool isAssignment(const Token& token) {
          token.isSymbol("*=") || token.isSymbol("/=") || token.isSymbol("%=");
 }
 
-bool isVariable(const Node& node) {
+bool isVariable(const AstNode& node) {
   return node.kind == Kind::kVariable || node.kind == Kind::kElement;
 }
 
 }  // namespace
 
-NodePtr Parser::parseExpression() {
+AstPtr Parser::parseExpression() {
   const Nest nest(*this);
-  NodePtr expression = nest ? parseChoice() : nullptr;
+  AstPtr expression = nest ? parseChoice() : nullptr;
   if (expression != nullptr && isAssignment(token_)) {
     expression = parseAssignment(std::move(expression));
   }
   return expression;
 }
 
-NodePtr Parser::parseAssignment(NodePtr target) {
+AstPtr Parser::parseAssignment(AstPtr target) {
   if (!isVariable(*target)) {
     return fail(target->offset, "only a variable can be assigned to");
   }
   const Token symbol = take();
   const std::size_t offset = target->offset;
-  NodePtr value = parseExpression();
+  AstPtr value = parseExpression();
   if (value == nullptr) {
     return nullptr;
   }
-  NodePtr node = make(Kind::kAssign, offset, std::move(target), std::move(value));
+  AstPtr node = make(Kind::kAssign, offset, std::move(target), std::move(value));
   if (node != nullptr) {
     node->text = std::string(symbol.text.substr(0, symbol.text.size() - 1));
   }
   return node;
 }
 
-NodePtr Parser::parseChoice() {
-  NodePtr condition = parseBinary(1);
+AstPtr Parser::parseChoice() {
+  AstPtr condition = parseBinary(1);
   if (condition == nullptr || !token_.isSymbol("?")) {
     return condition;
   }
-  NodePtr node = make(Kind::kChoice, take().offset, std::move(condition));
+  AstPtr node = make(Kind::kChoice, take().offset, std::move(condition));
   const bool complete = node != nullptr && add(*node, parseExpression()) && expect(":") &&
                         add(*node, parseExpression());
   return complete ? std::move(node) : nullptr;
 }
 
-NodePtr Parser::parseBinary(int lowest) {
-  NodePtr left = parseUnary();
+AstPtr Parser::parseBinary(int lowest) {
+  AstPtr left = parseUnary();
   while (left != nullptr && precedence(token_) >= lowest) {
     const int own = precedence(token_);
     const Token symbol = take();
-    NodePtr right = parseBinary(own + 1);
+    AstPtr right = parseBinary(own + 1);
     if (right == nullptr) {
       return nullptr;
     }
@@ -92,7 +92,7 @@ NodePtr Parser::parseBinary(int lowest) {
   return left;
 }
 
-NodePtr Parser::parseUnary() {
+AstPtr Parser::parseUnary() {
   const Nest nest(*this);
   if (!nest) {
     return nullptr;
@@ -102,17 +102,17 @@ NodePtr Parser::parseUnary() {
   return isSigned ? parseSigned() : parsePostfix();
 }
 
-NodePtr Parser::parseSigned() {
+AstPtr Parser::parseSigned() {
   const Token symbol = take();
   const bool step = symbol.isSymbol("++") || symbol.isSymbol("--");
-  NodePtr operand = parseUnary();
+  AstPtr operand = parseUnary();
   if (operand == nullptr || symbol.isSymbol("+")) {
     return operand;
   }
   if (step && !isVariable(*operand)) {
     return fail(symbol.offset, "only a variable can be stepped");
   }
-  NodePtr node = make(step ? Kind::kStep : Kind::kUnary, symbol.offset, std::move(operand));
+  AstPtr node = make(step ? Kind::kStep : Kind::kUnary, symbol.offset, std::move(operand));
   if (node != nullptr) {
     node->text = std::string(symbol.text);
     node->literal = Value(1);
@@ -120,15 +120,15 @@ NodePtr Parser::parseSigned() {
   return node;
 }
 
-NodePtr Parser::parsePostfix() {
-  NodePtr operand = parsePrimary();
+AstPtr Parser::parsePostfix() {
+  AstPtr operand = parsePrimary();
   if (operand != nullptr && token_.isSymbol("[")) {
     operand = parseElements(std::move(operand));
   }
   if (operand != nullptr && isVariable(*operand) &&
       (token_.isSymbol("++") || token_.isSymbol("--"))) {
     const Token symbol = take();
-    NodePtr node = make(Kind::kStep, symbol.offset, std::move(operand));
+    AstPtr node = make(Kind::kStep, symbol.offset, std::move(operand));
     if (node != nullptr) {
       node->text = std::string(symbol.text);
     }
@@ -137,10 +137,10 @@ NodePtr Parser::parsePostfix() {
   return operand;
 }
 
-NodePtr Parser::parseElements(NodePtr array) {
+AstPtr Parser::parseElements(AstPtr array) {
   while (array != nullptr && token_.isSymbol("[")) {
     const std::size_t offset = take().offset;
-    NodePtr index = parseExpression();
+    AstPtr index = parseExpression();
     if (index == nullptr || !expect("]")) {
       return nullptr;
     }
@@ -149,7 +149,7 @@ NodePtr Parser::parseElements(NodePtr array) {
   return array;
 }
 
-NodePtr Parser::parsePrimary() {
+AstPtr Parser::parsePrimary() {
   switch (token_.kind) {
     case TokenKind::kNumber:
       return parseNumber();
@@ -174,9 +174,9 @@ NodePtr Parser::parsePrimary() {
   return failAtToken("a value");
 }
 
-NodePtr Parser::parseNumber() {
+AstPtr Parser::parseNumber() {
   const Token token = take();
-  NodePtr node = make(Kind::kLiteral, token.offset);
+  AstPtr node = make(Kind::kLiteral, token.offset);
   if (const auto integer = parseInteger(token.text)) {
     node->literal = Value(*integer);
   } else {
@@ -185,18 +185,18 @@ NodePtr Parser::parseNumber() {
   return node;
 }
 
-NodePtr Parser::parseString() {
+AstPtr Parser::parseString() {
   const Token token = take();
-  NodePtr node = make(Kind::kLiteral, token.offset);
+  AstPtr node = make(Kind::kLiteral, token.offset);
   std::string text;
   appendUnescaped(text, token.text);
   node->literal = Value(std::move(text));
   return node;
 }
 
-NodePtr Parser::parseVariable() {
+AstPtr Parser::parseVariable() {
   const Token token = take();
-  NodePtr node = make(Kind::kVariable, token.offset);
+  AstPtr node = make(Kind::kVariable, token.offset);
   node->text = std::string(token.text);
   return node;
 }
@@ -207,30 +207,30 @@ bool Parser::atCast() const {
   return token_.isSymbol("(") && named && lexer_.expressionToken(type.end).isSymbol(")");
 }
 
-NodePtr Parser::parseCast() {
+AstPtr Parser::parseCast() {
   const std::size_t offset = take().offset;
   Value::Type type = Value::Type::kNone;
   if (!takeType(type) || !expect(")")) {
     return nullptr;
   }
-  NodePtr cast = make(Kind::kCast, offset, parseUnary());
+  AstPtr cast = make(Kind::kCast, offset, parseUnary());
   if (cast != nullptr) {
     cast->type = type;
   }
   return cast;
 }
 
-NodePtr Parser::parseParenthesised() {
+AstPtr Parser::parseParenthesised() {
   if (atCast()) {
     return parseCast();
   }
   take();
-  NodePtr inner = parseExpression();
+  AstPtr inner = parseExpression();
   return inner != nullptr && expect(")") ? std::move(inner) : nullptr;
 }
 
 // true and false in their spellings, a call such as size($x), or a cast such as int($x).
-NodePtr Parser::parseName() {
+AstPtr Parser::parseName() {
   const Token name = token_;
   if (!lexer_.expressionToken(name.end).isSymbol("(")) {
     const auto truth = parseTruth(name.text);
@@ -238,19 +238,19 @@ NodePtr Parser::parseName() {
       return failAtToken("a value");
     }
     take();
-    NodePtr node = make(Kind::kLiteral, name.offset);
+    AstPtr node = make(Kind::kLiteral, name.offset);
     node->literal = Value::ofTruth(*truth);
     return node;
   }
   take();
   take();
-  NodePtr call = make(Kind::kCommand, name.offset);
+  AstPtr call = make(Kind::kCommand, name.offset);
   call->text = std::string(name.text);
   return parseArguments(*call, ")") ? std::move(call) : nullptr;
 }
 
 // Expressions with commas between them, up to and including `close`.
-bool Parser::parseArguments(Node& parent, std::string_view close) {
+bool Parser::parseArguments(AstNode& parent, std::string_view close) {
   while (!accept(close)) {
     if (!add(parent, parseExpression()) || (!token_.isSymbol(close) && !expect(","))) {
       return false;
@@ -259,23 +259,23 @@ bool Parser::parseArguments(Node& parent, std::string_view close) {
   return true;
 }
 
-NodePtr Parser::parseArrayLiteral() {
-  NodePtr array = make(Kind::kArrayLiteral, take().offset);
+AstPtr Parser::parseArrayLiteral() {
+  AstPtr array = make(Kind::kArrayLiteral, take().offset);
   return parseArguments(*array, "}") ? std::move(array) : nullptr;
 }
 
-NodePtr Parser::parseBackQuoted() {
+AstPtr Parser::parseBackQuoted() {
   take();
   if (token_.kind != TokenKind::kName) {
     return failAtToken("a command");
   }
-  NodePtr command = parseCommand(true);
+  AstPtr command = parseCommand(true);
   return command != nullptr && expect("`") ? std::move(command) : nullptr;
 }
 
-NodePtr Parser::parseCommand(bool backQuoted) {
+AstPtr Parser::parseCommand(bool backQuoted) {
   const Token name = take();
-  NodePtr command = make(Kind::kCommand, name.offset);
+  AstPtr command = make(Kind::kCommand, name.offset);
   command->text = std::string(name.text);
   for (bool first = true;; first = false) {
     const Token word = lexer_.wordToken(first ? name.end : token_.offset);
@@ -285,7 +285,7 @@ NodePtr Parser::parseCommand(bool backQuoted) {
       moveTo(word.offset);
       return command;
     }
-    NodePtr argument = parseArgument(word, first, *command);
+    AstPtr argument = parseArgument(word, first, *command);
     if (failed_ || (argument != nullptr && !add(*command, std::move(argument)))) {
       return nullptr;
     }
@@ -294,11 +294,11 @@ NodePtr Parser::parseCommand(bool backQuoted) {
 
 // Gives null without a failure when the argument was a list in parentheses, which is added as it is
 // read.
-NodePtr Parser::parseArgument(const Token& word, bool first, Node& command) {
+AstPtr Parser::parseArgument(const Token& word, bool first, AstNode& command) {
   const bool signOnly = word.kind == TokenKind::kName && word.text == "-";
   if (word.kind == TokenKind::kName && !signOnly) {
     moveTo(word.end);
-    NodePtr node = make(Kind::kWord, word.offset);
+    AstPtr node = make(Kind::kWord, word.offset);
     node->text = std::string(word.text);
     return node;
   }
@@ -311,7 +311,7 @@ NodePtr Parser::parseArgument(const Token& word, bool first, Node& command) {
     parseArguments(command, ")");
     return nullptr;
   }
-  NodePtr argument = parsePrimary();
+  AstPtr argument = parsePrimary();
   if (argument != nullptr && argument->kind == Kind::kVariable && token_.isSymbol("[")) {
     argument = parseElements(std::move(argument));
   }

@@ -18,7 +18,7 @@ class Parser {
   Parser(std::string_view text, std::string origin)
       : text_(text), origin_(std::move(origin)), lexer_(text), token_(lexer_.expressionToken(0)) {}
 
-  NodePtr parseProgram();
+  AstPtr parseProgram();
   const Failure& failure() const { return failure_; }
 
  private:
@@ -42,58 +42,58 @@ class Parser {
   bool expectEndOfStatement();
 
   // Nodes.
-  NodePtr make(Node::Kind kind, std::size_t offset) const;
-  NodePtr make(Node::Kind kind, std::size_t offset, NodePtr first, NodePtr second = nullptr);
-  bool add(Node& parent, NodePtr child);  // false when the child is null or the tree too deep
-  NodePtr fail(std::size_t offset, const std::string& text);
-  NodePtr failAtToken(const std::string& expected);
+  AstPtr make(AstNode::Kind kind, std::size_t offset) const;
+  AstPtr make(AstNode::Kind kind, std::size_t offset, AstPtr first, AstPtr second = nullptr);
+  bool add(AstNode& parent, AstPtr child);  // false when the child is null or the tree too deep
+  AstPtr fail(std::size_t offset, const std::string& text);
+  AstPtr failAtToken(const std::string& expected);
 
   // Statements (Parser.cpp).
-  NodePtr parseStatement();
-  NodePtr parseKeyword(const Token& name);
-  NodePtr parseBlock();
-  NodePtr parseIf();
-  NodePtr parseWhile();
-  NodePtr parseDoWhile();
-  NodePtr parseFor();
-  NodePtr parseForIn(std::size_t offset);
-  NodePtr parseForPart(std::string_view end);
-  NodePtr parseSwitch();
-  NodePtr parseCase();
-  NodePtr parseReturn();
-  NodePtr parseGlobal();
-  NodePtr parseDeclaration(bool isGlobal);
-  NodePtr parseDeclarator(Value::Type type, bool isGlobal);
-  NodePtr parseProcedure();
-  NodePtr parseParameter();
-  NodePtr parseCondition();
+  AstPtr parseStatement();
+  AstPtr parseKeyword(const Token& name);
+  AstPtr parseBlock();
+  AstPtr parseIf();
+  AstPtr parseWhile();
+  AstPtr parseDoWhile();
+  AstPtr parseFor();
+  AstPtr parseForIn(std::size_t offset);
+  AstPtr parseForPart(std::string_view end);
+  AstPtr parseSwitch();
+  AstPtr parseCase();
+  AstPtr parseReturn();
+  AstPtr parseGlobal();
+  AstPtr parseDeclaration(bool isGlobal);
+  AstPtr parseDeclarator(Value::Type type, bool isGlobal);
+  AstPtr parseProcedure();
+  AstPtr parseParameter();
+  AstPtr parseCondition();
   bool atDeclaration() const;
   bool takeType(Value::Type& type);
 
   // Expressions (ParserExpressions.cpp).
-  NodePtr parseExpression();
-  NodePtr parseAssignment(NodePtr target);
-  NodePtr parseChoice();
-  NodePtr parseBinary(int lowestPrecedence);
-  NodePtr parseUnary();
-  NodePtr parseSigned();
-  NodePtr parsePostfix();
-  NodePtr parseElements(NodePtr array);
-  NodePtr parsePrimary();
-  NodePtr parseParenthesised();
-  NodePtr parseCast();
+  AstPtr parseExpression();
+  AstPtr parseAssignment(AstPtr target);
+  AstPtr parseChoice();
+  AstPtr parseBinary(int lowestPrecedence);
+  AstPtr parseUnary();
+  AstPtr parseSigned();
+  AstPtr parsePostfix();
+  AstPtr parseElements(AstPtr array);
+  AstPtr parsePrimary();
+  AstPtr parseParenthesised();
+  AstPtr parseCast();
   bool atCast() const;
-  NodePtr parseName();
-  NodePtr parseArrayLiteral();
-  NodePtr parseBackQuoted();
-  NodePtr parseVariable();
-  NodePtr parseNumber();
-  NodePtr parseString();
+  AstPtr parseName();
+  AstPtr parseArrayLiteral();
+  AstPtr parseBackQuoted();
+  AstPtr parseVariable();
+  AstPtr parseNumber();
+  AstPtr parseString();
 
   // Commands (ParserExpressions.cpp).
-  NodePtr parseCommand(bool backQuoted);
-  NodePtr parseArgument(const Token& word, bool first, Node& command);
-  bool parseArguments(Node& parent, std::string_view close);
+  AstPtr parseCommand(bool backQuoted);
+  AstPtr parseArgument(const Token& word, bool first, AstNode& command);
+  bool parseArguments(AstNode& parent, std::string_view close);
 
   std::string_view text_;
   std::string origin_;

@@ -1,0 +1,145 @@
+#include "host/mel/Interpreter.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "host/mel/Evaluator.h"
+#include "host/mel/Parser.h"
+
+namespace host::mel {
+namespace {
+
+namespace fs = std::filesystem;
+
+#ifdef _WIN32
+constexpr char kListSeparator = ';';
+#else
+constexpr char kListSeparator = ':';
+#endif
+
+std::optional<std::string> readText(const std::string& path) {
+  std::ifstream file(fs::u8path(path), std::ios::binary);
+  if (!file) {
+    return std::nullopt;
+  }
+  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return file.bad() ? std::nullopt : std::optional<std::string>(std::move(text));
+}
+
+bool isFile(const fs::path& path) {
+  std::error_code error;
+  return fs::is_regular_file(path, error);
+}
+
+// The file itself, or with ".mel" behind it.
+std::string asScript(const fs::path& path) {
+  if (isFile(path)) {
+    return path.u8string();
+  }
+  fs::path longer = path;
+  longer += ".mel";
+  return isFile(longer) ? longer.u8string() : std::string();
+}
+
+}  // namespace
+
+std::vector<std::string> foldersOf(const char* variable) {
+  std::vector<std::string> folders;
+  const char* value = std::getenv(variable);
+  std::string_view rest = value == nullptr ? "" : value;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find(kListSeparator);
+    if (end != 0) {
+      folders.emplace_back(rest.substr(0, end));
+    }
+    rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
+  }
+  return folders;
+}
+
+std::string resolvedPath(const std::string& name, const std::string& folder) {
+  return (fs::u8path(folder) / fs::u8path(name)).lexically_normal().u8string();
+}
+
+std::string Failure::describe() const {
+  const std::string place =
+      line == 0 ? origin : origin + ":" + std::to_string(line) + ":" + std::to_string(column);
+  return place.empty() ? text : place + ": " + text;
+}
+
+Interpreter& Interpreter::current() {
+  static Interpreter interpreter;
+  return interpreter;
+}
+
+Interpreter::Interpreter() : state_(std::make_unique<State>()) {
+  std::error_code error;
+  state_->callerFolder = fs::current_path(error).u8string();
+}
+
+Interpreter::~Interpreter() = default;
+
+Outcome Interpreter::execute(std::string_view text, const std::string& origin) {
+  Outcome outcome;
+  std::shared_ptr<const Script> script = parseScript(text, origin, outcome.failure);
+  if (script == nullptr) {
+    outcome.ok = false;
+    return outcome;
+  }
+  return Evaluator(*this, std::move(script)).run();
+}
+
+Outcome Interpreter::executeFile(const std::string& name) {
+  Outcome outcome;
+  const std::string path = findScript(name);
+  std::optional<std::string> text;
+  if (!path.empty()) {
+    text = readText(path);
+  }
+  if (!text) {
+    outcome.ok = false;
+    outcome.failure.text =
+        (path.empty() ? "no script named " : "cannot read ") + (path.empty() ? name : path);
+    return outcome;
+  }
+  return execute(*text, path);
+}
+
+bool Interpreter::isProcedure(const std::string& name) const {
+  return state_->procedures.count(name) != 0;
+}
+
+void Interpreter::setCallerFolder(const std::string& folder) {
+  state_->callerFolder = folder;
+}
+const std::string& Interpreter::callerFolder() const {
+  return state_->callerFolder;
+}
+
+void Interpreter::addScriptFolder(const std::string& folder) {
+  state_->scriptFolders.push_back(folder);
+}
+
+std::string Interpreter::findScript(const std::string& name) const {
+  const std::string direct = asScript(fs::u8path(resolvedPath(name, state_->callerFolder)));
+  if (!direct.empty() || name.empty() || fs::u8path(name).is_absolute()) {
+    return direct;
+  }
+  std::vector<std::string> folders = state_->scriptFolders;
+  for (std::string& folder : foldersOf("MAYA_SCRIPT_PATH")) {
+    folders.push_back(std::move(folder));
+  }
+  for (const std::string& folder : folders) {
+    std::string found = asScript(fs::u8path(resolvedPath(name, folder)));
+    if (!found.empty()) {
+      return found;
+    }
+  }
+  return std::string();
+}
+
+}  // namespace host::mel
