@@ -1,0 +1,133 @@
+#ifndef MORVANE_EXPORT_TILEMESH_H_
+#define MORVANE_EXPORT_TILEMESH_H_
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "util/GrowArray.h"
+
+// From a mesh's attribute tables and polygons to unique vertices and triangles over them. Plain
+// data work: no host is needed here.
+namespace morvane {
+
+struct Float2 {
+  float u = 0;
+  float v = 0;
+};
+
+struct Float3 {
+  float x = 0;
+  float y = 0;
+  float z = 0;
+};
+
+// One polygon: for each corner an index into each attribute table, in the host's corner order.
+struct PolygonRecord {
+  std::vector<std::int32_t> positions;
+  std::vector<std::int32_t> normals;
+  std::vector<std::int32_t> uvs;
+  std::vector<std::int32_t> colours;
+  std::int32_t materialId = 0;
+};
+
+// What is read from one mesh, in object space.
+struct MeshTables {
+  std::vector<Float3> positions;
+  std::vector<Float3> normals;
+  std::vector<Float2> uvs;  // a mesh without any has the one entry (0, 0)
+  std::vector<std::uint32_t>
+      colours;  // one a vertex, see packColour; a mesh without any has the one entry 0
+  std::vector<PolygonRecord> polygons;
+};
+
+// Packs a colour to R, G, B, A bytes from the most significant end. Components outside [0, 1] are
+// not clamped: they carry into the neighbouring byte, modulo 2^32.
+std::uint32_t packColour(float r, float g, float b, float a);
+
+struct TileTriangle {
+  std::array<std::int32_t, 3> positions;
+  std::array<std::int32_t, 3> uvs;
+  std::array<std::int32_t, 3> normals;
+  std::array<std::int32_t, 3> colours;
+  std::int32_t materialId;
+  std::int32_t reserved;
+};
+static_assert(sizeof(TileTriangle) == 14 * sizeof(std::int32_t), "a triangle is 14 words");
+
+struct TileMesh {
+  GrowArray<Float3> positions;
+  GrowArray<Float2> uvs;
+  GrowArray<std::uint32_t> colours;
+  GrowArray<Float3> normals;
+  GrowArray<TileTriangle> triangles;
+};
+
+// Copies the tables and cuts every polygon into a fan of triangles around its first corner. Null
+// when a polygon's four index lists differ in length; the reason then goes to addExtractionError.
+std::unique_ptr<TileMesh> buildTileMesh(const MeshTables& tables);
+
+// Everything that makes one mesh vertex: two corners are the same vertex when their keys are the
+// same bits.
+struct VertexKey {
+  Float3 position;
+  Float3 normal;
+  Float2 uv;
+  std::array<std::uint32_t, 6> reserved{};
+  std::uint32_t colour = 0;
+};
+static_assert(sizeof(VertexKey) == 15 * sizeof(std::uint32_t), "a key is 15 words without padding");
+
+struct WeldedMesh {
+  std::vector<VertexKey> vertices;  // unique, in order of first appearance
+  std::vector<std::array<std::int32_t, 3>>
+      triangles;  // indices into vertices, in the tile mesh's order
+};
+
+// The welding table: buckets chosen by the low byte of a key's hash, each listing its vertices in
+// the order in which they were added. The hash is a plain sum, so that keys on an integer grid,
+// whose words end in zeros, all meet in one bucket; a bucket that grows long therefore keeps an
+// index of its own over all of a key's bits.
+class WeldTable {
+ public:
+  static constexpr std::size_t kBucketCount = 256;
+
+  struct Entry {
+    std::int32_t vertex;
+    std::uint32_t hash;
+  };
+
+  // The entry of `key` in the bucket of `hash`, or -1.
+  std::int32_t find(const VertexKey& key, std::uint32_t hash,
+                    const std::vector<VertexKey>& vertices) const;
+  void add(std::int32_t vertex, std::uint32_t hash, const std::vector<VertexKey>& vertices);
+
+ private:
+  struct Slot {
+    std::int32_t vertex;  // -1: free
+    std::uint32_t digest;
+  };
+  struct Bucket {
+    std::vector<Entry> entries;
+    std::vector<Slot>
+        index;  // open addressing, a power of two in size; empty while the bucket is short
+  };
+
+  static void insert(std::vector<Slot>& index, Slot slot);
+  static void startIndex(Bucket& bucket, const std::vector<VertexKey>& vertices);
+  static void growIndex(Bucket& bucket);
+
+  std::array<Bucket, kBucketCount> buckets_;
+};
+
+// The index of `key` among the welded vertices, to which it is appended when it is new.
+std::int32_t weldVertex(const VertexKey& key, std::vector<VertexKey>& vertices, WeldTable& table);
+
+// Welds the triangles' corners. An index outside its table stands for an all-zero entry of that
+// table.
+WeldedMesh weldTileMesh(const TileMesh& mesh);
+
+}  // namespace morvane
+
+#endif  // MORVANE_EXPORT_TILEMESH_H_
