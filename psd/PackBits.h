@@ -13,6 +13,8 @@
 
 namespace morvane {
 
+constexpr std::size_t kMaxPackBitsExpansion = 64;  // a packet of two bytes gives at most 128
+
 // Packs one row into two-byte packets, one for each run of up to 128 equal bytes, and no others.
 // `scratch` has room for 2 x rowLength bytes.
 std::unique_ptr<std::uint8_t[]> packBitsEncodeRow(std::uint32_t rowLength, const std::uint8_t* row,

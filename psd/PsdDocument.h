@@ -18,15 +18,13 @@ namespace morvane {
 // touch the merged image, and keeps channel data packed except while an operation works on it.
 //
 // Invariants, kept by every operation:
-// - `layers` has layerCount entries; `channelTable` has one entry for each channel of every layer,
-// layer by
-//   layer, in the order of each layer's channel infos.
-// - A layer record takes 34 + 6 x channelCount + extraLength bytes. layerInfoLength is 2 + all
-// records + all
-//   channel info lengths + layerInfoPadding; layerAndMaskLength is layerInfoLength + 8 + the global
-//   mask's length + sectionTail. Operations change both by what they add or remove, so that a
-//   loaded document keeps what its file declared.
-// - resourcesLength is what the resources take in the file, resourcesTail included.
+// 1. `layers` has layerCount entries. `channelTable` has one entry for each channel of every layer,
+//    layer by layer, in the order of each layer's channel infos.
+// 2. A layer record takes 34 + 6 x channelCount + extraLength bytes. layerInfoLength is 2 + all
+//    records + all channel info lengths + layerInfoPadding; layerAndMaskLength is layerInfoLength +
+//    8 + the global mask's length + sectionTail. Operations change both by what they add or remove,
+//    so that a loaded document keeps what its file declared.
+// 3. resourcesLength is what the resources take in the file, resourcesTail included.
 //
 // Operations that return false, -1 or null have changed nothing. Files and their contents are not
 // trusted: loading a file of n bytes takes n bytes, the same again at most for resources and layer
@@ -37,41 +35,50 @@ namespace morvane {
 // A document is used by one thread at a time.
 class PsdDocument {
  public:
-  static constexpr std::uint32_t kMaxSide =
-      30000;  // the format's own limit for an image, in pixels
+  // The format's own limit for the sides of an image, in pixels.
+  static constexpr std::uint32_t kMaxSide = 30000;
 
-  // In the order of the file.
+  // A layer may claim a rectangle of any size and bring no data for it: no plane of zeros with more
+  // bytes than this is made.
+  static constexpr std::size_t kMaxMissingPlane = std::size_t{64} << 20;
+
   std::unique_ptr<char[]> path;  // of the file last loaded, NUL-terminated; null after reset()
-  char signature[4] = {};        // "8BPS"
-  std::uint16_t version = 0;     // 1
+
+  // The file's sections, in their order.
+  char signature[4] = {};     // "8BPS"
+  std::uint16_t version = 0;  // 1
   std::uint8_t reserved[6] = {};
   std::uint16_t channels = 0;    // of the merged image
   std::uint32_t rows = 0;        // pixels
   std::uint32_t columns = 0;     // pixels
   std::uint16_t depth = 0;       // bits in a channel
   std::uint16_t colourMode = 0;  // 3: RGB
+
   std::uint32_t colourModeLength = 0;
-  Bytes colourModeData;
+  std::unique_ptr<std::uint8_t[]> colourModeData;
+
   std::uint32_t resourcesLength = 0;
   std::vector<std::unique_ptr<PsdResource>> resources;
-  PsdOpaque resourcesTail;               // what the section holds after the last resource
+  PsdOpaque resourcesTail;  // what the section holds after the last resource
+
   std::uint32_t layerAndMaskLength = 0;  // 0: the file has no such section
   std::uint32_t layerInfoLength = 0;     // 0: the section has no layer info, not even the count
   std::int16_t layerCount = 0;           // never negative
-  bool mergedAlpha = false;      // the file's count is negative: the merged image's fourth channel
-                                 // is its transparency
+  // The file's count is negative: the merged image's fourth channel is its transparency.
+  bool mergedAlpha = false;
   std::vector<PsdLayer> layers;  // layer 0 is the bottom one
   std::vector<PsdChannel> channelTable;
   PsdOpaque layerInfoPadding;  // what the layer info holds after the last channel
   bool hasGlobalMask = true;   // false: the section ends before the global mask's length
   PsdGlobalMask globalMask;
-  PsdOpaque sectionTail;                // what the section holds after the global mask
+  PsdOpaque sectionTail;  // what the section holds after the global mask
+
   std::uint16_t mergedCompression = 0;  // 0 raw, 1 packed
   std::uint32_t mergedLength = 0;
-  Bytes mergedData;  // as it follows the compression word; shorter than the header promises in a
-                     // damaged file
+  // All that follows the compression word, be it more or less than the image needs.
+  Bytes mergedData;
 
-  // The file as it was read; the opaque bytes, channel data and merged data above may lie in it.
+  // The file as it was read; opaque bytes, channel data and merged data may lie in it.
   std::unique_ptr<std::uint8_t[]> fileBytes;
 
   // A blank document, as by reset().
@@ -142,7 +149,9 @@ class PsdDocument {
 
  private:
   struct BuiltLayer;
+  class PlaneStream;
 
+  PsdDocument() = default;
   std::size_t channelTableStart(std::int32_t layer) const;
   PsdChannelInfo* findChannelInfo(std::int32_t layer, std::uint32_t channel);
 
@@ -155,7 +164,11 @@ class PsdDocument {
   std::unique_ptr<std::uint8_t[]> unpackedPlane(std::int32_t layer, std::uint32_t channel,
                                                 std::size_t& size) const;
 
-  bool buildBaseLayer(BuiltLayer& built) const;
+  // Both build what is to be committed and change nothing; false when it cannot be built.
+  bool buildBaseLayer(BuiltLayer& base) const;
+  bool buildLayer(BuiltLayer& built, const PsdLayer& below, const char* name, std::uint8_t flags,
+                  const std::uint8_t* content, std::uint64_t contentLength) const;
+  // A new layer whose planes start with `content`; its index, or -1.
   std::int32_t appendLayer(const char* name, std::uint8_t flags, const std::uint8_t* content,
                            std::uint64_t contentLength);
   void commitBaseLayer(BuiltLayer built);

@@ -1,0 +1,121 @@
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "psd/PackBits.h"
+#include "psd/PsdDocument.h"
+#include "util/ByteOrder.h"
+
+// A data layer's planes, in channel order and one after another, hold a 4-byte little-endian length
+// and that many bytes.
+
+namespace morvane {
+
+namespace {
+
+constexpr std::uint8_t kHiddenFlags = 10;
+constexpr std::uint32_t kPlanes = 4;
+constexpr std::uint32_t kLengthSize = 4;
+
+}  // namespace
+
+bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes) {
+  const std::uint64_t plane = std::uint64_t{rows} * columns;
+  const std::uint64_t length = std::uint64_t{size} + kLengthSize;
+  if (length >= kPlanes * plane || (size != 0 && !bytes)) return false;
+  std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[length]);
+  if (!content) return false;
+  storeLe32(content.get(), size);
+  if (size != 0) std::memcpy(content.get() + kLengthSize, bytes, size);
+  return appendLayer(name, kHiddenFlags, content.get(), length) >= 0;
+}
+
+// Reads a layer's planes as one run of bytes, one unpacked plane at a time. The document changes
+// only in repackChannels().
+class PsdDocument::PlaneStream {
+ public:
+  PlaneStream(const PsdDocument& document, std::int32_t layer, std::uint64_t plane)
+      : document_(document), layer_(layer), plane_(plane), at_(plane) {}
+
+  // False when the layer has no further channel, or one whose data does not fill the plane.
+  bool read(std::uint8_t* to, std::uint64_t size) {
+    while (size != 0) {
+      if (at_ == plane_ && !nextChannel()) return false;
+      const auto part = static_cast<std::size_t>(std::min(size, plane_ - at_));
+      std::memcpy(to, raw_.get() + at_, part);
+      at_ += part;
+      to += part;
+      size -= part;
+    }
+    return true;
+  }
+
+  // Whether the channels that `end` bytes lie in are there and may hold so many: memory is taken
+  // only for what the file can give. Missing channels hold zeros.
+  bool canHold(std::uint64_t end) const {
+    const PsdLayer& record = document_.layers[layer_];
+    const std::uint64_t last = end / plane_;
+    std::uint64_t capacity = kMaxMissingPlane;
+    if (last >= record.channelCount) return false;
+    for (std::uint64_t c = 0; c <= last; ++c)
+      capacity += record.channelInfos[c].length * kMaxPackBitsExpansion;
+    return end <= capacity;
+  }
+
+  // Content that ends with its plane has the next one too, with nothing in it.
+  bool finish() { return at_ != plane_ || nextChannel(); }
+
+  void repackChannels(PsdDocument& document) {
+    for (std::uint32_t c = 0; c < packed_.size(); ++c) {
+      document.replaceChannel(layer_, c, 1, std::move(packed_[c].data), packed_[c].length);
+    }
+  }
+
+ private:
+  struct Packed {
+    std::unique_ptr<std::uint8_t[]> data;
+    std::uint32_t length = 0;
+  };
+
+  bool nextChannel() {
+    const auto channel = static_cast<std::uint32_t>(packed_.size());
+    if (channel >= document_.layers[layer_].channelCount) return false;
+    std::size_t size = 0;
+    raw_ = document_.unpackedPlane(layer_, channel, size);
+    if (!raw_ || size < plane_) return false;
+    const PsdLayer& record = document_.layers[layer_];
+    Packed packed;
+    packed.data = packBitsEncodePlane(static_cast<std::uint32_t>(record.right - record.left),
+                                      static_cast<std::uint32_t>(record.bottom - record.top),
+                                      raw_.get(), packed.length);
+    if (!packed.data) return false;
+    packed_.push_back(std::move(packed));
+    at_ = 0;
+    return true;
+  }
+
+  const PsdDocument& document_;
+  std::int32_t layer_;
+  std::uint64_t plane_;  // bytes of each channel that count: the image's pixels
+  std::uint64_t at_;     // in the current plane
+  std::unique_ptr<std::uint8_t[]> raw_;
+  std::vector<Packed> packed_;
+};
+
+std::unique_ptr<std::uint8_t[]> PsdDocument::readDataLayer(const char* name, std::uint32_t& size) {
+  const std::int32_t layer = findLayer(name);
+  const std::uint64_t plane = std::uint64_t{rows} * columns;
+  if (layer < 0 || plane == 0) return nullptr;
+  PlaneStream planes(*this, layer, plane);
+  std::uint8_t lengthBytes[kLengthSize];
+  if (!planes.read(lengthBytes, kLengthSize)) return nullptr;
+  const std::uint32_t length = loadLe32(lengthBytes);
+  if (!planes.canHold(std::uint64_t{length} + kLengthSize)) return nullptr;
+  std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[length]);
+  if (!content || !planes.read(content.get(), length) || !planes.finish()) return nullptr;
+  planes.repackChannels(*this);
+  size = length;
+  return content;
+}
+
+}  // namespace morvane

@@ -1,0 +1,290 @@
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
+#include <iterator>
+#include <limits>
+#include <new>
+
+#include "psd/PackBits.h"
+#include "psd/PsdDocument.h"
+#include "psd/PsdNames.h"
+#include "psd/PsdTrailing.h"
+#include "util/ByteOrder.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr std::uint16_t kLayerState = 1024;  // image resources
+constexpr std::uint16_t kLayerGroups = 1026;
+constexpr std::uint16_t kLayerIdSeed = 1044;
+constexpr std::uint16_t kBeforeLayerState = 1016;
+
+constexpr std::uint32_t kGroupEntry = 2;  // bytes for each layer in kLayerGroups
+constexpr std::uint8_t kBaseFlags = 9;    // transparency protected; bit 4 carries meaning
+constexpr std::uint8_t kLayerFlags = 8;
+
+std::uint32_t recordSize(const PsdLayer& layer) {
+  return 34 + 6 * std::uint32_t{layer.channelCount} + layer.extraLength;
+}
+
+// The channels of a new layer: three colours, after the transparency unless it is the base layer.
+bool setChannels(PsdLayer& layer, std::initializer_list<std::uint16_t> ids) {
+  layer.channelInfos.reset(new (std::nothrow) PsdChannelInfo[ids.size()]);
+  if (!layer.channelInfos) return false;
+  for (std::uint16_t id : ids) layer.channelInfos[layer.channelCount++].id = id;
+  return true;
+}
+
+bool setFullBlendingRanges(PsdBlendingRanges& blending) {
+  constexpr std::uint32_t kFullRange = 0x0000FFFF;
+  constexpr std::uint32_t kCount = 4;
+  blending.length = 8 * (1 + kCount);
+  blending.graySource = blending.grayDestination = kFullRange;
+  blending.ranges.reset(new (std::nothrow) PsdBlendingRange[kCount]);
+  if (!blending.ranges) return false;
+  std::fill_n(blending.ranges.get(), kCount, PsdBlendingRange{kFullRange, kFullRange});
+  return true;
+}
+
+// Sets the name in both its forms; an empty one has no characters.
+bool setName(PsdLayer& layer, const char* name) {
+  const auto length = static_cast<std::uint32_t>(std::strlen(name));
+  layer.name.reset(new (std::nothrow) char[length + 1]);
+  layer.unicodeChars.reset(length != 0 ? new (std::nothrow) std::uint16_t[length] : nullptr);
+  if (!layer.name || (length != 0 && !layer.unicodeChars)) return false;
+  std::memcpy(layer.name.get(), name, length + 1);
+  for (std::uint32_t i = 0; i < length; ++i)
+    layer.unicodeChars[i] = static_cast<unsigned char>(name[i]);
+  std::memcpy(layer.unicodeSignature, "8BIM", 4);
+  std::memcpy(layer.unicodeKey, "luni", 4);
+  layer.unicodeCount = length;
+  layer.unicodeBlockLength = 4 + 2 * (length + (length & 1));
+  return true;
+}
+
+void setExtraLength(PsdLayer& layer) {
+  constexpr std::uint32_t kMaskSize = 4;
+  constexpr std::uint32_t kUnicodeHeader = 12;
+  layer.extraLength = kMaskSize + 4 + layer.blendingRanges.length +
+                      nameFieldSize(layer, kLayerNameAlignment) + kUnicodeHeader +
+                      layer.unicodeBlockLength + layer.trailingLength;
+}
+
+// A layer over the whole image, all but its channels' data, its trailing data and its lengths.
+bool fillRecord(PsdLayer& layer, const PsdDocument& document, const char* name,
+                std::uint8_t flags) {
+  layer.bottom = static_cast<std::int32_t>(document.rows);
+  layer.right = static_cast<std::int32_t>(document.columns);
+  std::memcpy(layer.blendSignature, "8BIM", 4);
+  std::memcpy(layer.blendKey, "norm", 4);
+  layer.opacity = 255;
+  layer.flags = flags;
+  return setFullBlendingRanges(layer.blendingRanges) && setName(layer, name);
+}
+
+bool canCarryLayers(const PsdDocument& document) {
+  const auto isSide = [](std::uint32_t side) { return side != 0 && side <= PsdDocument::kMaxSide; };
+  return std::memcmp(document.signature, "8BPS", 4) == 0 && document.version == 1 &&
+         document.depth == 8 && isSide(document.rows) && isSide(document.columns);
+}
+
+std::unique_ptr<PsdResource> makeResource(std::uint16_t id, std::uint8_t low) {
+  auto resource = std::make_unique<PsdResource>();
+  std::memcpy(resource->signature, "8BIM", 4);
+  resource->id = id;
+  resource->size = 2;
+  resource->data = std::make_unique<std::uint8_t[]>(2);
+  resource->data[1] = low;
+  return resource;
+}
+
+// The packed rows of one plane of a packed merged image. One table of row lengths, for all planes,
+// comes first.
+bool findMergedPlane(const PsdDocument& document, std::uint32_t plane, const std::uint8_t*& rows,
+                     std::size_t& length) {
+  const std::size_t tableSize = 2 * std::size_t{document.channels} * document.rows;
+  if (document.mergedLength < tableSize) return false;
+  const std::uint8_t* count = document.mergedData.get();
+  std::size_t before = 0;
+  length = 0;
+  for (std::uint32_t p = 0; p <= plane; ++p) {
+    before += length;
+    length = 0;
+    for (std::uint32_t row = 0; row < document.rows; ++row, count += 2) length += loadBe16(count);
+  }
+  if (before + length > document.mergedLength - tableSize) return false;
+  rows = document.mergedData.get() + tableSize + before;
+  return true;
+}
+
+// One plane of the merged image, packed the way this library packs; null when the image does not
+// hold it.
+std::unique_ptr<std::uint8_t[]> packMergedPlane(const PsdDocument& document, std::uint32_t plane,
+                                                std::uint32_t& packedLength) {
+  const std::size_t size = std::size_t{document.rows} * document.columns;
+  if (document.mergedCompression == 0) {
+    if (document.mergedLength / size < plane + 1) return nullptr;
+    return packBitsEncodePlane(document.columns, document.rows,
+                               document.mergedData.get() + plane * size, packedLength);
+  }
+  const std::uint8_t* rows = nullptr;
+  std::size_t length = 0;
+  if (!findMergedPlane(document, plane, rows, length) || size / kMaxPackBitsExpansion > length)
+    return nullptr;
+  const std::unique_ptr<std::uint8_t[]> raw(new (std::nothrow) std::uint8_t[size]);
+  if (!raw || !packBitsDecode(rows, length, raw.get(), size)) return nullptr;
+  return packBitsEncodePlane(document.columns, document.rows, raw.get(), packedLength);
+}
+
+}  // namespace
+
+// A layer that is not part of the document yet.
+struct PsdDocument::BuiltLayer {
+  PsdLayer record;
+  std::vector<PsdChannel> channels;
+
+  // False when there is no packed plane to add.
+  bool addChannel(std::unique_ptr<std::uint8_t[]> packed, std::uint32_t length) {
+    if (!packed) return false;
+    record.channelInfos[channels.size()].length = length + 2;
+    channels.emplace_back();
+    channels.back().compression = 1;
+    channels.back().data = std::move(packed);
+    return true;
+  }
+
+  // Bytes in the file.
+  std::uint64_t size() const {
+    std::uint64_t total = recordSize(record);
+    for (std::size_t c = 0; c < channels.size(); ++c) total += record.channelInfos[c].length;
+    return total;
+  }
+};
+
+std::int32_t PsdDocument::addLayer(const char* name) {
+  return appendLayer(name, kLayerFlags, nullptr, 0);
+}
+
+bool PsdDocument::buildBaseLayer(BuiltLayer& base) const {
+  constexpr std::uint8_t kFirstLayerId[16] = {'8', 'B', 'I', 'M', 'l', 'y', 'i', 'd',
+                                              0,   0,   0,   4,   0,   0,   0,   1};
+  if (channels < 3) return false;
+  PsdLayer& record = base.record;
+  if (!setChannels(record, {0, 1, 2}) || !fillRecord(record, *this, "", kBaseFlags)) return false;
+  record.name.reset();
+  record.trailingData.reset(new (std::nothrow) std::uint8_t[sizeof kFirstLayerId]);
+  if (!record.trailingData) return false;
+  std::memcpy(record.trailingData.get(), kFirstLayerId, sizeof kFirstLayerId);
+  record.trailingLength = sizeof kFirstLayerId;
+  setExtraLength(record);
+  for (std::uint32_t plane = 0; plane < 3; ++plane) {
+    std::uint32_t length = 0;
+    std::unique_ptr<std::uint8_t[]> packed = packMergedPlane(*this, plane, length);
+    if (!base.addChannel(std::move(packed), length)) return false;
+  }
+  return true;
+}
+
+bool PsdDocument::buildLayer(BuiltLayer& built, const PsdLayer& below, const char* name,
+                             std::uint8_t flags, const std::uint8_t* content,
+                             std::uint64_t contentLength) const {
+  PsdLayer& record = built.record;
+  if (!setChannels(record, {0xFFFF, 0, 1, 2}) || !fillRecord(record, *this, name, flags) ||
+      !inheritTrailingData(below, record)) {
+    return false;
+  }
+  setExtraLength(record);
+  const std::uint64_t plane = std::uint64_t{rows} * columns;
+  for (std::uint32_t c = 0; c < record.channelCount; ++c) {
+    const auto part = static_cast<std::size_t>(std::min(contentLength, plane));
+    const std::uint8_t fill = c == 0 ? 0xFF : 0x00;  // opaque black
+    std::uint32_t length = 0;
+    auto packed = packBitsEncodeFilledPlane(columns, rows, content, part, fill, length);
+    if (!built.addChannel(std::move(packed), length)) return false;
+    if (part != 0) content += part;
+    contentLength -= part;
+  }
+  return true;
+}
+
+// Everything that can fail comes first, so that a document which cannot carry the layer stays as it
+// was.
+std::int32_t PsdDocument::appendLayer(const char* name, std::uint8_t flags,
+                                      const std::uint8_t* content, std::uint64_t contentLength) {
+  if (!canCarryLayers(*this) || !name || std::strlen(name) > kMaxNameLength) return -1;
+  const bool needsBase = layerCount == 0;
+  if (layerCount > std::numeric_limits<std::int16_t>::max() - 1) return -1;
+  BuiltLayer base;
+  if (needsBase && !buildBaseLayer(base)) return -1;
+  BuiltLayer built;
+  const PsdLayer& below = needsBase ? base.record : layers.back();
+  if (!buildLayer(built, below, name, flags, content, contentLength)) return -1;
+
+  constexpr std::uint64_t kSectionHeaders = 2 + 8;
+  const std::uint64_t added = built.size() + (needsBase ? base.size() + kSectionHeaders : 0);
+  if (added > std::numeric_limits<std::uint32_t>::max() - layerAndMaskLength) return -1;
+  if (needsBase) commitBaseLayer(std::move(base));
+  commitLayer(std::move(built));
+  return layerCount - 1;
+}
+
+void PsdDocument::commitBaseLayer(BuiltLayer built) {
+  hasGlobalMask = true;
+  layerInfoLength = static_cast<std::uint32_t>(2 + built.size()) + layerInfoPadding.length;
+  layerAndMaskLength = layerInfoLength + 8 + globalMask.length + sectionTail.length;
+  mergedAlpha = false;
+  layerCount = 1;
+  layers.push_back(std::move(built.record));
+  channelTable = std::move(built.channels);
+  insertResource(makeResource(kLayerState, 1), kBeforeLayerState);
+  insertResource(makeResource(kLayerGroups, 0), kLayerState);
+  resourcesLength += 2 + kGroupEntry;
+}
+
+void PsdDocument::commitLayer(BuiltLayer built) {
+  changeSectionLengths(static_cast<std::int64_t>(built.size()));
+  extendLayerGroups();
+  takeLayerId(built.record);
+  layers.push_back(std::move(built.record));
+  std::move(built.channels.begin(), built.channels.end(), std::back_inserter(channelTable));
+  ++layerCount;
+}
+
+void PsdDocument::extendLayerGroups() {
+  PsdResource* const groups = findResource(kLayerGroups);
+  if (!groups) return;
+  const std::uint32_t size = groups->size + kGroupEntry;
+  auto data = std::make_unique<std::uint8_t[]>(std::size_t{size} + (size & 1));
+  if (groups->data) std::memcpy(data.get(), groups->data.get(), groups->size);
+  groups->data = std::move(data);
+  groups->size = size;
+  resourcesLength += kGroupEntry;
+}
+
+void PsdDocument::takeLayerId(PsdLayer& layer) {
+  constexpr std::uint32_t kSeedSize = 4;
+  const PsdResource* const seed = findResource(kLayerIdSeed);
+  if (!seed || seed->size < kSeedSize || !seed->data) return;
+  std::uint8_t& low = seed->data[kSeedSize - 1];
+  ++low;
+  if (std::uint8_t* const id = layerIdByte(layer)) *id = low;
+}
+
+void PsdDocument::removeLayer(std::int32_t index) {
+  if (index < 1 || index >= layerCount) return;
+  const PsdLayer& layer = layers[index];
+  std::int64_t removed = recordSize(layer);
+  for (std::uint32_t c = 0; c < layer.channelCount; ++c) removed += layer.channelInfos[c].length;
+  changeSectionLengths(-removed);
+  const auto first = channelTable.begin() + static_cast<std::ptrdiff_t>(channelTableStart(index));
+  channelTable.erase(first, first + layer.channelCount);
+  layers.erase(layers.begin() + index);
+  --layerCount;
+}
+
+void PsdDocument::removeLayerByName(const char* name) {
+  removeLayer(findLayer(name));
+}
+
+}  // namespace morvane

@@ -1,0 +1,187 @@
+#include "psd/PsdReader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+
+#include "psd/PsdNames.h"
+#include "psd/TgaImport.h"
+#include "util/WholeFile.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr std::size_t kResourceHeader = 4 + 2 + 2 + 4;  // with an empty name
+constexpr std::size_t kExpectedResources = 20;
+
+bool isSeparator(char c) {
+#ifdef _WIN32
+  if (c == '\\' || c == ':') return true;
+#endif
+  return c == '/';
+}
+
+// The part of the file name after its last period, in upper case; empty when there is none.
+std::string upperExtension(const char* path) {
+  const char* const end = path + std::strlen(path);
+  const char* start = end;
+  while (start != path && start[-1] != '.' && !isSeparator(start[-1])) --start;
+  if (start == path || start[-1] != '.') return std::string();
+  std::string extension(start, end);
+  for (char& c : extension) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return extension;
+}
+
+void readHeader(PsdInput& in, PsdDocument& document) {
+  in.copy(document.signature, 4);
+  if (in.ok() && std::memcmp(document.signature, "8BPS", 4) != 0) in.fail("not a PSD file");
+  document.version = in.u16();
+  if (in.ok() && document.version != 1) {
+    in.fail("version " + std::to_string(document.version) + " is not supported");
+  }
+  in.copy(document.reserved, 6);
+  document.channels = in.u16();
+  document.rows = in.u32();
+  document.columns = in.u32();
+  document.depth = in.u16();
+  document.colourMode = in.u16();
+}
+
+void readColourMode(PsdInput& in, PsdDocument& document) {
+  in.setPart("colour mode data");
+  document.colourModeLength = in.u32();
+  document.colourModeData = readOwned(in, document.colourModeLength);
+}
+
+std::size_t paddedSize(std::size_t size) {
+  return size + (size & 1);
+}
+
+// A resource that does not fit what is left of its section. Damage, unless its signature is not
+// that of resources: then it is something else, which is kept unread.
+bool isForeign(const PsdResource& resource) {
+  return std::memcmp(resource.signature, "8BIM", 4) != 0;
+}
+
+// Reads one resource; null, with nothing read, when what follows is not one.
+std::unique_ptr<PsdResource> readResource(PsdInput& in) {
+  PsdInput probe = in;
+  auto resource = std::make_unique<PsdResource>();
+  probe.copy(resource->signature, 4);
+  resource->id = probe.u16();
+  readName(probe, kResourceNameAlignment, resource->name, resource->nameField);
+  resource->size = probe.u32();
+  // A last resource of odd size may lack its padding byte.
+  const bool unpadded = probe.ok() && probe.left() == resource->size && (resource->size & 1) != 0;
+  if (!unpadded) resource->data = readOwned(probe, paddedSize(resource->size));
+  if (unpadded || (!probe.ok() && isForeign(*resource))) return nullptr;
+  in = probe;
+  return resource;
+}
+
+void readResources(PsdInput& in, PsdDocument& document) {
+  in.setPart("image resources");
+  document.resourcesLength = in.u32();
+  const PsdPart section(in, document.resourcesLength);
+  document.resources.reserve(kExpectedResources);
+  while (in.ok() && in.left() >= kResourceHeader) {
+    std::unique_ptr<PsdResource> resource = readResource(in);
+    if (!resource) break;
+    document.resources.push_back(std::move(resource));
+  }
+  document.resourcesTail = in.takeOpaque(in.left());
+}
+
+void readMergedImage(PsdInput& in, PsdDocument& document) {
+  in.setPart("merged image");
+  document.mergedCompression = in.u16();
+  document.mergedLength = static_cast<std::uint32_t>(in.left());
+  if (in.left() != 0) document.mergedData = Bytes::view(in.take(in.left()));
+}
+
+void readSections(PsdInput& in, PsdDocument& document) {
+  readHeader(in, document);
+  readColourMode(in, document);
+  readResources(in, document);
+  in.setPart("layer and mask information");
+  document.layerAndMaskLength = in.u32();
+  if (document.layerAndMaskLength != 0) {
+    const PsdPart section(in, document.layerAndMaskLength);
+    readLayerSection(in, document);
+  }
+  readMergedImage(in, document);
+}
+
+bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document,
+              std::string& error) {
+  PsdInput in(bytes.get(), size);
+  document.fileBytes = std::move(bytes);
+  readSections(in, document);
+  error = in.error();
+  return in.ok();
+}
+
+}  // namespace
+
+std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size) {
+  const std::uint8_t* const at = in.take(size);
+  if (!at || size == 0) return nullptr;
+  std::unique_ptr<std::uint8_t[]> copy(new (std::nothrow) std::uint8_t[size]);
+  if (copy) {
+    std::memcpy(copy.get(), at, size);
+  } else {
+    in.fail("out of memory");
+  }
+  return copy;
+}
+
+void readName(PsdInput& in, std::uint32_t alignment, std::unique_ptr<char[]>& name,
+              PsdOpaque& field) {
+  PsdInput start = in;
+  const std::size_t length = in.u8();
+  const std::uint32_t fieldSize = paddedNameSize(length, alignment);
+  const std::uint8_t* const text = in.take(length);
+  const std::uint8_t* const padding = in.take(fieldSize - 1 - length);
+  if (!in.ok()) return;
+  if (length != 0) {
+    name = std::make_unique<char[]>(length + 1);
+    std::memcpy(name.get(), text, length);
+  }
+  const bool plain =
+      std::find(text, text + length, 0) == text + length &&
+      std::all_of(padding, text + fieldSize - 1, [](auto byte) { return byte == 0; });
+  if (!plain) field = start.takeOpaque(fieldSize);
+}
+
+bool PsdDocument::load(const char* loadPath, std::string* error) {
+  std::string reason;
+  std::string& why = error ? *error : reason;
+  why.clear();
+  const std::string extension = loadPath ? upperExtension(loadPath) : std::string();
+  const bool isTga = extension == "TGA";
+  if (!isTga && extension != "PSD") {
+    why = "the file name ends neither in .psd nor in .tga";
+    return false;
+  }
+  std::unique_ptr<std::uint8_t[]> bytes;
+  std::size_t size = 0;
+  constexpr std::uint64_t kMaxFile =
+      std::numeric_limits<std::uint32_t>::max();  // lengths are 32-bit
+  if (!readWholeFile(loadPath, kMaxFile, bytes, size, why)) return false;
+  PsdDocument fresh;
+  if (isTga ? !importTga(bytes.get(), size, fresh, why)
+            : !parsePsd(std::move(bytes), size, fresh, why)) {
+    return false;
+  }
+  const std::size_t pathSize = std::strlen(loadPath) + 1;
+  fresh.path = std::make_unique<char[]>(pathSize);
+  std::memcpy(fresh.path.get(), loadPath, pathSize);
+  *this = std::move(fresh);
+  return true;
+}
+
+}  // namespace morvane
