@@ -43,29 +43,33 @@ std::string_view trimmed(std::string_view text) {
 
 }  // namespace
 
+// Some of the plug-in's messages end without a line feed, so that the next one follows on their
+// line.
 void ExportReport::hear(std::string_view line) {
-  if (line.substr(0, kTile.size()) == kTile) {
-    std::string_view name = trimmed(line.substr(kTile.size()));
-    if (name.size() > kDots.size() && name.substr(name.size() - kDots.size()) == kDots) {
-      name.remove_suffix(kDots.size());
-    }
-    beginTile(name);
-    return;
-  }
+  const std::size_t tile = line.find(kTile);
   const std::size_t error = line.find(kError);
-  if (error == std::string_view::npos) return;
-  std::string_view message = line.substr(error);
-  const bool ends = line.find(kTileFailed) != std::string_view::npos;
+  if (error != std::string_view::npos) hearError(line.substr(error));
+  if (tile != std::string_view::npos) beginTile(line.substr(tile + kTile.size()));
+}
+
+void ExportReport::hearError(std::string_view message) {
+  const std::size_t end = message.find(kTileFailed);
   if (!failed_) {
-    const std::size_t other = message.find(kTileFailed);
-    if (other != 0) message = message.substr(kError.size(), other - kError.size());
+    if (end != 0) message = message.substr(kError.size(), end - kError.size());
     failures_.push_back({tile_, std::string(trimmed(message))});
     failed_ = true;
   }
-  if (ends) failed_ = false, tile_.clear();
+  if (end != std::string_view::npos) {
+    failed_ = false;
+    tile_.clear();
+  }
 }
 
 void ExportReport::beginTile(std::string_view name) {
+  name = trimmed(name);
+  if (name.size() > kDots.size() && name.substr(name.size() - kDots.size()) == kDots) {
+    name.remove_suffix(kDots.size());
+  }
   tile_ = name;
   failed_ = false;
   ++tiles_;

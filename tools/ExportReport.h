@@ -30,6 +30,7 @@ class ExportReport {
     std::string error;  // the first that the plug-in logged
   };
 
+  void hearError(std::string_view message);
   void beginTile(std::string_view name);
   std::string advice(const Failure& failure) const;
   std::string textureAdvice(const std::string& tile) const;

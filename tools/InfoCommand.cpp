@@ -151,8 +151,8 @@ void printReport(const std::string& file, std::uintmax_t bytes, const PsdDocumen
               static_cast<unsigned long long>(bytes));
   for (const auto& resource : document.resources) {
     const std::string name = resource->name ? resource->name.get() : resourceName(resource->id);
-    std::printf("  resource %u %s: %u bytes\n", static_cast<unsigned>(resource->id),
-                printable(name).c_str(), resource->size);
+    std::printf("  resource %u%s%s: %u bytes\n", static_cast<unsigned>(resource->id),
+                name.empty() ? "" : " ", printable(name).c_str(), resource->size);
   }
   for (std::int32_t i = document.layerCount; i-- > 0;) printLayer(document, i);
   if (!goblins.present) {

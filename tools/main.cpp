@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <string>
 
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
@@ -22,16 +23,21 @@ int flushed(int status) {
   return status == kDone ? kFailed : status;
 }
 
+std::string wrongUsage(const CLI::App*, const CLI::Error& error) {
+  return std::string("morvane: ") + error.what() + "; morvane --help shows how it is used\n";
+}
+
 int run(int argc, char** argv) {
   int status = kDone;
   CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
   program.set_version_flag("--version", "morvane " MORVANE_VERSION);
   program.require_subcommand(1);
-  program.footer(kExamples);
   addRun(program, status);
   addExport(program, status);
   addInfo(program, status);
   addGoblins(program, status);
+  program.footer(kExamples);
+  program.failure_message(wrongUsage);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

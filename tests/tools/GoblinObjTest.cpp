@@ -1,0 +1,66 @@
+#include "tools/GoblinObj.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <sstream>
+
+namespace tools {
+namespace {
+
+using morvane::GoblinBlobKind;
+
+// A triangle over the tile with corners counter-clockwise seen from above, as each layout stores
+// it.
+Goblins triangle(GoblinBlobKind kind, const std::vector<std::string>& names) {
+  Goblins goblins;
+  goblins.present = true;
+  goblins.kind = kind;
+  const bool tagged = kind == GoblinBlobKind::kTagged;
+  const float places[3][3] = {{0.25f, 0.5f, 0.25f}, {0.25f, 0.5f, 0.75f}, {0.75f, 0.5f, 0.75f}};
+  for (std::size_t g = 0; g < names.size(); ++g) {
+    for (const auto& p : places) {
+      const float z = tagged ? 1 - p[2] : p[2];
+      goblins.pool.push_back({p[0], p[1], z, 0, 1, 0, p[0], z});
+    }
+    const auto base = static_cast<std::int32_t>(3 * g);
+    const std::vector<std::int32_t> face = {base, base + 1, base + 2};
+    Goblin goblin;
+    goblin.name = names[g];
+    goblin.faces.push_back(tagged ? face : std::vector<std::int32_t>(face.rbegin(), face.rend()));
+    goblins.goblins.push_back(goblin);
+  }
+  return goblins;
+}
+
+std::vector<std::string> linesOf(const std::string& text, const std::string& keyword) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    if (line.compare(0, keyword.size() + 1, keyword + ' ') == 0) lines.push_back(line);
+  }
+  return lines;
+}
+
+TEST(GoblinObj, BothLayoutsGiveTheSameMesh) {
+  const std::string tagged = goblinsToObj(triangle(GoblinBlobKind::kTagged, {"a"}));
+  EXPECT_EQ(tagged, goblinsToObj(triangle(GoblinBlobKind::kNamed, {"a"})));
+  EXPECT_EQ(linesOf(tagged, "v"),
+            (std::vector<std::string>{"v 0 0 0", "v 0 0 1", "v 1 0 1", "v 1 0 0", "v 0.25 0.5 0.25",
+                                      "v 0.25 0.5 0.75", "v 0.75 0.5 0.75"}));
+  EXPECT_EQ(linesOf(tagged, "vt").at(4), "vt 0.25 0.75");
+  EXPECT_EQ(linesOf(tagged, "f"),
+            (std::vector<std::string>{"f 1/1/1 2/2/1 3/3/1 4/4/1", "f 5/5/2 6/6/3 7/7/4"}));
+}
+
+TEST(GoblinObj, EveryGoblinIsAnObjectOfItsOwnAndNoNameBreaksTheFile) {
+  const std::string obj = goblinsToObj(
+      triangle(GoblinBlobKind::kNamed, {"rock", "rock", "", "tile", "a b#c\nf 1 2 3", "rock_2"}));
+  EXPECT_EQ(linesOf(obj, "o"),
+            (std::vector<std::string>{"o tile", "o rock", "o rock_2", "o goblin3", "o tile_2",
+                                      "o a_b_c_x0Af_1_2_3", "o rock_2_2"}));
+  EXPECT_EQ(linesOf(obj, "f").size(), 7u);
+}
+
+}  // namespace
+}  // namespace tools
