@@ -1,0 +1,157 @@
+#include "export/ExportTileCmd.h"
+
+#include <maya/MDagPath.h>
+#include <maya/MFnMesh.h>
+#include <maya/MGlobal.h>
+#include <maya/MSelectionList.h>
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "export/GoblinExtraction.h"
+#include "export/GoblinGeometry.h"
+#include "export/MaterialLookup.h"
+#include "export/TileMatrix.h"
+#include "plugin/MessageLog.h"
+#include "plugin/Platform.h"
+#include "psd/PsdDocument.h"
+
+namespace morvane {
+namespace {
+
+constexpr std::uint32_t kBlankDocumentSide = 256;
+
+bool fail(const char* message) {
+  logText(1, message);
+  return false;
+}
+
+// Says on the host's error channel which file is concerned and why, which the log's fixed lines
+// leave out.
+bool failForFile(const char* message, const std::string& path, const std::string& reason) {
+  MGlobal::displayError((path + ": " + reason).c_str());
+  return fail(message);
+}
+
+// A tile's file: the texture itself when it is a PSD, else the PSD of the same name beside it.
+std::string savePathFor(const std::string& texture) {
+  const SplitPath path = splitPath(texture);
+  std::string extension = path.extension;
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (extension == ".psd") return texture;
+  return path.drive + path.directory + path.name + ".psd";
+}
+
+bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, GoblinGeometryBuilder& builder) {
+  for (; !walk.isDone(); walk.next()) {
+    WeldedMesh welded;
+    if (!extractGoblin(walk.mesh(), welded)) continue;
+    Matrix44 goblinMatrix;
+    MObject parent;
+    if (!getGoblinMatrix(walk.mesh(), goblinMatrix, parent)) {
+      return fail("*** Error : transform weirdness on goblin");
+    }
+    const std::size_t outside = appendGoblin(welded, product(goblinMatrix, tileMatrix),
+                                             GoblinLayout::kTagged, nullptr, nullptr, builder);
+    for (std::size_t i = 0; i < outside; ++i) {
+      logText(1, "*** Warning : goblin outside of tile boundary\n");
+    }
+  }
+  return true;
+}
+
+bool storeGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document) {
+  const std::uint64_t layerBytes = std::uint64_t{4} * document.rows * document.columns;
+  const std::uint64_t size = encodedGoblinGeometrySize(builder, GoblinLayout::kTagged);
+  if (layerBytes > 0 && size + 5 > layerBytes) {
+    return fail("*** Error : goblin geometry exceeds layer size\n");
+  }
+  const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
+  const std::uint32_t written =
+      encodeGoblinGeometry(builder, GoblinLayout::kTagged, blob.get(), size);
+  if (!document.addDataLayer(kGoblinLayerName, written, blob.get())) {
+    return fail("*** Error : couldn't add goblin layer\n");
+  }
+  return true;
+}
+
+// Loads the texture and takes an earlier export's layer out of it.
+bool loadTexture(const std::string& texture, PsdDocument& document) {
+  std::string reason;
+  if (!document.load(texture.c_str(), &reason)) {
+    return failForFile("*** Error : couldn't load psd\n", texture, reason);
+  }
+  if (document.findLayer(kGoblinLayerName) >= 0) document.removeLayerByName(kGoblinLayerName);
+  return true;
+}
+
+bool saveTile(const std::string& path, const PsdDocument& document) {
+  std::string reason;
+  if (!document.save(path.c_str(), &reason)) {
+    return failForFile("*** Error : couldn't save psd\n", path, reason);
+  }
+  return true;
+}
+
+}  // namespace
+
+bool exportTileNode(MObject node) {
+  MDagPath tile;
+  if (MDagPath::getAPathTo(node, tile) != MStatus::kSuccess) {
+    return fail("*** Error : couldn't get DAG path\n");
+  }
+  logf(1, "Exporting tile %s...\n", tile.fullPathName().asChar());
+  if (!node.hasFn(MFn::kTransform)) return fail("*** Error : No transform\n");
+  MeshWalk walk(tile);
+  if (walk.isDone()) return fail("*** Error : No mesh\n");
+  MObject tileMesh = walk.mesh();
+  Matrix44 tileMatrix;
+  if (!getTileMatrix(tile, tileMesh, tileMatrix)) {
+    return fail("*** Error : tile has no extent in x or z\n");
+  }
+  MFnMesh fnTileMesh(tileMesh);
+  const std::unique_ptr<char[]> texture = getTileTextureName(fnTileMesh);
+  if (!texture) return false;
+  PsdDocument document(kBlankDocumentSide, kBlankDocumentSide);
+  if (!loadTexture(texture.get(), document)) return false;
+  GoblinGeometryBuilder builder;
+  walk.next();
+  return appendGoblins(walk, tileMatrix, builder) && storeGoblins(builder, document) &&
+         saveTile(savePathFor(texture.get()), document);
+}
+
+ExportTileCmd::ExportTileCmd() {
+  MSelectionList selection;
+  MGlobal::getActiveSelectionList(selection);
+  for (unsigned int i = 0; i < selection.length(); ++i) {
+    MObject node;
+    if (selection.getDependNode(i, node) != MStatus::kSuccess) continue;
+    if (!exportTileNode(node)) logf(1, "*** Error exporting tile %d\n", static_cast<int>(i));
+  }
+}
+
+void* ExportTileCmd::creator() {
+  return new (std::nothrow) ExportTileCmd;
+}
+
+MStatus ExportTileCmd::doIt(const MArgList&) {
+  return MStatus::kSuccess;
+}
+
+MStatus ExportTileCmd::undoIt() {
+  return MStatus::kSuccess;
+}
+
+MStatus ExportTileCmd::redoIt() {
+  return MStatus::kSuccess;
+}
+
+bool ExportTileCmd::isUndoable() const {
+  return false;
+}
+
+}  // namespace morvane

@@ -1,0 +1,34 @@
+#ifndef MORVANE_EXPORT_EXPORTTILECMD_H_
+#define MORVANE_EXPORT_EXPORTTILECMD_H_
+
+#include <maya/MArgList.h>
+#include <maya/MObject.h>
+#include <maya/MPxCommand.h>
+#include <maya/MStatus.h>
+
+namespace morvane {
+
+// The command `exportTile`: writes the goblins below every selected tile into the layer
+// "GoblinGeometry" of the tile's texture file (of a PSD file beside it when the texture is no PSD),
+// in the tagged layout. It takes no arguments, changes nothing in the scene, and tells of failures
+// in the message log only.
+class ExportTileCmd : public MPxCommand {
+ public:
+  // Exports the selection: when the object exists, all is done.
+  ExportTileCmd();
+  ~ExportTileCmd() override = default;
+
+  static void* creator();
+
+  MStatus doIt(const MArgList& arguments) override;
+  MStatus undoIt() override;
+  MStatus redoIt() override;
+  bool isUndoable() const override;
+};
+
+// Exports one tile. False after any failure, each of which is logged; the file is then as it was.
+bool exportTileNode(MObject node);
+
+}  // namespace morvane
+
+#endif  // MORVANE_EXPORT_EXPORTTILECMD_H_

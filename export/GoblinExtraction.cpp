@@ -1,0 +1,86 @@
+#include "export/GoblinExtraction.h"
+
+#include <maya/MFloatPointArray.h>
+#include <maya/MFnDagNode.h>
+#include <maya/MFnTransform.h>
+#include <maya/MMatrix.h>
+
+#include "export/MeshTables.h"
+#include "export/TileMatrix.h"
+
+namespace morvane {
+namespace {
+
+Matrix44 toMatrix44(const MMatrix& matrix) {
+  Matrix44 result;
+  for (int row = 0; row < 4; ++row) {
+    for (int column = 0; column < 4; ++column) {
+      result(row, column) = static_cast<float>(matrix(row, column));
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+MeshWalk::MeshWalk(MDagPath tile) : walk_(MItDag::kDepthFirst, MFn::kMesh) {
+  walk_.reset(tile, MItDag::kDepthFirst, MFn::kMesh);
+  skipToMesh();
+}
+
+MObject MeshWalk::mesh() const {
+  MDagPath path;
+  walk_.getPath(path);
+  return path.node();
+}
+
+void MeshWalk::next() {
+  walk_.next();
+  skipToMesh();
+}
+
+// Hosts differ in whether a walk stands on its root when the filter does not admit it.
+void MeshWalk::skipToMesh() {
+  while (!walk_.isDone() && !mesh().hasFn(MFn::kMesh)) walk_.next();
+}
+
+bool getTileMatrix(MDagPath tile, MObject firstMesh, Matrix44& matrix) {
+  MStatus attached;
+  MFnMesh mesh(tile, &attached);
+  if (attached == MStatus::kSuccess) return tileNormalisationMatrix(mesh, matrix);
+  MFnMesh nestedMesh(firstMesh);
+  return tileNormalisationMatrix(nestedMesh, matrix);
+}
+
+bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix) {
+  MFloatPointArray points;
+  mesh.getPoints(points, MSpace::kObject);
+  std::vector<Float3> positions;
+  positions.reserve(points.length());
+  for (unsigned int i = 0; i < points.length(); ++i) {
+    positions.push_back({points[i].x, points[i].y, points[i].z});
+  }
+  const TileBounds bounds = tileBounds(positions);
+  if (!hasTileExtent(bounds)) return false;
+  matrix = tileNormalisationMatrix(bounds);
+  return true;
+}
+
+bool extractGoblin(MObject goblin, WeldedMesh& welded) {
+  const std::unique_ptr<TileMesh> mesh = buildTileMesh(getMeshTables(goblin));
+  if (!mesh) return false;
+  welded = weldTileMesh(*mesh);
+  return !welded.triangles.empty();
+}
+
+bool getGoblinMatrix(MObject goblin, Matrix44& matrix, MObject& parent) {
+  matrix.setIdentity();
+  const MFnDagNode dagNode(goblin);
+  if (dagNode.parentCount() != 1) return true;
+  parent = dagNode.parent(0);
+  if (parent.apiType() != MFn::kTransform) return false;
+  matrix = toMatrix44(MFnTransform(parent).transformationMatrix());
+  return true;
+}
+
+}  // namespace morvane

@@ -1,0 +1,64 @@
+#include <maya/MFnPlugin.h>
+#include <maya/MGlobal.h>
+#include <maya/MObject.h>
+#include <maya/MStatus.h>
+
+#include "export/ExportTileCmd.h"
+#include "plugin/Platform.h"
+
+// Start-up and removal: what the host calls when it loads and unloads the plug-in.
+namespace morvane {
+namespace {
+
+constexpr const char* kVendor = "Torva";
+constexpr const char* kVersion = "1.10";
+constexpr const char* kBlindDataScript = "omrblindData.mel";
+
+struct Command {
+  const char* name;
+  MCreatorFunction creator;
+  const char* registerFailure;
+  const char* deregisterFailure;
+};
+
+// In the order of registration.
+constexpr Command kCommands[] = {
+    {"exportTile", ExportTileCmd::creator, "registerCommand exportTile",
+     "deregisterCommand exportTile"},
+};
+
+bool succeeded(const MStatus& status, const char* failure) {
+  if (status == MStatus::kSuccess) return true;
+  status.perror(failure);
+  return false;
+}
+
+MStatus initialiseBlindData() {
+  return MGlobal::sourceFile(kBlindDataScript);
+}
+
+}  // namespace
+}  // namespace morvane
+
+MORVANE_EXPORT MStatus initializePlugin(MObject object) {
+  using namespace morvane;
+  MStatus status = initialiseBlindData();
+  if (!succeeded(status, "Could not initialise blind data.")) return status;
+  MFnPlugin plugin(object, kVendor, kVersion, "Any");
+  for (const Command& command : kCommands) {
+    status = plugin.registerCommand(command.name, command.creator);
+    if (!succeeded(status, command.registerFailure)) return status;
+  }
+  return status;
+}
+
+MORVANE_EXPORT MStatus uninitializePlugin(MObject object) {
+  using namespace morvane;
+  MFnPlugin plugin(object, "Unknown", "Unknown", "Any");
+  MStatus status;
+  for (const Command& command : kCommands) {
+    status = plugin.deregisterCommand(command.name);
+    succeeded(status, command.deregisterFailure);
+  }
+  return status;
+}
