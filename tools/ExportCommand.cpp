@@ -18,6 +18,15 @@ struct Options {
   std::vector<std::string> nodes;
 };
 
+// A pattern means transforms: the shapes and materials that are often named like their tiles are no
+// tiles.
+std::string selectionScript(const std::string& name) {
+  if (name.find_first_of("*?") == std::string::npos) return "select -add " + melString(name);
+  return "{ string $found[] = `ls -long -type \"transform\" " + melString(name) + "`; " +
+         "if (size($found) == 0) error " + melString("No transform matches name: " + name) +
+         "; select -add $found; }";
+}
+
 // Selects the nodes named, or all tiles of the scene. False, with the reason told, unless all were
 // found.
 bool selectTiles(const Options& options, const std::vector<host::TileCandidate>& tiles) {
@@ -25,19 +34,17 @@ bool selectTiles(const Options& options, const std::vector<host::TileCandidate>&
   if (names.empty()) {
     for (const host::TileCandidate& tile : tiles) names.push_back(tile.path);
   }
+  const std::string scene = printable(options.scene);
   if (names.empty()) {
-    complain(printable(options.scene) +
-             ": no tile found: no top-level transform has a mesh whose colour comes from a file "
-             "texture; "
-             "name the nodes to export");
+    complain(scene +
+             ": no tile found: no top-level transform has a mesh whose colour comes from a " +
+             "file texture; name the nodes to export");
     return false;
   }
   if (!host::execute("select -clear", "selection")) return false;
   for (const std::string& name : names) {
-    if (host::execute("select -add " + melString(name), "node " + name)) continue;
-    complain(printable(options.scene) + ": cannot select " + printable(name) +
-             "; nothing was exported. Try: morvane run " + printable(options.scene) +
-             " -c 'print `ls -type transform`'");
+    if (host::execute(selectionScript(name), "node " + name)) continue;
+    complain(scene + ": cannot select " + printable(name) + "; nothing was exported");
     return false;
   }
   return true;

@@ -31,7 +31,6 @@ int run(int argc, char** argv) {
   int status = kDone;
   CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
   program.set_version_flag("--version", "morvane " MORVANE_VERSION);
-  program.require_subcommand(1);
   addRun(program, status);
   addExport(program, status);
   addInfo(program, status);
@@ -42,6 +41,10 @@ int run(int argc, char** argv) {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? kDone : kUsage;
+  }
+  if (program.get_subcommands().empty()) {
+    std::fputs("morvane: a subcommand is required; morvane --help shows them\n", stderr);
+    return kUsage;
   }
   return status;
 }

@@ -1,0 +1,54 @@
+#ifndef MORVANE_TESTS_END_TO_END_PROGRAM_H_
+#define MORVANE_TESTS_END_TO_END_PROGRAM_H_
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+// Runs the built program as a shell would, in a folder of the test's own.
+
+// One word of a shell's command line, whatever it holds.
+std::string shellWord(const std::string& text);
+
+struct Outcome {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest();
+  ~ProgramTest() override;
+
+  // Runs a shell command line in the folder; `shell` may use $morvane.
+  Outcome shell(const std::string& line);
+  // Runs the program with these arguments.
+  Outcome morvane(const std::vector<std::string>& arguments);
+
+  std::string path(const std::string& name) const { return folder_ + '/' + name; }
+  bool exists(const std::string& name) const;
+  std::string read(const std::string& name) const;
+  void write(const std::string& name, const std::string& bytes) const;
+  std::vector<std::string> names(const std::string& folder = ".") const;
+
+  std::string program_ = MORVANE_BINARY_DIR "/bin/morvane";
+  std::string folder_;
+};
+
+// A scene with one tile for each texture named, called tile1, tile2, ... Each is a quad from (-2,
+// 0, -4) to (2, 1, 4) with one goblin, a triangle moved to the middle: a blob of 128 bytes.
+std::string sceneOfTiles(const std::vector<std::string>& textures);
+
+// The goblins' texts of such a scene.
+constexpr const char* kTileGoblin = "pebble";
+
+// An uncompressed 24-bit image of one colour, and a flat 8-bit RGB file without layers.
+std::string tgaBytes(int width, int height);
+std::string psdBytes(int width, int height);
+
+// Whether a command is there to be run; a test that needs it is skipped otherwise.
+bool hasCommand(const std::string& name);
+
+#endif  // MORVANE_TESTS_END_TO_END_PROGRAM_H_
