@@ -16,6 +16,7 @@ namespace {
 struct Options {
   std::string scene;
   std::vector<std::string> nodes;
+  std::string to;
 };
 
 // A pattern means transforms: the shapes and materials that are often named like their tiles are no
@@ -50,7 +51,7 @@ bool selectTiles(const Options& options, const std::vector<host::TileCandidate>&
   return true;
 }
 
-ExitStatus exportTiles(const Options& options) {
+ExitStatus updateTextures(const Options& options) {
   const ExitStatus started = startSession(options.scene);
   if (started != kDone) return started;
   const auto tiles = host::texturedTopLevelTransforms();
@@ -67,6 +68,24 @@ ExitStatus exportTiles(const Options& options) {
   return executed && heard && allExported ? kDone : kFailed;
 }
 
+// Through the translator, into a file of its own.
+ExitStatus exportToFile(const Options& options) {
+  if (options.nodes.size() != 1) {
+    complain("--to takes exactly one NODE, since the file holds one tile");
+    return kUsage;
+  }
+  const std::string to = absoluteName(options.to);
+  const ExitStatus started = startSession(options.scene);
+  if (started != kDone) return started;
+  if (!selectTiles(options, {})) return kFailed;
+  if (host::execute("file -force -exportSelected -type \"psd\" " + melString(to), "export")) {
+    return kDone;
+  }
+  complain("the export of " + printable(options.nodes[0]) + " to " + printable(options.to) +
+           " failed");
+  return kFailed;
+}
+
 }  // namespace
 
 void addExport(CLI::App& program, int& status) {
@@ -78,7 +97,9 @@ void addExport(CLI::App& program, int& status) {
       "NODE", options->nodes,
       "Tiles, by name or pattern; none: every top-level transform whose mesh has a file texture");
   command->footer("A TGA texture is kept, and a PSD file of the same name written beside it.");
-  command->callback([options, &status] { status = exportTiles(*options); });
+  command->callback([options, &status] {
+    status = options->to.empty() ? updateTextures(*options) : exportToFile(*options);
+  });
 }
 
 }  // namespace tools
