@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <map>
+#include <random>
+
+#include "export/TileMesh.h"
+
+namespace morvane {
+namespace {
+
+using KeyWords = std::array<std::uint32_t, 15>;
+
+KeyWords wordsOf(const VertexKey& key) {
+  KeyWords words;
+  std::memcpy(words.data(), &key, sizeof key);
+  return words;
+}
+
+// A polygon whose corners all have entry 0 of the normals, uvs and colours.
+PolygonRecord polygonAt(std::vector<std::int32_t> positions) {
+  PolygonRecord polygon;
+  for (auto* list : {&polygon.normals, &polygon.uvs, &polygon.colours}) {
+    list->assign(positions.size(), 0);
+  }
+  polygon.positions = std::move(positions);
+  return polygon;
+}
+
+// A grid of quads over positions that `place` gives for each column and row; every corner has
+// normal, uv and colour 0 of the tables.
+template <typename Place>
+MeshTables gridTables(std::int32_t side, Place place) {
+  MeshTables tables;
+  for (std::int32_t y = 0; y < side; ++y) {
+    for (std::int32_t x = 0; x < side; ++x) tables.positions.push_back(place(x, y));
+  }
+  tables.normals = {{0, 1, 0}};
+  tables.uvs = {{0, 0}};
+  tables.colours = {0};
+  for (std::int32_t y = 0; y + 1 < side; ++y) {
+    for (std::int32_t x = 0; x + 1 < side; ++x) {
+      const std::int32_t corner = y * side + x;
+      tables.polygons.push_back(polygonAt({corner, corner + side, corner + side + 1, corner + 1}));
+    }
+  }
+  return tables;
+}
+
+MeshTables twoTriangles() {
+  MeshTables tables;
+  tables.positions = {{0, 0, 0}, {1, 0, 0}, {1, 0, 1}, {0, 0, 1}};
+  tables.normals = {{0, 1, 0}, {0, 0.5F, 0}};
+  tables.uvs = {{0, 0}};
+  tables.colours = {0};
+  tables.polygons = {polygonAt({0, 1, 2}), polygonAt({0, 2, 3})};
+  return tables;
+}
+
+WeldedMesh weld(const MeshTables& tables) {
+  return weldTileMesh(*buildTileMesh(tables));
+}
+
+// Welds by looking every key up in an ordered map.
+void expectWeldedLikeAMap(const MeshTables& tables) {
+  const auto mesh = buildTileMesh(tables);
+  const WeldedMesh welded = weldTileMesh(*mesh);
+  std::map<KeyWords, std::int32_t> numbers;
+  ASSERT_EQ(welded.triangles.size(), static_cast<std::size_t>(mesh->triangles.size()));
+  for (std::size_t i = 0; i < welded.triangles.size(); ++i) {
+    for (std::size_t corner = 0; corner < 3; ++corner) {
+      const TileTriangle& triangle = mesh->triangles[static_cast<std::int32_t>(i)];
+      VertexKey key;
+      key.position = tables.positions[triangle.positions[corner]];
+      key.normal = tables.normals[triangle.normals[corner]];
+      key.uv = tables.uvs[triangle.uvs[corner]];
+      key.colour = tables.colours[triangle.colours[corner]];
+      const auto next = static_cast<std::int32_t>(numbers.size());
+      const std::int32_t expected = numbers.emplace(wordsOf(key), next).first->second;
+      ASSERT_EQ(welded.triangles[i][corner], expected);
+      ASSERT_EQ(wordsOf(welded.vertices[expected]), wordsOf(key));
+    }
+  }
+  EXPECT_EQ(welded.vertices.size(), numbers.size());
+}
+
+double secondsToWeld(const MeshTables& tables) {
+  const auto mesh = buildTileMesh(tables);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(weldTileMesh(*mesh).vertices.empty());
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(Weld, SharesCornersOnlyWhereEveryAttributeIsShared) {
+  MeshTables tables = twoTriangles();
+  const WeldedMesh shared = weld(tables);
+  EXPECT_EQ(shared.vertices.size(), 4U);
+  EXPECT_EQ(shared.triangles[0], (std::array<std::int32_t, 3>{0, 1, 2}));
+  EXPECT_EQ(shared.triangles[1], (std::array<std::int32_t, 3>{0, 2, 3}));
+
+  tables.polygons[1].normals = {1, 1, 1};
+  const WeldedMesh faceted = weld(tables);
+  EXPECT_EQ(faceted.vertices.size(), 6U);
+  EXPECT_EQ(faceted.triangles[1], (std::array<std::int32_t, 3>{3, 4, 5}));
+}
+
+TEST(Weld, ComparesBits) {
+  const float nan = std::nanf("");
+  std::vector<VertexKey> vertices;
+  WeldTable table;
+  VertexKey key;
+  EXPECT_EQ(weldVertex(key, vertices, table), 0);
+  key.uv.v = 0.5F;  // stays out of the hash
+  EXPECT_EQ(weldVertex(key, vertices, table), 1);
+  key.colour = 1;  // as does this
+  EXPECT_EQ(weldVertex(key, vertices, table), 2);
+  key.position.x = -0.0F;
+  EXPECT_EQ(weldVertex(key, vertices, table), 3);
+  key.position.x = nan;
+  EXPECT_EQ(weldVertex(key, vertices, table), 4);
+  EXPECT_EQ(weldVertex(key, vertices, table), 4);
+  key.position.x = 0.0F;
+  EXPECT_EQ(weldVertex(key, vertices, table), 2);
+  EXPECT_EQ(vertices.size(), 5U);
+}
+
+TEST(Weld, IndexOutsideItsTableStandsForZero) {
+  MeshTables tables = twoTriangles();
+  tables.colours = {5};
+  tables.polygons[0].colours = {0, 1, -1};
+  tables.polygons[1].positions = {0, 99, -7};
+  tables.polygons[1].normals = tables.polygons[1].uvs = {9, 9, 9};
+  const WeldedMesh welded = weld(tables);
+  EXPECT_EQ(welded.vertices[0].colour, 5U);
+  EXPECT_EQ(welded.vertices[1].colour, 0U);
+  EXPECT_EQ(welded.vertices[2].colour, 0U);
+  EXPECT_EQ(welded.vertices[3].normal.y, 0.0F);
+  EXPECT_EQ(welded.triangles[1], (std::array<std::int32_t, 3>{3, 3, 3}));
+}
+
+TEST(Weld, KeepsFirstAppearanceOrderInBucketsOfAnyLength) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<float> uniform(-10, 10);
+  expectWeldedLikeAMap(gridTables(90, [](int x, int y) {
+    return Float3{static_cast<float>(x), 0, static_cast<float>(y)};
+  }));
+  expectWeldedLikeAMap(gridTables(90, [&](int, int) {
+    return Float3{uniform(random), 0, uniform(random)};
+  }));
+  // Many corners at the same few places.
+  expectWeldedLikeAMap(gridTables(90, [](int x, int y) {
+    return Float3{static_cast<float>(x % 7), 0.1F * static_cast<float>(y % 5), 0};
+  }));
+}
+
+// Scanning one bucket for each of these corners would take minutes.
+TEST(Weld, AnIntegerGridTakesNoLongerThanRandomPositions) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<float> uniform(-100, 100);
+  const MeshTables integers = gridTables(500, [](int x, int y) {
+    return Float3{static_cast<float>(x), 0, static_cast<float>(y)};
+  });
+  const MeshTables reals = gridTables(500, [&](int, int) {
+    return Float3{uniform(random), uniform(random), uniform(random)};
+  });
+  secondsToWeld(reals);
+  EXPECT_LT(secondsToWeld(integers), 3 * secondsToWeld(reals));
+}
+
+}  // namespace
+}  // namespace morvane
