@@ -74,7 +74,7 @@ class Attribute : public Object {
 // How many numbers a numeric compound type word has ("float2": 2, "double3": 3); 0 for any other.
 int numericCompoundSize(std::string_view typeWord);
 
-// The type of such a compound's children: "float3" gives "float", "reflectance" and "spectrum" too.
+// The type of such a compound's children: "float" for "float3"; empty for any other word.
 std::string_view numericCompoundElement(std::string_view typeWord);
 
 }  // namespace host

@@ -28,6 +28,7 @@ class ConnectionTable {
  public:
   // In the order in which they were made. A connection of a node with itself stands there once.
   std::vector<ConnectionPtr> inOrder() const;
+  bool hasInputs() const { return !inputs_.empty(); }
   bool isEmpty() const { return inputs_.empty() && outputs_.empty(); }
 
   ConnectionPtr into(const std::string& path) const;                // null when there is none

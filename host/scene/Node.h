@@ -47,6 +47,8 @@ class Node : public Object {
   const std::vector<AttributePtr>& dynamicAttributes() const { return dynamicAttributes_; }
   // Adds a top-level attribute with all its children. False when a name of it is taken.
   bool addAttribute(const AttributePtr& attribute);
+  // Adds `child` as the last child of a compound that was added before.
+  bool addChildAttribute(const AttributePtr& parent, const AttributePtr& child);
   // Removes a dynamic attribute with its values and connections. False when it is none.
   bool removeAttribute(const AttributePtr& attribute);
   // The attribute by that name, made loose when there is none: for scene files only.

@@ -28,7 +28,7 @@ class NodeType {
   bool hasFn(MFn::Type kind) const;
   bool isDag() const { return isDag_; }
   bool isTransform() const { return isTransform_; }
-  bool isShape() const { return isDag_ && !isTransform_; }
+  bool isShape() const { return isShape_; }
   bool isSet() const { return isSet_; }
   bool isInvented() const { return isInvented_; }  // not known to the host
 
@@ -50,6 +50,7 @@ class NodeType {
   std::string defaultName_;
   bool isDag_ = false;
   bool isTransform_ = false;
+  bool isShape_ = false;
   bool isSet_ = false;
   bool isInvented_ = false;
   std::vector<AttributePtr> attributes_;

@@ -89,10 +89,20 @@ class Scene {
   // The shortest name or partial path of the node (its first path) that names nothing else.
   std::string displayName(const NodePtr& node) const;
 
+  // Whether a name or path without `|` in front ("b", "a|b") names one path of one node and nothing
+  // else.
+  bool isOnlyPath(std::string_view partialPath) const;
+
   // All nodes by exactly this name, in creation order.
   std::vector<NodePtr> nodesNamed(std::string_view name) const;
 
  private:
+  // Nodes of one name. What is not in the DAG must be alone with its name.
+  struct Namesakes {
+    std::map<std::size_t, NodePtr> dag;
+    std::map<std::size_t, NodePtr> others;
+  };
+
   Scene();
   ~Scene();
   Scene(const Scene&) = delete;
@@ -101,18 +111,29 @@ class Scene {
   void removeAll();
   void makeDefaultNodes();
   NodePtr makeDefault(const char* type, const char* name, const NodePtr& parent = nullptr);
-  bool checkParent(const NodePtr& node, const NodePtr& parent, std::string* error) const;
-  bool isNameFree(const std::string& name, const Node* node, const Node* parent, bool isDag) const;
-  std::string freeName(std::string wanted, const Node* node, const Node* parent, bool isDag);
-  std::string freeDefaultName(const NodeType& type);
-  void setName(Node& node, const std::string& name);
+  void makeDefaultCamera(const char* name, double x, double y, double z, double rx, double ry);
+
+  NodePtr addNode(const NodeType& type, const std::string& name, const NodePtr& parent);
+  bool canTake(const NodePtr& parent, const NodePtr& child, std::string* error) const;
   void link(const NodePtr& child, const NodePtr& parent);
   void unlink(const NodePtr& child, const NodePtr& parent);
   void destroy(const NodePtr& node);
-  void matchPattern(std::string_view leaf, std::vector<NodePtr>& found, bool inNamespaces) const;
+
+  bool isNameFree(const std::string& name, const Node* node, const Node* parent, bool isDag) const;
+  std::string freeName(const std::string& wanted, const Node* node,
+                       const std::vector<Node*>& parents, bool isDag);
+  std::string freeDefaultName(const NodeType& type);
+  std::string numbered(const std::string& stem, long first);
+  void setName(Node& node, const std::string& name);
+  void forgetName(const Node& node);
+
+  std::vector<SelectionItem> matchObjects(std::string_view text, bool inNamespaces) const;
+  std::vector<NodePtr> nodesMatching(std::string_view leafPattern, bool inNamespaces) const;
+  std::vector<DagPath> literalPaths(std::string_view path) const;
+  void stepDown(std::vector<DagPath>& paths, std::string_view name) const;
 
   std::map<std::size_t, NodePtr> nodes_;
-  std::unordered_map<std::string, std::map<std::size_t, NodePtr>> byName_;
+  std::unordered_map<std::string, Namesakes> byName_;
   UniqueNames numbers_;
   NodePtr world_;
   std::size_t nextSerial_ = 0;

@@ -37,6 +37,9 @@ bool writeValue(const Plug& plug, AttributeValue value);
 // name.
 void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value);
 
+// Forgets values and flags that were set on the plug, its elements and its children.
+void forgetValues(const Plug& plug);
+
 // Flags of a plug. A compound is locked when it or every child is; a child also when a compound
 // above is.
 bool isLocked(const Plug& plug);

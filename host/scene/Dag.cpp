@@ -1,0 +1,132 @@
+#include "host/scene/Dag.h"
+
+#include <algorithm>
+
+#include "host/scene/Scene.h"
+#include "host/scene/Values.h"
+
+namespace host {
+namespace {
+
+bool isWorld(const Node& node) {
+  return node.apiType() == MFn::kWorld;
+}
+
+bool hasParent(const Node& node, const Node* parent) {
+  const auto& parents = node.parents();
+  return std::find(parents.begin(), parents.end(), parent) != parents.end();
+}
+
+// The end of the path that has `count` names: "b|c" of "|a|b|c" for 2.
+std::string tailOf(const std::vector<NodePtr>& nodes, std::size_t count) {
+  std::string text;
+  for (std::size_t i = nodes.size() - count; i < nodes.size(); ++i) {
+    if (!text.empty()) text += '|';
+    text += nodes[i]->name();
+  }
+  return text;
+}
+
+}  // namespace
+
+bool DagPath::isAlive() const {
+  const Node* parent = Scene::current().world().get();
+  for (const NodePtr& node : nodes_) {
+    if (!node->isAlive() || !hasParent(*node, parent)) return false;
+    parent = node.get();
+  }
+  return true;
+}
+
+std::string DagPath::fullName() const {
+  return "|" + tailOf(nodes_, nodes_.size());
+}
+
+std::string DagPath::partialName() const {
+  const Scene& scene = Scene::current();
+  for (std::size_t count = 1; count <= nodes_.size(); ++count) {
+    std::string tail = tailOf(nodes_, count);
+    if (scene.isOnlyPath(tail)) return tail;
+  }
+  return fullName();
+}
+
+unsigned DagPath::instanceNumber() const {
+  std::size_t number = 0;
+  const Node* parent = Scene::current().world().get();
+  for (const NodePtr& node : nodes_) {
+    std::size_t before = 0;
+    for (const Node* other : node->parents()) {
+      if (other == parent) break;
+      before += pathCount(*other);
+    }
+    number += before;
+    parent = node.get();
+  }
+  return static_cast<unsigned>(number);
+}
+
+DagPath DagPath::extendedBy(const NodePtr& child) const {
+  std::vector<NodePtr> nodes = nodes_;
+  nodes.push_back(child);
+  return DagPath(std::move(nodes));
+}
+
+DagPath DagPath::parent() const {
+  std::vector<NodePtr> nodes = nodes_;
+  if (!nodes.empty()) nodes.pop_back();
+  return DagPath(std::move(nodes));
+}
+
+std::size_t pathCount(const Node& node) {
+  if (isWorld(node)) return 1;
+  std::size_t count = 0;
+  for (const Node* parent : node.parents()) count += pathCount(*parent);
+  return count;
+}
+
+DagPath pathOfInstance(const NodePtr& node, std::size_t instance) {
+  std::vector<NodePtr> nodes;
+  Node* current = node.get();
+  while (!isWorld(*current)) {
+    nodes.push_back(current->pointer());
+    Node* through = nullptr;
+    for (Node* parent : current->parents()) {
+      const std::size_t count = pathCount(*parent);
+      if (instance < count) {
+        through = parent;
+        break;
+      }
+      instance -= count;
+    }
+    if (!through) return DagPath();
+    current = through;
+  }
+  std::reverse(nodes.begin(), nodes.end());
+  return DagPath(std::move(nodes));
+}
+
+std::vector<DagPath> allPaths(const NodePtr& node) {
+  std::vector<DagPath> paths;
+  if (isWorld(*node)) return {DagPath()};
+  for (Node* parent : node->parents()) {
+    for (const DagPath& above : allPaths(parent->pointer())) {
+      paths.push_back(above.extendedBy(node));
+    }
+  }
+  return paths;
+}
+
+DagPath firstPath(const NodePtr& node) {
+  return pathOfInstance(node, 0);
+}
+
+std::vector<NodePtr> shapesBelow(const Node& transform) {
+  std::vector<NodePtr> shapes;
+  for (const NodePtr& child : transform.children()) {
+    if (child->isShape() && !child->isIntermediate()) shapes.push_back(child);
+  }
+  return shapes;
+}
+
+}  // namespace host

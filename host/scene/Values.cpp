@@ -1,0 +1,199 @@
+#include "host/scene/Values.h"
+
+#include <algorithm>
+
+#include "host/scene/ComputedValues.h"
+#include "host/scene/Node.h"
+
+namespace host {
+namespace {
+
+using Kind = Attribute::Kind;
+using Flag = AttributeState::Flag;
+
+// Longer chains of connections than this are taken for a cycle.
+constexpr int kMaxChain = 32;
+
+const AttributeState* stateOf(const Plug& plug) {
+  return plug.node()->values.find(plug.path());
+}
+
+// The compound or array element that the plug is directly below; null when there is none.
+std::optional<Plug> above(const Plug& plug) {
+  const std::size_t dot = plug.path().rfind('.');
+  if (dot != std::string::npos) return Plug::find(plug.node(), plug.path().substr(0, dot));
+  const AttributePtr parent = plug.attribute()->parent();
+  if (!parent || parent->isArray) return std::nullopt;
+  return Plug::ofAttribute(plug.node(), parent);
+}
+
+// What is connected into the plug, be it to the compound that it is part of.
+std::optional<Plug> feedingPlug(const Plug& plug) {
+  if (auto source = sourceOf(plug)) return source;
+  const auto parent = above(plug);
+  const auto source = parent ? sourceOf(*parent) : std::nullopt;
+  if (!source) return std::nullopt;
+  const auto& siblings = parent->attribute()->children();
+  const auto position = std::find(siblings.begin(), siblings.end(), plug.attribute());
+  const std::vector<Plug> candidates = source->children();
+  const auto index = static_cast<std::size_t>(position - siblings.begin());
+  return index < candidates.size() ? std::optional<Plug>(candidates[index]) : std::nullopt;
+}
+
+bool isSet(const AttributeState* state) {
+  return state && !std::holds_alternative<std::monostate>(state->value);
+}
+
+// What a plug without children holds.
+AttributeValue readSingle(const Plug& plug, int chain) {
+  const bool maybeFed = chain < kMaxChain && plug.node()->connections.hasInputs();
+  if (const auto source = maybeFed ? feedingPlug(plug) : std::nullopt) {
+    if (isSet(stateOf(*source)) || feedingPlug(*source)) return readSingle(*source, chain + 1);
+  }
+  AttributeValue computed = computedValue(plug);
+  if (!std::holds_alternative<std::monostate>(computed)) return computed;
+  const AttributeState* state = stateOf(plug);
+  return isSet(state) ? state->value : plug.attribute()->defaultValue;
+}
+
+double asNumber(const AttributeValue& value) {
+  const double* number = std::get_if<double>(&value);
+  return number ? *number : 0.0;
+}
+
+bool writeNumbers(const Plug& plug, const std::vector<double>& numbers) {
+  const std::vector<Plug> children = plug.children();
+  if (children.empty() || numbers.size() != children.size()) return false;
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    plug.node()->values.at(children[i].path()).value = numbers[i];
+  }
+  return true;
+}
+
+bool suits(const Attribute& attribute, const AttributeValue& value) {
+  switch (attribute.kind()) {
+    case Kind::kNumber:
+      return std::holds_alternative<double>(value);
+    case Kind::kText:
+      return std::holds_alternative<std::string>(value);
+    case Kind::kData:
+    case Kind::kLoose:
+      return true;
+    case Kind::kMessage:
+    case Kind::kCompound:
+      break;
+  }
+  return false;
+}
+
+bool isOn(const Plug& plug, Flag AttributeState::*flag) {
+  const AttributeState* state = stateOf(plug);
+  return state && state->*flag == Flag::kOn;
+}
+
+void setFlag(const Plug& plug, Flag AttributeState::*flag, bool on) {
+  if (!plug.isNull()) plug.node()->values.at(plug.path()).*flag = on ? Flag::kOn : Flag::kOff;
+}
+
+bool isLockedFromAbove(const Plug& plug) {
+  for (auto up = above(plug); up; up = above(*up)) {
+    if (isOn(*up, &AttributeState::locked)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::optional<double> readNumber(const Plug& plug) {
+  if (plug.isNull() || plug.attribute()->kind() != Kind::kNumber) return std::nullopt;
+  return asNumber(readSingle(plug, 0));
+}
+
+std::optional<std::string> readText(const Plug& plug) {
+  if (plug.isNull() || plug.attribute()->kind() != Kind::kText) return std::nullopt;
+  const AttributeValue value = readSingle(plug, 0);
+  const auto* text = std::get_if<std::string>(&value);
+  return text ? *text : std::string();
+}
+
+std::optional<std::vector<double>> readNumbers(const Plug& plug) {
+  if (plug.isNull()) return std::nullopt;
+  AttributeValue value = readValue(plug);
+  auto* numbers = std::get_if<std::vector<double>>(&value);
+  return numbers ? std::optional<std::vector<double>>(std::move(*numbers)) : std::nullopt;
+}
+
+AttributeValue readValue(const Plug& plug) {
+  if (plug.isNull() || plug.isArray()) return {};
+  if (plug.attribute()->kind() != Kind::kCompound) return readSingle(plug, 0);
+  if (!plug.attribute()->isNumericCompound()) return {};
+  std::vector<double> numbers;
+  for (const Plug& child : plug.children()) numbers.push_back(asNumber(readSingle(child, 0)));
+  return numbers;
+}
+
+double numberOf(const NodePtr& node, std::string_view pathText, double otherwise) {
+  const auto plug = Plug::find(node, pathText);
+  return plug ? readNumber(*plug).value_or(otherwise) : otherwise;
+}
+
+bool truthOf(const NodePtr& node, std::string_view pathText) {
+  return numberOf(node, pathText) != 0.0;
+}
+
+bool writeValue(const Plug& plug, AttributeValue value) {
+  if (plug.isNull() || plug.isArray()) return false;
+  const auto* numbers = std::get_if<std::vector<double>>(&value);
+  if (numbers && plug.attribute()->kind() == Kind::kCompound) return writeNumbers(plug, *numbers);
+  if (!suits(*plug.attribute(), value)) return false;
+  plug.node()->values.at(plug.path()).value = std::move(value);
+  return true;
+}
+
+void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value) {
+  node->findOrKeepLoose(pathText.substr(0, pathText.find_first_of(".[")));
+  node->values.at(pathText).value = std::move(value);
+}
+
+void forgetValues(const Plug& plug) {
+  if (plug.isNull()) return;
+  for (const Plug& child : plug.children()) forgetValues(child);
+  plug.node()->values.erase(plug.path());
+}
+
+bool isLocked(const Plug& plug) {
+  if (plug.isNull()) return false;
+  if (isOn(plug, &AttributeState::locked) || isLockedFromAbove(plug)) return true;
+  const std::vector<Plug> children = plug.children();
+  return !children.empty() && std::all_of(children.begin(), children.end(), [](const Plug& child) {
+    return isOn(child, &AttributeState::locked);
+  });
+}
+
+void setLocked(const Plug& plug, bool locked) {
+  setFlag(plug, &AttributeState::locked, locked);
+  if (locked || plug.isNull()) return;
+  for (const Plug& child : plug.children()) {
+    if (isOn(child, &AttributeState::locked)) setLocked(child, false);
+  }
+}
+
+bool isKeyable(const Plug& plug) {
+  const AttributeState* state = plug.isNull() ? nullptr : stateOf(plug);
+  if (state && state->keyable != Flag::kUnset) return state->keyable == Flag::kOn;
+  return !plug.isNull() && plug.attribute()->keyable;
+}
+
+void setKeyable(const Plug& plug, bool keyable) {
+  setFlag(plug, &AttributeState::keyable, keyable);
+}
+
+bool isInChannelBox(const Plug& plug) {
+  return !plug.isNull() && isOn(plug, &AttributeState::channelBox);
+}
+
+void setInChannelBox(const Plug& plug, bool shown) {
+  setFlag(plug, &AttributeState::channelBox, shown);
+}
+
+}  // namespace host
