@@ -5,6 +5,7 @@
 
 #include "host/mel/Messages.h"
 #include "host/mel/Numbers.h"
+#include "host/mel/Text.h"
 
 namespace host::mel {
 namespace {
@@ -97,6 +98,30 @@ std::vector<std::string> Arguments::texts(std::string_view shortName) const {
   return texts;
 }
 
+std::vector<std::string> Arguments::flagsAsWritten() const {
+  std::vector<std::string> words;
+  for (const Use& use : uses_) {
+    words.push_back("-" + std::string(use.shortName));
+    for (std::size_t i = 0; i < use.arguments.size(); ++i) {
+      words.push_back(use.kinds[i] == 's' ? quoted(use.arguments[i]) : use.arguments[i]);
+    }
+  }
+  return words;
+}
+
+std::vector<std::vector<double>> Arguments::allNumbers(std::string_view shortName) const {
+  std::vector<std::vector<double>> all;
+  for (const Use& use : uses_) {
+    if (use.shortName == shortName) {
+      std::vector<double>& numbers = all.emplace_back();
+      for (const std::string& text : use.arguments) {
+        numbers.push_back(parseNumber(text).value_or(0.0));
+      }
+    }
+  }
+  return all;
+}
+
 class ArgumentParser {
  public:
   ArgumentParser(std::string_view command, const std::vector<FlagSpec>& flags, const Words& words)
@@ -107,6 +132,7 @@ class ArgumentParser {
   }
 
   bool parse(Arguments& arguments, std::string& error) {
+    arguments.words_ = &words_;
     while (at_ < words_.size()) {
       const Word& word = words_[at_++];
       if (!isFlag(word)) {
@@ -125,8 +151,8 @@ class ArgumentParser {
       error = std::string(command_) + ": unknown flag " + name;
       return false;
     }
-    Arguments::Use use{flag->shortName, {}};
     const std::string_view kinds = query_ ? std::string_view() : flag->arguments;
+    Arguments::Use use{flag->shortName, kinds, {}};
     for (const char kind : kinds) {
       if (at_ >= words_.size()) {
         error = std::string(command_) + ": flag " + name + " lacks an argument";

@@ -67,17 +67,25 @@ class Arguments {
   bool query() const { return has("q"); }
   bool edit() const { return has("e"); }
   const std::vector<std::string>& objects() const { return objects_; }
+  // All words as they were given; good for as long as the command runs.
+  const Words& words() const { return *words_; }
+  // The flags with their arguments as a scene file would have them, texts in quotes.
+  std::vector<std::string> flagsAsWritten() const;
+  // The numbers of every occurrence of a flag.
+  std::vector<std::vector<double>> allNumbers(std::string_view shortName) const;
 
  private:
   friend class ArgumentParser;
   struct Use {
     std::string_view shortName;
+    std::string_view kinds;
     std::vector<std::string> arguments;
   };
   const Use* lastUse(std::string_view shortName) const;
 
   std::vector<Use> uses_;
   std::vector<std::string> objects_;
+  const Words* words_ = nullptr;
 };
 
 // False with the reason in `error` for an unknown flag, a missing argument, or one of another kind.
@@ -113,6 +121,7 @@ CommandResult runCommand(std::string_view name, const Words& words, CommandConte
 
 // One for each family, in the file named after it.
 void addAttributeCommands(CommandTable& table);
+void addDynamicAttributeCommands(CommandTable& table);
 void addConnectionCommands(CommandTable& table);
 void addNodeCommands(CommandTable& table);
 void addDagCommands(CommandTable& table);

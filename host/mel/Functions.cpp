@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "host/mel/Interpreter.h"
+#include "host/mel/Messages.h"
 
 namespace host::mel {
 namespace {
@@ -159,6 +160,11 @@ CommandResult sortArray(Arguments& arguments) {
   return give(std::move(value));
 }
 
+CommandResult print(Arguments& arguments) {
+  printText(valueOf(arguments[0]).toPrinted());
+  return give(Value());
+}
+
 CommandResult toIntNumber(Arguments& arguments) {
   return give(valueOf(arguments[0]).toInt());
 }
@@ -262,6 +268,7 @@ constexpr FunctionSpec kFunctions[] = {
     {"max", 2, 2, larger},
     {"min", 2, 2, smaller},
     {"pow", 2, 2, ofTwo<power>},
+    {"print", 1, 1, print},
     {"sin", 1, 1, ofOne<sine>},
     {"size", 1, 1, size},
     {"sort", 1, 1, sortArray},
