@@ -1,0 +1,138 @@
+#include <cstdlib>
+#include <map>
+#include <sstream>
+
+#include "tests/psd/PsdTest.h"
+
+namespace morvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Row = std::map<std::string, std::string>;
+
+// Real files of other programs, and tables of what an independent scanner found in them.
+class Corpus : public PsdTest {
+ protected:
+  void SetUp() override {
+    const char* const given = std::getenv("MORVANE_CORPUS");
+    corpus_ = given ? fs::path(given) : fs::path(MORVANE_SOURCE_DIR);
+    while (!given && !fs::exists(corpus_ / "shared" / "corpus") && corpus_.has_relative_path()) {
+      corpus_ = corpus_.parent_path();
+    }
+    if (!given) corpus_ = corpus_ / "shared" / "corpus";
+    if (!fs::exists(corpus_ / "psd.tsv")) GTEST_SKIP() << "no corpus beside the project";
+  }
+
+  std::vector<Row> rows(const char* table) const {
+    std::istringstream lines(read((corpus_ / table).string()));
+    std::vector<Row> all;
+    std::vector<std::string> columns;
+    for (std::string line; std::getline(lines, line);) {
+      std::istringstream cells(line);
+      Row row;
+      std::size_t column = 0;
+      for (std::string cell; std::getline(cells, cell, '\t'); ++column) {
+        if (all.empty() && row.size() == columns.size()) columns.push_back(cell);
+        row[columns[column]] = cell;
+      }
+      all.push_back(row);
+    }
+    all.erase(all.begin());
+    return all;
+  }
+
+  fs::path corpus_;
+};
+
+void expectFound(const PsdDocument& document, const Row& row) {
+  EXPECT_EQ(std::to_string(document.depth), row.at("depth"));
+  EXPECT_EQ(std::to_string(document.channels), row.at("channels"));
+  EXPECT_EQ(std::to_string(document.rows), row.at("rows"));
+  EXPECT_EQ(std::to_string(document.columns), row.at("cols"));
+  const bool hasLayerInfo = row.at("layers_in") == "info";  // other depths keep theirs in a block
+  const int count = hasLayerInfo ? std::stoi(row.at("layers")) : 0;
+  EXPECT_EQ(document.layerCount, std::abs(count));
+  EXPECT_EQ(document.mergedAlpha, count < 0);
+  EXPECT_EQ(document.mergedCompression, row.at("merged_comp") == "raw" ? 0 : 1);
+}
+
+TEST_F(Corpus, SoundFilesAreKeptAndDamagedOnesAreNot) {
+  int sound = 0;
+  for (const Row& row : rows("psd.tsv")) {
+    SCOPED_TRACE(row.at("path"));
+    const std::string bytes = read((corpus_ / "psd" / row.at("path")).string());
+    std::string error;
+    const auto document = loaded(bytes, &error);  // large documents too, under a name that is read
+    const bool isSound = row.at("faults") == "-" && row.at("version") == "1";
+    if (isSound) {
+      ++sound;
+      ASSERT_TRUE(document) << error;
+      expectFound(*document, row);
+    }
+    EXPECT_TRUE(row.at("version") == "1" || !document);
+    EXPECT_TRUE(!document || saved(*document) == bytes);
+  }
+  EXPECT_GT(sound, 20);
+}
+
+TEST_F(Corpus, DataLayerLeavesTheOthersAsTheyWere) {
+  int added = 0;
+  for (const Row& row : rows("psd.tsv")) {
+    if (row.at("faults") != "-" || row.at("version") != "1") continue;
+    SCOPED_TRACE(row.at("path"));
+    const auto document = loaded(read((corpus_ / "psd" / row.at("path")).string()));
+    ASSERT_TRUE(document);
+    std::vector<std::string> before;
+    for (std::int32_t i = 0; i < document->layerCount; ++i)
+      before.push_back(channelBytes(*document, i));
+    const std::string merged(document->mergedData.get(),
+                             document->mergedData.get() + document->mergedLength);
+    const std::size_t room = 4 * std::size_t{document->rows} * document->columns;
+    const bool carries =
+        document->depth == 8 && (!before.empty() || document->channels >= 3) && room > 7;
+    const Payload bytes = payload(carries ? std::min<std::size_t>(room - 5, 5000) : 3);
+    ASSERT_EQ(addData(*document, "GoblinGeometry", bytes), carries);
+    if (!carries) continue;
+    ++added;
+    const auto again = loaded(saved(*document));
+    ASSERT_TRUE(again);
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      EXPECT_TRUE(channelBytes(*again, static_cast<std::int32_t>(i)) == before[i]) << i;
+    }
+    EXPECT_TRUE(std::string(again->mergedData.get(),
+                            again->mergedData.get() + again->mergedLength) == merged);
+    EXPECT_EQ(again->mergedAlpha, document->mergedAlpha);
+    EXPECT_TRUE(holdsData(*again, "GoblinGeometry", bytes));
+  }
+  EXPECT_GT(added, 15);
+}
+
+TEST_F(Corpus, TgaImagesAreImportedWhereTheirPixelsAreThere) {
+  int imported = 0;
+  for (const Row& row : rows("tga.tsv")) {
+    SCOPED_TRACE(row.at("path"));
+    const std::string bytes = read((corpus_ / "tga" / row.at("path")).string());
+    const std::size_t width = std::stoul(row.at("cols")), height = std::stoul(row.at("rows"));
+    const std::size_t pixel = std::stoul(row.at("depth")) / 8,
+                      start = 18 + std::stoul(row.at("id_len"));
+    const bool fits =
+        pixel >= 3 && width * height != 0 && start + width * height * pixel <= bytes.size();
+    std::string error;
+    const auto document = loaded(bytes, &error, "f.tga");
+    ASSERT_EQ(document != nullptr, fits) << error;
+    if (!fits) continue;
+    ++imported;
+    ASSERT_TRUE(document->decompressChannel(1, 1));
+    const std::uint8_t* const red = document->layerChannels(1)[1].data.get();
+    for (std::size_t i = 0; i < width * height; ++i) {
+      const std::size_t y = height - 1 - i / width;
+      ASSERT_EQ(red[i],
+                static_cast<std::uint8_t>(bytes[start + (y * width + i % width) * pixel + 2]));
+    }
+  }
+  EXPECT_GT(imported, 8);
+}
+
+}  // namespace
+}  // namespace morvane

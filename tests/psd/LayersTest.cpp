@@ -1,0 +1,344 @@
+#include <cstring>
+
+#include "tests/psd/PsdTest.h"
+
+namespace morvane {
+namespace {
+
+const char* const kName = "GoblinGeometry";
+const std::string kLayerId = block("lyid", be32(1));
+
+// The documents' lengths, recomputed from the records that they describe.
+void expectLengthsInStep(const PsdDocument& document) {
+  std::uint32_t info = 2 + document.layerInfoPadding.length;
+  for (const PsdLayer& layer : document.layers) {
+    info += 34 + 6 * layer.channelCount + layer.extraLength;
+    for (std::uint32_t c = 0; c < layer.channelCount; ++c) info += layer.channelInfos[c].length;
+  }
+  EXPECT_EQ(document.layerInfoLength, info);
+  EXPECT_EQ(document.layerAndMaskLength,
+            info + 8 + document.globalMask.length + document.sectionTail.length);
+}
+
+TEST_F(PsdTest, BlankDocumentIsABlackImage) {
+  const PsdDocument document(256, 256);
+  EXPECT_EQ(document.findLayer("x"), -1);
+  EXPECT_EQ(document.layerAndMaskLength, 0u);
+  std::string expected = "8BPS" + be16(1) + zeros(6) + be16(3) + be32(256) + be32(256) + be16(8) +
+                         be16(3) + zeros(12) + be16(1);
+  for (int row = 0; row < 768; ++row) expected += be16(4);
+  for (int row = 0; row < 768; ++row) expected += std::string("\x81\0\x81\0", 4);
+  EXPECT_EQ(expected.size(), 4648u);
+  EXPECT_TRUE(saved(document) == expected);
+}
+
+TEST_F(PsdTest, FirstLayerBringsItsBase) {
+  PsdDocument document(256, 256);
+  ASSERT_EQ(document.addLayer(kName), 1);
+  EXPECT_EQ(document.layerInfoLength, 11086u);
+  EXPECT_EQ(document.layerAndMaskLength, 11094u);
+  EXPECT_EQ(document.resourcesLength, 30u);
+  EXPECT_EQ(document.layers[0].flags, 9);
+  EXPECT_EQ(document.layers[0].name, nullptr);
+  EXPECT_EQ(document.layers[0].extraLength, 84u);
+  EXPECT_EQ(document.layers[1].flags, 8);
+  EXPECT_EQ(document.layers[1].extraLength, 124u);
+  EXPECT_EQ(document.totalChannelCount(), 7u);
+  for (int c = 0; c < 3; ++c) EXPECT_EQ(document.layers[0].channelInfos[c].length, 1538u);
+  for (int c = 0; c < 4; ++c) EXPECT_EQ(document.layers[1].channelInfos[c].length, 1538u);
+  EXPECT_EQ(document.layerChannels(1)[0].data[513], 0xFF);  // opaque
+  EXPECT_EQ(document.layerChannels(1)[1].data[513], 0x00);  // black
+  const PsdResource* const groups = document.findResource(1026);
+  ASSERT_TRUE(document.findResource(1024) && groups);
+  EXPECT_EQ(document.findResource(1024)->data[1], 1);
+  EXPECT_EQ(std::string(groups->data.get(), groups->data.get() + groups->size), zeros(4));
+
+  const std::string bytes = saved(document);
+  EXPECT_EQ(bytes.size(), 15772u);
+  std::string unicode = block("luni", be32(14));
+  unicode[11] = 32;
+  for (const char* c = kName; *c; ++c) unicode += be16(static_cast<unsigned char>(*c));
+  EXPECT_NE(bytes.find(std::string("\x0E") + kName + zeros(1) + unicode + kLayerId),
+            std::string::npos);
+  const auto again = loaded(bytes);
+  ASSERT_TRUE(again);
+  EXPECT_TRUE(saved(*again) == bytes);
+  expectLengthsInStep(*again);
+}
+
+TEST_F(PsdTest, RemovingALayerUndoesAddingIt) {
+  PsdDocument document(4, 4);
+  document.addLayer("one");
+  const std::string one = saved(document);
+  ASSERT_EQ(document.addLayer("two"), 2);
+  ASSERT_EQ(document.addLayer("one"), 3);
+  EXPECT_EQ(document.findLayer("one"), 1);
+  document.removeLayerByName("two");
+  EXPECT_EQ(document.findLayer("one"), 1);
+  document.removeLayer(2);
+  expectLengthsInStep(document);
+  for (std::int32_t index : {-1, 0, 2, 99}) document.removeLayer(index);
+  document.removeLayerByName("missing");
+  document.layers[0].name = std::make_unique<char[]>(2);
+  document.layers[0].name[0] = 'b';
+  document.removeLayerByName("b");
+  document.layers[0].name.reset();
+  EXPECT_EQ(document.layerCount, 2);
+  PsdResource* const groups = document.findResource(1026);
+  ASSERT_EQ(groups->size, 8u);  // removing leaves the entries of the removed layers
+  groups->size = 4;
+  document.resourcesLength -= 4;
+  EXPECT_TRUE(saved(document) == one);
+}
+
+TEST_F(PsdTest, RefusesLayersThatTheDocumentCannotCarry) {
+  struct {
+    const char* what;
+    void (*change)(PsdDocument&);
+  } const cases[] = {
+      {"signature", [](PsdDocument& d) { d.signature[3] = 'B'; }},
+      {"version", [](PsdDocument& d) { d.version = 2; }},
+      {"no rows", [](PsdDocument& d) { d.rows = 0; }},
+      {"no columns", [](PsdDocument& d) { d.columns = 0; }},
+      {"too wide", [](PsdDocument& d) { d.columns = PsdDocument::kMaxSide + 1; }},
+      {"depth", [](PsdDocument& d) { d.depth = 16; }},
+      {"gray", [](PsdDocument& d) { d.channels = 2; }},
+      {"more rows than merged data", [](PsdDocument& d) { d.rows = 5; }},
+      {"short merged data", [](PsdDocument& d) { d.mergedLength -= 1; }},
+      {"short raw merged data",
+       [](PsdDocument& d) {
+         d.mergedCompression = 0;
+         d.mergedLength = 47;
+       }},
+  };
+  for (const auto& test : cases) {
+    PsdDocument document(4, 4);
+    test.change(document);
+    const std::string before = saved(document);
+    EXPECT_EQ(document.addLayer("x"), -1) << test.what;
+    EXPECT_FALSE(addData(document, "x", payload(3))) << test.what;
+    EXPECT_TRUE(saved(document) == before) << test.what;
+  }
+  PsdDocument document(4, 4);
+  EXPECT_EQ(document.addLayer(std::string(256, 'n').c_str()), -1);
+  EXPECT_EQ(document.addLayer(nullptr), -1);
+  ASSERT_EQ(document.addLayer(std::string(255, '\x80').c_str()), 1);
+  EXPECT_EQ(document.layers[1].unicodeChars[254], 0x80);
+  const auto again = loaded(saved(document));
+  ASSERT_TRUE(again);
+  EXPECT_EQ(std::strlen(again->layers[1].name.get()), 255u);
+}
+
+// 2 x 2 pixels and 4 merged channels; the packed planes have rows of different lengths.
+TEST_F(PsdTest, BaseLayerTakesTheMergedPlanes) {
+  const std::string raw = "abcdefghijklmnop";
+  HandMade hand;
+  hand.hasLayers = false;
+  hand.header[13] = 4;
+  hand.merged = be16(0) + raw;
+  std::string table, rows;
+  for (std::size_t row = 0; row < 8; ++row) {
+    const std::string packed =
+        (row % 2 ? "\x80" : "") + ("\1" + raw.substr(2 * row, 2)) + std::string(row % 3, '\x80');
+    table += be16(static_cast<unsigned>(packed.size()));
+    rows += packed;
+  }
+  const auto fromRaw = loaded(hand.file());
+  hand.merged = be16(1) + table + rows;
+  const auto fromPacked = loaded(hand.file());
+  for (PsdDocument* document : {fromRaw.get(), fromPacked.get()}) {
+    ASSERT_TRUE(document);
+    ASSERT_EQ(document->addLayer("x"), 1);
+    expectLengthsInStep(*document);
+    for (std::uint32_t c = 0; c < 3; ++c) {
+      ASSERT_TRUE(document->decompressChannel(0, c));
+      EXPECT_EQ(std::string(document->layerChannels(0)[c].data.get(),
+                            document->layerChannels(0)[c].data.get() + 4),
+                raw.substr(4 * c, 4));
+      ASSERT_TRUE(document->compressChannel(0, c));
+      expectLengthsInStep(*document);
+    }
+  }
+}
+
+TEST_F(PsdTest, NewLayerTakesOverOnlyWhatDescribesNoContent) {
+  const std::string group = block("lsct", be32(1)), odd = block("clbl", "x") + zeros(1);
+  std::string b64 = block("knko", be32(7)), notBlocks = kLayerId + "rest of no block";
+  b64[3] = '4';
+  b64[2] = '6';
+  const auto id = [](unsigned low) { return block("lyid", be32(low)); };
+  struct {
+    std::string below, above;
+  } const cases[] = {
+      {group + id(5), id(0x00)},  // the seed's low byte wraps, without a carry
+      {odd + id(0x0506) + block("luni", zeros(8)) + b64, odd + id(0x0500) + b64},
+      {b64 + group, b64},
+      {"", ""},
+      {notBlocks, id(0) + "rest of no block"},
+      {group + "x", block("lsct", be32(0)) + "x"},  // byte 15, wherever that falls
+      {block("clbl", "x"), block("clbl", "x")},  // not padded: no sequence, and too short for an id
+  };
+  for (const auto& test : cases) {
+    HandMade hand;
+    hand.extras = {zeros(8) + shortName("a") + block("luni", zeros(4)) + test.below};
+    hand.resources = "8BIM" + be16(1044) + zeros(2) + sized(be32(0x010203FF));
+    const auto document = loaded(hand.file());
+    ASSERT_TRUE(document);
+    ASSERT_EQ(document->addLayer("x"), 1);
+    const PsdLayer& layer = document->layers[1];
+    EXPECT_EQ(
+        std::string(layer.trailingData.get(), layer.trailingData.get() + layer.trailingLength),
+        test.above);
+    EXPECT_EQ(document->findResource(1044)->data[3], 0);
+    EXPECT_EQ(document->findResource(1044)->data[2], 3);
+    expectLengthsInStep(*document);
+  }
+}
+
+TEST_F(PsdTest, InsertsResourcesAfterTheOneAskedFor) {
+  PsdDocument document(1, 1);
+  const auto insert = [&](std::uint16_t id, const char* name, std::uint16_t after) {
+    auto resource = std::make_unique<PsdResource>();
+    std::memcpy(resource->signature, "8BIM", 4);
+    resource->id = id;
+    resource->name = std::make_unique<char[]>(std::strlen(name) + 1);
+    std::strcpy(resource->name.get(), name);
+    document.insertResource(std::move(resource), after);
+  };
+  insert(1, "", 7);
+  insert(2, "ab", 7);
+  insert(3, "abc", 1);
+  EXPECT_EQ(document.resourcesLength, 12u + 14 + 14);
+  ASSERT_EQ(document.resources.size(), 3u);
+  EXPECT_EQ(document.resources[1]->id, 3);
+  const auto again = loaded(saved(document));
+  ASSERT_TRUE(again && again->resources.size() == 3);
+  EXPECT_STREQ(again->resources[2]->name.get(), "ab");
+}
+
+TEST_F(PsdTest, DataLayerGivesItsBytesBack) {
+  struct {
+    std::uint32_t width, height;
+  } const images[] = {{256, 256}, {7, 5}, {2, 2}, {3, 1}, {1, 2}};
+  for (const auto& [width, height] : images) {
+    const std::size_t plane = std::size_t{width} * height;
+    for (std::size_t size :
+         {std::size_t{0}, plane - 5, plane - 4, plane - 3, 3 * plane, 4 * plane - 5}) {
+      if (size > 4 * plane - 5) continue;  // wrapped around
+      PsdDocument document(width, height);
+      ASSERT_TRUE(addData(document, kName, payload(size))) << plane << ' ' << size;
+      EXPECT_EQ(document.findLayer(kName), 1);
+      EXPECT_EQ(document.layers[1].flags, 10);
+      const std::string before = saved(document);
+      EXPECT_TRUE(holdsData(document, kName, payload(size))) << plane << ' ' << size;
+      EXPECT_TRUE(saved(document) == before);
+      const auto again = loaded(before);
+      EXPECT_TRUE(again && holdsData(*again, kName, payload(size)));
+      expectLengthsInStep(*again);
+    }
+    PsdDocument document(width, height);
+    EXPECT_FALSE(addData(document, kName, payload(4 * plane - 4)));
+    EXPECT_EQ(document.layerCount, 0);
+  }
+  PsdDocument pixel(1, 1);
+  EXPECT_FALSE(addData(pixel, kName, {}));  // four bytes hold the length and nothing ends the layer
+}
+
+TEST_F(PsdTest, DataLayerKeepsTheFillBehindItsBytes) {
+  PsdDocument document(4, 3);
+  ASSERT_TRUE(addData(document, kName, Payload(10, 'p')));  // 14 bytes: 12 and 2
+  const std::string planes[] = {std::string("\x0A\0\0\0", 4) + "pppppppp", "pp" + zeros(10),
+                                zeros(12)};
+  for (std::uint32_t c = 0; c < 3; ++c) {
+    ASSERT_TRUE(document.decompressChannel(1, c));
+    const std::uint8_t* const data = document.layerChannels(1)[c].data.get();
+    EXPECT_EQ(std::string(data, data + 12), planes[c]);
+  }
+  expectLengthsInStep(document);
+  EXPECT_TRUE(holdsData(document, kName, Payload(10, 'p')));
+  EXPECT_EQ(document.layerChannels(1)[1].compression, 1);  // touched by reading
+  EXPECT_EQ(document.layerChannels(1)[2].compression, 0);
+}
+
+TEST_F(PsdTest, RefusesDataLayersThatLie) {
+  struct {
+    const char* what;
+    void (*change)(PsdDocument&);
+  } const cases[] = {
+      {"stored length", [](PsdDocument& d) { d.layerChannels(1)[0].data[2] = 1; }},
+      {"one byte over", [](PsdDocument& d) { d.layerChannels(1)[0].data[0] = 60; }},
+      {"channels", [](PsdDocument& d) { d.layers[1].channelCount = 1; }},
+      {"rectangle", [](PsdDocument& d) { d.layers[1].right = 3; }},
+      {"negative rectangle", [](PsdDocument& d) { d.layers[1].right = -4; }},
+      {"no pixels", [](PsdDocument& d) { d.rows = 0; }},
+  };
+  for (const auto& test : cases) {
+    PsdDocument document(4, 4);
+    ASSERT_TRUE(addData(document, kName, payload(30)));
+    ASSERT_TRUE(document.decompressChannel(1, 0));
+    test.change(document);
+    std::uint32_t size = 77;
+    EXPECT_EQ(document.readDataLayer(kName, size), nullptr) << test.what;
+    EXPECT_EQ(size, 77u);
+  }
+  PsdDocument document(4, 4);
+  std::uint32_t size = 77;
+  EXPECT_EQ(document.readDataLayer(kName, size), nullptr);
+  EXPECT_EQ(size, 77u);
+}
+
+TEST_F(PsdTest, SetsThePixelsInsideTheLayer) {
+  PsdDocument document(4, 4);
+  ASSERT_EQ(document.addLayer("x"), 1);
+  document.layers[1].left = 1;  // a layer of 4 x 4 pixels at (1, 2)
+  document.layers[1].right = 5;
+  document.layers[1].top = 2;
+  document.layers[1].bottom = 6;
+  std::string rgba;  // of the rectangle (0, 1) to (3, 4): pixel (x, y) is "xyRA"
+  for (int y = 1; y < 4; ++y) {
+    for (int x = 0; x < 3; ++x)
+      rgba += {static_cast<char>('0' + x), static_cast<char>('0' + y), 'B', 'A'};
+  }
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(rgba.data());
+  ASSERT_TRUE(document.setLayerPixels(1, 0, 1, 3, 4, bytes));
+  EXPECT_TRUE(document.setLayerPixels(1, 3, 3, 2, 2, bytes));  // an empty rectangle
+  expectLengthsInStep(document);
+  const std::string two = zeros(2), rest = zeros(8);
+  const std::string opaque(2, '\xFF'), opaqueRest(8, '\xFF');
+  const std::string planes[] = {"AA" + opaque + "AA" + opaque + opaqueRest,
+                                "12" + two + "12" + two + rest, "22" + two + "33" + two + rest,
+                                "BB" + two + "BB" + two + rest};
+  for (std::uint32_t c = 0; c < 4; ++c) {
+    EXPECT_EQ(document.layerChannels(1)[c].compression, 1);
+    ASSERT_TRUE(document.decompressChannel(1, c));
+    const std::uint8_t* const data = document.layerChannels(1)[c].data.get();
+    EXPECT_EQ(std::string(data, data + 16), planes[c]);
+  }
+  EXPECT_FALSE(document.setLayerPixels(0, 0, 1, 3, 4, bytes));  // three channels
+  EXPECT_FALSE(document.setLayerPixels(2, 0, 1, 3, 4, bytes));
+  document.colourMode = 4;
+  EXPECT_FALSE(document.setLayerPixels(1, 0, 1, 3, 4, bytes));
+}
+
+TEST_F(PsdTest, MissingChannelDataIsAPlaneOfZeros) {
+  for (std::uint32_t length : {0u, 2u}) {
+    HandMade hand;
+    hand.channelLength = be32(length);
+    hand.channel = length == 2 ? be16(1) : std::string();
+    const auto document = loaded(hand.file());
+    ASSERT_TRUE(document);
+    EXPECT_TRUE(saved(*document) == hand.file());
+    ASSERT_TRUE(document->decompressChannel(0, 0));
+    EXPECT_EQ(document->layers[0].channelInfos[0].length, 6u);
+    expectLengthsInStep(*document);
+    const std::string bytes = saved(*document);
+    HandMade expected;
+    expected.channel = zeros(6);
+    EXPECT_TRUE(bytes == expected.file());
+    EXPECT_FALSE(document->decompressChannel(0, 1));
+    EXPECT_FALSE(document->compressChannel(1, 0));
+  }
+}
+
+}  // namespace
+}  // namespace morvane

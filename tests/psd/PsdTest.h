@@ -1,0 +1,125 @@
+#ifndef MORVANE_TESTS_PSD_PSDTEST_H_
+#define MORVANE_TESTS_PSD_PSDTEST_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "psd/PsdDocument.h"
+#include "tests/util/ScratchFolder.h"
+
+namespace morvane {
+
+using Payload = std::vector<std::uint8_t>;
+
+inline std::string be16(unsigned value) {
+  return {static_cast<char>(value >> 8), static_cast<char>(value)};
+}
+inline std::string be32(std::uint32_t value) {
+  return be16(value >> 16) + be16(value & 0xFFFF);
+}
+inline std::string zeros(std::size_t count) {
+  return std::string(count, '\0');
+}
+inline std::string sized(const std::string& bytes) {
+  return be32(static_cast<std::uint32_t>(bytes.size())) + bytes;
+}
+
+// A tagged block, not padded.
+inline std::string block(const std::string& key, const std::string& data) {
+  return "8BIM" + key + sized(data);
+}
+
+// A name of at most 3 bytes in a layer record.
+inline std::string shortName(const std::string& name) {
+  return static_cast<char>(name.size()) + name + zeros(3 - name.size());
+}
+
+// The parts of a PSD file of 2 x 2 pixels, written out by hand, that tests vary. Every layer has
+// one channel of 4 raw bytes.
+struct HandMade {
+  std::string header =
+      "8BPS" + be16(1) + zeros(6) + be16(3) + be32(2) + be32(2) + be16(8) + be16(3);
+  std::string colourMode = sized("");
+  std::string resources;
+  std::vector<std::string> extras = {zeros(8) + shortName("a")};  // extra data of each layer
+  std::string countWord;                                          // when not the number of layers
+  std::string channelLength = be32(6);
+  std::string channel = be16(0) + "wxyz";
+  std::string infoPadding;
+  int infoLengthError = 0;            // added to the declared length
+  std::string afterInfo = sized("");  // the global mask and what follows
+  int sectionLengthError = 0;
+  bool hasLayers = true;
+  std::string merged = be16(0) + "rrrrggggbbbb";
+
+  std::string layerInfo() const {
+    std::string info = countWord.empty() ? be16(static_cast<unsigned>(extras.size())) : countWord;
+    for (const std::string& extra : extras) {
+      info += zeros(8) + be32(2) + be32(2) + be16(1) + be16(0) + channelLength + "8BIMnorm" +
+              "\xFF" + zeros(3) + sized(extra);
+    }
+    for (std::size_t i = 0; i < extras.size(); ++i) info += channel;
+    return info + infoPadding;
+  }
+
+  std::string section() const {
+    const std::string info = hasLayers ? layerInfo() : std::string();
+    const std::string content =
+        be32(static_cast<std::uint32_t>(info.size()) + infoLengthError) + info + afterInfo;
+    return be32(static_cast<std::uint32_t>(content.size()) + sectionLengthError) + content;
+  }
+
+  std::string file() const { return header + colourMode + sized(resources) + section() + merged; }
+};
+
+class PsdTest : public ScratchFolder {
+ protected:
+  std::string saved(const PsdDocument& document) const {
+    std::string error;
+    EXPECT_TRUE(document.save(path("saved.psd").c_str(), &error)) << error;
+    return read(path("saved.psd"));
+  }
+
+  // A document loaded from these bytes; null when they are refused.
+  std::unique_ptr<PsdDocument> loaded(const std::string& bytes, std::string* error = nullptr,
+                                      const char* name = "loaded.psd") const {
+    auto document = std::make_unique<PsdDocument>(1, 1);
+    if (!document->load(write(name, bytes).c_str(), error)) document.reset();
+    return document;
+  }
+
+  static Payload payload(std::size_t size) {
+    Payload bytes(size);
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(i * 7 + i / 251);
+    return bytes;
+  }
+
+  static bool addData(PsdDocument& document, const char* name, const Payload& bytes) {
+    return document.addDataLayer(name, static_cast<std::uint32_t>(bytes.size()), bytes.data());
+  }
+
+  static bool holdsData(PsdDocument& document, const char* name, const Payload& bytes) {
+    std::uint32_t size = 0;
+    const auto data = document.readDataLayer(name, size);
+    return data && Payload(data.get(), data.get() + size) == bytes;
+  }
+
+  // The bytes of every channel of a layer, as they would be saved.
+  static std::string channelBytes(const PsdDocument& document, std::int32_t layer) {
+    std::string all;
+    const PsdLayer& record = document.layers[layer];
+    for (std::uint32_t c = 0; c < record.channelCount; ++c) {
+      const PsdChannel& channel = document.layerChannels(layer)[c];
+      const std::uint32_t length = record.channelInfos[c].length;
+      all += be16(channel.compression) + be32(length);
+      if (channel.data)
+        all.append(channel.data.get(), channel.data.get() + (length < 2 ? length : length - 2));
+    }
+    return all;
+  }
+};
+
+}  // namespace morvane
+
+#endif  // MORVANE_TESTS_PSD_PSDTEST_H_

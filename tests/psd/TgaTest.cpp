@@ -1,0 +1,67 @@
+#include "tests/psd/PsdTest.h"
+
+namespace morvane {
+namespace {
+
+std::string le16(unsigned value) {
+  return {static_cast<char>(value), static_cast<char>(value >> 8)};
+}
+
+std::string tga(unsigned width, unsigned height, int depth, const std::string& id,
+                const std::string& pixels) {
+  return std::string(1, static_cast<char>(id.size())) + zeros(1) + "\2" + zeros(9) + le16(width) +
+         le16(height) + static_cast<char>(depth) + zeros(1) + id + pixels;
+}
+
+// The four planes of "$diffuse": transparency, red, green, blue.
+std::string planes(PsdDocument& document, std::size_t size) {
+  std::string all;
+  for (std::uint32_t c = 0; c < 4; ++c) {
+    EXPECT_EQ(document.layerChannels(1)[c].compression, 1);
+    EXPECT_TRUE(document.decompressChannel(1, c));
+    const std::uint8_t* const data = document.layerChannels(1)[c].data.get();
+    all.append(data, data + size);
+    EXPECT_TRUE(document.compressChannel(1, c));
+  }
+  return all;
+}
+
+TEST_F(PsdTest, ImportsTga) {
+  const std::string o(1, '\xFF'), z(1, '\0');
+  const std::string blue = o + z + z, green = z + o + z, red = z + z + o, white = o + o + o;
+  const auto rgb = loaded(tga(2, 2, 24, "", blue + green + red + white), nullptr, "f.tga");
+  ASSERT_TRUE(rgb);
+  EXPECT_EQ(rgb->path.get(), path("f.tga"));
+  EXPECT_EQ(rgb->layerCount, 2);
+  EXPECT_EQ(rgb->findLayer("$diffuse"), 1);
+  EXPECT_EQ(rgb->layers[0].flags, 9);
+  EXPECT_EQ(rgb->layers[1].flags, 8);
+  EXPECT_EQ(planes(*rgb, 4), o + o + o + o + o + o + z + z + z + o + z + o + z + o + o + z);
+
+  const auto rgba = loaded(tga(1, 2, 32, "an id", "BGRAbgra"), nullptr, "f.TGA");
+  ASSERT_TRUE(rgba);
+  EXPECT_EQ(rgba->rows, 2u);
+  EXPECT_EQ(planes(*rgba, 2), "aArRgGbB");
+  const auto again = loaded(saved(*rgba));
+  ASSERT_TRUE(again);
+  EXPECT_EQ(planes(*again, 2), "aArRgGbB");
+}
+
+TEST_F(PsdTest, RefusesOtherTga) {
+  const std::string cases[] = {tga(1, 1, 16, "", "12"),
+                               tga(1, 1, 8, "", "1"),
+                               tga(2, 2, 24, "", zeros(11)),
+                               tga(1, 1, 32, "id", "123"),
+                               tga(0, 1, 24, "", ""),
+                               tga(65535, 65535, 32, "", zeros(100)),
+                               tga(1, 1, 24, "", "").substr(0, 17),
+                               ""};
+  for (const std::string& bytes : cases) {
+    std::string error;
+    EXPECT_FALSE(loaded(bytes, &error, "f.tga"));
+    EXPECT_NE(error, "");
+  }
+}
+
+}  // namespace
+}  // namespace morvane
