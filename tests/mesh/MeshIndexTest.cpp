@@ -1,0 +1,212 @@
+#include "host/scene/MeshIndex.h"
+
+#include <cmath>
+#include <random>
+
+#include "host/scene/MeshUvAtPoint.h"
+#include "tests/mesh/MeshFixtures.h"
+
+namespace host {
+namespace {
+
+Vec3 mapped(const Vec3& p, const MMatrix& m) {
+  const double in[4] = {p.x, p.y, p.z, 1.0};
+  double out[3] = {};
+  for (unsigned c = 0; c < 3; ++c) {
+    for (unsigned r = 0; r < 4; ++r) out[c] += in[r] * m(r, c);
+  }
+  return {out[0], out[1], out[2]};
+}
+
+double distanceToSegment(const Vec3& p, const Vec3& a, const Vec3& b) {
+  const double size = dot(b - a, b - a);
+  const double t = size > 0.0 ? std::fmin(1.0, std::fmax(0.0, dot(p - a, b - a) / size)) : 0.0;
+  return length(a + (b - a) * t - p);
+}
+
+// By the sides of the triangle that the foot of the perpendicular is on.
+double distanceToTriangle(const Vec3& p, const Vec3 (&t)[3]) {
+  const Vec3 normal = normalized(cross(t[1] - t[0], t[2] - t[0]));
+  bool inside = !(normal == Vec3());
+  double nearest = HUGE_VAL;
+  for (int i = 0; i < 3; ++i) {
+    const Vec3& a = t[i];
+    const Vec3& b = t[(i + 1) % 3];
+    inside = inside && dot(cross(b - a, p - a), normal) >= 0.0;
+    nearest = std::fmin(nearest, distanceToSegment(p, a, b));
+  }
+  return inside ? std::fabs(dot(p - t[0], normal)) : nearest;
+}
+
+double bruteForce(const MeshData& mesh, const MMatrix& matrix, const Vec3& p) {
+  double nearest = HUGE_VAL;
+  for (const MeshTriangle& triangle : mesh.triangles().list) {
+    Vec3 t[3];
+    for (int i = 0; i < 3; ++i) t[i] = mapped(cornerPoint(mesh, triangle.corners[i]), matrix);
+    nearest = std::fmin(nearest, distanceToTriangle(p, t));
+  }
+  return nearest;
+}
+
+MeshData soup(std::mt19937& random, int triangles, double size) {
+  std::uniform_real_distribution<double> place(-1.0, 1.0);
+  std::vector<Vec3> points;
+  Polygons polygons;
+  for (int i = 0; i < triangles; ++i) {
+    const Vec3 at = {place(random), place(random), place(random)};
+    for (int k = 0; k < 3; ++k) {
+      points.push_back(at + Vec3{place(random), place(random), place(random)} * size);
+    }
+    if (i % 17 == 0) points.back() = points[points.size() - 2];  // some are flat
+    polygons.push_back({3 * i, 3 * i + 1, 3 * i + 2});
+  }
+  return meshOf(points, polygons);
+}
+
+std::vector<MMatrix> matrices() {
+  const double skewed[4][4] = {{30, 1, 0, 0}, {0, 0.02, 3, 0}, {5, 0, -1, 0}, {1e6, -2e6, 5e5, 1}};
+  const double flattened[4][4] = {{1, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 2, 0}, {0, 7, 0, 1}};
+  const double tiny[4][4] = {{1e-9, 0, 0, 0}, {0, 1e-9, 0, 0}, {0, 0, 1e-9, 0}, {0, 0, 0, 1}};
+  return {MMatrix(), MMatrix(skewed), MMatrix(flattened), MMatrix(tiny)};
+}
+
+TEST(MeshIndex, FindsTheNearestPointThatBruteForceFinds) {
+  std::mt19937 random(11);
+  std::uniform_real_distribution<double> place(-1.0, 1.0);
+  for (const double size : {0.02, 0.5}) {
+    const MeshData mesh = soup(random, 3000, size);
+    for (const MMatrix& matrix : matrices()) {
+      const SurfaceIndex& index = mesh.surfaceIndex(matrix);
+      for (const double reach : {0.5, 3.0, 1e3, 1e7}) {
+        for (int i = 0; i < 25; ++i) {
+          const Vec3 from =
+              mapped(Vec3{place(random), place(random), place(random)} * reach, matrix);
+          const auto found = index.closest(from);
+          ASSERT_TRUE(found.has_value());
+          const double nearest = bruteForce(mesh, matrix, from);
+          // What double precision leaves at these coordinates.
+          const double coordinates =
+              1e-14 * (length(from) + std::fabs(matrix(3, 0)) + std::fabs(matrix(3, 1)));
+          EXPECT_NEAR(found->distance, nearest, 1e-9 * nearest + coordinates);
+          EXPECT_NEAR(length(found->point - from), found->distance, 1e-9 * nearest + coordinates);
+          Vec3 corners[3];
+          for (int k = 0; k < 3; ++k) {
+            corners[k] = mapped(cornerPoint(mesh, 3 * found->face + k), matrix);
+          }
+          EXPECT_NEAR(distanceToTriangle(found->point, corners), 0.0, 1e-9 * nearest + coordinates);
+        }
+      }
+    }
+  }
+}
+
+TEST(MeshIndex, TiesGoToTheEarlierFace) {
+  // Faces at z = 1, z = -1 and z = 1 again, further along x; the middle between them is equally far
+  // from the first two.
+  const std::vector<Vec3> points = {{0, 0, 1},  {1, 0, 1},  {1, 1, 1},  {0, 1, 1},
+                                    {0, 0, -1}, {1, 0, -1}, {1, 1, -1}, {0, 1, -1}};
+  const Polygons up = {{0, 1, 2, 3}, {4, 5, 6, 7}};
+  const Polygons down = {{4, 5, 6, 7}, {0, 1, 2, 3}};
+  EXPECT_EQ(meshOf(points, up).surfaceIndex(MMatrix()).closest({0.3, 0.4, 0})->point.z, 1.0);
+  EXPECT_EQ(meshOf(points, down).surfaceIndex(MMatrix()).closest({0.3, 0.4, 0})->point.z, -1.0);
+
+  // Vertices and edges of a grid, from above: the lowest of the faces that meet there.
+  const MeshData plane = primitive("polyPlane", {{"w", 0.7}, {"h", 0.7}});
+  for (int row = 0; row <= 10; ++row) {
+    for (int column = 0; column <= 10; ++column) {
+      const Vec3 vertex = plane.points()[static_cast<std::size_t>(row * 11 + column)];
+      const int expected = std::max(row - 1, 0) * 10 + std::max(column - 1, 0);
+      EXPECT_EQ(plane.surfaceIndex(MMatrix()).closest(vertex + Vec3{0, 0.01, 0})->face, expected);
+      if (column == 10) continue;
+      const Vec3 middle =
+          vertex * 0.5 + plane.points()[static_cast<std::size_t>(row * 11 + column + 1)] * 0.5;
+      EXPECT_EQ(plane.surfaceIndex(MMatrix()).closest(middle)->face,
+                std::max(row - 1, 0) * 10 + column);
+    }
+  }
+}
+
+TEST(MeshIndex, LeavesOutWhatIsNoNumber) {
+  const double nan = std::nan("");
+  const MeshData mesh =
+      meshOf({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {nan, 0, 0}, {HUGE_VAL, 0, 0}, {9, 9, 9}},
+             {{3, 1, 2}, {4, 1, 2}, {0, 1, 2}});
+  const auto found = mesh.surfaceIndex(MMatrix()).closest({0.25, 0.25, 2});
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(found->face, 2);
+  EXPECT_EQ(found->distance, 2.0);
+  EXPECT_FALSE(mesh.surfaceIndex(MMatrix()).closest({nan, 0, 0}).has_value());
+  EXPECT_FALSE(MeshData().surfaceIndex(MMatrix()).closest({0, 0, 0}).has_value());
+}
+
+// --- UVs at a point
+
+// Gives every vertex the UV that a linear field has there.
+void setField(MeshData& mesh, const Vec3& alongU, const Vec3& alongV) {
+  MeshUvSet& set = *mesh.uvSet(0);
+  set.uvs.clear();
+  for (const Vec3& p : mesh.points()) {
+    set.uvs.push_back({static_cast<float>(dot(p, alongU)), static_cast<float>(dot(p, alongV))});
+  }
+  set.ids = mesh.cornerVertices();
+}
+
+TEST(MeshUvAtPoint, FollowsALinearFieldOnAnyPolygon) {
+  const Vec3 alongU = {0.3, 0.1, 0.05};
+  const Vec3 alongV = {-0.1, 0.4, 0.2};
+  std::vector<MeshData> faces;
+  faces.push_back(
+      primitive("polyPlane", {{"sw", 1}, {"sh", 1}, {"axx", 1}, {"axy", 2}, {"axz", -1}}));
+  faces.push_back(faceWithHoles(
+      {{{0, 0, 0}, {2, 0, 0.5}, {2, 1, 0.5}, {1, 1, 0.25}, {1, 2, 0.25}, {0, 2, 0}}}));
+  faces.push_back(faceWithHoles({{{0, 0, 0}, {9, 0, 0}, {9, 9, 9}, {0, 9, 9}},
+                                 {{3, 3, 3}, {3, 6, 6}, {6, 6, 6}, {6, 3, 3}}}));
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> part(0.0, 1.0);
+  for (MeshData& mesh : faces) {
+    setField(mesh, alongU, alongV);
+    const Vec3 a = mesh.points()[0];
+    const Vec3 normal = normalized(cross(mesh.points()[1] - a, mesh.points().back() - a));
+    for (const MeshTriangle& t : mesh.triangles().list) {
+      for (int i = 0; i < 20; ++i) {
+        const double b = part(random);
+        const double c = part(random) * (1.0 - b);
+        const Vec3 on = cornerPoint(mesh, t.corners[0]) * (1.0 - b - c) +
+                        cornerPoint(mesh, t.corners[1]) * b + cornerPoint(mesh, t.corners[2]) * c;
+        const auto uv =
+            uvAtPoint(mesh, 0, *mesh.uvSet(0), MMatrix(), on + normal * (part(random) - 0.5));
+        ASSERT_TRUE(uv.has_value());
+        EXPECT_NEAR(uv->u, dot(on, alongU), 1e-6);
+        EXPECT_NEAR(uv->v, dot(on, alongV), 1e-6);
+      }
+    }
+  }
+}
+
+TEST(MeshUvAtPoint, PointsOffThePolygonAreTakenToItsNearestPoint) {
+  MeshData mesh = faceWithHoles({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}},
+                                 {{4, 4, 0}, {4, 6, 0}, {6, 6, 0}, {6, 4, 0}}});
+  setField(mesh, {1, 0, 0}, {0, 1, 0});
+  const double twice[4][4] = {{2, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {100, 0, 0, 1}};
+  struct Case {
+    Vec3 from;
+    float u, v;
+    MMatrix matrix;
+  };
+  const Case cases[] = {
+      {{12, 5, 3}, 10, 5, MMatrix()},
+      {{-1, -1, 0}, 0, 0, MMatrix()},
+      {{5.5, 5.25, 1}, 6, 5.25f, MMatrix()},    // over the hole
+      {{110, 5.25, 1}, 5, 6, MMatrix(twice)}};  // there the hole is wider than deep
+  for (const Case& c : cases) {
+    const auto uv = uvAtPoint(mesh, 0, *mesh.uvSet(0), c.matrix, c.from);
+    ASSERT_TRUE(uv.has_value());
+    EXPECT_NEAR(uv->u, c.u, 1e-5);
+    EXPECT_NEAR(uv->v, c.v, 1e-5);
+  }
+  mesh.uvSet(0)->ids.resize(3);
+  EXPECT_FALSE(uvAtPoint(mesh, 0, *mesh.uvSet(0), MMatrix(), {0.1, 9.9, 0}).has_value());
+}
+
+}  // namespace
+}  // namespace host

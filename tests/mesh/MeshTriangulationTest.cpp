@@ -1,0 +1,188 @@
+#include "host/scene/MeshTriangulation.h"
+
+#include <chrono>
+#include <cmath>
+#include <random>
+
+#include "tests/mesh/MeshFixtures.h"
+
+namespace host {
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+using Loop = std::vector<Vec3>;
+
+double areaOf(const Loop& loop) {
+  double twice = 0.0;
+  for (std::size_t i = 0; i < loop.size(); ++i) {
+    const Vec3& a = loop[i];
+    const Vec3& b = loop[(i + 1) % loop.size()];
+    twice += a.x * b.y - b.x * a.y;
+  }
+  return 0.5 * twice;
+}
+
+Loop reversed(Loop loop) {
+  return Loop(loop.rbegin(), loop.rend());
+}
+
+Loop square(double x, double y, double size) {
+  return {{x, y, 0}, {x + size, y, 0}, {x + size, y + size, 0}, {x, y + size, 0}};
+}
+
+// A comb with teeth of uneven length, pointing up.
+Loop comb(int teeth) {
+  Loop loop = {{0, 0, 0}, {2.0 * teeth, 0, 0}};
+  for (int i = teeth - 1; i >= 0; --i) {
+    loop.push_back({2.0 * i + 1.5, 3.0 + i % 3, 0});
+    loop.push_back({2.0 * i + 0.5, 1, 0});
+  }
+  return loop;
+}
+
+// Two turns of a band of width 0.4.
+Loop spiral(int steps) {
+  Loop loop;
+  for (int side = 0; side < 2; ++side) {
+    for (int k = 0; k <= steps; ++k) {
+      const int i = side == 0 ? k : steps - k;
+      const double angle = 4.0 * kPi * i / steps;
+      const double radius = 1.0 + angle / (2.0 * kPi) + (side == 0 ? 0.4 : 0.0);
+      loop.push_back({radius * std::cos(angle), radius * std::sin(angle), 0});
+    }
+  }
+  return loop;
+}
+
+Loop star(int corners, std::mt19937& random) {
+  std::uniform_real_distribution<double> radius(0.2, 3.0);
+  Loop loop;
+  for (int i = 0; i < corners; ++i) {
+    const double r = radius(random);
+    const double angle = 2.0 * kPi * i / corners;
+    loop.push_back({r * std::cos(angle), r * std::sin(angle), 0});
+  }
+  return loop;
+}
+
+Loop subdividedSquare() {
+  Loop loop;
+  for (int i = 0; i < 8; ++i) loop.push_back({i / 8.0, 0, 0});
+  for (int i = 0; i < 8; ++i) loop.push_back({1, i / 8.0, 0});
+  for (int i = 0; i < 8; ++i) loop.push_back({1 - i / 8.0, 1, 0});
+  for (int i = 0; i < 8; ++i) loop.push_back({0, 1 - i / 8.0, 0});
+  return loop;
+}
+
+std::vector<std::vector<Loop>> polygons() {
+  std::mt19937 random(7);
+  std::vector<std::vector<Loop>> all = {
+      {square(0, 0, 1)},
+      {{{0, 0, 0}, {4, 1, 0}, {0, 4, 0}, {1, 1, 0}}},  // an arrow: only one diagonal is inside
+      {comb(40)},
+      {spiral(60)},
+      {subdividedSquare()},
+      {square(0, 0, 10), reversed(square(4, 4, 2))},
+      {square(0, 0, 10), square(4, 4, 2)},  // a hole that turns like the face
+      {square(0, 0, 10), reversed(square(5, 5, 4)), {{5, 1, 0}, {1, 5, 0}, {1, 1, 0}}},
+  };
+  std::vector<Loop> grille = {square(0, 0, 21)};
+  for (int y = 0; y < 10; ++y) {
+    for (int x = 0; x < 10; ++x) grille.push_back(reversed(square(2 * x + 1, 2 * y + 1, 1)));
+  }
+  all.push_back(grille);
+  for (int corners = 5; corners < 60; ++corners) all.push_back({star(corners, random)});
+  return all;
+}
+
+// Triangles that all turn like the face and add up to its area, as many as its corners and holes
+// ask for, cover it without overlap.
+void expectCovers(const MeshData& mesh, const std::vector<Loop>& loops, const Vec3& normal,
+                  const std::string& where) {
+  double area = std::fabs(areaOf(loops[0]));
+  std::size_t corners = loops[0].size();
+  for (std::size_t i = 1; i < loops.size(); ++i) {
+    area -= std::fabs(areaOf(loops[i]));
+    corners += loops[i].size();
+  }
+  const MeshTriangles& triangles = mesh.triangles();
+  EXPECT_EQ(triangles.list.size(), corners - 2 + 2 * (loops.size() - 1)) << where;
+  double covered = 0.0;
+  for (const MeshTriangle& t : triangles.list) {
+    const Vec3 a = cornerPoint(mesh, t.corners[0]);
+    const Vec3 twice =
+        cross(cornerPoint(mesh, t.corners[1]) - a, cornerPoint(mesh, t.corners[2]) - a);
+    EXPECT_GT(dot(twice, normal), -1e-7 * area) << where;
+    covered += 0.5 * dot(twice, normal);
+  }
+  EXPECT_NEAR(covered, area, 1e-6 * area) << where;
+}
+
+TEST(MeshTriangulation, CoversConcavePolygonsAndHoles) {
+  int number = 0;
+  for (const std::vector<Loop>& loops : polygons()) {
+    expectCovers(faceWithHoles(loops), loops, {0, 0, 1}, "polygon " + std::to_string(number++));
+  }
+}
+
+// As above on a tilted plane far from the origin, seen from either side.
+TEST(MeshTriangulation, WorksInAnyPlane) {
+  const Vec3 right = normalized({1, 2, -3});
+  const Vec3 normal = normalized(cross(right, {5, 1, 1}));
+  const Vec3 up = cross(normal, right);
+  const Vec3 origin = {1e5, -2e5, 3e5};
+  int number = 0;
+  for (const std::vector<Loop>& loops : polygons()) {
+    for (const bool turned : {false, true}) {
+      std::vector<Loop> placed;
+      for (const Loop& loop : loops) {
+        Loop points;
+        for (const Vec3& p : loop) points.push_back(origin + right * p.x + up * p.y);
+        placed.push_back(turned ? reversed(points) : points);
+      }
+      expectCovers(faceWithHoles(placed), loops, turned ? normal * -1.0 : normal,
+                   "polygon " + std::to_string(number));
+    }
+    ++number;
+  }
+}
+
+TEST(MeshTriangulation, ConvexFacesAreFans) {
+  const MeshData mesh =
+      meshOf({{0, 0, 0}, {2, 0, 0}, {3, 1, 0}, {2, 2, 0}, {0, 2, 0}}, {{0, 1, 2, 3, 4}});
+  const MeshTriangles& t = mesh.triangles();
+  ASSERT_EQ(t.list.size(), 3u);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(t.list[i].corners[0], 0);
+    EXPECT_EQ(t.list[i].corners[1], i + 1);
+    EXPECT_EQ(t.list[i].corners[2], i + 2);
+  }
+}
+
+// Faces that make no sense give as many triangles as any other, soon.
+TEST(MeshTriangulation, HostileFacesEndSoon) {
+  std::mt19937 random(3);
+  std::uniform_real_distribution<double> anywhere(-1.0, 1.0);
+  const auto start = std::chrono::steady_clock::now();
+  Loop tangle;
+  for (int i = 0; i < 100'000; ++i) tangle.push_back({anywhere(random), anywhere(random), 0});
+  EXPECT_EQ(faceWithHoles({tangle}).triangles().list.size(), tangle.size() - 2);
+  EXPECT_EQ(faceWithHoles({comb(50'000)}).triangles().list.size(), 100'000u);
+
+  std::vector<Loop> sieve = {square(0, 0, 1)};
+  for (int i = 0; i < 30'000; ++i) sieve.push_back(square(anywhere(random), anywhere(random), 0.1));
+  EXPECT_EQ(faceWithHoles(sieve).triangles().list.size(), 4u + 6u * 30'000u - 2u);
+
+  const double nan = std::nan("");
+  EXPECT_EQ(faceWithHoles({{{0, 0, 0}, {nan, 1, 0}, {1, 1, 0}, {0, 1, nan}, {2, 2, 2}}})
+                .triangles()
+                .list.size(),
+            3u);
+  EXPECT_EQ(faceWithHoles({Loop(6, Vec3{1, 1, 1}), Loop(3, Vec3{1, 1, 1})}).triangles().list.size(),
+            9u);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
+}  // namespace
+}  // namespace host
