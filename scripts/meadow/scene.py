@@ -58,8 +58,11 @@ class Scene:
         if view:
             self.set("o", "yes")
 
-    def transform(self, name, parent=None, translate=None, rotate=None, scale=None):
+    def transform(self, name, parent=None, translate=None, rotate=None, scale=None, order=0):
+        """`order` is the host's number of the order in which the axes are turned about: 0 xyz ... 5 zyx."""
         self.node("transform", name, parent)
+        if order:
+            self.set("ro", order)
         for attribute, value in (("t", translate), ("r", rotate), ("s", scale)):
             if value:
                 self.set(attribute, values([value]) + " ", "double3")
