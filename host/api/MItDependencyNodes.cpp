@@ -1,0 +1,43 @@
+#include <maya/MItDependencyNodes.h>
+
+#include "host/api/Status.h"
+#include "host/scene/Scene.h"
+
+MItDependencyNodes::MItDependencyNodes(MFn::Type filter, MStatus* status) : filter_(filter) {
+  host::report(status, true);
+  skipOthers();
+}
+
+void MItDependencyNodes::skipOthers() {
+  const host::Scene& scene = host::Scene::current();
+  host::NodePtr node = scene.nodeAtOrAfter(serial_);
+  while (node && filter_ != MFn::kInvalid && !node->hasFn(filter_)) {
+    node = scene.nodeAtOrAfter(node->serial() + 1);
+  }
+  if (node) serial_ = node->serial();
+}
+
+bool MItDependencyNodes::isDone(MStatus* status) const {
+  return item(status).isNull();
+}
+
+MStatus MItDependencyNodes::next() {
+  if (isDone()) return MStatus::kFailure;
+  ++serial_;
+  skipOthers();
+  return MStatus::kSuccess;
+}
+
+MStatus MItDependencyNodes::reset(MFn::Type filter) {
+  filter_ = filter;
+  serial_ = 0;
+  skipOthers();
+  return MStatus::kSuccess;
+}
+
+// The current node may have been deleted since: then it is the next one.
+MObject MItDependencyNodes::item(MStatus* status) const {
+  const host::NodePtr node = host::Scene::current().nodeAtOrAfter(serial_);
+  host::report(status, true);
+  return MObject(node);
+}
