@@ -107,8 +107,6 @@ class MFnMesh : public MFnDagNode {
                      const MObject& parent, MStatus* status);
   // The attached mesh; null, with `status` a failure, when there is none.
   host::MeshData* data(MStatus* status = nullptr) const;
-  // The matrix from the mesh's own space to `space`; false for world space without a path.
-  bool spaceMatrix(MSpace::Space space, MMatrix& matrix) const;
 };
 
 #endif  // MORVANE_MAYA_MFNMESH_H_

@@ -63,7 +63,6 @@ class MItMeshPolygon {
   int current(MStatus* status) const;
   // The corner counted over the whole mesh; -1, and a failure, when there is no such corner.
   int meshCorner(int corner, MStatus* status) const;
-  bool spaceMatrix(MSpace::Space space, MMatrix& matrix) const;
 
   std::shared_ptr<host::Node> node_;
   MDagPath path_;
