@@ -58,33 +58,29 @@ bool takeNumber(const Plug& plug, Values& values, const CommandContext& context,
   }
   number = read ? *read : (*truth ? 1.0 : 0.0);
   if (context.inSceneFile) {
-    number *= unitFactor(plug.attribute()->typeWord());
+    number *= unitFactor(currentUnits(), *plug.attribute());
   }
   return true;
 }
 
-// Data that is a count and as many entries, or just entries.
-AttributeValue countedData(Values& values) {
-  const std::string& type = values.type;
-  const bool counted = type != "matrix";
-  Texts entries(values.words.begin() + static_cast<std::ptrdiff_t>(values.next),
-                values.words.end());
-  values.next = values.words.size();
-  if (isTextData(type)) {
-    if (!entries.empty()) {
-      entries.erase(entries.begin());
-    }
-    return entries;
+// Data that is a count and as many entries, or just entries. False when it is not as it should be.
+bool takeCounted(Values& values, AttributeValue& value) {
+  const Texts entries(values.words.begin() + static_cast<std::ptrdiff_t>(values.next),
+                      values.words.end());
+  if (isTextData(values.type)) {
+    value = Texts(entries.begin() + (entries.empty() ? 0 : 1), entries.end());
+    return true;
   }
   std::vector<double> numbers;
-  for (std::size_t i = counted ? 1 : 0; i < entries.size(); ++i) {
+  for (std::size_t i = values.type == "matrix" ? 0 : 1; i < entries.size(); ++i) {
     const auto number = parseNumber(entries[i]);
     if (!number) {
-      return KeptWords{type, entries};
+      return false;
     }
     numbers.push_back(*number);
   }
-  return numbers;
+  value = std::move(numbers);
+  return values.type != "matrix" || entries.size() == 16;
 }
 
 // Words that are kept stand as they do in a scene file: texts keep their quotes.
@@ -106,13 +102,15 @@ KeptWords keptWords(const Arguments& arguments, const std::string& plugText, std
   return kept;
 }
 
-AttributeValue takeData(const Arguments& arguments, Values& values) {
-  const bool plain = values.type != "matrix" || values.left() == 16;
-  if ((isNumberData(values.type) || isTextData(values.type)) && plain) {
-    return countedData(values);
-  }
+// Data of the attribute's own type is held as such; any other is kept as written.
+AttributeValue takeData(const Plug& plug, const Arguments& arguments, Values& values) {
+  AttributeValue value;
+  const bool held = values.type == plug.attribute()->typeWord() &&
+                    (isNumberData(values.type) || isTextData(values.type)) &&
+                    takeCounted(values, value);
   values.next = values.words.size();
-  return keptWords(arguments, arguments.objects().front(), values.type);
+  return held ? value
+              : AttributeValue(keptWords(arguments, arguments.objects().front(), values.type));
 }
 
 bool setOne(const Plug& plug, const Arguments& arguments, Values& values,
@@ -141,7 +139,7 @@ bool setOne(const Plug& plug, const Arguments& arguments, Values& values,
       }
       return true;
     default:
-      value = takeData(arguments, values);
+      value = takeData(plug, arguments, values);
   }
   if (!writeValue(plug, std::move(value))) {
     error = "'" + plug.name() + "' cannot hold this value";
@@ -194,7 +192,7 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
   std::string error;
   if (node->mesh != nullptr && isMeshData(path)) {
     error = setMeshData(*node->mesh, path, joined(values.words),
-                        context.inSceneFile ? lengthFactor() : 1.0);
+                        context.inSceneFile ? currentUnits().length : 1.0);
     return error.empty() ? CommandResult::success() : CommandResult::failure(error);
   }
   const auto range = splitRange(path);

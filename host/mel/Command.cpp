@@ -47,6 +47,13 @@ const FlagSpec* findFlag(const std::vector<FlagSpec>& flags, std::string_view na
 
 }  // namespace
 
+std::string asStatement(std::string name, const Words& words) {
+  for (const Word& word : words) {
+    name += " " + (word.quoted ? quoted(word.text) : word.text);
+  }
+  return name;
+}
+
 CommandResult CommandResult::success(Value value) {
   CommandResult result;
   result.value = std::move(value);
@@ -198,7 +205,7 @@ CommandTable::CommandTable() {
   addPluginCommands(*this);
   addOutputCommands(*this);
   addMeshCommands(*this);
-  addIgnoredCommands(*this);
+  addHeaderCommands(*this);
 }
 
 void CommandTable::add(std::string_view name, std::vector<FlagSpec> flags,

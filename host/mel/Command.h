@@ -23,6 +23,9 @@ struct Word {
 };
 using Words = std::vector<Word>;
 
+// A command as a scene file would have it, without the semicolon.
+std::string asStatement(std::string name, const Words& words);
+
 struct CommandResult {
   bool ok = true;
   Value value;
@@ -38,9 +41,10 @@ struct CommandContext {
   // A scene file that is being read: nothing may write files, start plug-ins' commands or leave the
   // scene.
   bool inSceneFile = false;
-  std::string folder;     // absolute; relative file names resolve against it
-  NodePtr currentNode;    // in a scene file: what ".attribute" belongs to
-  std::string nameSpace;  // in a referenced file: the prefix of its names, such as "rock:"
+  std::string folder;        // absolute; relative file names resolve against it
+  NodePtr currentNode;       // in a scene file: what ".attribute" belongs to
+  std::string nameSpace;     // in a referenced file: the prefix of its names, such as "rock:"
+  bool isReference = false;  // the scene file is one that the scene refers to
   std::function<std::string()> where;        // "scene.ma:3:1: ", for warnings
   void warn(const std::string& text) const;  // one line on standard error
 };
@@ -131,8 +135,9 @@ void addFileCommands(CommandTable& table);
 void addPluginCommands(CommandTable& table);
 void addOutputCommands(CommandTable& table);
 void addMeshCommands(CommandTable& table);
-// Commands of scene files that say nothing about what this host keeps; accepted and passed over.
-void addIgnoredCommands(CommandTable& table);
+// What scene files say beside nodes (requires, fileInfo, currentUnit, relationship...): see
+// SceneInfo.
+void addHeaderCommands(CommandTable& table);
 
 }  // namespace host::mel
 

@@ -29,6 +29,17 @@ Plug endOf(const std::string& text, CommandContext& context, std::string& error)
   return *plug;
 }
 
+// The default nodes of a scene come connected: what a file says of them again is said already.
+bool feedsAnElement(const Plug& source, const Plug& array) {
+  for (const Plug& end : destinationsOf(source)) {
+    const auto range = splitRange(end.path());
+    if (end.node() == array.node() && range && range->stem == array.path()) {
+      return true;
+    }
+  }
+  return false;
+}
+
 CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 2) {
     return CommandResult::failure("connectAttr: needs a source and a destination");
@@ -41,6 +52,9 @@ CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   }
   source = source.orFirstElement();
   if (arguments.has("na") && destination.isArray()) {
+    if (context.inSceneFile && feedsAnElement(source, destination)) {
+      return CommandResult::success();
+    }
     destination = nextElement(destination);
   }
   destination = destination.orFirstElement();

@@ -25,22 +25,24 @@ const NodeType* typeFor(const std::string& name, bool hasParent, const CommandCo
 void finishCreated(const NodePtr& node, const Arguments& arguments, CommandContext& context) {
   if (context.inSceneFile) {
     context.currentNode = node;
-    node->isReferenced = node->isReferenced || !context.nameSpace.empty();
   } else if (!arguments.has("ss")) {
     Scene::current().selection.clear();
     Scene::current().selection.add(SelectionItem::of(node));
   }
 }
 
-// A shared node is made only when the scene has none of that name.
+// A shared node is made only when the scene has none of that name; a referenced file shares those
+// of the scene.
 NodePtr findShared(const Arguments& arguments, const NodePtr& parent,
                    const CommandContext& context) {
-  const std::string name = qualifiedName(arguments.text("n"), context);
-  for (const NodePtr& node : Scene::current().nodesNamed(name)) {
-    const auto& parents = node->parents();
-    if (parent == nullptr ||
-        std::find(parents.begin(), parents.end(), parent.get()) != parents.end()) {
-      return node;
+  const std::string name = arguments.text("n");
+  for (const std::string& candidate : {name, qualifiedName(name, context)}) {
+    for (const NodePtr& node : Scene::current().nodesNamed(candidate)) {
+      const auto& parents = node->parents();
+      if (parent == nullptr ||
+          std::find(parents.begin(), parents.end(), parent.get()) != parents.end()) {
+        return node;
+      }
     }
   }
   return nullptr;
@@ -56,6 +58,9 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
   NodePtr parent;
   if (arguments.has("p")) {
     parent = findNode(arguments.text("p"), context, error);
+    if (parent == nullptr && arguments.has("s") && !context.nameSpace.empty()) {
+      parent = Scene::current().findNode(arguments.text("p"), &error);
+    }
     if (parent == nullptr) {
       return CommandResult::failure("createNode: " + error);
     }
@@ -73,6 +78,7 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
       return CommandResult::failure("createNode: " + error);
     }
     node->isShared = arguments.has("s");
+    node->isReferenced = context.isReference;
   }
   finishCreated(node, arguments, context);
   return CommandResult::success(shown(node));

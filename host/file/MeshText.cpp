@@ -1,0 +1,305 @@
+#include "host/file/MeshText.h"
+
+#include <optional>
+#include <vector>
+
+#include "host/file/TextScanner.h"
+#include "host/mel/Numbers.h"
+#include "host/mel/Text.h"
+#include "host/scene/Plug.h"
+
+namespace host {
+namespace {
+
+struct MeshPath {
+  std::string_view name;   // "vt", "uvst"
+  std::string_view child;  // "uvsp" of "uvst[0].uvsp[4:9]"
+  int set = 0;             // 0 of "uvst[0].uvsp[4:9]"
+  int first = 0;
+  int last = 0;
+  bool isRange = false;  // [first:last] or [first] was given
+};
+
+std::optional<MeshPath> splitPath(std::string_view text) {
+  MeshPath path;
+  std::string_view head = text;
+  const std::size_t dot = text.find('.');
+  if (dot != std::string_view::npos) {
+    head = text.substr(0, dot);
+    path.child = text.substr(dot + 1);
+    if (const auto range = splitRange(path.child)) {
+      path.child = range->stem;
+      path.first = range->first;
+      path.last = range->last;
+      path.isRange = true;
+    }
+  }
+  path.name = head;
+  if (const auto range = splitRange(head)) {
+    path.name = range->stem;
+    path.set = range->first;
+    if (dot == std::string_view::npos) {
+      path.first = range->first;
+      path.last = range->last;
+      path.isRange = true;
+    }
+  }
+  const bool closed = path.name.find_first_of("[]") == path.name.npos &&
+                      path.child.find_first_of("[].") == path.child.npos;
+  return closed ? std::optional<MeshPath>(path) : std::nullopt;
+}
+
+template <class Number>
+std::vector<Number>& scratch() {
+  static thread_local std::vector<Number> numbers;
+  numbers.clear();
+  return numbers;
+}
+
+// All numbers up to the end. False when anything else stands among them.
+template <class Number>
+bool readNumbers(TextScanner& in, std::vector<Number>& numbers) {
+  Number number = 0;
+  while (!in.atEnd()) {
+    if (!in.number(number)) {
+      const auto special = mel::parseNumber(in.word());
+      if (!special) {
+        return false;
+      }
+      number = static_cast<Number>(*special);
+    }
+    numbers.push_back(number);
+  }
+  return true;
+}
+
+// What a statement says it holds against what it does hold.
+std::string countProblem(const MeshPath& path, std::size_t held) {
+  const std::size_t named = static_cast<std::size_t>(path.last - path.first) + 1;
+  if (!path.isRange || held == named) {
+    return std::string();
+  }
+  return "names " + std::to_string(named) + " elements and holds " + std::to_string(held);
+}
+
+template <class Number, class Set>
+std::string setTuples(const MeshPath& path, TextScanner& in, std::size_t width, Set set) {
+  std::vector<Number>& numbers = scratch<Number>();
+  if (!readNumbers(in, numbers)) {
+    return "holds something that is no number";
+  }
+  if (numbers.size() % width != 0) {
+    return "holds an element with too few numbers";
+  }
+  const std::size_t count = numbers.size() / width;
+  std::string problem = set(static_cast<std::size_t>(path.first), numbers, count);
+  return problem.empty() ? countProblem(path, count) : problem;
+}
+
+void scale(std::vector<double>& numbers, double factor) {
+  if (factor != 1.0) {
+    for (double& number : numbers) {
+      number *= factor;
+    }
+  }
+}
+
+std::string quotedText(TextScanner& in) {
+  const std::string_view rest = in.rest();
+  const std::size_t close =
+      rest.empty() || rest.front() != '"' ? rest.npos : mel::findClosingQuote(rest, 0);
+  std::string text;
+  if (close == rest.npos) {
+    text = rest;
+  } else {
+    mel::appendUnescaped(text, rest.substr(1, close - 1));
+  }
+  return text;
+}
+
+// --- Faces
+
+// "f 4 0 1 2 -4": takes the count and as many numbers.
+bool readIds(TextScanner& in, std::vector<int>& ids) {
+  int count = 0;
+  ids.clear();
+  if (!in.number(count) || count < 0) {
+    return false;
+  }
+  int id = 0;
+  for (int i = 0; i < count; ++i) {
+    if (!in.number(id)) {
+      return false;
+    }
+    ids.push_back(id);
+  }
+  return true;
+}
+
+std::string addFacePart(MeshData& mesh, std::string_view kind, TextScanner& in,
+                        std::vector<int>& ids) {
+  const bool inSet = kind == "mu" || kind == "mc";
+  int set = 0;
+  if ((inSet && !in.number(set)) || !readIds(in, ids)) {
+    return "'" + std::string(kind) + "' lacks numbers";
+  }
+  if (kind == "f") {
+    return mesh.addFace(ids.data(), ids.size());
+  }
+  if (kind == "h") {
+    return mesh.addHole(ids.data(), ids.size());
+  }
+  if (kind == "mu") {
+    return mesh.setLoopUvs(set, ids.data(), ids.size());
+  }
+  if (kind == "mc") {
+    return mesh.setLoopColours(set, ids.data(), ids.size());
+  }
+  if (kind == "mf") {
+    return mesh.setFaceUvs(ids.data(), ids.size());
+  }
+  if (kind == "mh") {
+    return mesh.setHoleUvs(ids.data(), ids.size());
+  }
+  if (kind == "fc") {
+    return mesh.setFaceColours(ids.data(), ids.size());
+  }
+  return "does not know '" + std::string(kind.substr(0, 20)) + "' in a face";
+}
+
+std::string setFaces(MeshData& mesh, const MeshPath& path, TextScanner& in) {
+  std::string problem = mesh.beginFaces(static_cast<std::size_t>(path.first));
+  std::vector<int>& ids = scratch<int>();
+  std::size_t faces = 0;
+  while (problem.empty() && !in.atEnd()) {
+    const std::string_view kind = in.word();
+    faces += kind == "f" ? 1 : 0;
+    problem = addFacePart(mesh, kind, in, ids);
+    if (!problem.empty()) {
+      return "face " + std::to_string(static_cast<std::size_t>(path.first) + faces) + " " + problem;
+    }
+  }
+  return problem.empty() ? countProblem(path, faces) : problem;
+}
+
+// --- Sets of UVs and colours
+
+std::string setUvSet(MeshData& mesh, const MeshPath& path, TextScanner& in) {
+  MeshUvSet* set = mesh.uvSet(path.set);
+  if (set == nullptr) {
+    return "is one UV set too many";
+  }
+  if (path.child == "uvsn" || path.child == "uvSetName") {
+    set->name = quotedText(in);
+    return std::string();
+  }
+  return setTuples<float>(path, in, 2,
+                          [&](std::size_t first, const std::vector<float>& uv, std::size_t count) {
+                            return mesh.setUvs(path.set, first, uv.data(), count);
+                          });
+}
+
+std::string setColourSet(MeshData& mesh, const MeshPath& path, TextScanner& in) {
+  MeshColourSet* set = mesh.colourSet(path.set);
+  if (set == nullptr) {
+    return "is one colour set too many";
+  }
+  if (path.child == "clsn" || path.child == "colorName") {
+    set->name = quotedText(in);
+    return std::string();
+  }
+  if (path.child == "rprt" || path.child == "representation") {
+    int components = 0;
+    if (!in.number(components) || (components != 1 && components != 3 && components != 4)) {
+      return "is no representation of colours";
+    }
+    set->components = components;
+    return std::string();
+  }
+  const auto width = static_cast<std::size_t>(set->components);
+  return setTuples<float>(path, in, width,
+                          [&](std::size_t first, const std::vector<float>& colours, std::size_t) {
+                            return mesh.setColours(path.set, first, colours.data(), colours.size());
+                          });
+}
+
+bool isOneOf(std::string_view name, std::string_view shortName, std::string_view longName) {
+  return name == shortName || name == longName;
+}
+
+bool isSetPart(const MeshPath& path) {
+  if (isOneOf(path.name, "uvst", "uvSet")) {
+    return isOneOf(path.child, "uvsn", "uvSetName") || isOneOf(path.child, "uvsp", "uvSetPoints");
+  }
+  return isOneOf(path.name, "clst", "colorSet") && (isOneOf(path.child, "clsn", "colorName") ||
+                                                    isOneOf(path.child, "rprt", "representation") ||
+                                                    isOneOf(path.child, "clsp", "colorSetPoints"));
+}
+
+}  // namespace
+
+bool isMeshData(std::string_view text) {
+  const auto path = splitPath(text);
+  if (!path) {
+    return false;
+  }
+  if (!path->child.empty()) {
+    return isSetPart(*path);
+  }
+  return isOneOf(path->name, "vt", "vrts") || isOneOf(path->name, "ed", "edge") ||
+         isOneOf(path->name, "fc", "face") || isOneOf(path->name, "n", "normals") ||
+         isOneOf(path->name, "pt", "pnts") || isOneOf(path->name, "cuvs", "currentUVSet") ||
+         isOneOf(path->name, "ccls", "currentColorSet");
+}
+
+std::string setMeshData(MeshData& mesh, std::string_view text, std::string_view rest,
+                        double lengthFactor) {
+  const MeshPath path = splitPath(text).value_or(MeshPath());
+  TextScanner in(rest);
+  if (in.rest().substr(0, 5) == "-type") {
+    in.word();
+    in.word();
+  }
+  if (in.atEnd()) {
+    return std::string();  // announces a size only
+  }
+  const auto points = [&](auto set) {
+    return setTuples<double>(path, in, 3,
+                             [&](std::size_t first, std::vector<double>& xyz, std::size_t count) {
+                               scale(xyz, lengthFactor);
+                               return (mesh.*set)(first, xyz.data(), count);
+                             });
+  };
+  if (isOneOf(path.name, "uvst", "uvSet")) {
+    return setUvSet(mesh, path, in);
+  }
+  if (isOneOf(path.name, "clst", "colorSet")) {
+    return setColourSet(mesh, path, in);
+  }
+  if (isOneOf(path.name, "vt", "vrts")) {
+    return points(&MeshData::setPoints);
+  }
+  if (isOneOf(path.name, "pt", "pnts")) {
+    return points(&MeshData::setTweaks);
+  }
+  if (isOneOf(path.name, "fc", "face")) {
+    return setFaces(mesh, path, in);
+  }
+  if (isOneOf(path.name, "ed", "edge")) {
+    return setTuples<int>(path, in, 3,
+                          [&](std::size_t first, const std::vector<int>& ints, std::size_t count) {
+                            return mesh.setEdges(first, ints.data(), count);
+                          });
+  }
+  if (isOneOf(path.name, "n", "normals")) {
+    return setTuples<float>(
+        path, in, 3, [&](std::size_t first, const std::vector<float>& xyz, std::size_t count) {
+          return mesh.setNormals(first, xyz.data(), count);
+        });
+  }
+  const bool uvs = isOneOf(path.name, "cuvs", "currentUVSet");
+  uvs ? mesh.setCurrentUvSetName(quotedText(in)) : mesh.setCurrentColourSetName(quotedText(in));
+  return std::string();
+}
+
+}  // namespace host

@@ -1,0 +1,24 @@
+#ifndef MORVANE_HOST_FILE_MESHTEXT_H_
+#define MORVANE_HOST_FILE_MESHTEXT_H_
+
+#include <string>
+#include <string_view>
+
+#include "host/scene/MeshData.h"
+
+namespace host {
+
+// Whether the attribute of a mesh ("vt[0:165]", "uvst[0].uvsn", long names too) is part of its
+// geometry, which is held as mesh data and not as attribute values.
+bool isMeshData(std::string_view path);
+
+// Sets such an attribute from the rest of its setAttr: numbers, faces or a quoted text as a scene
+// file has them, behind -type and its word where given. Nothing is made of a number before it is
+// known to be there, so a range that promises more than it holds costs nothing. Points and tweaks
+// are multiplied by `lengthFactor`. Gives what is wrong, else an empty text.
+std::string setMeshData(MeshData& mesh, std::string_view path, std::string_view rest,
+                        double lengthFactor);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_MESHTEXT_H_

@@ -1,0 +1,162 @@
+#include "host/file/NodeText.h"
+
+#include <algorithm>
+
+#include "host/mel/Numbers.h"
+#include "host/mel/Text.h"
+#include "host/scene/Plug.h"
+#include "host/scene/Scene.h"
+
+namespace host {
+namespace {
+
+using mel::appendNumber;
+using mel::quoted;
+using Flag = AttributeState::Flag;
+
+void appendNumbers(std::string& out, const std::vector<double>& numbers) {
+  for (const double number : numbers) {
+    out += ' ';
+    appendNumber(out, number);
+  }
+}
+
+std::string flags(const AttributeState& state) {
+  std::string text;
+  const auto add = [&text](Flag flag, const char* name) {
+    if (flag != Flag::kUnset) {
+      text += std::string(" -") + name + (flag == Flag::kOn ? " on" : " off");
+    }
+  };
+  add(state.locked, "l");
+  add(state.keyable, "k");
+  add(state.channelBox, "cb");
+  return text;
+}
+
+// Behind the attribute's name: the type where it needs one, and the value.
+struct ValueText {
+  const Attribute* attribute;  // null when the node has none of that name
+  std::string& out;
+
+  void operator()(std::monostate) const {}
+
+  void operator()(double number) const {
+    out += ' ';
+    if (attribute != nullptr && attribute->typeWord() == "bool" && (number == 0 || number == 1)) {
+      out += number == 1 ? "yes" : "no";
+    } else {
+      appendNumber(out, number);
+    }
+  }
+
+  void operator()(const std::string& text) const { out += " -type \"string\" " + quoted(text); }
+
+  void operator()(const std::vector<double>& numbers) const {
+    const std::string type = attribute == nullptr ? "doubleArray" : attribute->typeWord();
+    out += " -type " + quoted(type);
+    if (numericCompoundSize(type) == 0 && type != "matrix") {
+      const std::size_t width = type == "vectorArray" ? 3 : type == "pointArray" ? 4 : 1;
+      out += ' ' + std::to_string(numbers.size() / width);
+    }
+    appendNumbers(out, numbers);
+  }
+
+  void operator()(const std::vector<std::string>& texts) const {
+    const std::string type = attribute == nullptr ? "stringArray" : attribute->typeWord();
+    out += " -type " + quoted(type) + ' ' + std::to_string(texts.size());
+    for (const std::string& text : texts) {
+      out += ' ' + quoted(text);
+    }
+  }
+
+  void operator()(const KeptWords& kept) const {
+    if (!kept.type.empty()) {
+      out += " -type " + quoted(kept.type);
+    }
+    for (const std::string& word : kept.words) {
+      out += ' ' + word;
+    }
+  }
+};
+
+void appendState(std::string& out, const NodePtr& node, const AttributeState& state) {
+  const std::string options = flags(state);
+  if (options.empty() && std::holds_alternative<std::monostate>(state.value)) {
+    return;
+  }
+  const auto plug = Plug::find(node, state.path);
+  out += "\tsetAttr" + options + " \"." + state.path + '"';
+  std::visit(ValueText{plug ? plug->attribute().get() : nullptr, out}, state.value);
+  out += ";\n";
+}
+
+void appendDeclaration(std::string& out, const Attribute& attribute) {
+  out += "\taddAttr";
+  for (const std::string& word : attribute.declaration) {
+    out += ' ' + word;
+  }
+  if (attribute.declaration.empty()) {
+    const bool isData =
+        attribute.kind() == Attribute::Kind::kText || attribute.kind() == Attribute::Kind::kData;
+    out += " -ci true -sn " + quoted(attribute.shortName()) + " -ln " +
+           quoted(attribute.longName()) + (isData ? " -dt " : " -at ") +
+           quoted(attribute.typeWord());
+  }
+  out += ";\n";
+  for (const AttributePtr& child : attribute.children()) {
+    appendDeclaration(out, *child);
+  }
+}
+
+std::string parentOption(const NodePtr& node) {
+  const Node* parent = node->parents().empty() ? nullptr : node->parents().front();
+  if (parent == nullptr || parent == Scene::current().world().get()) {
+    return std::string();
+  }
+  const NodePtr pointer = Scene::current().nodeAtOrAfter(parent->serial());
+  return " -p " + quoted(Scene::current().displayName(pointer));
+}
+
+void appendMaker(std::string& out, const NodePtr& node) {
+  if (node->isDefault && !node->isDag()) {
+    out += "select -ne " + fileName(node) + ";\n";
+    return;
+  }
+  out += "createNode " + node->type().name() + (node->isShared || node->isDefault ? " -s" : "") +
+         " -n " + quoted(node->name()) + parentOption(node) + ";\n";
+}
+
+}  // namespace
+
+std::string fileName(const NodePtr& node) {
+  const std::string name = Scene::current().displayName(node);
+  return node->isDefault && !node->isDag() ? ":" + name : name;
+}
+
+void appendNode(std::string& out, const NodePtr& node) {
+  std::string body;
+  if (!node->uuid.empty() && !node->isDefault) {
+    body += "\trename -uid " + quoted(node->uuid) + ";\n";
+  }
+  for (const AttributePtr& attribute : node->dynamicAttributes()) {
+    if (attribute->kind() != Attribute::Kind::kLoose && attribute->parent() == nullptr) {
+      appendDeclaration(body, *attribute);
+    }
+  }
+  for (const AttributeState& state : node->values.inWrittenOrder()) {
+    appendState(body, node, state);
+  }
+  if (node->mesh != nullptr) {
+    appendMesh(body, *node->mesh);
+  }
+  if (node->isLocked) {
+    body += "\tlockNode -l 1 ;\n";
+  }
+  if (!node->isDefault || !body.empty()) {
+    appendMaker(out, node);
+    out += body;
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,24 @@
+#ifndef MORVANE_HOST_FILE_NODETEXT_H_
+#define MORVANE_HOST_FILE_NODETEXT_H_
+
+#include <string>
+#include <string_view>
+
+#include "host/scene/MeshData.h"
+#include "host/scene/Node.h"
+
+namespace host {
+
+// The name by which a scene file's statements find the node: default nodes begin with a colon.
+std::string fileName(const NodePtr& node);
+
+// Appends the statements that make a node (or select a default one) and set what is set on it.
+// Nothing for a default node that is as every new scene has it.
+void appendNode(std::string& out, const NodePtr& node);
+
+// Appends the setAttr statements of a mesh's geometry.
+void appendMesh(std::string& out, const MeshData& mesh);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_NODETEXT_H_

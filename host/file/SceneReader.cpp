@@ -1,0 +1,232 @@
+#include "host/file/SceneReader.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "host/file/MeshText.h"
+#include "host/file/SceneInfo.h"
+#include "host/file/SceneUnits.h"
+#include "host/mel/Interpreter.h"
+#include "host/mel/Messages.h"
+#include "host/mel/Text.h"
+#include "host/scene/MeshData.h"
+#include "host/scene/Node.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Files that are being read, one inside the other.
+std::vector<std::string>& openFiles() {
+  static std::vector<std::string> files;
+  return files;
+}
+constexpr std::size_t kMaxReferenceDepth = 16;
+
+bool isBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+// The next blank-separated word of a statement, quotes included.
+std::string_view takeWord(std::string_view& rest) {
+  while (!rest.empty() && isBlank(rest.front())) {
+    rest.remove_prefix(1);
+  }
+  std::size_t end = 0;
+  if (!rest.empty() && rest.front() == '"') {
+    const std::size_t close = mel::findClosingQuote(rest, 0);
+    end = close == rest.npos ? rest.size() : close + 1;
+  } else {
+    while (end < rest.size() && !isBlank(rest[end]) && rest[end] != '"') {
+      ++end;
+    }
+  }
+  const std::string_view word = rest.substr(0, end);
+  rest.remove_prefix(end);
+  return word;
+}
+
+bool takesNoArgument(std::string_view flag) {
+  return flag == "-av" || flag == "-alteredValue" || flag == "-c" || flag == "-clamp";
+}
+
+std::string absolutePath(const std::string& path) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(fs::u8path(path), error);
+  return (error ? fs::u8path(path) : absolute).lexically_normal().u8string();
+}
+
+// As it is written, beside the scene, or by its last part beside the scene.
+std::string findReference(const std::string& name, const std::string& folder) {
+  std::string portable = name;
+  std::replace(portable.begin(), portable.end(), '\\', '/');
+  // "path.ma{1}" is the same file referred to once more.
+  const std::size_t brace = portable.rfind('{');
+  if (brace != std::string::npos && portable.back() == '}') {
+    portable.resize(brace);
+  }
+  const fs::path asWritten = fs::u8path(mel::resolvedPath(portable, folder));
+  const fs::path beside = fs::u8path(folder) / fs::u8path(portable).filename();
+  for (const fs::path& candidate : {asWritten, beside}) {
+    std::error_code error;
+    if (fs::is_regular_file(candidate, error)) {
+      return candidate.u8string();
+    }
+  }
+  return std::string();
+}
+
+}  // namespace
+
+bool isSceneFileStart(std::string_view bytes) {
+  if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
+    bytes.remove_prefix(3);
+  }
+  return bytes.substr(0, 6) == "//Maya";
+}
+
+std::string SceneReader::where() const {
+  return path_ + ":" + std::to_string(statements_.line()) + ":" +
+         std::to_string(statements_.column()) + ": ";
+}
+
+void SceneReader::warn(const std::string& text) {
+  mel::showWarning(where() + text);
+}
+
+bool SceneReader::read(const std::string& path, const Options& options, std::string& error) {
+  path_ = path;
+  const std::string absolute = absolutePath(path);
+  if (std::find(openFiles().begin(), openFiles().end(), absolute) != openFiles().end() ||
+      openFiles().size() >= kMaxReferenceDepth) {
+    error = path + " refers to itself";
+    return false;
+  }
+  if (!statements_.open(path, error)) {
+    return false;
+  }
+  if (!isSceneFileStart(statements_.firstLine())) {
+    error = path + " is no scene file: it does not begin with //Maya";
+    return false;
+  }
+  if (!options.isReference) {
+    SceneInfo::current().firstLine = statements_.firstLine();
+  }
+  context_ = mel::CommandContext();
+  context_.inSceneFile = true;
+  context_.isReference = options.isReference;
+  context_.nameSpace = options.nameSpace;
+  context_.folder = fs::u8path(absolute).parent_path().u8string();
+  context_.where = [this] { return where(); };
+  const SceneUnits outerUnits = currentUnits();
+  currentUnits() = SceneUnits();
+  openFiles().push_back(absolute);
+  std::string_view statement;
+  while (statements_.next(statement)) {
+    runStatement(statement);
+  }
+  openFiles().pop_back();
+  currentUnits() = outerUnits;
+  if (statements_.endedEarly()) {
+    warn("the file ends inside a statement");
+  }
+  if (statements_.failed()) {
+    error = "cannot read all of " + path;
+    return false;
+  }
+  return true;
+}
+
+// The bulk of a large scene: numbers go from the text into the mesh, with nothing between.
+bool SceneReader::runMeshStatement(std::string_view statement) {
+  if (context_.currentNode == nullptr || context_.currentNode->mesh == nullptr) {
+    return false;
+  }
+  std::string_view rest = statement;
+  takeWord(rest);
+  std::string_view word = takeWord(rest);
+  while (!word.empty() && word.front() == '-') {
+    if (!takesNoArgument(word)) {
+      takeWord(rest);
+    }
+    word = takeWord(rest);
+  }
+  if (word.size() > 1 && word.front() == '"') {
+    word = word.substr(1, word.size() - 2);
+  }
+  if (word.size() < 2 || word.front() != '.' || !isMeshData(word.substr(1))) {
+    return false;
+  }
+  const std::string path(word.substr(1));
+  const std::string problem =
+      setMeshData(*context_.currentNode->mesh, path, rest, currentUnits().length);
+  if (!problem.empty()) {
+    warn("'" + context_.currentNode->name() + "." + path + "' " + problem);
+  }
+  return true;
+}
+
+void SceneReader::runStatement(std::string_view statement) {
+  const bool isSetAttr =
+      statement.substr(0, 7) == "setAttr" && statement.size() > 7 && isBlank(statement[7]);
+  if (isSetAttr && runMeshStatement(statement)) {
+    return;
+  }
+  std::string error;
+  if (!splitStatement(statement, name_, words_, error)) {
+    warn(error);
+    return;
+  }
+  if (name_ == "file") {
+    runFileStatement(words_);
+    return;
+  }
+  const mel::CommandResult result = mel::runCommand(name_, words_, context_);
+  if (!result.ok) {
+    warn(result.error);
+  }
+}
+
+// References stand there twice: first what there is (-rdi), then the order to load it (-r).
+void SceneReader::runFileStatement(const mel::Words& words) {
+  std::string nameSpace;
+  bool loads = false;
+  bool declares = false;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string& word = words[i].text;
+    const bool isFlag = !words[i].quoted;
+    loads = loads || (isFlag && (word == "-r" || word == "-reference"));
+    declares = declares || (isFlag && (word == "-rdi" || word == "-referenceDepthInfo"));
+    if (isFlag && (word == "-ns" || word == "-namespace") && i + 1 < words.size()) {
+      nameSpace = words[i + 1].text;
+    }
+  }
+  if ((!loads && !declares) || words.empty()) {
+    warn("file: a scene file may refer to other files, and nothing else");
+    return;
+  }
+  if (!context_.isReference) {
+    SceneInfo::current().references.push_back(mel::asStatement("file", words));
+  }
+  if (!loads) {
+    return;
+  }
+  const std::string& name = words.back().text;
+  const std::string found = findReference(name, context_.folder);
+  if (found.empty()) {
+    warn("the referenced file " + name + " was not found");
+    return;
+  }
+  Options options;
+  options.isReference = true;
+  options.nameSpace =
+      context_.nameSpace + (nameSpace.empty() || nameSpace == ":" ? "" : nameSpace + ":");
+  std::string error;
+  SceneReader reader;
+  if (!reader.read(found, options, error)) {
+    warn(error);
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,48 @@
+#ifndef MORVANE_HOST_FILE_SCENEREADER_H_
+#define MORVANE_HOST_FILE_SCENEREADER_H_
+
+#include <string>
+#include <vector>
+
+#include "host/file/StatementReader.h"
+#include "host/mel/Command.h"
+
+namespace host {
+
+// Reads a scene file into the scene that is there: every statement runs as a command. What it
+// cannot use is named in a warning with the file's name, line and column, and passed over.
+class SceneReader {
+ public:
+  struct Options {
+    std::string nameSpace;     // put before every name, with its colon; empty for none
+    bool isReference = false;  // nodes are marked as another file's
+  };
+
+  // False, with the reason in `error`, when the file cannot be read or does not begin as a scene
+  // file.
+  bool read(const std::string& path, const Options& options, std::string& error);
+
+ private:
+  void runStatement(std::string_view statement);
+  bool runMeshStatement(std::string_view statement);
+  void runFileStatement(const mel::Words& words);
+  void warn(const std::string& text);
+  std::string where() const;
+
+  std::string path_;
+  StatementReader statements_;
+  mel::CommandContext context_;
+  std::string name_;
+  mel::Words words_;
+};
+
+// Gives meshes without stored faces the shape of the primitive that feeds them; the others that are
+// fed by something are named in warnings.
+void evaluateHistories();
+
+// Whether a file begins as a scene file does.
+bool isSceneFileStart(std::string_view firstBytes);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_SCENEREADER_H_

@@ -1,0 +1,78 @@
+#include "host/file/SceneUnits.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace host {
+namespace {
+
+struct Unit {
+  std::string_view name;
+  std::string_view shortName;
+  double factor;
+};
+constexpr Unit kLengths[] = {{"centimeter", "cm", 1.0}, {"millimeter", "mm", 0.1},
+                             {"meter", "m", 100.0},     {"kilometer", "km", 100000.0},
+                             {"inch", "in", 2.54},      {"foot", "ft", 30.48},
+                             {"yard", "yd", 91.44},     {"mile", "mi", 160934.4}};
+constexpr Unit kAngles[] = {{"degree", "deg", 1.0},
+                            {"radian", "rad", 57.295779513082320876798},
+                            {"min_angle", "min", 1.0 / 60.0},
+                            {"sec_angle", "sec", 1.0 / 3600.0}};
+
+template <std::size_t kCount>
+bool find(const Unit (&units)[kCount], std::string_view name, double& factor) {
+  for (const Unit& unit : units) {
+    if (unit.name == name || unit.shortName == name) {
+      factor = unit.factor;
+      return true;
+    }
+  }
+  return false;
+}
+
+// Attributes whose numbers are lengths and angles although their types do not say so.
+constexpr std::string_view kLengthAttributes[] = {
+    "translate",  "rotatePivot",      "rotatePivotTranslate", "scalePivotTranslate",
+    "scalePivot", "centerOfInterest", "nearClipPlane",        "farClipPlane"};
+constexpr std::string_view kAngleAttributes[] = {"rotate", "rotateAxis", "jointOrient"};
+
+template <std::size_t kCount>
+bool isNamed(const std::string_view (&names)[kCount], const Attribute& attribute) {
+  const AttributePtr parent = attribute.parent();
+  const std::string& name = parent == nullptr ? attribute.longName() : parent->longName();
+  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
+}  // namespace
+
+SceneUnits& currentUnits() {
+  static SceneUnits units;
+  return units;
+}
+
+bool setLengthUnit(SceneUnits& units, std::string_view name) {
+  return find(kLengths, name, units.length);
+}
+
+bool setAngleUnit(SceneUnits& units, std::string_view name) {
+  return find(kAngles, name, units.angle);
+}
+
+double unitFactor(const SceneUnits& units, const Attribute& attribute) {
+  if (units.length == 1.0 && units.angle == 1.0) {
+    return 1.0;
+  }
+  const std::string& type = attribute.typeWord();
+  if (type == "doubleLinear" || type == "floatLinear" ||
+      (!attribute.isDynamic && isNamed(kLengthAttributes, attribute))) {
+    return units.length;
+  }
+  if (type == "doubleAngle" || type == "floatAngle" ||
+      (!attribute.isDynamic && isNamed(kAngleAttributes, attribute))) {
+    return units.angle;
+  }
+  return 1.0;
+}
+
+}  // namespace host

@@ -1,0 +1,29 @@
+#ifndef MORVANE_HOST_FILE_SCENEUNITS_H_
+#define MORVANE_HOST_FILE_SCENEUNITS_H_
+
+#include <string_view>
+
+#include "host/scene/Attribute.h"
+
+namespace host {
+
+// The units in which the scene file that is being read states its numbers. The scene itself holds
+// centimetres and degrees.
+struct SceneUnits {
+  double length = 1.0;  // centimetres in one of the file's units
+  double angle = 1.0;   // degrees in one of the file's units
+};
+
+// Of the file that is being read now; a reader puts the old ones back when it is done.
+SceneUnits& currentUnits();
+
+// False for a unit that is not known, which changes nothing.
+bool setLengthUnit(SceneUnits& units, std::string_view name);
+bool setAngleUnit(SceneUnits& units, std::string_view name);
+
+// What a number of the attribute is to be multiplied by.
+double unitFactor(const SceneUnits& units, const Attribute& attribute);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_SCENEUNITS_H_

@@ -1,0 +1,241 @@
+#include "host/file/SceneWriter.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "host/file/NodeText.h"
+#include "host/file/SceneInfo.h"
+#include "host/mel/Text.h"
+#include "host/scene/Connections.h"
+#include "host/scene/Dag.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Sets.h"
+#include "host/scene/Shading.h"
+#include "util/ReplaceFile.h"
+
+namespace host {
+namespace {
+
+using NodeSet = std::unordered_set<const Node*>;
+
+class Writer {
+ public:
+  // `only` null: everything.
+  explicit Writer(const NodeSet* only) : only_(only) {}
+
+  bool write(const std::string& path, std::string& error) {
+    const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
+                    writeConnections() && writeRelationships() && writeMetadata() && file_.commit();
+    error = file_.error();
+    return ok;
+  }
+
+ private:
+  bool isWritten(const NodePtr& node) const {
+    return !node->isReferenced && (only_ == nullptr || only_->count(node.get()) != 0);
+  }
+
+  bool put(const std::string& text) { return file_.append(text.data(), text.size()); }
+  bool putAll(const std::vector<std::string>& statements) {
+    return std::all_of(statements.begin(), statements.end(),
+                       [this](const std::string& statement) { return put(statement + ";\n"); });
+  }
+
+  bool writeHeader() {
+    const SceneInfo& info = SceneInfo::current();
+    const std::vector<std::string> oldest{"requires maya \"2018\""};
+    const std::string time = info.timeUnit.empty() ? "film" : info.timeUnit;
+    return put((info.firstLine.empty() ? "//Maya ASCII 2018 scene" : info.firstLine) +
+               "\n//Codeset: UTF-8\n") &&
+           putAll(info.references) &&
+           putAll(info.requirements.empty() ? oldest : info.requirements) &&
+           put("currentUnit -l centimeter -a degree -t " + time + ";\n") && putAll(info.fileInfo);
+  }
+
+  bool writeNode(const NodePtr& node) {
+    if (!isWritten(node)) {
+      return true;
+    }
+    std::string text;
+    appendNode(text, node);
+    return put(text);
+  }
+
+  // The DAG from the top down, each node below its first parent, so that children are made in their
+  // order.
+  bool writeNodes() {
+    const Scene& scene = Scene::current();
+    std::vector<NodePtr> waiting(scene.world()->children().rbegin(),
+                                 scene.world()->children().rend());
+    while (!waiting.empty()) {
+      const NodePtr node = waiting.back();
+      waiting.pop_back();
+      if (!writeNode(node)) {
+        return false;
+      }
+      const auto& children = node->children();
+      for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        if ((*child)->parents().front() == node.get()) {
+          waiting.push_back(*child);
+        }
+      }
+    }
+    for (const auto& [serial, node] : scene.nodes()) {
+      if (!node->isDag() && !writeNode(node)) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  bool writeInstances() {
+    for (const auto& [serial, node] : Scene::current().nodes()) {
+      if (!node->isDag() || node->parents().size() < 2 || !isWritten(node)) {
+        continue;
+      }
+      const std::string name = firstPath(node).fullName();
+      for (std::size_t i = 1; i < node->parents().size(); ++i) {
+        const NodePtr parent = node->parents()[i]->pointer();
+        if (isWritten(parent) && !put("parent -s -nc -r -add " + mel::quoted(name) + ' ' +
+                                      mel::quoted(fileName(parent)) + ";\n")) {
+          return false;
+        }
+      }
+    }
+    return true;
+  }
+
+  bool isConnectionWritten(const Connection& connection) const {
+    const NodePtr& source = connection.source.node();
+    const NodePtr& destination = connection.destination.node();
+    const bool known = only_ == nullptr ||
+                       (only_->count(source.get()) != 0 && only_->count(destination.get()) != 0);
+    return known && !(source->isDefault && destination->isDefault) &&
+           !(source->isReferenced && destination->isReferenced);
+  }
+
+  // Elements of lists of messages come in the order of the statements; numbers would clash with
+  // those of the default nodes.
+  static std::string statementOf(const Connection& connection) {
+    const Plug& source = connection.source;
+    const Plug& destination = connection.destination;
+    std::string path = destination.path();
+    const auto range = splitRange(path);
+    const bool next = range && destination.attribute()->kind() == Attribute::Kind::kMessage;
+    if (next) {
+      path = std::string(range->stem);
+    }
+    return "connectAttr " + mel::quoted(fileName(source.node()) + "." + source.path()) + ' ' +
+           mel::quoted(fileName(destination.node()) + "." + path) + (next ? " -na;\n" : ";\n");
+  }
+
+  bool writeConnections() {
+    std::vector<ConnectionPtr> connections;
+    for (const auto& [serial, node] : Scene::current().nodes()) {
+      for (const ConnectionPtr& connection : node->connections.inOrder()) {
+        if (connection->destination.node() == node && isConnectionWritten(*connection)) {
+          connections.push_back(connection);
+        }
+      }
+    }
+    std::sort(connections.begin(), connections.end(),
+              [](const ConnectionPtr& a, const ConnectionPtr& b) { return a->serial < b->serial; });
+    return std::all_of(
+        connections.begin(), connections.end(),
+        [this](const ConnectionPtr& connection) { return put(statementOf(*connection)); });
+  }
+
+  // Which lights light what: as read, and for shading groups that are new, by the default lights.
+  bool writeRelationships() {
+    const Scene& scene = Scene::current();
+    NodeSet mentioned;
+    for (const SceneInfo::Relationship& relationship : SceneInfo::current().relationships) {
+      const NodePtr node = scene.findNode(relationship.node);
+      if (node != nullptr && !put(relationship.statement + ";\n")) {
+        return false;
+      }
+      mentioned.insert(node.get());
+    }
+    if (scene.nodesNamed("lightLinker1").empty()) {
+      return true;
+    }
+    for (const auto& [serial, node] : scene.nodes()) {
+      const bool isNew =
+          node->type().isA("shadingEngine") && !node->isDefault && mentioned.count(node.get()) == 0;
+      for (const char* kind : {"link", "shadowLink"}) {
+        if (isNew && isWritten(node) &&
+            !put(std::string("relationship \"") + kind + "\" \":lightLinker1\" " +
+                 mel::quoted(fileName(node) + ".message") + " \":defaultLightSet.message\";\n")) {
+          return false;
+        }
+      }
+    }
+    return true;
+  }
+
+  bool writeMetadata() { return putAll(SceneInfo::current().metadata) && put("// End of scene\n"); }
+
+  const NodeSet* only_;
+  morvane::FileReplacer file_;
+};
+
+void addBelow(const NodePtr& node, NodeSet& nodes) {
+  std::vector<NodePtr> waiting{node};
+  while (!waiting.empty()) {
+    const NodePtr next = waiting.back();
+    waiting.pop_back();
+    if (nodes.insert(next.get()).second) {
+      waiting.insert(waiting.end(), next->children().begin(), next->children().end());
+    }
+  }
+}
+
+void addAbove(const NodePtr& node, NodeSet& nodes) {
+  for (const DagPath& path : allPaths(node)) {
+    for (const NodePtr& above : path.nodes()) {
+      nodes.insert(above.get());
+    }
+  }
+}
+
+// Shading groups of the nodes, and all that leads into them.
+void addShading(NodeSet& nodes) {
+  std::vector<NodePtr> waiting;
+  for (const auto& [serial, node] : Scene::current().nodes()) {
+    if (nodes.count(node.get()) != 0) {
+      for (const NodePtr& set : setsHolding(node)) {
+        waiting.push_back(set);
+      }
+    }
+  }
+  while (!waiting.empty()) {
+    const NodePtr node = waiting.back();
+    waiting.pop_back();
+    if (!nodes.insert(node.get()).second) {
+      continue;
+    }
+    for (const ConnectionPtr& connection : node->connections.inOrder()) {
+      if (connection->destination.node() == node && !connection->source.node()->isDag()) {
+        waiting.push_back(connection->source.node());
+      }
+    }
+  }
+}
+
+}  // namespace
+
+bool writeScene(const std::string& path, std::string& error) {
+  return Writer(nullptr).write(path, error);
+}
+
+bool writeNodes(const std::string& path, const std::vector<NodePtr>& roots, std::string& error) {
+  NodeSet nodes;
+  for (const NodePtr& node : roots) {
+    addBelow(node, nodes);
+    addAbove(node, nodes);
+  }
+  addShading(nodes);
+  return Writer(&nodes).write(path, error);
+}
+
+}  // namespace host

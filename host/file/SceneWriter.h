@@ -1,0 +1,23 @@
+#ifndef MORVANE_HOST_FILE_SCENEWRITER_H_
+#define MORVANE_HOST_FILE_SCENEWRITER_H_
+
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "host/scene/Node.h"
+
+namespace host {
+
+// Writes the scene as a scene file that this host and the real one read. The target is replaced
+// only once every byte is on disk. What is written depends on the scene alone, not on the file's
+// name, so that saving, opening and saving again gives the same bytes. False, with the reason in
+// `error`, when it cannot be written.
+bool writeScene(const std::string& path, std::string& error);
+
+// As above, only these nodes with all that is below and above them, and what shades them.
+bool writeNodes(const std::string& path, const std::vector<NodePtr>& nodes, std::string& error);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_SCENEWRITER_H_

@@ -1,0 +1,66 @@
+#ifndef MORVANE_HOST_FILE_STATEMENTREADER_H_
+#define MORVANE_HOST_FILE_STATEMENTREADER_H_
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "host/mel/Command.h"
+
+namespace host {
+
+// Reads a scene file statement by statement. Holds one block of the file, or the longest statement
+// when that is longer.
+class StatementReader {
+ public:
+  // False when the file cannot be opened or read; `error` says why.
+  bool open(const std::string& path, std::string& error);
+
+  // The next statement without its semicolon and what comes before its first word; good until the
+  // next call. False at the end of the file.
+  bool next(std::string_view& statement);
+
+  // The file's first line, once opened.
+  std::string firstLine();
+
+  // Of the statement that `next` gave.
+  int line() const { return line_; }
+  int column() const { return column_; }
+
+  // The file ended inside a statement or a text; what was there is not given.
+  bool endedEarly() const { return endedEarly_; }
+  bool failed() const { return failed_; }
+
+ private:
+  bool fill();
+  bool findEnd();
+  bool skipToStatement();
+  void stepOver(std::size_t end);
+
+  struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  std::unique_ptr<std::FILE, Close> file_;
+  std::string buffer_;
+  std::size_t begin_ = 0;  // of what was not given yet
+  std::size_t scan_ = 0;   // how far its end was looked for
+  std::size_t end_ = 0;    // where the semicolon stands
+  bool inText_ = false;    // at `scan_`
+  int line_ = 1;
+  int column_ = 1;
+  int nextLine_ = 1;  // at `begin_`
+  int nextColumn_ = 1;
+  bool endedEarly_ = false;
+  bool failed_ = false;
+};
+
+// Cuts a statement into its command's name and words; ( "a" + "b" ) is one word. False with the
+// reason in `error` for anything that needs the language as a whole: variables, back quotes,
+// blocks.
+bool splitStatement(std::string_view statement, std::string& name, mel::Words& words,
+                    std::string& error);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_STATEMENTREADER_H_
