@@ -81,6 +81,11 @@ MString getNodeName(MObject node) {
   return MFnDependencyNode(node).name();
 }
 
+MString commandName(MObject node) {
+  if (!node.hasFn(MFn::kDagNode)) return getNodeName(node);
+  return MFnDagNode(node).partialPathName();
+}
+
 MString getFullPathName(MObject node) {
   MDagPath path;
   MFnDagNode dagNode(node);

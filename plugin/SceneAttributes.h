@@ -19,6 +19,10 @@ MObject getNodeByName(MString name);
 
 MString getNodeName(MObject node);
 
+// What names the node in a command: its name, or for a DAG node whose name occurs again under
+// another parent the end of its path that tells them apart.
+MString commandName(MObject node);
+
 // The first full path of a DAG node.
 MString getFullPathName(MObject node);
 

@@ -1,0 +1,121 @@
+#include "import/TextureNetwork.h"
+
+#include <maya/MFnLambertShader.h>
+#include <maya/MGlobal.h>
+#include <maya/MItDependencyNodes.h>
+#include <maya/MStringArray.h>
+
+#include <cstdio>
+
+#include "plugin/SceneAttributes.h"
+
+namespace morvane {
+namespace {
+
+MStatus run(const MString& command) {
+  return MGlobal::executeCommand(command, false, false);
+}
+
+// Runs a command that makes a node and tells its name, which is then never empty.
+MStatus runForName(const MString& command, MString& name) {
+  MStringArray names;
+  const MStatus status = MGlobal::executeCommand(command, names, false, false);
+  if (status != MStatus::kSuccess) return status;
+  if (names.length() == 0 || names[0].length() == 0) return MStatus::kFailure;
+  name = names[0];
+  return MStatus::kSuccess;
+}
+
+// What is connected to a plug, by its first name; empty when nothing is.
+MStatus firstConnection(const MString& plug, MString& name) {
+  MStringArray names;
+  const MStatus status =
+      MGlobal::executeCommand(MString("listConnections ") + plug, names, false, false);
+  name = status == MStatus::kSuccess && names.length() > 0 ? names[0] : MString();
+  return status;
+}
+
+bool hasTexture(const MString& shader, const MString& fileName) {
+  MString texture;
+  firstConnection(shader + ".color", texture);
+  if (texture.length() == 0) return false;
+  MStringArray names;
+  const MString command = MString("getAttr ") + texture + ".fileTextureName";
+  if (MGlobal::executeCommand(command, names, false, false) != MStatus::kSuccess) return false;
+  return names.length() > 0 && names[0] == fileName;
+}
+
+// The name of the first Lambert shader with this texture; empty when there is none.
+MString findShader(const MString& fileName) {
+  for (MItDependencyNodes node(MFn::kLambert); !node.isDone(); node.next()) {
+    const MString shader = getNodeName(node.thisNode());
+    if (hasTexture(shader, fileName)) return shader;
+  }
+  return MString();
+}
+
+MStatus createGroup(const MString& shader, MString& group) {
+  return runForName(
+      MString("sets -renderable true -noSurfaceShader true -empty -name ") + shader + "SG", group);
+}
+
+MStatus connectGroup(const MString& shader, const MString& group) {
+  return run(MString("connectAttr -f ") + shader + ".outColor " + group + ".surfaceShader");
+}
+
+// The group that an existing shader shades.
+MStatus groupOf(const MString& shader, MString& group) {
+  const MStatus listed = firstConnection(shader + ".outColor", group);
+  if (group.length() != 0) return MStatus::kSuccess;
+  const MStatus created = createGroup(shader, group);
+  if (created != MStatus::kSuccess || listed != MStatus::kSuccess) return created;
+  return connectGroup(shader, group);
+}
+
+MStatus createTexture(MString& texture) {
+  const MStatus created = runForName(
+      "hyperShade -createNode \"PSDTextureNode\" \"hyperShadePanel1HyperShadeEd\";", texture);
+  if (created != MStatus::kSuccess) return created;
+  const MObject node = getNodeByName(texture);
+  if (node.isNull()) return MStatus::kFailure;
+  texture = getNodeName(node);
+  return MStatus::kSuccess;
+}
+
+MStatus createNetwork(const MString& fileName, MString& group) {
+  MString texture;
+  MStatus status = createTexture(texture);
+  if (status != MStatus::kSuccess) return status;
+  MFnLambertShader lambert;
+  lambert.create(true, &status);
+  if (status != MStatus::kSuccess) return status;
+  const MString shader = getNodeName(lambert.object());
+  status = createGroup(shader, group);
+  if (status == MStatus::kSuccess) status = connectGroup(shader, group);
+  const MString commands[] = {
+      MString("connectAttr ") + texture + ".outColor " + shader + ".color",
+      MString("setAttr ") + texture + ".resolution 256",
+      MString("setAttr -type \"string\" ") + texture + ".fileTextureName " + quoted(fileName),
+  };
+  for (const MString& command : commands) {
+    if (status == MStatus::kSuccess) status = run(command);
+  }
+  return status;
+}
+
+}  // namespace
+
+MStatus applyTexture(MObject node, const MString& fileName) {
+  std::printf("Creating texture node...\n");
+  const MString shader = findShader(fileName);
+  MString group;
+  const MStatus found =
+      shader.length() != 0 ? groupOf(shader, group) : createNetwork(fileName, group);
+  if (found != MStatus::kSuccess) return found;
+  // Without a name the command would take the selection instead.
+  const MObject shape = getShapeNode(node);
+  if (shape.isNull()) return MStatus::kFailure;
+  return run(MString("sets -edit -forceElement ") + group + " " + commandName(shape));
+}
+
+}  // namespace morvane

@@ -1,0 +1,113 @@
+#include "import/TileReader.h"
+
+#include <maya/MDagPath.h>
+#include <maya/MFnDagNode.h>
+#include <maya/MGlobal.h>
+#include <maya/MObject.h>
+#include <maya/MSelectionList.h>
+#include <maya/MString.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "export/GoblinExtraction.h"
+#include "export/GoblinGeometry.h"
+#include "export/TileWriter.h"
+#include "import/GoblinRebuild.h"
+#include "import/TextureNetwork.h"
+#include "plugin/SceneAttributes.h"
+#include "psd/PsdDocument.h"
+
+namespace morvane {
+namespace {
+
+constexpr std::uint32_t kBlankDocumentSide = 256;
+
+MStatus fail(const char* message) {
+  std::fputs(message, stdout);
+  return MStatus::kFailure;
+}
+
+bool getSelectedTile(MPxFileTranslator::FileAccessMode mode, MObject& tile, MDagPath& path) {
+  MSelectionList selection;
+  MGlobal::getActiveSelectionList(selection);
+  if (mode != MPxFileTranslator::kImportAccessMode || selection.length() != 1) {
+    std::printf("Please select exactly one tile to import as a psd.\n");
+    return false;
+  }
+  selection.getDependNode(0, tile);
+  if (!tile.hasFn(MFn::kTransform)) {
+    std::printf("%s (%s): only tiles can have psds imported.\n", getNodeName(tile).asChar(),
+                tile.apiTypeStr());
+    return false;
+  }
+  selection.getDagPath(0, path);
+  return true;
+}
+
+bool loadDocument(const MString& path, PsdDocument& document) {
+  std::string reason;
+  if (document.load(path.asChar(), &reason)) return true;
+  MGlobal::displayError(path + ": " + reason.c_str());
+  return false;
+}
+
+// Whether a text may stand between double quotes of a command as it is.
+bool isPlain(const MString& text) {
+  for (const char* at = text.asChar(); *at != '\0'; ++at) {
+    const auto byte = static_cast<unsigned char>(*at);
+    if (byte < 0x20 || byte == 0x7F || byte == '"' || byte == '\\') return false;
+  }
+  return true;
+}
+
+// The attribute is locked against edits by hand, and must be there already.
+MStatus recordPath(MObject tile, const MString& path) {
+  if (!isPlain(path)) return MStatus::kFailure;
+  const MString plug = commandName(getShapeNode(tile)) + ".psdFileName";
+  MGlobal::executeCommand(MString("setAttr -lock false ") + plug, false, false);
+  const MStatus set = MGlobal::executeCommand(
+      MString("setAttr -type \"string\" ") + plug + " \"" + path + "\"", false, false);
+  if (set != MStatus::kSuccess) return set;
+  MGlobal::executeCommand(MString("setAttr -lock true ") + plug, false, false);
+  return MStatus::kSuccess;
+}
+
+MStatus readGoblins(PsdDocument& document, MObject tile, const MDagPath& path) {
+  if (document.findLayer(kGoblinLayerName) < 0) {
+    std::printf("Warning: no GoblinGeometry layer found.\n");
+    return MStatus::kSuccess;
+  }
+  std::uint32_t size = 0;
+  const std::unique_ptr<std::uint8_t[]> blob = document.readDataLayer(kGoblinLayerName, size);
+  if (size == 0) return fail("Warning: empty GoblinGeometry layer!\n");
+  if (classifyGoblinBlob(blob.get(), size) == GoblinBlobKind::kTagged) {
+    return fail("Error: GoblinGeometry layer is in the exportTile layout!\n");
+  }
+  Matrix44 fromTile;
+  if (!getTileMatrix(path, MeshWalk(path).mesh(), fromTile)) {
+    return fail("Error: tile has no extent in x or z!\n");
+  }
+  fromTile.invert();
+  return rebuildGoblins(blob.get(), size, fromTile, tile);
+}
+
+}  // namespace
+
+MStatus readTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mode) {
+  std::printf("---------- Tile importer (v%s) ----------\n", kTranslatorVersion);
+  MObject tile;
+  MDagPath tilePath;
+  if (!getSelectedTile(mode, tile, tilePath)) return MStatus::kFailure;
+  std::printf("Tile: %s\n", tilePath.fullPathName().asChar());
+  const MString path = file.fullName();
+  PsdDocument document(kBlankDocumentSide, kBlankDocumentSide);
+  if (!loadDocument(path, document)) return MStatus::kFailure;
+  applyTexture(tile, path);
+  const MStatus recorded = recordPath(tile, path);
+  if (recorded != MStatus::kSuccess) return recorded;
+  return readGoblins(document, tile, tilePath);
+}
+
+}  // namespace morvane

@@ -1,0 +1,20 @@
+#ifndef MORVANE_IMPORT_TILEREADER_H_
+#define MORVANE_IMPORT_TILEREADER_H_
+
+#include <maya/MFileObject.h>
+#include <maya/MPxFileTranslator.h>
+#include <maya/MStatus.h>
+
+namespace morvane {
+
+// Applies a PSD file (or a TGA, which holds no goblins) to the one selected tile: gives the tile a
+// texture network for it, records its path in the tile shape's `psdFileName`, and makes the goblins
+// of its "GoblinGeometry" layer below the tile. Anything but an import is refused.
+//
+// A call that stops early leaves in the scene what it did before. The result is that of the last
+// mesh made.
+MStatus readTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mode);
+
+}  // namespace morvane
+
+#endif  // MORVANE_IMPORT_TILEREADER_H_
