@@ -198,8 +198,11 @@ Plug Scene::findPlug(std::string_view text, std::string* error) const {
 
 bool Scene::isOnlyPath(std::string_view partialPath) const {
   if (partialPath.find('|') != partialPath.npos) return literalPaths(partialPath).size() == 1;
-  const std::vector<NodePtr> nodes = nodesNamed(partialPath);
-  return nodes.size() == 1 && nodes.front()->isDag() && pathCount(*nodes.front()) == 1;
+  const auto found = byName_.find(std::string(partialPath));
+  if (found == byName_.end()) return false;
+  const Namesakes& namesakes = found->second;
+  if (namesakes.dag.size() != 1 || !namesakes.others.empty()) return false;
+  return pathCount(*namesakes.dag.begin()->second) == 1;
 }
 
 std::string Scene::displayName(const NodePtr& node) const {

@@ -155,7 +155,7 @@ std::vector<NodePtr> rivalsFor(const NodePtr& set, const SelectionItem& item) {
 bool addItem(const NodePtr& set, const SelectionItem& item) {
   if (!item.component) return joinWhole(set, item);
   const IndexSet held = facesHeld(set, item);
-  const IndexSet wanted = held.unitedWith(item.component->elements());
+  const IndexSet wanted = held.unitedWith(facesOfMesh(item, item.component->elements()));
   if (!(wanted == held)) setFacesHeld(set, item, wanted);
   return true;
 }
@@ -164,7 +164,9 @@ bool canHold(const NodePtr& set, const SelectionItem& item, std::string* error) 
   if (!set->isSet()) return fail(error, "'" + set->name() + "' is not a set");
   if (!item.component) return true;
   const bool isFaces = item.component->kind() == Component::Kind::kFace && item.node->mesh;
-  return isFaces || fail(error, "Only faces of meshes can be members of '" + set->name() + "'");
+  if (!isFaces) return fail(error, "Only faces of meshes can join '" + set->name() + "'");
+  const bool hasSome = !facesOfMesh(item, item.component->elements()).isEmpty();
+  return hasSome || fail(error, "'" + item.node->name() + "' has no such faces");
 }
 
 }  // namespace
