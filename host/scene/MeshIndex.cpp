@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kTie = 1.0e-12;
 // Embree compares squared single-precision distances; this much covers what they round away.
-constexpr double kRadiusSlack = 1.0e-5;
+constexpr double kRadiusSlack = 1.0e-6;
 constexpr double kLeastRadius = 1.0e-15;  // its square is still a normal float
 
 struct ReleaseDevice {
