@@ -233,7 +233,6 @@ void PsdDocument::commitBaseLayer(BuiltLayer built) {
   hasGlobalMask = true;
   layerInfoLength = static_cast<std::uint32_t>(2 + built.size()) + layerInfoPadding.length;
   layerAndMaskLength = layerInfoLength + 8 + globalMask.length + sectionTail.length;
-  mergedAlpha = false;
   layerCount = 1;
   layers.push_back(std::move(built.record));
   channelTable = std::move(built.channels);

@@ -8,18 +8,6 @@ namespace {
 const char* const kName = "GoblinGeometry";
 const std::string kLayerId = block("lyid", be32(1));
 
-// The documents' lengths, recomputed from the records that they describe.
-void expectLengthsInStep(const PsdDocument& document) {
-  std::uint32_t info = 2 + document.layerInfoPadding.length;
-  for (const PsdLayer& layer : document.layers) {
-    info += 34 + 6 * layer.channelCount + layer.extraLength;
-    for (std::uint32_t c = 0; c < layer.channelCount; ++c) info += layer.channelInfos[c].length;
-  }
-  EXPECT_EQ(document.layerInfoLength, info);
-  EXPECT_EQ(document.layerAndMaskLength,
-            info + 8 + document.globalMask.length + document.sectionTail.length);
-}
-
 TEST_F(PsdTest, BlankDocumentIsABlackImage) {
   const PsdDocument document(256, 256);
   EXPECT_EQ(document.findLayer("x"), -1);
@@ -174,6 +162,7 @@ TEST_F(PsdTest, NewLayerTakesOverOnlyWhatDescribesNoContent) {
       {odd + id(0x0506) + block("luni", zeros(8)) + b64, odd + id(0x0500) + b64},
       {b64 + group, b64},
       {"", ""},
+      {id(5) + id(6), id(0) + id(6)},
       {notBlocks, id(0) + "rest of no block"},
       {group + "x", block("lsct", be32(0)) + "x"},  // byte 15, wherever that falls
       {block("clbl", "x"), block("clbl", "x")},  // not padded: no sequence, and too short for an id
@@ -235,6 +224,10 @@ TEST_F(PsdTest, DataLayerGivesItsBytesBack) {
       const auto again = loaded(before);
       EXPECT_TRUE(again && holdsData(*again, kName, payload(size)));
       expectLengthsInStep(*again);
+      if (size + 4 != plane) continue;
+      ASSERT_TRUE(again->decompressChannel(1, 1));  // holds nothing, but is read all the same
+      EXPECT_TRUE(holdsData(*again, kName, payload(size)));
+      EXPECT_EQ(again->layerChannels(1)[1].compression, 1);
     }
     PsdDocument document(width, height);
     EXPECT_FALSE(addData(document, kName, payload(4 * plane - 4)));
@@ -283,6 +276,9 @@ TEST_F(PsdTest, RefusesDataLayersThatLie) {
   }
   PsdDocument document(4, 4);
   std::uint32_t size = 77;
+  ASSERT_TRUE(addData(document, "cut", payload(3)));
+  document.layers[1].right = 3;
+  EXPECT_EQ(document.readDataLayer("cut", size), nullptr);
   EXPECT_EQ(document.readDataLayer(kName, size), nullptr);
   EXPECT_EQ(size, 77u);
 }
@@ -301,18 +297,20 @@ TEST_F(PsdTest, SetsThePixelsInsideTheLayer) {
   }
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(rgba.data());
   ASSERT_TRUE(document.setLayerPixels(1, 0, 1, 3, 4, bytes));
+  ASSERT_TRUE(document.setLayerPixels(1, 3, 5, 4, 6, bytes));  // "01BA" at the layer's (2, 3)
   EXPECT_TRUE(document.setLayerPixels(1, 3, 3, 2, 2, bytes));  // an empty rectangle
   expectLengthsInStep(document);
-  const std::string two = zeros(2), rest = zeros(8);
-  const std::string opaque(2, '\xFF'), opaqueRest(8, '\xFF');
-  const std::string planes[] = {"AA" + opaque + "AA" + opaque + opaqueRest,
-                                "12" + two + "12" + two + rest, "22" + two + "33" + two + rest,
-                                "BB" + two + "BB" + two + rest};
+  // Rows of 4; "." stands for what the layer held before.
+  const std::string planes[] = {"AA..AA........A.", "12..12........0.", "22..33........1.",
+                                "BB..BB........B."};
   for (std::uint32_t c = 0; c < 4; ++c) {
     EXPECT_EQ(document.layerChannels(1)[c].compression, 1);
     ASSERT_TRUE(document.decompressChannel(1, c));
     const std::uint8_t* const data = document.layerChannels(1)[c].data.get();
-    EXPECT_EQ(std::string(data, data + 16), planes[c]);
+    for (int i = 0; i < 16; ++i) {
+      const int before = c == 0 ? 0xFF : 0;
+      EXPECT_EQ(data[i], planes[c][i] == '.' ? before : planes[c][i]) << c << ' ' << i;
+    }
   }
   EXPECT_FALSE(document.setLayerPixels(0, 0, 1, 3, 4, bytes));  // three channels
   EXPECT_FALSE(document.setLayerPixels(2, 0, 1, 3, 4, bytes));
@@ -338,6 +336,62 @@ TEST_F(PsdTest, MissingChannelDataIsAPlaneOfZeros) {
     EXPECT_FALSE(document->decompressChannel(0, 1));
     EXPECT_FALSE(document->compressChannel(1, 0));
   }
+}
+
+TEST_F(PsdTest, DoesNotUnpackWhatALayerOnlyClaims) {
+  HandMade hand;
+  hand.channelLength = be32(5);
+  hand.channel = zeros(5);
+  const auto shorter = loaded(hand.file());
+  ASSERT_TRUE(shorter);
+  std::uint32_t size = 0;
+  EXPECT_EQ(shorter->readDataLayer("a", size), nullptr);
+  EXPECT_FALSE(shorter->compressChannel(0, 0));
+  hand.channelLength = be32(2);
+  hand.channel = zeros(2);
+  const auto missing = loaded(hand.file());
+  ASSERT_TRUE(missing);
+  missing->layers[0].right = missing->layers[0].bottom = 30000;
+  EXPECT_FALSE(missing->decompressChannel(0, 0));
+  EXPECT_TRUE(saved(*missing).size() == hand.file().size());
+}
+
+TEST_F(PsdTest, LayerInfoDeclaredTooShortNeverWrapsAround) {
+  HandMade hand;
+  hand.extras = {zeros(12), zeros(8) + shortName("b") + std::string(300, 't')};
+  hand.infoLengthError = 10 - static_cast<int>(hand.layerInfo().size());
+  const auto document = loaded(hand.file());
+  ASSERT_TRUE(document);
+  document->removeLayerByName("b");
+  const auto again = loaded(saved(*document));
+  ASSERT_TRUE(again);
+  EXPECT_EQ(again->layerCount, 1);
+}
+
+TEST_F(PsdTest, WritesNoMoreThanTheExtraDataHasRoomFor) {
+  PsdDocument document(2, 2);
+  ASSERT_EQ(document.addLayer("abc"), 1);
+  PsdLayer& layer = document.layers[1];
+  const std::uint32_t cut = layer.extraLength - (4 + 44 + 4);
+  layer.extraLength -= cut;  // up to the name
+  document.layerInfoLength -= cut;
+  document.layerAndMaskLength -= cut;
+  const auto again = loaded(saved(document));
+  ASSERT_TRUE(again);
+  EXPECT_EQ(again->layers[1].unicodeCount, 0u);
+  EXPECT_EQ(again->layers[1].trailingLength, 0u);
+}
+
+TEST_F(PsdTest, LayerGroupsOfOddSizeStayPadded) {
+  HandMade hand;
+  hand.resources = "8BIM" + be16(1026) + zeros(2) + sized("odd") + zeros(1);
+  const auto document = loaded(hand.file());
+  ASSERT_TRUE(document);
+  ASSERT_EQ(document->addLayer("x"), 1);
+  const auto again = loaded(saved(*document));
+  ASSERT_TRUE(again);
+  const PsdResource* const groups = again->findResource(1026);
+  EXPECT_EQ(std::string(groups->data.get(), groups->data.get() + groups->size), "odd" + zeros(2));
 }
 
 }  // namespace

@@ -118,6 +118,18 @@ class PsdTest : public ScratchFolder {
     }
     return all;
   }
+
+  // The document's lengths, recomputed from what they are the lengths of.
+  static void expectLengthsInStep(const PsdDocument& document) {
+    std::uint32_t info = 2 + document.layerInfoPadding.length;
+    for (const PsdLayer& layer : document.layers) {
+      info += 34 + 6 * layer.channelCount + layer.extraLength;
+      for (std::uint32_t c = 0; c < layer.channelCount; ++c) info += layer.channelInfos[c].length;
+    }
+    EXPECT_EQ(document.layerInfoLength, info);
+    EXPECT_EQ(document.layerAndMaskLength,
+              info + 8 + document.globalMask.length + document.sectionTail.length);
+  }
 };
 
 }  // namespace morvane

@@ -20,7 +20,6 @@ const Variant kKept[] = {
        h.hasLayers = false;
        h.afterInfo.clear();
        h.sectionLengthError = -4;
-       h.merged.insert(0, "\0\0", 0);
      }},
     {"colour mode data", [](HandMade& h) { h.colourMode = sized("palette"); }},
     {"reserved bytes, other depth and mode",
@@ -42,6 +41,11 @@ const Variant kKept[] = {
      [](HandMade& h) {
        h.hasLayers = false;
        h.afterInfo = sized("") + block("Patt", "12");
+     }},
+    {"layer info of length 0, no global mask",
+     [](HandMade& h) {
+       h.hasLayers = false;
+       h.afterInfo.clear();
      }},
     {"no layers, counted",
      [](HandMade& h) {
@@ -113,11 +117,18 @@ TEST_F(PsdTest, KeepsEveryByteOfSoundFiles) {
     EXPECT_TRUE(saved(*document) == hand.file());
 
     // A layer goes before what nothing here interprets; taken out again, the file is as it was.
-    if (document->layers.empty() || document->depth != 8) continue;
-    const std::string base = channelBytes(*document, 0);
+    if (document->depth != 8 || document->mergedLength < 12) continue;
+    const bool hadLayers = !document->layers.empty();
+    const std::string base = hadLayers ? channelBytes(*document, 0) : std::string();
     ASSERT_TRUE(addData(*document, "d", payload(11)));
     auto added = loaded(saved(*document));
     ASSERT_TRUE(added);
+    EXPECT_EQ(added->layerInfoPadding.length, document->layerInfoPadding.length);
+    EXPECT_EQ(added->sectionTail.length, document->sectionTail.length);
+    if (!hadLayers) {
+      expectLengthsInStep(*added);
+      continue;
+    }
     EXPECT_EQ(channelBytes(*added, 0), base);
     EXPECT_TRUE(holdsData(*added, "d", payload(11)));
     added->removeLayerByName("d");

@@ -2,6 +2,7 @@
 #define MORVANE_TESTS_UTIL_SCRATCHFOLDER_H_
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -10,13 +11,16 @@
 
 namespace morvane {
 
-// A test with an empty folder of its own, which is removed afterwards.
+// A test with an empty folder of its own, which is removed afterwards. In memory where there is
+// such a place: every save waits for the disk, which other programs may keep busy.
 class ScratchFolder : public ::testing::Test {
  protected:
   ScratchFolder() {
     const auto* const info = ::testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::path(::testing::TempDir()) /
-              (std::string("morvane_") + info->test_suite_name() + "_" + info->name());
+    const bool inMemory = std::filesystem::is_directory("/dev/shm");
+    folder_ = std::filesystem::path(inMemory ? "/dev/shm" : ::testing::TempDir()) /
+              (std::string("morvane_") + std::to_string(::getpid()) + "_" +
+               info->test_suite_name() + "_" + info->name());
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
   }
