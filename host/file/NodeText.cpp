@@ -1,7 +1,5 @@
 #include "host/file/NodeText.h"
 
-#include <algorithm>
-
 #include "host/mel/Numbers.h"
 #include "host/mel/Text.h"
 #include "host/scene/Plug.h"
@@ -110,12 +108,11 @@ void appendDeclaration(std::string& out, const Attribute& attribute) {
 }
 
 std::string parentOption(const NodePtr& node) {
-  const Node* parent = node->parents().empty() ? nullptr : node->parents().front();
-  if (parent == nullptr || parent == Scene::current().world().get()) {
+  const NodePtr& world = Scene::current().world();
+  if (node->parents().empty() || node->parents().front() == world.get()) {
     return std::string();
   }
-  const NodePtr pointer = Scene::current().nodeAtOrAfter(parent->serial());
-  return " -p " + quoted(Scene::current().displayName(pointer));
+  return " -p " + quoted(Scene::current().displayName(node->parents().front()->pointer()));
 }
 
 void appendMaker(std::string& out, const NodePtr& node) {

@@ -110,12 +110,13 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
     error = path + " is no scene file: it does not begin with //Maya";
     return false;
   }
-  if (!options.isReference) {
+  if (options.keepsInfo) {
     SceneInfo::current().firstLine = statements_.firstLine();
   }
   context_ = mel::CommandContext();
   context_.inSceneFile = true;
   context_.isReference = options.isReference;
+  context_.keepsInfo = options.keepsInfo;
   context_.nameSpace = options.nameSpace;
   context_.folder = fs::u8path(absolute).parent_path().u8string();
   context_.where = [this] { return where(); };
@@ -206,7 +207,7 @@ void SceneReader::runFileStatement(const mel::Words& words) {
     warn("file: a scene file may refer to other files, and nothing else");
     return;
   }
-  if (!context_.isReference) {
+  if (context_.keepsInfo) {
     SceneInfo::current().references.push_back(mel::asStatement("file", words));
   }
   if (!loads) {

@@ -16,6 +16,7 @@ class SceneReader {
   struct Options {
     std::string nameSpace;     // put before every name, with its colon; empty for none
     bool isReference = false;  // nodes are marked as another file's
+    bool keepsInfo = false;    // the file becomes the scene: see SceneInfo
   };
 
   // False, with the reason in `error`, when the file cannot be read or does not begin as a scene

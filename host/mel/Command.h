@@ -45,6 +45,9 @@ struct CommandContext {
   NodePtr currentNode;       // in a scene file: what ".attribute" belongs to
   std::string nameSpace;     // in a referenced file: the prefix of its names, such as "rock:"
   bool isReference = false;  // the scene file is one that the scene refers to
+  bool keepsInfo = false;    // the scene file becomes the scene: what it says of itself is kept
+  // In a scene file, names that its nodes could not get, and what they got instead.
+  std::map<std::string, std::string, std::less<>> renames;
   std::function<std::string()> where;        // "scene.ma:3:1: ", for warnings
   void warn(const std::string& text) const;  // one line on standard error
 };

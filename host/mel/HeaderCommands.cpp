@@ -5,12 +5,8 @@
 namespace host::mel {
 namespace {
 
-bool isKept(const CommandContext& context) {
-  return context.inSceneFile && !context.isReference;
-}
-
 CommandResult requiresPlugin(const Arguments& arguments, CommandContext& context) {
-  if (isKept(context)) {
+  if (context.keepsInfo) {
     SceneInfo::current().requirements.push_back(asStatement("requires", arguments.words()));
   }
   return CommandResult::success();
@@ -28,28 +24,28 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
     context.warn("currentUnit: unknown unit of angle '" + arguments.text("a") +
                  "'; taken as degrees");
   }
-  if (arguments.has("t") && isKept(context)) {
+  if (arguments.has("t") && context.keepsInfo) {
     SceneInfo::current().timeUnit = arguments.text("t");
   }
   return CommandResult::success();
 }
 
 CommandResult fileInfo(const Arguments& arguments, CommandContext& context) {
-  if (isKept(context)) {
+  if (context.keepsInfo) {
     SceneInfo::current().fileInfo.push_back(asStatement("fileInfo", arguments.words()));
   }
   return CommandResult::success();
 }
 
 CommandResult dataStructure(const Arguments& arguments, CommandContext& context) {
-  if (isKept(context)) {
+  if (context.keepsInfo) {
     SceneInfo::current().metadata.push_back(asStatement("dataStructure", arguments.words()));
   }
   return CommandResult::success();
 }
 
 CommandResult applyMetadata(const Arguments& arguments, CommandContext& context) {
-  if (isKept(context)) {
+  if (context.keepsInfo) {
     SceneInfo::current().metadata.push_back(asStatement("applyMetadata", arguments.words()));
   }
   return CommandResult::success();
@@ -58,7 +54,7 @@ CommandResult applyMetadata(const Arguments& arguments, CommandContext& context)
 // Which lights light which shading groups, as pairs of plug names.
 CommandResult relationship(const Arguments& arguments, CommandContext& context) {
   const std::vector<std::string>& names = arguments.objects();
-  if (isKept(context) && names.size() >= 3) {
+  if (context.keepsInfo && names.size() >= 3) {
     SceneInfo::current().relationships.push_back(
         {names[2].substr(0, names[2].find('.')), asStatement("relationship", arguments.words())});
   }

@@ -1,5 +1,7 @@
 #include "host/mel/Lookup.h"
 
+#include <algorithm>
+
 #include "host/scene/Scene.h"
 
 namespace host::mel {
@@ -21,7 +23,7 @@ NodePtr currentNode(const CommandContext& context) {
 }  // namespace
 
 std::string qualifiedName(std::string_view name, const CommandContext& context) {
-  if (context.nameSpace.empty() || name.empty()) {
+  if ((context.nameSpace.empty() && context.renames.empty()) || name.empty()) {
     return std::string(name);
   }
   std::string qualified;
@@ -29,10 +31,13 @@ std::string qualifiedName(std::string_view name, const CommandContext& context) 
   while (at <= name.size()) {
     const std::size_t end = std::min(name.find('|', at), name.size());
     const std::string_view part = name.substr(at, end - at);
-    if (!part.empty() && part.front() != ':') {
-      qualified += context.nameSpace;
+    const auto renamed = context.renames.find(part);
+    if (renamed != context.renames.end()) {
+      qualified += renamed->second;
+    } else {
+      qualified += part.empty() || part.front() == ':' ? "" : context.nameSpace;
+      qualified += part;
     }
-    qualified += part;
     if (end < name.size()) {
       qualified += '|';
     }

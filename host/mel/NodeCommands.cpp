@@ -72,13 +72,17 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
     if (type == nullptr) {
       return CommandResult::failure("createNode: unknown node type '" + typeName + "'");
     }
-    const std::string name = qualifiedName(arguments.text("n"), context);
+    const std::string wanted = arguments.text("n");
+    const std::string name = wanted.empty() ? wanted : context.nameSpace + wanted;
     node = Scene::current().createNode(*type, name, parent, &error);
     if (node == nullptr) {
       return CommandResult::failure("createNode: " + error);
     }
     node->isShared = arguments.has("s");
     node->isReferenced = context.isReference;
+    if (context.inSceneFile && !wanted.empty() && node->name() != name) {
+      context.renames[wanted] = node->name();
+    }
   }
   finishCreated(node, arguments, context);
   return CommandResult::success(shown(node));

@@ -1,0 +1,120 @@
+#include "host/Host.h"
+
+#include <algorithm>
+
+#include "host/api/PluginRegistry.h"
+#include "host/file/SceneFiles.h"
+#include "host/file/SceneWriter.h"
+#include "host/mel/Interpreter.h"
+#include "host/mel/Messages.h"
+#include "host/scene/Connections.h"
+#include "host/scene/Dag.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Shading.h"
+#include "host/scene/Values.h"
+
+namespace host {
+namespace {
+
+bool report(bool ok, const std::string& error) {
+  if (!ok) {
+    mel::showError(error);
+  }
+  return ok;
+}
+
+bool report(const mel::Outcome& outcome) {
+  return report(outcome.ok, outcome.failure.describe());
+}
+
+std::string fromCaller(const std::string& path) {
+  return mel::resolvedPath(path, mel::Interpreter::current().callerFolder());
+}
+
+// The mesh that a walk of the DAG meets first; an empty path when there is none.
+DagPath firstMesh(const DagPath& top) {
+  std::vector<DagPath> waiting{top};
+  while (!waiting.empty()) {
+    const DagPath path = waiting.back();
+    waiting.pop_back();
+    if (path.node()->mesh != nullptr && !path.node()->isIntermediate()) {
+      return path;
+    }
+    const auto& children = path.node()->children();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+      waiting.push_back(path.extendedBy(*child));
+    }
+  }
+  return DagPath();
+}
+
+// The file texture that the colour of one of the mesh's materials comes from.
+NodePtr colourTexture(const DagPath& mesh) {
+  for (const ShadingAssignment& assignment :
+       assignmentsOf(mesh.node(), mesh.instanceNumber(), true)) {
+    const NodePtr shader = surfaceShaderOf(assignment.set);
+    const auto colour = shader == nullptr ? std::nullopt : Plug::find(shader, "color");
+    const auto source = colour ? sourceOf(*colour) : std::nullopt;
+    if (source && source->node()->hasFn(MFn::kFileTexture)) {
+      return source->node();
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+void start(const std::string& callerFolder) {
+  mel::Interpreter::current().setCallerFolder(callerFolder);
+  startNewScene();
+}
+
+void newScene() {
+  startNewScene();
+}
+
+bool openScene(const std::string& path) {
+  std::string error;
+  return report(openFile({fromCaller(path), "mayaAscii", "", ""}, error), error);
+}
+
+bool saveScene(const std::string& path) {
+  std::string error;
+  return report(writeScene(fromCaller(path), error), error);
+}
+
+bool execute(const std::string& text, const std::string& origin) {
+  return report(mel::Interpreter::current().execute(text, origin));
+}
+
+bool executeFile(const std::string& path) {
+  return report(mel::Interpreter::current().executeFile(path));
+}
+
+void addPlugInFolder(const std::string& folder) {
+  PluginRegistry::current().addFolder(folder);
+}
+void addScriptFolder(const std::string& folder) {
+  mel::Interpreter::current().addScriptFolder(folder);
+}
+
+bool loadPlugin(const std::string& nameOrPath) {
+  std::string error;
+  return report(PluginRegistry::current().load(nameOrPath, error), error);
+}
+
+std::vector<TileCandidate> texturedTopLevelTransforms() {
+  std::vector<TileCandidate> candidates;
+  for (const NodePtr& node : Scene::current().world()->children()) {
+    const DagPath path({node});
+    const DagPath mesh = node->isTransform() ? firstMesh(path) : DagPath();
+    const NodePtr texture = mesh.isEmpty() ? nullptr : colourTexture(mesh);
+    const auto name = texture == nullptr ? std::nullopt : Plug::find(texture, "fileTextureName");
+    if (name) {
+      candidates.push_back({path.fullName(), readText(*name).value_or("")});
+    }
+  }
+  return candidates;
+}
+
+}  // namespace host

@@ -1,0 +1,87 @@
+#ifndef MORVANE_HOST_API_PLUGINREGISTRY_H_
+#define MORVANE_HOST_API_PLUGINREGISTRY_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/api/SharedLibrary.h"
+#include "host/mel/Value.h"
+#include "host/scene/Object.h"
+
+class MPxFileTranslator;
+
+namespace host {
+
+// A loaded plug-in, as the object that it is handed at start-up.
+class Plugin : public Object {
+ public:
+  MFn::Type apiType() const override { return MFn::kPlugin; }
+  bool isAlive() const override { return loaded; }
+
+  std::string name;  // of its file, without folder and suffix
+  std::string path;
+  std::string vendor = "Unknown";
+  std::string version = "Unknown";
+  std::vector<std::string> commands;  // in the order in which they were registered
+  bool loaded = true;
+
+ private:
+  friend class PluginRegistry;
+  SharedLibrary library_;
+  bool started_ = false;
+  int running_ = 0;  // its commands and translators that are under way
+};
+using PluginPtr = std::shared_ptr<Plugin>;
+
+using ObjectCreator = void* (*)();
+
+// A file format that a plug-in registered.
+struct Translator {
+  std::string name;
+  ObjectCreator create = nullptr;
+  PluginPtr plugin;
+};
+
+// The plug-ins of the process with what they registered.
+class PluginRegistry {
+ public:
+  static PluginRegistry& current();
+
+  // Folders searched before MAYA_PLUG_IN_PATH.
+  void addFolder(const std::string& folder);
+
+  // Loads by path or by name. Success when it is loaded already. A start-up that fails leaves what
+  // it registered, and the library, in place.
+  bool load(const std::string& nameOrPath, std::string& error);
+  // Refused while one of its commands runs.
+  bool unload(const std::string& name, std::string& error);
+  PluginPtr find(const std::string& nameOrPath) const;
+  const std::vector<PluginPtr>& plugins() const { return plugins_; }
+
+  bool addCommand(const PluginPtr& plugin, const std::string& name, ObjectCreator create);
+  bool removeCommand(const PluginPtr& plugin, const std::string& name);
+  bool addTranslator(Translator translator);
+  bool removeTranslator(const PluginPtr& plugin, const std::string& name);
+  const std::vector<Translator>& translators() const { return translators_; }
+
+  // A translator object to use and drop; its plug-in cannot be unloaded while it lives. Null when
+  // its creator gives nothing.
+  std::shared_ptr<MPxFileTranslator> make(const Translator& translator);
+
+ private:
+  std::string findFile(const std::string& nameOrPath) const;
+  bool start(const PluginPtr& plugin, std::string& error);
+  void dropRegistrations(const PluginPtr& plugin);
+
+  std::vector<std::string> folders_;
+  std::vector<PluginPtr> plugins_;
+  std::vector<Translator> translators_;
+};
+
+// What the plug-in's command that is running gives back: see MPxCommand::setResult.
+mel::Value& commandResult();
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_API_PLUGINREGISTRY_H_

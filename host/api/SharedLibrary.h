@@ -1,0 +1,29 @@
+#ifndef MORVANE_HOST_API_SHAREDLIBRARY_H_
+#define MORVANE_HOST_API_SHAREDLIBRARY_H_
+
+#include <string>
+
+namespace host {
+
+// A library that was loaded into the process: what a platform does in its own way. It stays loaded
+// until `close`.
+class SharedLibrary {
+ public:
+  // False with the reason in `error`.
+  bool open(const std::string& path, std::string& error);
+  void* symbol(const char* name) const;  // null when there is none
+  void close();
+
+  // What the names of plug-ins end in: ".so", ".mll", ".bundle".
+  static const char* pluginSuffix();
+
+ private:
+  void* handle_ = nullptr;
+};
+
+// The folder that the running program stands in; empty when it cannot be told.
+std::string programFolder();
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_API_SHAREDLIBRARY_H_

@@ -1,0 +1,212 @@
+#include "host/file/SceneFiles.h"
+
+#include <maya/MPxFileTranslator.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "host/api/PluginRegistry.h"
+#include "host/file/SceneInfo.h"
+#include "host/file/SceneReader.h"
+#include "host/file/SceneWriter.h"
+#include "host/mel/Interpreter.h"
+#include "host/scene/Scene.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kSceneType[] = "mayaAscii";
+// As much as translators may want to see; fits the short that they are told.
+constexpr std::size_t kFirstBytes = 4096;
+
+void setWorkingFolder(const std::string& folder) {
+  std::error_code ignored;
+  fs::current_path(fs::u8path(folder), ignored);
+}
+
+std::string readFirstBytes(const std::string& path) {
+  std::string bytes(kFirstBytes, '\0');
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+                                                             &std::fclose);
+  bytes.resize(file == nullptr ? 0 : std::fread(bytes.data(), 1, bytes.size(), file.get()));
+  return bytes;
+}
+
+MFileObject fileObject(const std::string& path) {
+  MFileObject file;
+  file.setRawFullName(MString(path.data(), static_cast<int>(path.size())));
+  return file;
+}
+
+const Translator* findTranslator(const std::string& name) {
+  for (const Translator& translator : PluginRegistry::current().translators()) {
+    if (translator.name == name) {
+      return &translator;
+    }
+  }
+  return nullptr;
+}
+
+bool exists(const std::string& path, std::string& error) {
+  std::error_code ignored;
+  if (fs::is_regular_file(fs::u8path(path), ignored)) {
+    return true;
+  }
+  error = "no file named " + path;
+  return false;
+}
+
+// The type that the request names or the file is; false when it is none that is known.
+bool settleType(FileRequest& request, std::string& error) {
+  if (request.type.empty()) {
+    request.type = identifyFile(request.path);
+    error = request.path + " is of no type that is known here";
+    return !request.type.empty();
+  }
+  error = "unknown file type '" + request.type + "'";
+  return request.type == kSceneType || findTranslator(request.type) != nullptr;
+}
+
+using Mode = MPxFileTranslator::FileAccessMode;
+
+bool translate(const FileRequest& request, Mode mode, std::string& error) {
+  const auto object = PluginRegistry::current().make(*findTranslator(request.type));
+  const bool reads =
+      mode == MPxFileTranslator::kOpenAccessMode || mode == MPxFileTranslator::kImportAccessMode;
+  const bool able = object != nullptr &&
+                    (reads ? object->haveReadMethod() : object->haveWriteMethod()) &&
+                    (mode != MPxFileTranslator::kOpenAccessMode || object->canBeOpened());
+  if (!able) {
+    error = "files of type '" + request.type + "' cannot be " +
+            (mode == MPxFileTranslator::kOpenAccessMode ? "opened"
+             : reads                                    ? "read"
+                                                        : "written");
+    return false;
+  }
+  const MString options(request.options.data(), static_cast<int>(request.options.size()));
+  const MFileObject file = fileObject(request.path);
+  const MStatus status =
+      reads ? object->reader(file, options, mode) : object->writer(file, options, mode);
+  error = "the '" + request.type + "' translator could not " + (reads ? "read " : "write ") +
+          request.path;
+  return status == MStatus::kSuccess;
+}
+
+bool readSceneFile(const std::string& path, const SceneReader::Options& options,
+                   std::string& error) {
+  SceneReader reader;
+  const bool ok = reader.read(path, options, error);
+  evaluateHistories();
+  return ok;
+}
+
+std::vector<NodePtr> selectedNodes() {
+  std::vector<NodePtr> nodes;
+  for (const SelectionItem& item : Scene::current().selection.items()) {
+    nodes.push_back(item.node);
+  }
+  return nodes;
+}
+
+}  // namespace
+
+void startNewScene() {
+  Scene::current().clear();
+  SceneInfo::current() = SceneInfo();
+  setWorkingFolder(mel::Interpreter::current().callerFolder());
+}
+
+std::string identifyFile(const std::string& path) {
+  const std::string bytes = readFirstBytes(path);
+  if (isSceneFileStart(bytes)) {
+    return kSceneType;
+  }
+  std::string possible;
+  for (const Translator& translator : PluginRegistry::current().translators()) {
+    const auto object = PluginRegistry::current().make(translator);
+    if (object == nullptr) {
+      continue;
+    }
+    const auto kind =
+        object->identifyFile(fileObject(path), bytes.data(), static_cast<short>(bytes.size()));
+    if (kind == MPxFileTranslator::kIsMyFileType) {
+      return translator.name;
+    }
+    if (kind == MPxFileTranslator::kCouldBeMyFileType && possible.empty()) {
+      possible = translator.name;
+    }
+  }
+  return possible;
+}
+
+bool openFile(const FileRequest& given, std::string& error) {
+  FileRequest request = given;
+  startNewScene();
+  if (!exists(request.path, error) || !settleType(request, error)) {
+    return false;
+  }
+  if (request.type != kSceneType) {
+    return translate(request, MPxFileTranslator::kOpenAccessMode, error);
+  }
+  SceneReader::Options options;
+  options.keepsInfo = true;
+  // Before anything is read: names in the scene are its folder's.
+  setWorkingFolder(fs::u8path(request.path).parent_path().u8string());
+  if (!readSceneFile(request.path, options, error)) {
+    startNewScene();
+    return false;
+  }
+  Scene::current().fileName = request.path;
+  Scene::current().selection.clear();
+  return true;
+}
+
+bool importFile(const FileRequest& given, std::string& error) {
+  FileRequest request = given;
+  if (!exists(request.path, error) || !settleType(request, error)) {
+    return false;
+  }
+  if (request.type != kSceneType) {
+    return translate(request, MPxFileTranslator::kImportAccessMode, error);
+  }
+  SceneReader::Options options;
+  options.nameSpace =
+      request.nameSpace.empty() || request.nameSpace == ":" ? "" : request.nameSpace + ":";
+  return readSceneFile(request.path, options, error);
+}
+
+bool exportFile(const FileRequest& given, bool selectionOnly, std::string& error) {
+  FileRequest request = given;
+  if (request.type.empty()) {
+    request.type = kSceneType;
+  }
+  if (!settleType(request, error)) {
+    return false;
+  }
+  if (selectionOnly && Scene::current().selection.size() == 0) {
+    error = "nothing is selected";
+    return false;
+  }
+  if (request.type != kSceneType) {
+    return translate(request,
+                     selectionOnly ? MPxFileTranslator::kExportActiveAccessMode
+                                   : MPxFileTranslator::kExportAccessMode,
+                     error);
+  }
+  return selectionOnly ? writeNodes(request.path, selectedNodes(), error)
+                       : writeScene(request.path, error);
+}
+
+bool saveFile(std::string& error) {
+  const std::string& path = Scene::current().fileName;
+  if (path.empty()) {
+    error = "the scene has no name; give it one with file -rename";
+    return false;
+  }
+  return writeScene(path, error);
+}
+
+}  // namespace host

@@ -1,0 +1,38 @@
+#ifndef MORVANE_HOST_FILE_SCENEFILES_H_
+#define MORVANE_HOST_FILE_SCENEFILES_H_
+
+#include <string>
+
+namespace host {
+
+// What `file` and the embedding program do with files: choose who reads or writes one, and do it.
+// Paths are absolute. Every call is false with the reason in `error` when it fails.
+
+// An empty scene with the default nodes; the working folder is the caller's again.
+void startNewScene();
+
+// What reads or writes a file: scene files are the host's own, all else is a plug-in's translator
+// by its registered name.
+struct FileRequest {
+  std::string path;
+  std::string type;  // "mayaAscii", a translator's name; empty: the file's content tells (a scene
+                     // file when it is written)
+  std::string options;    // handed to the translator
+  std::string nameSpace;  // for the names of an imported scene, without its colon; may be empty
+};
+
+// In place of the scene; the working folder becomes the file's.
+bool openFile(const FileRequest& request, std::string& error);
+// Into the scene.
+bool importFile(const FileRequest& request, std::string& error);
+// The active selection, or everything.
+bool exportFile(const FileRequest& request, bool selectionOnly, std::string& error);
+// The scene to its own file.
+bool saveFile(std::string& error);
+
+// "mayaAscii" or the name of the translator that says it is its file; empty when none does.
+std::string identifyFile(const std::string& path);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_SCENEFILES_H_
