@@ -26,11 +26,11 @@ namespace morvane {
 //    so that a loaded document keeps what its file declared.
 // 3. resourcesLength is what the resources take in the file, resourcesTail included.
 //
-// Operations that return false, -1 or null have changed nothing. Files and their contents are not
-// trusted: loading a file of n bytes takes n bytes, the same again at most for resources and layer
-// records as they are copied, and their bookkeeping (at most some 10 n); unpacking takes at most 64
-// times the packed data at a time, since no packed byte yields more. Planes that operations build
-// or unpack have sides of at most kMaxSide pixels.
+// Operations that return false, -1 or null have changed nothing. Files are not trusted. Loading one
+// of n bytes takes those n, a copy of its resources and layer records, and at most about 10 n for
+// their bookkeeping (reached by files of nothing but empty records). Unpacking a plane takes at
+// most 64 times its packed data; a new layer's planes are packed at once and take at most 57 MB
+// together, for an image of kMaxSide squared.
 //
 // A document is used by one thread at a time.
 class PsdDocument {

@@ -61,8 +61,8 @@ std::size_t paddedSize(std::size_t size) {
   return size + (size & 1);
 }
 
-// A resource that does not fit what is left of its section. Damage, unless its signature is not
-// that of resources: then it is something else, which is kept unread.
+// What does not fit its section is damage where the signature is that of resources. Otherwise it is
+// taken for something else, and kept unread.
 bool isForeign(const PsdResource& resource) {
   return std::memcmp(resource.signature, "8BIM", 4) != 0;
 }
