@@ -8,8 +8,8 @@
 
 namespace morvane {
 
-// `goblin_name [name]`: gives every mesh below the selection the goblin name (none: the meshes become ordinary
-// geometry again) and unlocks its UVs. Not undoable.
+// `goblin_name [name]`: gives every mesh below the selection the goblin name (none: the meshes
+// become ordinary geometry again) and unlocks its UVs. Not undoable.
 class GoblinNameCmd : public MPxCommand {
  public:
   static void* creator();

@@ -5,14 +5,14 @@
 #include <maya/MSelectionList.h>
 #include <maya/MStatus.h>
 
-// Tells goblins from other meshes and gathers both. A goblin is a mesh whose shape carries a text attribute
-// `goblinName` that is not empty.
+// Tells goblins from other meshes and gathers both. A goblin is a mesh whose shape carries a text
+// attribute `goblinName` that is not empty.
 namespace morvane {
 
 bool isGoblin(const MObject& mesh);
 
-// Appends the meshes at and below `root`, depth first, to `found`, announcing each on standard output. A root
-// that is no DAG node is reported there and adds nothing. Always a success.
+// Appends the meshes at and below `root`, depth first, to `found`, announcing each on standard
+// output. A root that is no DAG node is reported there and adds nothing. Always a success.
 MStatus collectMeshes(const MObject& root, MSelectionList& found, bool wantGoblins,
                       bool wantOthers);
 

@@ -8,8 +8,8 @@
 
 namespace morvane {
 
-// `goblin_uv [-s | root | goblinRoot uvRoot]`: gives every unlocked goblin the texture coordinates of the
-// geometry under it. Not undoable.
+// `goblin_uv [-s | root | goblinRoot uvRoot]`: gives every unlocked goblin the texture coordinates
+// of the geometry under it. Not undoable.
 class GoblinUvCmd : public MPxCommand {
  public:
   static void* creator();

@@ -36,8 +36,8 @@ double outside(double value, double low, double high) {
   return std::max({low - value, value - high, 0.0});
 }
 
-// A length that no point of the shape's surface can fall short of, so that a candidate that is farther than
-// the best so far is passed over without a look at its surface.
+// A length that no point of the shape's surface can fall short of, so that a candidate that is
+// farther than the best so far is passed over without a look at its surface.
 double leastDistance(const MPoint& query, const MDagPath& shape) {
   MBoundingBox box = MFnDagNode(shape).boundingBox();
   box.transformUsing(shape.inclusiveMatrix());

@@ -8,16 +8,17 @@
 // Finds the textured geometry under a goblin and copies its texture coordinates onto the goblin.
 namespace morvane {
 
-// Finds the candidate whose surface is nearest to the centre of the goblin's object-space box, which is taken
-// as a point of the world. Writes the candidate's position in the list and the id of its nearest polygon;
-// writes neither when no candidate has a nearest point. Ties go to the earlier candidate. Always a success.
+// Finds the candidate whose surface is nearest to the centre of the goblin's object-space box,
+// which is taken as a point of the world. Writes the candidate's position in the list and the id of
+// its nearest polygon; writes neither when no candidate has a nearest point. Ties go to the earlier
+// candidate. Always a success.
 MStatus findClosestGeometry(const MObject& goblin, const MSelectionList& candidates,
                             unsigned& index, int& polygon);
 
-// Gives the goblin's UV number v the texture coordinates of the point of candidate `index`'s polygon `polygon`
-// that is nearest to vertex v in world space, and makes every corner use the UV of its vertex's number. A
-// vertex whose coordinates cannot be evaluated is reported on standard output and keeps the UV it had, else
-// (0, 0). Always a success.
+// Gives the goblin's UV number v the texture coordinates of the point of candidate `index`'s
+// polygon `polygon` that is nearest to vertex v in world space, and makes every corner use the UV
+// of its vertex's number. A vertex whose coordinates cannot be evaluated is reported on standard
+// output and keeps the UV it had, else (0, 0). Always a success.
 MStatus sampleGoblinUVs(const MObject& goblin, const MSelectionList& candidates, unsigned index,
                         int polygon);
 
