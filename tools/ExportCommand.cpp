@@ -96,6 +96,9 @@ void addExport(CLI::App& program, int& status) {
   command->add_option(
       "NODE", options->nodes,
       "Tiles, by name or pattern; none: every top-level transform whose mesh has a file texture");
+  command->add_option(
+      "--to", options->to,
+      "Write exactly one tile, with its goblins' names, into this new PSD file instead");
   command->footer("A TGA texture is kept, and a PSD file of the same name written beside it.");
   command->callback([options, &status] {
     status = options->to.empty() ? updateTextures(*options) : exportToFile(*options);

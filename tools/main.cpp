@@ -33,6 +33,7 @@ int run(int argc, char** argv) {
   program.set_version_flag("--version", "morvane " MORVANE_VERSION);
   addRun(program, status);
   addExport(program, status);
+  addImport(program, status);
   addInfo(program, status);
   addGoblins(program, status);
   program.footer(kExamples);

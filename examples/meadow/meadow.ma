@@ -2357,7 +2357,7 @@ createNode mesh -n "log1Shape" -p "log1";
 createNode transform -n "log2" -p "hillTile";
 	rename -uid "1851A491-4EBB-B1A9-D6B1-8E8C8E9D70F5";
 	setAttr ".ro" 5;
-	setAttr ".t" -type "double3" 4.5 0.34072 -1.6 ;
+	setAttr ".t" -type "double3" 3.1 0.786079 -1.6 ;
 	setAttr ".r" -type "double3" 0 28 90 ;
 	setAttr ".s" -type "double3" 1.1 1.3 1.1 ;
 createNode mesh -n "log2Shape" -p "log2";
@@ -2485,6 +2485,98 @@ createNode mesh -n "log2Shape" -p "log2";
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
 	setAttr -k on ".goblinName" -type "string" "log";
+createNode transform -n "tuft1" -p "hillTile";
+	rename -uid "BF92230F-60F5-2630-D1B2-73AAFF97D1F3";
+	setAttr ".t" -type "double3" 4.8 0.31602 -3.1 ;
+	setAttr ".r" -type "double3" 0 0 0 ;
+	setAttr ".s" -type "double3" 1.2 1.2 1.2 ;
+createNode mesh -n "tuft1Shape" -p "tuft1";
+	rename -uid "F6D9D584-34FA-97F4-8977-BC4135B4BEA5";
+	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
+	setAttr -k off ".v";
+	setAttr ".vir" yes;
+	setAttr ".vif" yes;
+	setAttr ".uvst[0].uvsn" -type "string" "map1";
+	setAttr -s 45 ".uvst[0].uvsp[0:44]" -type "float2"  0 0 1 0 0.85 0.65 0.15 0.65 0.5 1 0 0
+		 1 0 0.85 0.65 0.15 0.65 0.5 1 0 0 1 0
+		 0.85 0.65 0.15 0.65 0.5 1 0 0 1 0 0.85 0.65
+		 0.15 0.65 0.5 1 0 0 1 0 0.85 0.65 0.15 0.65
+		 0.5 1 0 0 1 0 0.85 0.65 0.15 0.65 0.5 1
+		 0 0 1 0 0.85 0.65 0.15 0.65 0.5 1 0 0
+		 1 0 0.85 0.65 0.15 0.65 0.5 1 0 0 1 0
+		 0.85 0.65 0.15 0.65 0.5 1;
+	setAttr ".cuvs" -type "string" "map1";
+	setAttr ".dcc" -type "string" "Ambient+Diffuse";
+	setAttr -s 45 ".vt[0:44]"  -0.0191652 0 0.0419249 0.0443628 0 0.0125276 0.0740328 0.357513 0.101647 0.0295632 0.357513 0.122225 0.129495 0.550021 0.279841 0.0349549 0 -0.0300525
+		 -0.035045 0 -0.0299474 -0.0247316 0.417903 -0.154272 0.0242683 0.417903 -0.154346 -0.000579125 0.642928 -0.385773 -0.0452102 0 -0.00900202 -0.00198161 0 0.0460551
+		 -0.0932551 0.385713 0.10437 -0.123515 0.385713 0.0658295 -0.270963 0.593404 0.212749 0.0263797 0 0.0378036 0.0333243 0 -0.0318511 0.137223 0.381149 -0.0109404
+		 0.132362 0.381149 0.0378179 0.336982 0.586383 0.0335969 0.0182465 0 -0.0423328 -0.0446254 0 -0.0115574 -0.0694866 0.327597 -0.0862297 -0.0254763 0.327597 -0.107772
+		 -0.118704 0.503996 -0.242503 -0.0329725 0 0.0322151 0.036879 0 0.0276576 0.0337685 0.396147 0.141254 -0.0151276 0.396147 0.144444 0.0233011 0.609458 0.357122
+		 0.0444781 0 -0.0121118 -0.0187718 0 -0.0421025 0.0492061 0.441714 -0.160959 0.093481 0.441714 -0.139966 0.178359 0.67956 -0.376156 -0.0363988 0 -0.0282865
+		 -0.0223869 0 0.0402968 -0.140129 0.405657 0.0536353 -0.149937 0.405657 0.00562696 -0.362583 0.624088 0.0740778 0.0103982 0 0.0449097 0.042791 0 -0.0171444
+		 0.14779 0.417154 0.0495106 0.125115 0.417154 0.0929485 0.341132 0.641776 0.178074;
+	setAttr -s 54 ".ed[0:53]"  0 1 1 1 2 1 2 3 1 3 0 1 2 4 1 4 3 1
+		 5 6 1 6 7 1 7 8 1 8 5 1 7 9 1 9 8 1
+		 10 11 1 11 12 1 12 13 1 13 10 1 12 14 1 14 13 1
+		 15 16 1 16 17 1 17 18 1 18 15 1 17 19 1 19 18 1
+		 20 21 1 21 22 1 22 23 1 23 20 1 22 24 1 24 23 1
+		 25 26 1 26 27 1 27 28 1 28 25 1 27 29 1 29 28 1
+		 30 31 1 31 32 1 32 33 1 33 30 1 32 34 1 34 33 1
+		 35 36 1 36 37 1 37 38 1 38 35 1 37 39 1 39 38 1
+		 40 41 1 41 42 1 42 43 1 43 40 1 42 44 1 44 43 1;
+	setAttr -s 63 ".n[0:62]" -type "float3"  0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0 0 1 0
+		 0 1 0 0 1 0 0 1 0;
+	setAttr -s 18 -ch 63 ".fc[0:17]" -type "polyFaces" 
+		f 4 0 1 2 3
+		mu 0 4 0 1 2 3
+		f 3 -3 4 5
+		mu 0 3 3 2 4
+		f 4 6 7 8 9
+		mu 0 4 5 6 7 8
+		f 3 -9 10 11
+		mu 0 3 8 7 9
+		f 4 12 13 14 15
+		mu 0 4 10 11 12 13
+		f 3 -15 16 17
+		mu 0 3 13 12 14
+		f 4 18 19 20 21
+		mu 0 4 15 16 17 18
+		f 3 -21 22 23
+		mu 0 3 18 17 19
+		f 4 24 25 26 27
+		mu 0 4 20 21 22 23
+		f 3 -27 28 29
+		mu 0 3 23 22 24
+		f 4 30 31 32 33
+		mu 0 4 25 26 27 28
+		f 3 -33 34 35
+		mu 0 3 28 27 29
+		f 4 36 37 38 39
+		mu 0 4 30 31 32 33
+		f 3 -39 40 41
+		mu 0 3 33 32 34
+		f 4 42 43 44 45
+		mu 0 4 35 36 37 38
+		f 3 -45 46 47
+		mu 0 3 38 37 39
+		f 4 48 49 50 51
+		mu 0 4 40 41 42 43
+		f 3 -51 52 53
+		mu 0 3 43 42 44;
+	setAttr ".cd" -type "dataPolyComponent" Index_Data Edge 0 ;
+	setAttr ".cvd" -type "dataPolyComponent" Index_Data Vertex 0 ;
+	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
+	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
+	setAttr -k on ".goblinName" -type "string" "tuft";
 createNode transform -n "fairyRing" -p "hillTile";
 	rename -uid "EC9C9860-B36A-F345-EE74-8B4953B9B239";
 createNode transform -n "fairyRingCaps" -p "fairyRing";
@@ -5048,13 +5140,13 @@ createNode mesh -n "pathTileShape" -p "pathTile";
 	setAttr ".cvd" -type "dataPolyComponent" Index_Data Vertex 0 ;
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
-createNode transform -n "tuft1" -p "pathTile";
-	rename -uid "E6733D9C-AE45-76CB-E5B6-8059D95D9B82";
+createNode transform -n "tuft2" -p "pathTile";
+	rename -uid "9AA355AA-6201-D9A4-31F7-1F42955D4B2F";
 	setAttr ".t" -type "double3" -1.8 0.0220889 -3.6 ;
 	setAttr ".r" -type "double3" 0 0 0 ;
 	setAttr ".s" -type "double3" 1 1 1 ;
-createNode mesh -n "tuft1Shape" -p "tuft1";
-	rename -uid "F6D9D584-34FA-97F4-8977-BC4135B4BEA5";
+createNode mesh -n "tuft2Shape" -p "tuft2";
+	rename -uid "12A42CA2-75E3-E896-E369-45169B646876";
 	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
 	setAttr -k off ".v";
 	setAttr ".vir" yes;
@@ -5140,13 +5232,13 @@ createNode mesh -n "tuft1Shape" -p "tuft1";
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
 	setAttr -k on ".goblinName" -type "string" "tuft";
-createNode transform -n "tuft2" -p "pathTile";
-	rename -uid "9AA355AA-6201-D9A4-31F7-1F42955D4B2F";
+createNode transform -n "tuft3" -p "pathTile";
+	rename -uid "8CE1A1A0-557E-852C-6C53-9EBE07AA7008";
 	setAttr ".t" -type "double3" -2.1 -0.0564615 -0.4 ;
 	setAttr ".r" -type "double3" 0 31 0 ;
 	setAttr ".s" -type "double3" 1.15 1.15 1.15 ;
-createNode mesh -n "tuft2Shape" -p "tuft2";
-	rename -uid "12A42CA2-75E3-E896-E369-45169B646876";
+createNode mesh -n "tuft3Shape" -p "tuft3";
+	rename -uid "3CBB6987-A571-1487-ABDA-E63638805D24";
 	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
 	setAttr -k off ".v";
 	setAttr ".vir" yes;
@@ -5232,13 +5324,13 @@ createNode mesh -n "tuft2Shape" -p "tuft2";
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
 	setAttr -k on ".goblinName" -type "string" "tuft";
-createNode transform -n "tuft3" -p "pathTile";
-	rename -uid "8CE1A1A0-557E-852C-6C53-9EBE07AA7008";
+createNode transform -n "tuft4" -p "pathTile";
+	rename -uid "30B7D18F-6BFC-4850-7D6C-58785F82D470";
 	setAttr ".t" -type "double3" 1.2 0.181994 -1.4 ;
 	setAttr ".r" -type "double3" 0 62 0 ;
 	setAttr ".s" -type "double3" 1.3 1.3 1.3 ;
-createNode mesh -n "tuft3Shape" -p "tuft3";
-	rename -uid "3CBB6987-A571-1487-ABDA-E63638805D24";
+createNode mesh -n "tuft4Shape" -p "tuft4";
+	rename -uid "DA3281FA-3A00-B616-19BF-5D91AE296904";
 	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
 	setAttr -k off ".v";
 	setAttr ".vir" yes;
@@ -5324,13 +5416,13 @@ createNode mesh -n "tuft3Shape" -p "tuft3";
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
 	setAttr -k on ".goblinName" -type "string" "tuft";
-createNode transform -n "tuft4" -p "pathTile";
-	rename -uid "30B7D18F-6BFC-4850-7D6C-58785F82D470";
+createNode transform -n "tuft5" -p "pathTile";
+	rename -uid "FC04F4F7-A8A6-1668-5DDE-5540AFA687DC";
 	setAttr ".t" -type "double3" 3.9 0.157797 1.9 ;
 	setAttr ".r" -type "double3" 0 93 0 ;
 	setAttr ".s" -type "double3" 1 1 1 ;
-createNode mesh -n "tuft4Shape" -p "tuft4";
-	rename -uid "DA3281FA-3A00-B616-19BF-5D91AE296904";
+createNode mesh -n "tuft5Shape" -p "tuft5";
+	rename -uid "8570B3AB-6758-A558-4E3D-4DBC048E5A59";
 	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
 	setAttr -k off ".v";
 	setAttr ".vir" yes;
@@ -5416,13 +5508,13 @@ createNode mesh -n "tuft4Shape" -p "tuft4";
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
 	setAttr -k on ".goblinName" -type "string" "tuft";
-createNode transform -n "tuft5" -p "pathTile";
-	rename -uid "FC04F4F7-A8A6-1668-5DDE-5540AFA687DC";
+createNode transform -n "tuft6" -p "pathTile";
+	rename -uid "C5BC43E8-F243-1228-61E5-7E442EE69DB7";
 	setAttr ".t" -type "double3" -4 -0.22094 3.2 ;
 	setAttr ".r" -type "double3" 0 124 0 ;
 	setAttr ".s" -type "double3" 1.15 1.15 1.15 ;
-createNode mesh -n "tuft5Shape" -p "tuft5";
-	rename -uid "8570B3AB-6758-A558-4E3D-4DBC048E5A59";
+createNode mesh -n "tuft6Shape" -p "tuft6";
+	rename -uid "75493CCD-7146-2BD9-945D-CE4A023FB910";
 	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
 	setAttr -k off ".v";
 	setAttr ".vir" yes;
@@ -12439,13 +12531,13 @@ createNode mesh -n "scarecrow1Shape" -p "scarecrow1";
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
 	setAttr -k on ".goblinName" -type "string" "scarecrow";
-createNode transform -n "tuft6" -p "fieldTile";
-	rename -uid "9337024D-A609-8291-4D56-00C6EC33D711";
+createNode transform -n "tuft7" -p "fieldTile";
+	rename -uid "69724869-7E0D-2612-D978-EC40F17D95C2";
 	setAttr ".t" -type "double3" -1.7 0.127153 2.6 ;
 	setAttr ".r" -type "double3" 0 10 0 ;
 	setAttr ".s" -type "double3" 1.2 1.2 1.2 ;
-createNode mesh -n "tuft6Shape" -p "tuft6";
-	rename -uid "75493CCD-7146-2BD9-945D-CE4A023FB910";
+createNode mesh -n "tuft7Shape" -p "tuft7";
+	rename -uid "444020E8-3158-2ADC-C841-B32CBA66E4D0";
 	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
 	setAttr -k off ".v";
 	setAttr ".vir" yes;
@@ -12531,13 +12623,13 @@ createNode mesh -n "tuft6Shape" -p "tuft6";
 	setAttr ".pd[0]" -type "dataPolyComponent" Index_Data UV 0 ;
 	setAttr ".hfd" -type "dataPolyComponent" Index_Data Face 0 ;
 	setAttr -k on ".goblinName" -type "string" "tuft";
-createNode transform -n "tuft7" -p "fieldTile";
-	rename -uid "69724869-7E0D-2612-D978-EC40F17D95C2";
+createNode transform -n "tuft8" -p "fieldTile";
+	rename -uid "9FA591EC-DBBB-C2D6-AE4D-23F61D91D44E";
 	setAttr ".t" -type "double3" -1.4 -0.301286 -3.9 ;
 	setAttr ".r" -type "double3" 0 80 0 ;
 	setAttr ".s" -type "double3" 1.1 1.1 1.1 ;
-createNode mesh -n "tuft7Shape" -p "tuft7";
-	rename -uid "444020E8-3158-2ADC-C841-B32CBA66E4D0";
+createNode mesh -n "tuft8Shape" -p "tuft8";
+	rename -uid "21ED69A7-5014-C0AB-8D81-04997DEC8F5D";
 	addAttr -ci true -sn "goblinName" -ln "goblinName" -dt "string";
 	setAttr -k off ".v";
 	setAttr ".vir" yes;
@@ -12699,6 +12791,7 @@ connectAttr "rock4Shape.iog" "rockSG.dsm" -na;
 connectAttr "stump1Shape.iog" "woodSG.dsm" -na;
 connectAttr "log1Shape.iog" "woodSG.dsm" -na;
 connectAttr "log2Shape.iog" "woodSG.dsm" -na;
+connectAttr "tuft1Shape.iog" "plantSG.dsm" -na;
 connectAttr "toadstool1Shape.iog" "toadstoolSG.dsm" -na;
 connectAttr "mushroom1Shape.iog" "mushroomSG.dsm" -na;
 connectAttr "mushroom2Shape.iog" "mushroomSG.dsm" -na;
@@ -12732,11 +12825,11 @@ connectAttr "pathGroundFile.msg" "pathGroundInfo.t" -na;
 connectAttr "pathGroundFile.msg" ":defaultTextureList1.tx" -na;
 connectAttr "pathGroundPlace.msg" ":defaultRenderUtilityList1.u" -na;
 connectAttr "pathTileShape.iog" "pathGroundSG.dsm" -na;
-connectAttr "tuft1Shape.iog" "plantSG.dsm" -na;
 connectAttr "tuft2Shape.iog" "plantSG.dsm" -na;
 connectAttr "tuft3Shape.iog" "plantSG.dsm" -na;
 connectAttr "tuft4Shape.iog" "plantSG.dsm" -na;
 connectAttr "tuft5Shape.iog" "plantSG.dsm" -na;
+connectAttr "tuft6Shape.iog" "plantSG.dsm" -na;
 connectAttr "rock5Shape.iog" "rockSG.dsm" -na;
 connectAttr "stump2Shape.iog" "woodSG.dsm" -na;
 connectAttr "fence_post1Shape.iog" "woodSG.dsm" -na;
@@ -12826,8 +12919,8 @@ connectAttr "cabbage10Shape.iog" "plantSG.dsm" -na;
 connectAttr "cabbage11Shape.iog" "plantSG.dsm" -na;
 connectAttr "cabbage12Shape.iog" "plantSG.dsm" -na;
 connectAttr "scarecrow1Shape.iog" "clothSG.dsm" -na;
-connectAttr "tuft6Shape.iog" "plantSG.dsm" -na;
 connectAttr "tuft7Shape.iog" "plantSG.dsm" -na;
+connectAttr "tuft8Shape.iog" "plantSG.dsm" -na;
 connectAttr "rockSG.pa" ":renderPartition.st" -na;
 connectAttr "rock.msg" ":defaultShaderList1.s" -na;
 connectAttr "woodSG.pa" ":renderPartition.st" -na;

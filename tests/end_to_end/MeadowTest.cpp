@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/end_to_end/Program.h"
 
@@ -17,14 +18,17 @@ class Meadow : public ProgramTest {
     ASSERT_EQ(exported_.status, 0) << exported_.err;
   }
 
-  // How often `text` stands in the scene between a tile's transform and the next one's.
-  std::size_t countBelow(const std::string& tile, const std::string& text) {
+  // How many goblins the scene's text has between a tile's transform and the next tile's.
+  std::size_t goblinsBelow(const std::string& tile) {
     const std::string scene = read("meadow.ma");
     std::size_t at = scene.find("createNode transform -n \"" + tile + '"');
-    std::size_t end = scene.find("Tile\";\n", at + tile.size() + 32);
-    if (end == std::string::npos) end = scene.size();
+    const std::string rest = scene.substr(at + 1);
     std::size_t count = 0;
-    while ((at = scene.find(text, at + 1)) < end) ++count;
+    std::istringstream lines(rest);
+    for (std::string line; std::getline(lines, line);) {
+      if (line.find("createNode transform") == 0 && line.find("Tile\"") < line.find("-p")) break;
+      if (line.find("setAttr -k on \".goblinName\"") != std::string::npos) ++count;
+    }
     return count;
   }
 
@@ -35,7 +39,7 @@ TEST_F(Meadow, EveryGoblinOfEveryTileArrives) {
   std::size_t all = 0;
   for (const std::string tile : {"hill", "path", "pond", "field"}) {
     SCOPED_TRACE(tile);
-    const std::size_t expected = countBelow(tile + "Tile", ".goblinName\"");
+    const std::size_t expected = goblinsBelow(tile + "Tile");
     const Json json = Json::parse(morvane({"goblins", "textures/" + tile + ".psd", "--json"}).out,
                                   nullptr, false);
     EXPECT_EQ(json["goblins"].size(), expected);

@@ -93,7 +93,7 @@ std::string meshText(const std::string& name, const std::string& parent, const s
 
 }  // namespace
 
-std::string sceneOfTiles(const std::vector<std::string>& textures) {
+std::string sceneOfTiles(const std::vector<std::string>& textures, bool bare) {
   std::string nodes =
       "//Maya ASCII 2018 scene\nrequires maya \"2018\";\ncurrentUnit -l centimeter -a degree -t "
       "film;\n";
@@ -102,13 +102,13 @@ std::string sceneOfTiles(const std::vector<std::string>& textures) {
     const std::string n = std::to_string(i);
     nodes += "createNode transform -n \"tile" + n + "\";\n";
     nodes += meshText("tileShape" + n, "tile" + n, "-2 0 4 2 0.5 4 2 1 -4 -2 0.5 -4", 4);
-    nodes += "createNode transform -n \"pebble" + n + "\" -p \"tile" + n + "\";\n";
-    nodes += meshText("pebbleShape" + n, "pebble" + n, "0 0 0 1 0 0 0 0 -1", 3);
-    nodes +=
-        "\taddAttr -ci true -sn \"goblinName\" -ln \"goblinName\" -dt \"string\";\n\tsetAttr "
-        "\".goblinName\" -type "
-        "\"string\" \"" +
-        std::string(kTileGoblin) + "\";\n";
+    if (!bare) {
+      nodes += "createNode transform -n \"pebble" + n + "\" -p \"tile" + n + "\";\n";
+      nodes += meshText("pebbleShape" + n, "pebble" + n, "0 0 0 1 0 0 0 0 -1", 3);
+      nodes +=
+          "\taddAttr -ci true -sn \"goblinName\" -ln \"goblinName\" -dt \"string\";\n"
+          "\tsetAttr \".goblinName\" -type \"string\" \"pebble\";\n";
+    }
     nodes += "createNode lambert -n \"ground" + n + "\";\ncreateNode shadingEngine -n \"group" + n +
              "\";\ncreateNode file -n \"picture" + n +
              "\";\n\tsetAttr \".ftn\" -type \"string\" \"" + textures[i - 1] + "\";\n";

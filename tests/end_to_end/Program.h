@@ -38,11 +38,9 @@ class ProgramTest : public testing::Test {
 };
 
 // A scene with one tile for each texture named, called tile1, tile2, ... Each is a quad from (-2,
-// 0, -4) to (2, 1, 4) with one goblin, a triangle moved to the middle: a blob of 128 bytes.
-std::string sceneOfTiles(const std::vector<std::string>& textures);
-
-// The goblins' texts of such a scene.
-constexpr const char* kTileGoblin = "pebble";
+// 0, -4) to (2, 1, 4). Unless they are to be bare, it has one goblin, the triangle "pebble" in the
+// middle: a blob of 128 bytes in the tagged layout and of 138 in the named one.
+std::string sceneOfTiles(const std::vector<std::string>& textures, bool bare = false);
 
 // An uncompressed 24-bit image of one colour, and a flat 8-bit RGB file without layers.
 std::string tgaBytes(int width, int height);

@@ -55,6 +55,7 @@ TEST_F(Status, AMissingPlugInIs3) {
   program_ = path("alone/bin/morvane");
   refuses("env -u MAYA_PLUG_IN_PATH $morvane run -c 'print 1'", 3, "morvane");
   const Outcome found = shell("MAYA_PLUG_IN_PATH=" + shellWord(MORVANE_BINARY_DIR "/plug-ins") +
+                              " MAYA_SCRIPT_PATH=" + shellWord(MORVANE_BINARY_DIR "/scripts") +
                               " $morvane run -c 'print \"here\\n\"'");
   EXPECT_EQ(found.status, 0) << found.err;
   EXPECT_EQ(found.out, "here\n");
