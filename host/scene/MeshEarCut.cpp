@@ -169,12 +169,11 @@ class Ring {
   }
 
   bool isEar(int node, Care care) {
-    if (care == kAnything || budget_ < 0) return true;
+    if (care == kAnything || --budget_ < 0) return true;
     const int previous = nodes_[node].previous;
     const int next = nodes_[node].next;
     const double area = turnAt(node);
     if (care == kRelaxed ? !(area >= 0.0) : !(area > 0.0)) return false;
-    if (care == kStrict && !(sees(previous, at(next)) && sees(next, at(previous)))) return false;
     return !holdsReflexCorner(at(previous), at(node), at(next));
   }
 

@@ -14,9 +14,10 @@ namespace host {
 namespace {
 
 constexpr double kTie = 1.0e-12;
-// Embree compares squared single-precision distances; this much covers what they round away.
+// Embree compares squared single-precision distances. This much covers what they round away, and
+// what a query point far outside loses; next to a box, the box's own rounding covers the query
+// point's.
 constexpr double kRadiusSlack = 1.0e-6;
-constexpr double kLeastRadius = 1.0e-15;  // its square is still a normal float
 
 struct ReleaseDevice {
   void operator()(RTCDevice device) const { rtcReleaseDevice(device); }
@@ -123,14 +124,13 @@ namespace {
 template <typename Tree>
 struct Search {
   const Tree& tree;
-  Vec3 from;              // in the tree's units
-  double rounding = 0.0;  // how far Embree's copy of `from` is off
+  Vec3 from;  // in the tree's units
   int triangle = -1;
   double distance = HUGE_VAL;
 
   // Gives Embree the part of space in which a point may still be taken.
   void limit(RTCPointQuery& query) const {
-    const double reach = distance * (1.0 + kRadiusSlack) + kTie + rounding + kLeastRadius;
+    const double reach = distance * (1.0 + kRadiusSlack) + kTie;
     query.radius = roundedUp(reach);
   }
 
@@ -172,7 +172,6 @@ std::optional<SurfacePoint> SurfaceIndex::closest(const Vec3& from) const {
   query.x = toFloat(search.from.x);
   query.y = toFloat(search.from.y);
   query.z = toFloat(search.from.z);
-  search.rounding = length(search.from - Vec3{query.x, query.y, query.z});
   query.radius = std::numeric_limits<float>::infinity();
   RTCPointQueryContext context;
   rtcInitPointQueryContext(&context);

@@ -8,7 +8,7 @@ namespace {
 
 // A mesh may spend this many tests, and some for each corner, on cutting ears: enough to do
 // polygons of thousands of corners properly, and a second or so in all.
-constexpr long long kBaseBudget = 200'000'000;
+constexpr long long kBaseBudget = 100'000'000;
 constexpr long long kBudgetPerCorner = 200;
 
 // Drops the axis along which the face looks most, and keeps the turn. Coordinates are relative to

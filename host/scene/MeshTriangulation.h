@@ -15,8 +15,8 @@ MeshTriangles triangulate(const MeshData& mesh);
 
 // One polygon in the plane, as triangulate does it: `loops` are ranges of `points`, the outer loop
 // first, counter-clockwise. Appends triangles of positions in `points`, plus `firstCorner`. Every
-// test of a point against an ear takes one from `budget`; once that is used up, ears are cut
-// without a test, so that a hostile polygon costs quality and not hours.
+// test takes one from `budget`; once that is used up, ears are cut without a test, so that a
+// hostile polygon costs quality and not hours.
 struct PlanePoint {
   double x = 0.0;
   double y = 0.0;

@@ -100,6 +100,22 @@ TEST(MeshIndex, FindsTheNearestPointThatBruteForceFinds) {
   }
 }
 
+// Next to the surface, single precision cannot tell the distances apart.
+TEST(MeshIndex, PointsNextToTheSurfaceAreNotTakenElsewhere) {
+  std::mt19937 random(23);
+  std::uniform_real_distribution<double> part(0.0, 1.0);
+  const MeshData mesh = soup(random, 20'000, 0.3);
+  for (const MeshTriangle& t : mesh.triangles().list) {
+    const double b = part(random);
+    const double c = part(random) * (1.0 - b);
+    const Vec3 on = cornerPoint(mesh, t.corners[0]) * (1.0 - b - c) +
+                    cornerPoint(mesh, t.corners[1]) * b + cornerPoint(mesh, t.corners[2]) * c;
+    const auto found = mesh.surfaceIndex(MMatrix()).closest(on);
+    ASSERT_TRUE(found.has_value());
+    EXPECT_LT(found->distance, 1e-13);
+  }
+}
+
 TEST(MeshIndex, TiesGoToTheEarlierFace) {
   // Faces at z = 1, z = -1 and z = 1 again, further along x; the middle between them is equally far
   // from the first two.

@@ -174,6 +174,12 @@ TEST(MeshTriangulation, HostileFacesEndSoon) {
   for (int i = 0; i < 30'000; ++i) sieve.push_back(square(anywhere(random), anywhere(random), 0.1));
   EXPECT_EQ(faceWithHoles(sieve).triangles().list.size(), 4u + 6u * 30'000u - 2u);
 
+  Loop line;
+  for (int i = 0; i < 300'000; ++i) line.push_back({static_cast<double>(i), i == 7 ? 1.0 : 0.0, 0});
+  line.push_back({9, -5, 0});
+  line.push_back({5, -1, 0});
+  EXPECT_EQ(faceWithHoles({line}).triangles().list.size(), line.size() - 2);
+
   const double nan = std::nan("");
   EXPECT_EQ(faceWithHoles({{{0, 0, 0}, {nan, 1, 0}, {1, 1, 0}, {0, 1, nan}, {2, 2, 2}}})
                 .triangles()
