@@ -81,7 +81,7 @@ unsigned int MDagPath::instanceNumber(MStatus* status) const {
 
 bool MDagPath::isInstanced(MStatus* status) const {
   const host::NodePtr end = endOf(*this, status);
-  return end && host::pathCount(*end) > 1;
+  return end && end->pathCount() > 1;
 }
 
 bool MDagPath::hasFn(MFn::Type type, MStatus* status) const {

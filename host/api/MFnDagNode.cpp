@@ -85,7 +85,7 @@ MString MFnDagNode::partialPathName(MStatus* status) const {
 bool MFnDagNode::isInstanced(bool indirect, MStatus* status) const {
   const host::NodePtr attached = node(status);
   if (!attached) return false;
-  return indirect ? host::pathCount(*attached) > 1 : attached->parents().size() > 1;
+  return indirect ? attached->pathCount() > 1 : attached->parents().size() > 1;
 }
 
 bool MFnDagNode::isIntermediateObject(MStatus* status) const {

@@ -58,7 +58,7 @@ unsigned DagPath::instanceNumber() const {
     std::size_t before = 0;
     for (const Node* other : node->parents()) {
       if (other == parent) break;
-      before += pathCount(*other);
+      before += other->pathCount();
     }
     number += before;
     parent = node.get();
@@ -78,13 +78,6 @@ DagPath DagPath::parent() const {
   return DagPath(std::move(nodes));
 }
 
-std::size_t pathCount(const Node& node) {
-  if (isWorld(node)) return 1;
-  std::size_t count = 0;
-  for (const Node* parent : node.parents()) count += pathCount(*parent);
-  return count;
-}
-
 DagPath pathOfInstance(const NodePtr& node, std::size_t instance) {
   std::vector<NodePtr> nodes;
   Node* current = node.get();
@@ -92,7 +85,7 @@ DagPath pathOfInstance(const NodePtr& node, std::size_t instance) {
     nodes.push_back(current->pointer());
     Node* through = nullptr;
     for (Node* parent : current->parents()) {
-      const std::size_t count = pathCount(*parent);
+      const std::size_t count = parent->pathCount();
       if (instance < count) {
         through = parent;
         break;

@@ -48,7 +48,6 @@ class DagPath {
 std::vector<DagPath> allPaths(const NodePtr& node);
 DagPath firstPath(const NodePtr& node);
 DagPath pathOfInstance(const NodePtr& node, std::size_t instance);  // empty when there is none
-std::size_t pathCount(const Node& node);
 
 // Children that are shapes and not intermediate.
 std::vector<NodePtr> shapesBelow(const Node& transform);

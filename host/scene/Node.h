@@ -42,6 +42,8 @@ class Node : public Object {
   const std::vector<Node*>& parents() const { return parents_; }
   const std::vector<NodePtr>& children() const { return children_; }
 
+  std::size_t pathCount() const { return pathCount_; }  // how many ways lead down from the world
+
   // By long or short name: of the type, added to this node, or loose.
   AttributePtr findAttribute(std::string_view longOrShortName) const;
   const std::vector<AttributePtr>& dynamicAttributes() const { return dynamicAttributes_; }
@@ -72,6 +74,7 @@ class Node : public Object {
   std::string name_;
   std::size_t serial_;
   bool alive_ = true;
+  std::size_t pathCount_ = 0;
   std::vector<Node*> parents_;
   std::vector<NodePtr> children_;
   std::vector<AttributePtr> dynamicAttributes_;

@@ -48,30 +48,19 @@ std::size_t depthOf(const Node& node) {
   return depthOf(node, known);
 }
 
-// How many paths lead to a node; one more than allowed stands for all larger numbers.
-std::size_t boundedPathCount(const Node& node,
-                             std::unordered_map<const Node*, std::size_t>& known) {
-  if (node.apiType() == MFn::kWorld) return 1;
-  const auto found = known.find(&node);
-  if (found != known.end()) return found->second;
-  std::size_t count = 0;
-  for (const Node* parent : node.parents()) count += boundedPathCount(*parent, known);
-  return known[&node] = std::min(count, Scene::kMaxInstances + 1);
+void appendParentsFirst(Node& node, std::unordered_set<Node*>& seen, std::vector<Node*>& order) {
+  if (!seen.insert(&node).second) return;
+  for (const NodePtr& child : node.children()) appendParentsFirst(*child, seen, order);
+  order.push_back(&node);
 }
 
-// Whether a node at or below this one has more paths than allowed.
-bool hasTooManyPaths(const NodePtr& top) {
-  std::unordered_map<const Node*, std::size_t> known;
-  std::unordered_set<const Node*> seen;
-  std::vector<NodePtr> open = {top};
-  while (!open.empty()) {
-    const NodePtr node = open.back();
-    open.pop_back();
-    if (!seen.insert(node.get()).second) continue;
-    if (boundedPathCount(*node, known) > Scene::kMaxInstances) return true;
-    open.insert(open.end(), node->children().begin(), node->children().end());
-  }
-  return false;
+// The node and all below it, every node after those of its parents that are among them.
+std::vector<Node*> parentsFirst(Node& top) {
+  std::unordered_set<Node*> seen;
+  std::vector<Node*> order;
+  appendParentsFirst(top, seen, order);
+  std::reverse(order.begin(), order.end());
+  return order;
 }
 
 // Whether `node` is `other` or stands above it.
@@ -101,6 +90,7 @@ void Scene::clear() {
   removeAll();
   world_ = std::make_shared<Node>(*NodeType::find("world"), nextSerial_++);
   world_->name_ = "world";
+  world_->pathCount_ = 1;
   world_->isDefault = true;
   makeDefaultNodes();
 }
@@ -169,7 +159,11 @@ void Scene::destroy(const NodePtr& node) {
   for (const NodePtr& child : children) {
     auto& parents = child->parents_;
     parents.erase(findIn(parents, node.get()));
-    if (parents.empty()) destroy(child);
+    if (parents.empty()) {
+      destroy(child);
+    } else {
+      changePathCounts(*child, -static_cast<std::ptrdiff_t>(node->pathCount_));
+    }
   }
   for (Node* parent : node->parents_) {
     auto& siblings = parent->children_;
@@ -182,14 +176,35 @@ void Scene::destroy(const NodePtr& node) {
   nodes_.erase(node->serial());
 }
 
-void Scene::link(const NodePtr& child, const NodePtr& parent) {
+// Makes `difference` more paths lead to the node, and as many for each way down to a node below it.
+// False when a node has more than allowed then.
+bool Scene::changePathCounts(Node& node, std::ptrdiff_t difference) {
+  if (node.children_.empty()) {
+    node.pathCount_ += static_cast<std::size_t>(difference);
+    return node.pathCount_ <= kMaxInstances;
+  }
+  if (difference == 0) return true;
+  std::unordered_map<const Node*, std::ptrdiff_t> ways = {{&node, 1}};
+  bool isAllowed = true;
+  for (Node* each : parentsFirst(node)) {
+    const std::ptrdiff_t waysHere = ways[each];
+    each->pathCount_ += static_cast<std::size_t>(waysHere * difference);
+    isAllowed = isAllowed && each->pathCount_ <= kMaxInstances;
+    for (const NodePtr& child : each->children_) ways[child.get()] += waysHere;
+  }
+  return isAllowed;
+}
+
+bool Scene::link(const NodePtr& child, const NodePtr& parent) {
   child->parents_.push_back(parent.get());
   parent->children_.push_back(child);
+  return changePathCounts(*child, static_cast<std::ptrdiff_t>(parent->pathCount_));
 }
 
 void Scene::unlink(const NodePtr& child, const NodePtr& parent) {
   child->parents_.erase(findIn(child->parents_, parent.get()));
   parent->children_.erase(findIn(parent->children_, child));
+  changePathCounts(*child, -static_cast<std::ptrdiff_t>(parent->pathCount_));
 }
 
 // `child` null: a new node.
@@ -223,13 +238,15 @@ bool Scene::reparent(const NodePtr& node, const NodePtr& oldParent, const NodePt
   }
   Node*& slot = *findIn(node->parents_, from.get());
   slot = to.get();
-  if (pathCount(*to) > 1 && hasTooManyPaths(node)) {
+  const auto more = static_cast<std::ptrdiff_t>(to->pathCount_ - from->pathCount_);
+  if (!changePathCounts(*node, more)) {
+    changePathCounts(*node, -more);
     slot = from.get();
     return fail(error, "'" + node->name() + "' would have too many instances");
   }
   from->children_.erase(findIn(from->children_, node));
   to->children_.push_back(node);
-  const std::string name = freeName(node->name(), node.get(), node->parents_, true);
+  const std::string name = freeName(node->name(), node.get(), {to.get()}, true);
   if (name != node->name()) setName(*node, name);
   return true;
 }
@@ -239,12 +256,11 @@ bool Scene::addInstance(const NodePtr& node, const NodePtr& parent, std::string*
   if (!node->isDag()) return fail(error, "'" + node->name() + "' is no DAG node");
   if (findIn(node->parents_, to.get()) != node->parents_.end()) return true;
   if (!canTake(to, node, error)) return false;
-  link(node, to);
-  if (hasTooManyPaths(node)) {
+  if (!link(node, to)) {
     unlink(node, to);
     return fail(error, "'" + node->name() + "' would have too many instances");
   }
-  const std::string name = freeName(node->name(), node.get(), node->parents_, true);
+  const std::string name = freeName(node->name(), node.get(), {to.get()}, true);
   if (name != node->name()) setName(*node, name);
   return true;
 }

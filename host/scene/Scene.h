@@ -115,7 +115,8 @@ class Scene {
 
   NodePtr addNode(const NodeType& type, const std::string& name, const NodePtr& parent);
   bool canTake(const NodePtr& parent, const NodePtr& child, std::string* error) const;
-  void link(const NodePtr& child, const NodePtr& parent);
+  bool changePathCounts(Node& node, std::ptrdiff_t difference);
+  bool link(const NodePtr& child, const NodePtr& parent);  // false: more paths than allowed
   void unlink(const NodePtr& child, const NodePtr& parent);
   void destroy(const NodePtr& node);
 

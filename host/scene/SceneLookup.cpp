@@ -202,7 +202,7 @@ bool Scene::isOnlyPath(std::string_view partialPath) const {
   if (found == byName_.end()) return false;
   const Namesakes& namesakes = found->second;
   if (namesakes.dag.size() != 1 || !namesakes.others.empty()) return false;
-  return pathCount(*namesakes.dag.begin()->second) == 1;
+  return namesakes.dag.begin()->second->pathCount() == 1;
 }
 
 std::string Scene::displayName(const NodePtr& node) const {

@@ -137,11 +137,22 @@ bool holdsSome(const NodePtr& set, const SelectionItem& item) {
   return !(held.without(item.component->elements()) == held);
 }
 
+// The sets that the plug and what is below it are members of, each once.
+std::vector<NodePtr> setsFrom(const NodePtr& node, const std::string& path) {
+  std::vector<NodePtr> sets;
+  for (const ConnectionPtr& connection : node->connections.outOfAtOrBelow(path)) {
+    const NodePtr& set = connection->destination.node();
+    const bool isNew = std::find(sets.begin(), sets.end(), set) == sets.end();
+    if (isNew && isMembership(*connection)) sets.push_back(set);
+  }
+  return sets;
+}
+
 // Sets that share a partition with `set` and hold a part of the item.
 std::vector<NodePtr> rivalsFor(const NodePtr& set, const SelectionItem& item) {
   std::vector<NodePtr> rivals;
   const std::vector<NodePtr> partitions = partitionsOf(set);
-  for (const NodePtr& other : setsHolding(item.node)) {
+  for (const NodePtr& other : setsFrom(item.node, memberPlug(item).path())) {
     if (other == set) continue;
     const std::vector<NodePtr> theirs = partitionsOf(other);
     const bool isRival = std::any_of(theirs.begin(), theirs.end(), [&](const NodePtr& partition) {
@@ -263,14 +274,7 @@ void clearMembers(const NodePtr& set) {
 }
 
 std::vector<NodePtr> setsHolding(const NodePtr& node) {
-  std::vector<NodePtr> sets;
-  const char* top = node->isDag() ? "instObjGroups" : "message";
-  for (const ConnectionPtr& connection : node->connections.outOfAtOrBelow(top)) {
-    const NodePtr& set = connection->destination.node();
-    const bool isNew = std::find(sets.begin(), sets.end(), set) == sets.end();
-    if (isNew && isMembership(*connection)) sets.push_back(set);
-  }
-  return sets;
+  return setsFrom(node, node->isDag() ? "instObjGroups" : "message");
 }
 
 std::vector<NodePtr> partitionsOf(const NodePtr& set) {

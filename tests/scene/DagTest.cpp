@@ -76,7 +76,7 @@ TEST_F(Dag, InstancesAreNumberedInTheirOrder) {
     names.push_back(path.fullName());
   }
   EXPECT_EQ(names, (Strings{"|a|inner|shape", "|b|inner|shape", "|b|shape"}));
-  EXPECT_EQ(pathCount(*shape), 3u);
+  EXPECT_EQ(shape->pathCount(), 3u);
   EXPECT_TRUE(pathOfInstance(shape, 3).isEmpty());
   EXPECT_EQ(scene.displayName(shape), "shape");
   EXPECT_EQ(matched("shape"), Strings{"|a|inner|shape"});
@@ -141,7 +141,7 @@ TEST_F(Dag, DepthAndInstancesAreBounded) {
     right = make("transform", "", next);
   }
   EXPECT_EQ(levels, 16u);  // 2 to the 16 is the most
-  EXPECT_EQ(pathCount(*left), Scene::kMaxInstances);
+  EXPECT_EQ(left->pathCount(), Scene::kMaxInstances);
   // Nor by moving what has instances below what has.
   const NodePtr twice = make("transform", "twice");
   const NodePtr leaf = make("transform", "leaf", twice);

@@ -32,7 +32,8 @@ class SceneTest : public testing::Test {
     const NodePtr transform = make("transform", name);
     const NodePtr mesh = make("mesh", (std::string(name) + "Shape").c_str(), transform);
     const auto size = [faces](std::string_view shortName, std::string_view) {
-      return shortName == "sw" ? std::optional<double>(faces) : std::optional<double>(1.0);
+      if (shortName == "sw") return std::optional<double>(faces);
+      return shortName == "sh" ? std::optional<double>(1.0) : std::nullopt;
     };
     EXPECT_EQ(evaluatePrimitive("polyPlane", size, *mesh->mesh), "");
     EXPECT_EQ(mesh->mesh->faceCount(), faces);
