@@ -1,7 +1,15 @@
 #include <maya/MItDependencyNodes.h>
 
+#include <limits>
+
 #include "host/api/Status.h"
 #include "host/scene/Scene.h"
+
+namespace {
+
+constexpr std::size_t kPastTheLast = std::numeric_limits<std::size_t>::max();
+
+}  // namespace
 
 MItDependencyNodes::MItDependencyNodes(MFn::Type filter, MStatus* status) : filter_(filter) {
   host::report(status, true);
@@ -14,7 +22,7 @@ void MItDependencyNodes::skipOthers() {
   while (node && filter_ != MFn::kInvalid && !node->hasFn(filter_)) {
     node = scene.nodeAtOrAfter(node->serial() + 1);
   }
-  if (node) serial_ = node->serial();
+  serial_ = node ? node->serial() : kPastTheLast;
 }
 
 bool MItDependencyNodes::isDone(MStatus* status) const {

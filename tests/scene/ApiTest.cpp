@@ -122,6 +122,7 @@ TEST_F(Api, ShadersAreFoundWhileTheyAreMade) {
   const MObject made = shader.create(true, &status);
   EXPECT_STREQ(shader.name().asChar(), "lambert2");
   make("phong", "shiny");
+  make("file", "noShader");
   Strings names;
   for (MItDependencyNodes it(MFn::kLambert); !it.isDone(); it.next()) {
     names.push_back(MFnDependencyNode(it.item()).name().asChar());
