@@ -123,14 +123,7 @@ const MeshNormals& MeshData::normals() const {
 
 void MeshData::setCornerNormal(int corner, const MeshNormal& normal) {
   Derived& own = derived();
-  const std::size_t corners = own.cornerVertices.size();
-  if (normals_.size() != corners) {
-    std::vector<MeshNormal> byCorner(corners);
-    for (std::size_t i = 0; i < corners; ++i) {
-      byCorner[i] = storedNormalAt(*this, static_cast<int>(i));
-    }
-    normals_ = std::move(byCorner);
-  }
+  if (normals_.size() != own.cornerVertices.size()) normals_ = storedNormalsByCorner(*this);
   normals_[static_cast<std::size_t>(corner)] = normal;
   own.normals.reset();
 }

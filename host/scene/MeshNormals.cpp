@@ -1,5 +1,6 @@
 #include "host/scene/MeshNormals.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -18,7 +19,7 @@ bool isLocked(const MeshNormal& n) {
   return n.x != kUnlockedNormal || n.y != kUnlockedNormal || n.z != kUnlockedNormal;
 }
 
-// Disjoint sets of corners; each set is named by one of its members.
+// Disjoint sets of corners; each set is named by its first member.
 class CornerSets {
  public:
   explicit CornerSets(std::size_t corners) : parents_(corners) {
@@ -143,14 +144,27 @@ MeshNormal toNormal(const Vec3& sum) {
           static_cast<float>(n.z) + 0.0f};
 }
 
-std::vector<MeshNormal> cornerNormals(const MeshData& mesh) {
-  const std::size_t corners = mesh.cornerVertices().size();
-  std::vector<MeshNormal> result(corners);
-  bool allLocked = true;
-  for (std::size_t i = 0; i < corners; ++i) {
-    result[i] = storedNormalAt(mesh, static_cast<int>(i));
-    allLocked = allLocked && isLocked(result[i]);
+// One stored normal a group, numbered by their first corners; false when the numbers differ.
+bool takeByGroup(const MeshData& mesh, std::vector<MeshNormal>& byCorner) {
+  const std::vector<MeshNormal>& stored = mesh.storedNormals();
+  SmoothGroups groups(mesh);
+  std::size_t count = 0;
+  std::vector<MeshNormal> result(byCorner.size());
+  for (std::size_t i = 0; i < result.size(); ++i) {
+    const std::size_t first = static_cast<std::size_t>(groups.sets.find(static_cast<int>(i)));
+    if (first == i && count == stored.size()) return false;
+    result[i] = first == i ? stored[count++] : result[first];
   }
+  if (count != stored.size()) return false;
+  byCorner = std::move(result);
+  return true;
+}
+
+std::vector<MeshNormal> cornerNormals(const MeshData& mesh) {
+  std::vector<MeshNormal> result = storedNormalsByCorner(mesh);
+  const std::size_t corners = result.size();
+  bool allLocked = true;
+  for (const MeshNormal& normal : result) allLocked = allLocked && isLocked(normal);
   if (allLocked) return result;
   SmoothGroups groups(mesh);
   const std::vector<Vec3> sums = sumGroups(mesh, groups.sets);
@@ -183,13 +197,13 @@ std::uint64_t hashOf(int vertex, const MeshNormal& normal) {
 
 }  // namespace
 
-MeshNormal storedNormalAt(const MeshData& mesh, int corner) {
+std::vector<MeshNormal> storedNormalsByCorner(const MeshData& mesh) {
   const std::vector<MeshNormal>& stored = mesh.storedNormals();
-  const std::vector<int>& vertices = mesh.cornerVertices();
-  const bool byVertex = stored.size() == static_cast<std::size_t>(mesh.pointCount()) &&
-                        stored.size() != vertices.size();
-  const std::size_t position = static_cast<std::size_t>(byVertex ? vertices[corner] : corner);
-  return position < stored.size() ? stored[position] : kUnlocked;
+  std::vector<MeshNormal> result(mesh.cornerVertices().size(), kUnlocked);
+  if (stored.empty()) return result;
+  if (stored.size() < result.size() && takeByGroup(mesh, result)) return result;
+  std::copy_n(stored.begin(), std::min(stored.size(), result.size()), result.begin());
+  return result;
 }
 
 MeshNormals computeNormals(const MeshData& mesh) {

@@ -1,13 +1,17 @@
 #ifndef MORVANE_HOST_SCENE_MESHNORMALS_H_
 #define MORVANE_HOST_SCENE_MESHNORMALS_H_
 
+#include <vector>
+
 #include "host/scene/MeshData.h"
 
 namespace host {
 
-// The stored normal of a corner, kUnlockedNormal three times when it has none. Stored normals go by
-// corner; a list that is as long as the points, and not as the corners, goes by vertex.
-MeshNormal storedNormalAt(const MeshData& mesh, int corner);
+// The stored normal of every corner, kUnlockedNormal three times where there is none. Scenes hold
+// one for each corner, or, when there are exactly as many, one for each group of corners at a
+// vertex whose faces smooth edges join, in the order in which the faces come to the groups. In any
+// other number they go by corner.
+std::vector<MeshNormal> storedNormalsByCorner(const MeshData& mesh);
 
 // Locked corners have their stored normal, to the bit. The others have a computed one of length 1:
 // of the faces around the vertex, those that smooth edges join share the sum of their face normals,

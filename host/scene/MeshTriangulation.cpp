@@ -7,7 +7,7 @@ namespace host {
 namespace {
 
 // A mesh may spend this many tests, and some for each corner, on cutting ears: enough to do
-// polygons of thousands of corners properly, and a second or so in all.
+// polygons of ten thousand corners properly, and about a second in all.
 constexpr long long kBaseBudget = 100'000'000;
 constexpr long long kBudgetPerCorner = 200;
 

@@ -101,13 +101,23 @@ TEST(MeshNormals, LockedCornersKeepTheirBitsAndOthersAreComputed) {
   EXPECT_EQ(normalAt(mesh, 23).x, 1.0f);
   EXPECT_EQ(normalAt(mesh, 1).z, 3.0f);
   EXPECT_EQ(mesh.storedNormals().size(), 24u);
+}
 
-  MeshData byVertex = meshOf(kCubePoints, kCubeFaces);
-  std::vector<float> directions;
-  for (int v = 0; v < 8; ++v)
-    directions.insert(directions.end(), {static_cast<float>(v), 0.0f, 0.0f});
-  byVertex.setNormals(0, directions.data(), 8);
-  EXPECT_EQ(normalAt(byVertex, 18).x, 5.0f);
+// One entry a smooth group, as the faces come to them: 0 1 3 2, then 5 4, then 7 6.
+TEST(MeshNormals, ShorterListsGoByGroup) {
+  MeshData mesh = meshOf(kCubePoints, kCubeFaces);
+  std::vector<float> numbered;
+  for (int i = 0; i < 8; ++i) {
+    numbered.insert(numbered.end(), {static_cast<float>(i), 0.0f, 0.0f});
+  }
+  ASSERT_EQ(mesh.setNormals(0, numbered.data(), 8), "");
+  const float expected[] = {0, 1, 3, 2, 5, 4, 7, 6};  // by vertex
+  for (int corner = 0; corner < 24; ++corner) {
+    EXPECT_EQ(normalAt(mesh, corner).x, expected[mesh.cornerVertices()[corner]]) << corner;
+  }
+  mesh.setCornerNormal(18, {9, 0, 0});  // the others keep theirs
+  EXPECT_EQ(normalAt(mesh, 18).x, 9.0f);
+  EXPECT_EQ(normalAt(mesh, 6).x, 4.0f);
 }
 
 TEST(MeshNormals, ConcaveAndFlattenedFaces) {

@@ -1,0 +1,85 @@
+// What real scenes hold, made by the real host, against what is computed here.
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+
+#include "host/Host.h"
+#include "host/scene/Scene.h"
+#include "tests/mesh/MeshFixtures.h"
+
+namespace host {
+namespace {
+
+std::filesystem::path findCorpus() {
+  if (const char* given = std::getenv("MORVANE_CORPUS")) return given;
+  for (std::filesystem::path at = MORVANE_SOURCE_DIR; at != at.root_path(); at = at.parent_path()) {
+    if (std::filesystem::exists(at / "../shared/corpus/ma")) return at / "../shared/corpus";
+  }
+  return {};
+}
+
+class MeshCorpus : public testing::Test {
+ protected:
+  // Opens the scene of this file name.
+  void open(const std::string& fileName) {
+    const std::filesystem::path corpus = findCorpus();
+    if (corpus.empty()) GTEST_SKIP() << "no corpus beside the sources";
+    start(corpus.string());
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(corpus / "ma")) {
+      if (entry.path().filename() != fileName) continue;
+      ASSERT_TRUE(openScene(entry.path().string()));
+      return;
+    }
+    GTEST_SKIP() << fileName << " is not in the corpus";
+  }
+  const MeshData& mesh(const char* name) { return *Scene::current().findNode(name)->mesh; }
+
+  // Single precision, and rounding in how the real host turns around the axis.
+  void expectSameShape(const MeshData& made, const MeshData& real) {
+    ASSERT_EQ(made.pointCount(), real.pointCount());
+    for (std::size_t i = 0; i < made.storedPoints().size(); ++i) {
+      EXPECT_LT(length(made.storedPoints()[i] - real.storedPoints()[i]), 2e-6) << i;
+    }
+    EXPECT_EQ(made.cornerVertices(), real.cornerVertices());
+    EXPECT_EQ(made.uvSets()[0].ids, real.uvSets()[0].ids);
+    ASSERT_EQ(made.uvSets()[0].uvs.size(), real.uvSets()[0].uvs.size());
+    for (std::size_t i = 0; i < made.uvSets()[0].uvs.size(); ++i) {
+      EXPECT_NEAR(made.uvSets()[0].uvs[i].u, real.uvSets()[0].uvs[i].u, 1e-6) << i;
+      EXPECT_NEAR(made.uvSets()[0].uvs[i].v, real.uvSets()[0].uvs[i].v, 1e-6) << i;
+    }
+  }
+};
+
+TEST_F(MeshCorpus, SpheresAreTheRealHosts) {
+  open("CubeNormalBakingTest.ma");
+  if (IsSkipped()) return;
+  expectSameShape(primitive("polySphere"), mesh("pSphereShape1"));
+}
+
+TEST_F(MeshCorpus, PlanesAreTheRealHosts) {
+  open("batch_render.ma");
+  if (IsSkipped()) return;
+  expectSameShape(primitive("polyPlane", {{"w", 17}, {"h", 17}}), mesh("pPlaneShape1"));
+}
+
+// A bumpy plane whose normals were stored: unlocked, they are computed to the same, as far as the
+// stored ones, which were rounded to some 12 bits, allow.
+TEST_F(MeshCorpus, NormalsAreTheRealHosts) {
+  open("normalMap.ma");
+  if (IsSkipped()) return;
+  MeshData& plane = *Scene::current().findNode("planeShape")->mesh;
+  const MeshNormals stored = plane.normals();
+  const std::vector<float> unlocked(3 * plane.storedNormals().size(), kUnlockedNormal);
+  plane.setNormals(0, unlocked.data(), unlocked.size() / 3);
+  const MeshNormals& computed = plane.normals();
+  ASSERT_EQ(stored.ids, computed.ids);
+  for (std::size_t i = 0; i < stored.list.size(); ++i) {
+    const MeshNormal& a = stored.list[i];
+    const MeshNormal& b = computed.list[i];
+    EXPECT_LT(std::hypot(a.x - b.x, a.y - b.y, a.z - b.z), 1.0e-3) << i;
+  }
+}
+
+}  // namespace
+}  // namespace host
