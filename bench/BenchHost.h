@@ -1,0 +1,30 @@
+#ifndef MORVANE_BENCH_BENCHHOST_H_
+#define MORVANE_BENCH_BENCHHOST_H_
+
+#include <string>
+
+// What benchmarks inside the stand-in host share.
+namespace bench {
+
+// Starts the host and loads the plug-in from beside the program, once. False when it cannot.
+bool startHost();
+
+// A folder of this run's own, removed at exit.
+const std::string& scratchFolder();
+
+void writeFile(const std::string& path, const std::string& text);
+
+// Scene-file statements of a grid of `side` x `side` quads, `size` units long, that a plane
+// primitive makes. `extra` follows the shape's node.
+std::string gridText(const std::string& name, const std::string& parent, int side, double size,
+                     const std::string& placed, const std::string& extra = "");
+
+// Runs commands with what they print thrown away; false when one fails.
+bool runQuietly(const std::string& commands);
+
+// The most memory that the process has held so far, in MiB.
+double peakMemory();
+
+}  // namespace bench
+
+#endif  // MORVANE_BENCH_BENCHHOST_H_
