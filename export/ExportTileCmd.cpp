@@ -29,10 +29,9 @@ bool fail(const char* message) {
   return false;
 }
 
-// Says on the host's error channel which file is concerned and why, which the log's fixed lines
-// leave out.
-bool failForFile(const char* message, const std::string& path, const std::string& reason) {
-  MGlobal::displayError((path + ": " + reason).c_str());
+// Says on the host's error channel what the log's fixed lines leave out: which file, and why.
+bool fail(const char* message, const std::string& detail) {
+  MGlobal::displayError(detail.c_str());
   return fail(message);
 }
 
@@ -83,7 +82,7 @@ bool storeGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document) {
 bool loadTexture(const std::string& texture, PsdDocument& document) {
   std::string reason;
   if (!document.load(texture.c_str(), &reason)) {
-    return failForFile("*** Error : couldn't load psd\n", texture, reason);
+    return fail("*** Error : couldn't load psd\n", texture + ": " + reason);
   }
   if (document.findLayer(kGoblinLayerName) >= 0) document.removeLayerByName(kGoblinLayerName);
   return true;
@@ -91,10 +90,7 @@ bool loadTexture(const std::string& texture, PsdDocument& document) {
 
 bool saveTile(const std::string& path, const PsdDocument& document) {
   std::string reason;
-  if (!document.save(path.c_str(), &reason)) {
-    return failForFile("*** Error : couldn't save psd\n", path, reason);
-  }
-  return true;
+  return document.save(path.c_str(), &reason) || fail("*** Error : couldn't save psd\n", reason);
 }
 
 }  // namespace

@@ -96,7 +96,7 @@ MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document,
   std::string reason;
   if (!document.save(path, &reason)) {
     std::printf("Error: couldn't save %s!\n", path);
-    MGlobal::displayError((std::string(path) + ": " + reason).c_str());
+    MGlobal::displayError(reason.c_str());
     return MStatus::kFailure;
   }
   return MStatus::kSuccess;

@@ -4,6 +4,9 @@
 #include <maya/MStatus.h>
 
 #include "export/ExportTileCmd.h"
+#include "goblin/GoblinNameCmd.h"
+#include "goblin/GoblinUvCmd.h"
+#include "import/PsdTranslator.h"
 #include "plugin/Platform.h"
 
 // Start-up and removal: what the host calls when it loads and unloads the plug-in.
@@ -23,9 +26,15 @@ struct Command {
 
 // In the order of registration.
 constexpr Command kCommands[] = {
+    {"goblin_uv", GoblinUvCmd::creator, "registerCommand goblin_uv", "deregisterCommand goblin_uv"},
+    {"goblin_name", GoblinNameCmd::creator, "registerCommand goblin_name",
+     "deregisterCommand goblin_name"},
     {"exportTile", ExportTileCmd::creator, "registerCommand exportTile",
      "deregisterCommand exportTile"},
 };
+
+constexpr const char* kTranslatorName = "psd";
+constexpr const char* kTranslatorIcon = "omrTranslator.rgb";
 
 bool succeeded(const MStatus& status, const char* failure) {
   if (status == MStatus::kSuccess) return true;
@@ -49,16 +58,19 @@ MORVANE_EXPORT MStatus initializePlugin(MObject object) {
     status = plugin.registerCommand(command.name, command.creator);
     if (!succeeded(status, command.registerFailure)) return status;
   }
+  status = plugin.registerFileTranslator(kTranslatorName, kTranslatorIcon, PsdTranslator::creator,
+                                         "", "", true);
+  succeeded(status, "registerFileTranslator");
   return status;
 }
 
 MORVANE_EXPORT MStatus uninitializePlugin(MObject object) {
   using namespace morvane;
   MFnPlugin plugin(object, "Unknown", "Unknown", "Any");
-  MStatus status;
   for (const Command& command : kCommands) {
-    status = plugin.deregisterCommand(command.name);
-    succeeded(status, command.deregisterFailure);
+    succeeded(plugin.deregisterCommand(command.name), command.deregisterFailure);
   }
+  const MStatus status = plugin.deregisterFileTranslator(kTranslatorName);
+  succeeded(status, "deregisterFileTranslator");
   return status;
 }

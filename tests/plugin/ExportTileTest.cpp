@@ -1,0 +1,250 @@
+#include <cstring>
+
+#include "export/GoblinGeometry.h"
+#include "psd/PsdDocument.h"
+#include "tests/plugin/HostFixture.h"
+#include "util/ByteOrder.h"
+
+namespace morvane {
+namespace {
+
+using Floats = std::vector<float>;
+using Words = std::vector<std::uint32_t>;
+
+constexpr const char* kExport = "select -r tile; exportTile;";
+constexpr const char* kExporting = "Exporting tile |tile...\n";
+constexpr const char* kFailed = "*** Error exporting tile 0\n";
+
+// A tagged blob of one goblin, taken apart by offset.
+struct TaggedBlob {
+  std::vector<std::uint8_t> bytes;
+
+  std::uint32_t word(std::size_t i) const { return loadLe32(bytes.data() + 4 * i); }
+  Floats vertex(std::size_t i) const {
+    Floats fields;
+    for (std::size_t f = 0; f < 8; ++f)
+      fields.push_back(loadLeFloat(bytes.data() + 8 + 32 * i + 4 * f));
+    return fields;
+  }
+};
+
+class ExportTile : public HostFixture {
+ protected:
+  static TaggedBlob blobOf(const std::string& file) {
+    PsdDocument document(1, 1);
+    EXPECT_TRUE(document.load(file.c_str()));
+    std::uint32_t size = 0;
+    const auto bytes = document.readDataLayer("GoblinGeometry", size);
+    EXPECT_NE(bytes, nullptr);
+    return {std::vector<std::uint8_t>(bytes.get(), bytes.get() + size)};
+  }
+
+  static std::string goblinText(const std::string& name, const std::string& attributes = "",
+                                const MeshShape& shape = triangleShape()) {
+    return transformText(name, "tile", attributes) + meshText(name + "Shape", name, shape);
+  }
+};
+
+void expectNear(const Floats& actual, const Floats& expected) {
+  ASSERT_EQ(actual.size(), expected.size());
+  for (std::size_t i = 0; i < actual.size(); ++i) EXPECT_NEAR(actual[i], expected[i], 1e-6) << i;
+}
+
+TEST_F(ExportTile, NothingSelectedDoesNothing) {
+  open(tileText(writePsd("tile.psd")));
+  EXPECT_EQ(run("select -cl; exportTile;"), "");
+}
+
+TEST_F(ExportTile, TileWithoutGoblins) {
+  const std::string file = writePsd("tile.psd");
+  open(tileText("tile.psd"));  // found beside the scene
+  EXPECT_EQ(run(kExport), kExporting);
+  const std::vector<std::uint8_t> empty = {1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+  EXPECT_EQ(blobOf(file).bytes, empty);
+  EXPECT_EQ(run(kExport), kExporting);
+  PsdDocument document(1, 1);
+  ASSERT_TRUE(document.load(file.c_str()));
+  EXPECT_EQ(document.layerCount, 2);
+  EXPECT_EQ(document.findLayer("GoblinGeometry"), 1);
+}
+
+// The tile's box runs from (-2, 0, -4) to (2, 1, 4): scales 0.25, 0.1875, 0.125.
+TEST_F(ExportTile, GoblinsAreMappedIntoTileSpace) {
+  const std::string file = writePsd("tile.psd");
+  open(tileText(file) + goblinText("moved", "\tsetAttr \".t\" -type \"double3\" 1 0 0;\n") +
+       goblinText("second"));
+  EXPECT_EQ(run(kExport), kExporting);
+  const TaggedBlob blob = blobOf(file);
+  ASSERT_EQ(blob.bytes.size(), 12U + 6 * 32 + 2 * (4 + 16));
+  EXPECT_EQ(blob.word(0), 1U);
+  EXPECT_EQ(blob.word(1), 6U);
+  expectNear(blob.vertex(0), {0.75F, 0, 0.5F, 0, -1, 0, 0.75F, 0.5F});
+  expectNear(blob.vertex(1), {1, 0, 0.5F, 0, -1, 0, 1, 0.5F});
+  expectNear(blob.vertex(2), {0.75F, 0, 0.375F, 0, -1, 0, 0.75F, 0.375F});
+  expectNear(blob.vertex(3), {0.5F, 0, 0.5F, 0, -1, 0, 0.5F, 0.5F});
+  Words tail;
+  for (std::size_t i = 50; i < 61; ++i) tail.push_back(blob.word(i));
+  EXPECT_EQ(tail, (Words{2, 1, 3, 0, 1, 2, 1, 3, 3, 4, 5}));
+}
+
+TEST_F(ExportTile, OnlyTheGoblinsOwnParentPlacesIt) {
+  const std::string file = writePsd("tile.psd");
+  open(tileText(file) +
+       transformText("group", "tile", "\tsetAttr \".t\" -type \"double3\" 50 50 50;\n") +
+       transformText("nested", "group", "\tsetAttr \".s\" -type \"double3\" 2 2 2;\n") +
+       meshText("nestedShape", "nested", triangleShape()) +
+       // An instance has two parents, which count as none.
+       transformText("a", "tile", "\tsetAttr \".t\" -type \"double3\" 1 0 0;\n") +
+       meshText("sharedShape", "a", triangleShape()) + transformText("b", "tile") +
+       "parent -s -nc -r -add \"|tile|a|sharedShape\" \"b\";\n");
+  EXPECT_EQ(run(kExport), kExporting);
+  const TaggedBlob blob = blobOf(file);
+  EXPECT_EQ(blob.word(1), 9U);
+  expectNear(blob.vertex(1), {1, 0, 0.5F, 0, -1, 0, 1, 0.5F});
+  expectNear(blob.vertex(3), {0.5F, 0, 0.5F, 0, -1, 0, 0.5F, 0.5F});
+  expectNear(blob.vertex(6), {0.5F, 0, 0.5F, 0, -1, 0, 0.5F, 0.5F});
+}
+
+TEST_F(ExportTile, WarnsOnceForEachVertexOutside) {
+  open(tileText(writePsd("tile.psd")) +
+       goblinText("over", "",
+                  {{{2, 0, 0}, {2.02, 0, 0}, {2.08, 0, 0}, {0, 0, -4.2}}, {{0, 1, 2, 3}}}));
+  const std::string warning = "*** Warning : goblin outside of tile boundary\n";
+  EXPECT_EQ(run(kExport), kExporting + warning + warning);
+}
+
+TEST_F(ExportTile, MeshesWithoutFacesAreSkipped) {
+  const std::string file = writePsd("tile.psd");
+  open(tileText(file) + goblinText("bare", "", {{{0, 0, 0}}, {}}) + goblinText("whole"));
+  EXPECT_EQ(run(kExport), kExporting);
+  EXPECT_EQ(blobOf(file).word(1), 3U);
+}
+
+TEST_F(ExportTile, WarnsOfAGoblinWithSeveralMaterials) {
+  const MeshShape twoFaces = {{{0, 0, 0}, {1, 0, 0}, {0, 0, 1}, {1, 0, 1}}, {{0, 1, 2}, {2, 1, 3}}};
+  open(tileText(writePsd("tile.psd")) + materialText("rock", "r.psd") +
+       materialText("wood", "w.psd") +
+       "createNode shadingEngine -n \"rock2SG\";\nconnectAttr \"rock.oc\" \"rock2SG.ss\";\n"
+       "connectAttr \"rock2SG.pa\" \":renderPartition.st\" -na;\n" +
+       goblinText("goblin", "", twoFaces));
+  const std::string warning = "Warning: more than one material on the goblin!";
+  const struct {
+    const char* assignment;
+    bool warns;
+  } cases[] = {
+      {"sets -e -forceElement initialShadingGroup goblinShape", false},
+      {"sets -e -forceElement rockSG goblinShape", false},
+      {"sets -e -forceElement rock2SG goblinShape.f[1]", false},  // the same material
+      {"sets -e -forceElement woodSG goblinShape.f[1]", true},
+      {"sets -e -forceElement woodSG goblinShape", false},
+  };
+  for (const auto& c : cases) {
+    run(c.assignment);
+    EXPECT_EQ(run(kExport), kExporting + (c.warns ? warning : "")) << c.assignment;
+  }
+}
+
+TEST_F(ExportTile, TgaTexturesBecomeAPsdBesideThem) {
+  const std::string tga = writeTga("tile.tga");
+  const std::string bytes = read(tga);
+  open(tileText(tga) + goblinText("goblin"));
+  EXPECT_EQ(run(kExport), kExporting);
+  EXPECT_EQ(read(tga), bytes);
+  EXPECT_EQ(blobOf(path("tile.psd")).word(1), 3U);
+
+  const std::string upperCase = writePsd("tile01.PSD");
+  open(tileText(upperCase) + goblinText("goblin"));
+  EXPECT_EQ(run(kExport), kExporting);
+  EXPECT_EQ(blobOf(upperCase).word(1), 3U);
+  EXPECT_FALSE(std::filesystem::exists(path("tile01.psd")));
+}
+
+TEST_F(ExportTile, RefusesWhatIsNoTile) {
+  open(tileText(writePsd("tile.psd")) + transformText("empty"));
+  EXPECT_EQ(run("select -r tile tileShape; exportTile;"),
+            "Exporting tile |tile...\nExporting tile |tile|tileShape...\n*** Error : No transform\n"
+            "*** Error exporting tile 1\n");
+  EXPECT_EQ(
+      run("select -r -ne grass tile; exportTile;"),
+      "*** Error : couldn't get DAG path\n*** Error exporting tile 0\nExporting tile |tile...\n");
+  EXPECT_EQ(run("select -r empty; exportTile;"),
+            "Exporting tile |empty...\n*** Error : No mesh\n*** Error exporting tile 0\n");
+}
+
+TEST_F(ExportTile, RefusesTilesWhoseTextureCannotBeFound) {
+  const std::string tile = transformText("tile") + meshText("tileShape", "tile", tileShape());
+  const std::string group = "createNode shadingEngine -n \"SG\";\n" + assignText("tileShape", "SG");
+  const std::string lambert =
+      group + "createNode lambert -n \"mat\";\nconnectAttr \"mat.oc\" \"SG.ss\";\n";
+  const struct {
+    std::string scene;
+    const char* message;
+  } cases[] = {
+      {tile, "*** Error : Must have only one material attached to base mesh\n"},
+      {tile + group + assignText("tileShape", "initialShadingGroup"),
+       "*** Error : Must have only one material attached to base mesh\n"},
+      {tile + group, "*** Error : No material attached to shader node\n"},
+      {tile + lambert, "*** Error : No texture attached to material node\n"},
+      {tile + lambert + "createNode ramp -n \"r\";\nconnectAttr \"r.oc\" \"mat.c\";\n",
+       "*** Error : Only file textures supported\n"},
+      {tileText(path("missing.psd")), "*** Error : couldn't load psd\n"},
+      {tileText(write("tile.png", "no image")), "*** Error : couldn't load psd\n"},
+      {tileText(write("damaged.psd", "8BPS")), "*** Error : couldn't load psd\n"},
+  };
+  for (const auto& c : cases) {
+    open(c.scene);
+    EXPECT_EQ(run(kExport), std::string(kExporting) + c.message + kFailed);
+  }
+}
+
+TEST_F(ExportTile, AFailedTileLeavesItsFileAlone) {
+  const std::string file = writePsd("tile.psd");
+  const std::string small = writePsd("small.psd", 4);
+  // One grey channel of 32 x 32 pixels.
+  const std::string grey =
+      write("grey.psd", std::string("8BPS\0\1\0\0\0\0\0\0\0\1\0\0\0\x20\0\0\0\x20\0\x8\0\1", 26) +
+                            std::string(4 + 4 + 4 + 2 + 32 * 32, '\0'));
+  const std::string joint = "createNode joint -n \"joint\" -p \"tile\";\n" +
+                            meshText("jointShape", "joint", triangleShape());
+  const MeshShape line = {{{0, 0, -4}, {0, 1, 4}, {0, 0, 4}}, {{0, 1, 2}}};
+  const struct {
+    std::string scene;
+    std::string file;
+    const char* message;
+  } cases[] = {
+      {tileText(file) + joint, file, "*** Error : transform weirdness on goblin"},
+      {tileText(small) + goblinText("goblin"), small,
+       "*** Error : goblin geometry exceeds layer size\n"},
+      {tileText(grey) + goblinText("goblin"), grey, "*** Error : couldn't add goblin layer\n"},
+      {transformText("tile") + meshText("tileShape", "tile", line) + materialText("grass", file) +
+           assignText("tileShape", "grassSG"),
+       file, "*** Error : tile has no extent in x or z\n"},
+  };
+  for (const auto& c : cases) {
+    const std::string before = read(c.file);
+    open(c.scene);
+    EXPECT_EQ(run(kExport), std::string(kExporting) + c.message + kFailed);
+    EXPECT_EQ(read(c.file), before);
+  }
+}
+
+// 128 bytes of goblin and 5 more just fit four planes of 34 bytes, not of 33.
+TEST_F(ExportTile, ALayerHoldsFourPlanesLessFiveBytes) {
+  const std::string file = path("tile.psd");
+  for (const std::uint32_t columns : {34U, 33U}) {
+    ASSERT_TRUE(PsdDocument(columns, 1).save(file.c_str()));
+    open(tileText(file) + goblinText("goblin"));
+    const std::string refused = "*** Error : goblin geometry exceeds layer size\n";
+    EXPECT_EQ(run(kExport), kExporting + (columns == 34 ? "" : refused + kFailed));
+  }
+}
+
+TEST_F(ExportTile, TellsOfASaveThatFailed) {
+  const std::string tga = writeTga("tile.tga");
+  std::filesystem::create_directory(path("tile.psd"));
+  open(tileText(tga) + goblinText("goblin"));
+  EXPECT_EQ(run(kExport), std::string(kExporting) + "*** Error : couldn't save psd\n" + kFailed);
+}
+
+}  // namespace
+}  // namespace morvane
