@@ -46,7 +46,9 @@ struct CommandContext {
   std::string nameSpace;     // in a referenced file: the prefix of its names, such as "rock:"
   bool isReference = false;  // the scene file is one that the scene refers to
   bool keepsInfo = false;    // the scene file becomes the scene: what it says of itself is kept
-  // In a scene file, names that its nodes could not get, and what they got instead.
+  // In a scene file: the nodes that it made, by the names that it gives them (null where it gives
+  // one twice), and what those are called that could not get their names.
+  std::unordered_map<std::string, NodePtr> ownNodes;
   std::map<std::string, std::string, std::less<>> renames;
   std::function<std::string()> where;        // "scene.ma:3:1: ", for warnings
   void warn(const std::string& text) const;  // one line on standard error

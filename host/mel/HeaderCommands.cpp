@@ -74,7 +74,8 @@ void addHeaderCommands(CommandTable& table) {
             currentUnit);
   table.add("fileInfo", {}, fileInfo);
   table.add("dataStructure", {{"fmt", "format", "s"}, {"as", "asString", "s"}}, dataStructure);
-  table.add("applyMetadata", {{"fmt", "format", "s"}, {"v", "value", "s"}}, applyMetadata);
+  table.add("applyMetadata", {{"fmt", "format", "s"}, {"v", "value", "s"}, {"scn", "scene", ""}},
+            applyMetadata);
   table.add("relationship", {{"b", "break", ""}}, relationship);
   // A scene file's own state of the interface, of which there is none here.
   for (const char* name :

@@ -20,6 +20,17 @@ NodePtr currentNode(const CommandContext& context) {
   return selection.size() == 0 ? nullptr : selection.items().front().node;
 }
 
+// In a scene file a name means the file's own node, whatever else the scene holds.
+NodePtr ownNode(std::string_view name, const CommandContext& context) {
+  if (context.ownNodes.empty()) {
+    return nullptr;
+  }
+  const auto own = context.ownNodes.find(std::string(name));
+  return own != context.ownNodes.end() && own->second != nullptr && own->second->isAlive()
+             ? own->second
+             : nullptr;
+}
+
 }  // namespace
 
 std::string qualifiedName(std::string_view name, const CommandContext& context) {
@@ -47,6 +58,9 @@ std::string qualifiedName(std::string_view name, const CommandContext& context) 
 }
 
 NodePtr findNode(std::string_view name, const CommandContext& context, std::string& error) {
+  if (NodePtr own = ownNode(name, context)) {
+    return own;
+  }
   return Scene::current().findNode(qualifiedName(name, context), &error);
 }
 
@@ -86,6 +100,10 @@ bool findItems(const std::vector<std::string>& names, const CommandContext& cont
     return true;
   }
   for (const std::string& name : names) {
+    if (const NodePtr own = ownNode(name, context)) {
+      items.push_back(SelectionItem::of(own));
+      continue;
+    }
     std::vector<SelectionItem> found = scene.match(qualifiedName(name, context));
     if (found.empty()) {
       error = "No object matches name: " + name;

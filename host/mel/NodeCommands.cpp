@@ -48,6 +48,17 @@ NodePtr findShared(const Arguments& arguments, const NodePtr& parent,
   return nullptr;
 }
 
+void rememberOwn(const std::string& wanted, const std::string& name, const NodePtr& node,
+                 CommandContext& context) {
+  const auto [own, isFirst] = context.ownNodes.emplace(wanted, node);
+  if (!isFirst) {
+    own->second = nullptr;
+  }
+  if (node->name() != name) {
+    context.renames[wanted] = node->name();
+  }
+}
+
 CommandResult createNode(const Arguments& arguments, CommandContext& context) {
   // Whatever goes wrong, the statements that follow do not belong to the node before.
   context.currentNode = nullptr;
@@ -80,8 +91,8 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
     }
     node->isShared = arguments.has("s");
     node->isReferenced = context.isReference;
-    if (context.inSceneFile && !wanted.empty() && node->name() != name) {
-      context.renames[wanted] = node->name();
+    if (context.inSceneFile && !wanted.empty()) {
+      rememberOwn(wanted, name, node, context);
     }
   }
   finishCreated(node, arguments, context);

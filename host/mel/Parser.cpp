@@ -1,6 +1,7 @@
 #include "host/mel/Parser.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/mel/ParserImpl.h"
 #include "host/mel/Text.h"
@@ -173,9 +174,32 @@ AstPtr Parser::parseKeyword(const Token& name) {
     node = make(name.isName("break") ? Kind::kBreak : Kind::kContinue, offset);
     take();
   } else {
-    node = parseCommand(false);
+    node = parseCallOrCommand();
   }
   return node != nullptr && expectEndOfStatement() ? std::move(node) : nullptr;
+}
+
+// "f(1) + 2;" begins as "setAttr("a" + ".b") 2;" does: what reads as an expression to its end is
+// one.
+AstPtr Parser::parseCallOrCommand() {
+  const Token name = token_;
+  if (lexer_.expressionToken(name.end).offset != name.end || name.end >= text_.size() ||
+      text_[name.end] != '(') {
+    return parseCommand(false);
+  }
+  AstPtr expression = parseExpression();
+  if (expression != nullptr && (token_.isSymbol(";") || token_.kind == TokenKind::kEnd)) {
+    return expression;
+  }
+  const Failure asExpression = failure_;
+  const bool expressionFailed = std::exchange(failed_, false);
+  moveTo(name.offset);
+  AstPtr command = parseCommand(false);
+  const auto place = [](const Failure& failure) { return std::pair(failure.line, failure.column); };
+  if (command == nullptr && expressionFailed && place(asExpression) > place(failure_)) {
+    failure_ = asExpression;
+  }
+  return command;
 }
 
 AstPtr Parser::parseBlock() {

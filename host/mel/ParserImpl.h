@@ -51,6 +51,7 @@ class Parser {
   // Statements (Parser.cpp).
   AstPtr parseStatement();
   AstPtr parseKeyword(const Token& name);
+  AstPtr parseCallOrCommand();
   AstPtr parseBlock();
   AstPtr parseIf();
   AstPtr parseWhile();

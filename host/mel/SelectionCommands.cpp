@@ -180,6 +180,17 @@ std::vector<std::string> shownNames(const Arguments& arguments, const SelectionI
              : std::vector<std::string>{shownName(item)};
 }
 
+void addAllPaths(const Items& found, Items& items) {
+  for (const SelectionItem& item : found) {
+    if (item.path.isEmpty()) {
+      items.push_back(item);
+    }
+    for (const DagPath& path : allPaths(item.node)) {
+      items.push_back(SelectionItem::of(path, item.component));
+    }
+  }
+}
+
 CommandResult ls(const Arguments& arguments, CommandContext& context) {
   Items items;
   if (arguments.has("sl")) {
@@ -189,7 +200,11 @@ CommandResult ls(const Arguments& arguments, CommandContext& context) {
   }
   for (const std::string& name : arguments.objects()) {
     const Items found = Scene::current().match(qualifiedName(name, context));
-    items.insert(items.end(), found.begin(), found.end());
+    if (arguments.has("ap") && name.find('|') == std::string::npos) {
+      addAllPaths(found, items);
+    } else {
+      items.insert(items.end(), found.begin(), found.end());
+    }
   }
   if (arguments.has("dag")) {
     Items below;

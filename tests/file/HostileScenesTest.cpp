@@ -1,0 +1,166 @@
+#include <random>
+
+#include "host/scene/MeshData.h"
+#include "host/scene/Node.h"
+#include "tests/file/SceneText.h"
+
+namespace host {
+namespace {
+
+class HostileScenes : public SceneFiles {};
+
+constexpr char kMesh[] = "createNode mesh -n \"m\";\n";
+
+// Ranges, counts and indices at their extremes: refused in words, without the memory that they ask
+// for.
+TEST_F(HostileScenes, RangesAndCountsPromiseNothing) {
+  const char* const kStatements[] = {
+      "setAttr \".vt[0:999999999]\" 1 2 3;",
+      "setAttr \".vt[999999999]\" 1 2 3;",
+      "setAttr -s 999999999 \".vt[0:2147483647]\" 1 2 3;",
+      "setAttr \".vt[5:2]\" 1 2 3;",
+      "setAttr \".vt[-1:2]\" 1 2 3;",
+      "setAttr \".vt[99999999999999999999]\" 1 2 3;",
+      "setAttr \".vt[0:1]\" 1 2 three 4 5 6;",
+      "setAttr \".vt[0:1]\" 1 2 3 4;",
+      "setAttr \".pt[2147483647]\" 1 2 3;",
+      "setAttr \".ed[0:2]\" 0 2147483647 1 -1 0 0 99999999999 1 1;",
+      "setAttr \".uvst[2147483647].uvsp[0]\" 0 0;",
+      "setAttr \".uvst[0].uvsp[2147483646:2147483647]\" 0 0 1 1;",
+      "setAttr \".clst[0].rprt\" 77;",
+      "setAttr \".clst[0].clsp[0:5]\" 1;",
+      "setAttr \".fc[0:999999999]\" -type \"polyFaces\" f 4 0 1 2 3;",
+      "setAttr \".fc[0]\" -type \"polyFaces\" f 999999999 0 1 2 3;",
+      "setAttr \".fc[0]\" -type \"polyFaces\" f -1 0 1 2;",
+      "setAttr \".fc[0]\" -type \"polyFaces\" mu 0 3 0 1 2;",
+      "setAttr \".fc[0]\" -type \"polyFaces\" h 3 0 1 2;",
+      "setAttr \".fc[0]\" -type \"polyFaces\" f 3 0 1 2 mu 2147483647 3 0 1 2;",
+      "setAttr \".fc[0]\" -type \"polyFaces\" f 3 0 1 2 mu 0 999999 0 1 2;",
+      "setAttr \".fc[0]\" -type \"polyFaces\" f;",
+      "setAttr \".n[7:9]\" 1 2 3;",
+      "setAttr \".ia[0:2147483647]\" 1;",
+      "setAttr \".iog[2147483647].og[2147483647].gcl\" -type \"componentList\" 1 "
+      "\"f[0:2147483647]\";",
+      "setAttr \".tgi[0].ni[0:99999999].x\" 1;",
+      "setAttr \".vt[[0]\" 1 2 3;",
+      "setAttr \".uvst[0].uvsn[3].x\" 1;",
+      "setAttr \".\" 1;",
+      "setAttr \"..\" 1;",
+  };
+  for (const char* statement : kStatements) {
+    open(std::string(kMesh) + statement);
+    const NodePtr mesh = node("m");
+    ASSERT_NE(mesh, nullptr) << statement;
+    EXPECT_LE(mesh->mesh->pointCount(), 3) << statement;
+    EXPECT_EQ(mesh->mesh->triangles().list.size(), 0u) << statement;
+    std::string error;
+    EXPECT_TRUE(writeScene(pathOf("saved.ma"), error));
+    EXPECT_LT(fs::file_size(pathOf("saved.ma")), 100000u) << statement;
+  }
+}
+
+TEST_F(HostileScenes, FacesThatDoNotFitAreNamed) {
+  const std::string warnings =
+      open(std::string(kMesh) +
+           "setAttr \".vt[0:2]\" 0 0 0 1 0 0 0 0 1;\nsetAttr \".ed[0:1]\" 0 1 1 1 2 1;\n"
+           "setAttr \".fc[0]\" -type \"polyFaces\" f 3 0 1 7;\n");
+  EXPECT_NE(warnings.find("'m' has no usable faces: "), std::string::npos) << warnings;
+  EXPECT_EQ(node("m")->mesh->faceCount(), 0);
+}
+
+TEST_F(HostileScenes, DeepAndLongTextsEnd) {
+  std::string parentheses = "createNode transform -n ";
+  parentheses += std::string(1000000, '(');
+  open(parentheses + ";");
+  std::string chain = "createNode transform -n \"t0\";\n";
+  for (int i = 1; i < 3000; ++i) {
+    chain += "createNode transform -n \"t" + std::to_string(i) + "\" -p \"t" +
+             std::to_string(i - 1) + "\";\n";
+  }
+  open(chain);
+  EXPECT_EQ(run("objExists t900"), "1");
+  std::string error;
+  EXPECT_TRUE(writeScene(pathOf("deep.ma"), error));
+  open("addAttr -ln " + std::string(1000000, 'x') + " -at long persp;");
+  open("/*" + std::string(3000000, '*'));
+  open("//" + std::string(3000000, '/'));
+  open("createNode transform -n \"" + std::string(3000000, '\\') + "\";");
+}
+
+constexpr char kSmall[] =
+    "//Maya ASCII 2018 scene\nrequires maya \"2018\";\ncurrentUnit -l meter -a degree -t film;\n"
+    "createNode transform -n \"a\";\n\tsetAttr -l on \".t\" -type \"double3\" 1 2 3;\n"
+    "\taddAttr -ci true -sn \"g\" -ln \"goblinName\" -dt \"string\";\n\tsetAttr \".g\" -type "
+    "\"string\" \"o\\\"k\\n\";\n"
+    "createNode mesh -n \"aShape\" -p \"|a\";\n\tsetAttr \".iog[0].og[0].gcl\" -type "
+    "\"componentList\" 1 \"f[0]\";\n"
+    "\tsetAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";\n\tsetAttr \".uvst[0].uvsp[0:2]\" 0 0 "
+    "1 0 1 1;\n"
+    "\tsetAttr -s 3 \".vt[0:2]\" 0 0 0 1 0 0 1 0 1;\n\tsetAttr -s 3 \".ed[0:2]\" 0 1 1 1 2 1 2 0 "
+    "0;\n"
+    "\tsetAttr -s 1 \".fc[0]\" -type \"polyFaces\" f 3 0 1 2 mu 0 3 0 1 2;\n"
+    "createNode lambert -n \"m\";\ncreateNode shadingEngine -n \"mSG\";\n\tsetAttr \".ro\" yes;\n"
+    "connectAttr \"m.oc\" \"mSG.ss\";\nconnectAttr \"aShape.iog.og[0]\" \"mSG.dsm\" -na;\n"
+    "parent -s -nc -r -add \"|a|aShape\" \"persp\" ;\nselect -ne :time1;\n";
+
+TEST_F(HostileScenes, EveryPrefixOpensOrIsRefused) {
+  const std::string text = kSmall;
+  std::string error;
+  for (std::size_t length = 0; length <= text.size(); ++length) {
+    writeText("prefix.ma", text.substr(0, length));
+    const std::string warnings = openPath(pathOf("prefix.ma"));
+    EXPECT_EQ(warnings.substr(0, 6) == "failed", length < 6) << length;
+    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    const std::string first = readAll(pathOf("saved.ma"));
+    openPath(pathOf("saved.ma"));
+    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    ASSERT_EQ(readAll(pathOf("saved.ma")), first) << length;
+  }
+}
+
+// Bytes changed at random: whatever is read is written such that it reads the same.
+TEST_F(HostileScenes, ChangedBytesNeitherBreakNorGrow) {
+  std::mt19937 random(3);
+  const std::string characters = "\"\\;:|.[]()-0123456789 aegfhmu\n\t$`{}";
+  std::string error;
+  for (int i = 0; i < 2000; ++i) {
+    std::string text = kSmall;
+    for (int changes = 1 + static_cast<int>(random() % 4); changes > 0; --changes) {
+      const std::size_t at = 24 + random() % (text.size() - 24);
+      const bool insert = random() % 2 == 0;
+      text.replace(at, insert ? 0 : 1, 1, characters[random() % characters.size()]);
+    }
+    writeText("changed.ma", text);
+    openPath(pathOf("changed.ma"));
+    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    const std::string first = readAll(pathOf("saved.ma"));
+    ASSERT_LT(first.size(), 50000u) << text;
+    openPath(pathOf("saved.ma"));
+    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    const std::string second = readAll(pathOf("saved.ma"));
+    openPath(pathOf("saved.ma"));
+    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    ASSERT_EQ(readAll(pathOf("saved.ma")), second) << text;
+  }
+}
+
+// Statements that do more than describe a scene leave no trace.
+TEST_F(HostileScenes, CannotWriteFilesOrRunScripts) {
+  writeText("evil.mel", "createNode transform -n trace;");
+  for (const char* statement :
+       {"file -rename \"out.ma\"; file -save;", "file -exportAll -type \"mayaAscii\" \"out.ma\";",
+        "file -f -type \"mayaAscii\" -ea \"out.ma\";", "source \"evil.mel\";",
+        "eval \"createNode transform -n trace\";",
+        "evalDeferred \"createNode transform -n trace\";", "python \"open('out.ma', 'w')\";",
+        "system \"touch out.ma\";",
+        "createNode script -n \"s\"; setAttr \".b\" -type \"string\" \"createNode transform -n "
+        "trace\"; setAttr \".st\" 1;",
+        "global proc p() { createNode transform -n trace; } p;"}) {
+    open(statement);
+    EXPECT_EQ(run("objExists trace"), "0") << statement;
+    EXPECT_FALSE(fs::exists(pathOf("out.ma"))) << statement;
+  }
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,97 @@
+#ifndef MORVANE_TESTS_FILE_SCENETEXT_H_
+#define MORVANE_TESTS_FILE_SCENETEXT_H_
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+
+#include "host/file/SceneFiles.h"
+#include "host/file/SceneWriter.h"
+#include "host/mel/Interpreter.h"
+#include "host/scene/Scene.h"
+
+namespace host {
+
+namespace fs = std::filesystem;
+
+inline std::string readAll(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// A folder of its own for the test, removed at the end.
+class SceneFiles : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+    // Saves are flushed to the disk, which costs nothing where there is none.
+    const fs::path memory = "/dev/shm";
+    folder_ =
+        (fs::is_directory(memory) ? memory : fs::temp_directory_path()) /
+        (std::string("morvane_file_") + info->name() + std::to_string(std::random_device()()));
+    fs::create_directories(folder_);
+    mel::Interpreter::current().setCallerFolder(folder_.string());
+    startNewScene();
+  }
+  void TearDown() override {
+    startNewScene();
+    fs::current_path(fs::temp_directory_path());
+    fs::remove_all(folder_);
+  }
+
+  std::string pathOf(const std::string& name) const { return (folder_ / name).string(); }
+  void writeText(const std::string& name, const std::string& text) const {
+    std::ofstream(folder_ / name, std::ios::binary) << text;
+  }
+
+  // Opens a scene with these statements and gives the warnings.
+  std::string open(const std::string& statements) const {
+    writeText("scene.ma", "//Maya ASCII 2018 scene\n" + statements);
+    return openPath(pathOf("scene.ma"));
+  }
+  static std::string openPath(const std::string& path) {
+    testing::internal::CaptureStderr();
+    std::string error;
+    const bool ok = openFile({path, "mayaAscii", "", ""}, error);
+    const std::string warnings = testing::internal::GetCapturedStderr();
+    return ok ? warnings : "failed: " + error;
+  }
+
+  // The script's value, array elements with blanks between.
+  static std::string run(const std::string& script) {
+    const mel::Outcome outcome = mel::Interpreter::current().execute(script, "s");
+    std::string shown;
+    for (const std::string& word : outcome.value.toWords()) {
+      shown += (shown.empty() ? "" : " ") + word;
+    }
+    return outcome.ok ? shown : "failed: " + outcome.failure.text;
+  }
+
+  static NodePtr node(const std::string& name) { return Scene::current().findNode(name); }
+
+  fs::path folder_;
+};
+
+// Where the shared corpus is: MORVANE_CORPUS, or shared/corpus beside a folder above the sources;
+// else empty.
+inline fs::path corpusFolder() {
+  if (const char* given = std::getenv("MORVANE_CORPUS")) {
+    return given;
+  }
+  for (fs::path up = MORVANE_SOURCE_DIR; up.has_relative_path(); up = up.parent_path()) {
+    const fs::path candidate = up.parent_path() / "shared" / "corpus";
+    if (fs::is_directory(candidate)) {
+      return candidate;
+    }
+  }
+  return {};
+}
+
+}  // namespace host
+
+#endif  // MORVANE_TESTS_FILE_SCENETEXT_H_

@@ -1,0 +1,231 @@
+#include "host/scene/MeshData.h"
+#include "host/scene/Node.h"
+#include "tests/file/SceneText.h"
+
+namespace host {
+namespace {
+
+class SceneText : public SceneFiles {};
+
+// A unit square of two triangles: edge 2 is their diagonal, edge 0 hard.
+constexpr char kSquare[] =
+    "createNode transform -n \"square\";\ncreateNode mesh -n \"squareShape\" -p \"square\";\n"
+    "\tsetAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";\n"
+    "\tsetAttr -s 4 \".uvst[0].uvsp[0:3]\" -type \"float2\" 0 0 1 0 1 1 0 1;\n"
+    "\tsetAttr \".cuvs\" -type \"string\" \"map1\";\n"
+    "\tsetAttr -s 4 \".vt[0:3]\"  0 0 0 1 0 -0 1 0 1 0.1 0 1;\n"
+    "\tsetAttr -s 5 \".ed[0:4]\"  0 1 0 1 2 1 2 0 1 2 3 1 3 0 1;\n"
+    "\tsetAttr -s 2 \".fc[0:1]\" -type \"polyFaces\"\n"
+    "\t\tf 3 0 1 2\n\t\tmu 0 3 0 1 2\n\t\tf 3 -3 3 4\n\t\tmu 0 3 0 2 3;\n";
+
+TEST_F(SceneText, MeshesKeepEveryNumber) {
+  EXPECT_EQ(open(kSquare), "");
+  const MeshData& mesh = *node("squareShape")->mesh;
+  ASSERT_EQ(mesh.problem(), "");
+  ASSERT_EQ(mesh.pointCount(), 4);
+  EXPECT_EQ(mesh.points()[3].x, 0.1);
+  EXPECT_TRUE(std::signbit(mesh.points()[1].z));
+  EXPECT_EQ(mesh.cornerVertices(), (std::vector<int>{0, 1, 2, 0, 2, 3}));
+  EXPECT_FALSE(mesh.edges()[0].smooth());
+  ASSERT_EQ(mesh.uvSets().size(), 1u);
+  EXPECT_EQ(mesh.uvSets()[0].ids, (std::vector<int>{0, 1, 2, 0, 2, 3}));
+}
+
+TEST_F(SceneText, StatementsMayBeWrittenInManyWays) {
+  EXPECT_EQ(open("/* a ; comment \" */ createNode // another ;\n transform -n ( \"long\" + // "
+                 "\"x\"\n\"Name\" )\n;;"
+                 "addAttr -ln \"note\" -dt \"string\";\n"
+                 "setAttr \".note\" -type \"string\" (\n \"one; \\\"two\\\"\\n\"\n + \"// three /* "
+                 "four\" );\r\n"
+                 "setAttr -k off -cb on \".translate\" -type \"double3\" 1 2 3 ;setAttr\".v\"no;"),
+            "");
+  EXPECT_EQ(run("getAttr longName.note"), "one; \"two\"\n// three /* four");
+  EXPECT_EQ(run("getAttr longName.t"), "1 2 3");
+  EXPECT_EQ(run("getAttr longName.v"), "0");
+}
+
+TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
+  const struct {
+    const char* statement;
+    const char* warning;
+  } kCases[] = {
+      {"nosuch -x 1;", "unknown command 'nosuch'"},
+      {"createNode transform -zz;", "createNode: unknown flag -zz"},
+      {"setAttr \"gone.tx\" 1;", "setAttr: No object matches name: gone"},
+      {"connectAttr \"a.b\" \"c.d\";", "connectAttr: No object matches name: a"},
+      {"createNode transform -p \"gone\";", "createNode: No object matches name: gone"},
+      {"setAttr \".tx\" 1;", "setAttr: '.tx' names no node, and none is selected"},
+      {"print `ls`;", "'`' has no place in a scene file"},
+      {"$x = 1;", "'$' has no place in a scene file"},
+      {"file -save;", "file: a scene file may refer to other files, and nothing else"},
+      {"source \"x.mel\";", "a scene file may not run scripts"},
+      {"loadPlugin \"morvane\";", "a scene file may not load plug-ins"},
+      {"delete \"persp\";", "a scene file may not delete nodes"},
+      {"file -r -ns \"rock\" \"gone/rock.ma\";", "the referenced file gone/rock.ma was not found"},
+      {"setAttr \".v\" no", "the file ends inside a statement"},
+      {"setAttr \".v\" \"no;", "the file ends inside a statement"},
+  };
+  for (const auto& c : kCases) {
+    const std::string warnings = open(std::string("requires maya \"2018\";\n  ") + c.statement);
+    EXPECT_NE(warnings.find(std::string(": ") + c.warning + "\n"), std::string::npos) << warnings;
+    const bool atEnd = std::string(c.warning).find("ends inside") != std::string::npos;
+    EXPECT_TRUE(atEnd || warnings.find("scene.ma:3:3: ") != std::string::npos) << warnings;
+  }
+}
+
+TEST_F(SceneText, FilesThatAreNoSceneLeaveAnEmptyOne) {
+  writeText("not.ma", "createNode transform -n \"a\";");
+  EXPECT_EQ(openPath(pathOf("not.ma")),
+            "failed: " + pathOf("not.ma") + " is no scene file: it does not begin with //Maya");
+  EXPECT_EQ(openPath(pathOf("gone.ma")), "failed: no file named " + pathOf("gone.ma"));
+  EXPECT_EQ(run("objExists a"), "0");
+  EXPECT_EQ(run("objExists persp"), "1");
+}
+
+TEST_F(SceneText, PathsInstancesAndSharedNodes) {
+  EXPECT_EQ(open("createNode transform -n \"a\";\ncreateNode transform -n \"x\" -p \"a\";\n"
+                 "createNode transform -n \"b\";\ncreateNode transform -n \"x\" -p \"b\";\n"
+                 "createNode transform -n \"leaf\" -p \"|b|x\";\n\tsetAttr \".tx\" 5;\n"
+                 "createNode transform -s -n \"persp\";\n\tsetAttr \".tx\" 9;\n"
+                 "parent -s -nc -r -add \"|b|x|leaf\" \"a\";\nselect -ne :time1;\n"),
+            "");
+  EXPECT_EQ(run("ls -ap -l leaf"), "|b|x|leaf |a|leaf");
+  EXPECT_EQ(run("getAttr \"|a|leaf.tx\""), "5");
+  EXPECT_EQ(run("getAttr persp.tx"), "9");
+  EXPECT_EQ(run("size(`ls \"persp*\"`)"), "2");
+}
+
+TEST_F(SceneText, ReferencesAreLoadedOnceUnderTheirNamespace) {
+  writeText(
+      "rock.ma",
+      std::string("//Maya ASCII 2018 scene\nfile -r -ns \"self\" \"rock.ma\";\n") + kSquare +
+          "createNode lambert -n \"m\";\ncreateNode shadingEngine -n \"mSG\";\n"
+          "connectAttr \"m.oc\" \"mSG.ss\";\nconnectAttr \"squareShape.iog\" \"mSG.dsm\" -na;\n");
+  const std::string warnings = open(
+      "file -rdi 1 -ns \"r\" -rfn \"rRN\" -typ \"mayaAscii\" \"/dead/folder/rock.ma\";\n"
+      "file -r -ns \"r\" -dr 1 -rfn \"rRN\" -typ \"mayaAscii\" \"/dead/folder/rock.ma\";\n"
+      "setAttr \"r:square.tx\" 3;\n");
+  EXPECT_EQ(std::count(warnings.begin(), warnings.end(), '\n'), 1) << warnings;
+  EXPECT_NE(warnings.find("refers to itself"), std::string::npos) << warnings;
+  EXPECT_EQ(run("ls -type mesh"), "r:squareShape");
+  EXPECT_EQ(run("listConnections \"r:mSG.ss\""), "r:m");
+  EXPECT_EQ(run("sets -q \"r:mSG\""), "r:squareShape");
+  EXPECT_EQ(run("getAttr \"r:square.tx\""), "3");
+  std::string error;
+  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error));
+  const std::string saved = readAll(pathOf("saved.ma"));
+  EXPECT_EQ(saved.find("createNode mesh"), std::string::npos);
+  openPath(pathOf("saved.ma"));
+  EXPECT_EQ(run("ls -type mesh"), "r:squareShape");
+}
+
+TEST_F(SceneText, UnitsBecomeCentimetresAndDegrees) {
+  EXPECT_EQ(open(std::string("currentUnit -l meter -a radian -t film;\n") + kSquare +
+                 "createNode transform -n \"t\";\n\tsetAttr \".t\" -type \"double3\" 1 2 "
+                 "3;\n\tsetAttr \".rx\" "
+                 "1.5707963267948966;\n\tsetAttr \".s\" -type \"double3\" 2 2 2;\n"),
+            "");
+  EXPECT_EQ(run("getAttr t.t"), "100 200 300");
+  EXPECT_EQ(run("getAttr t.rx"), "90");
+  EXPECT_EQ(run("getAttr t.s"), "2 2 2");
+  EXPECT_EQ(node("squareShape")->mesh->points()[1].x, 100.0);
+}
+
+TEST_F(SceneText, HistoriesOfPrimitivesAreEvaluatedAndOthersNamed) {
+  const std::string warnings = open(
+      "createNode transform -n \"p\";\ncreateNode mesh -n \"pShape\" -p \"p\";\ncreateNode "
+      "polyPlane -n \"pp\";\n"
+      "\tsetAttr \".w\" 4;\n\tsetAttr \".sw\" 3;\n\tsetAttr \".sh\" 2;\nconnectAttr \"pp.out\" "
+      "\"pShape.i\";\n"
+      "createNode mesh -n \"q\";\ncreateNode polyBevel -n \"bevel\";\nconnectAttr \"bevel.out\" "
+      "\"q.i\";\n");
+  EXPECT_NE(warnings.find("'q' is made by 'bevel' (polyBevel)"), std::string::npos) << warnings;
+  const MeshData& mesh = *node("pShape")->mesh;
+  EXPECT_EQ(mesh.pointCount(), 4 * 3);
+  EXPECT_EQ(mesh.faceCount(), 3 * 2);
+  EXPECT_EQ(mesh.box().max.x - mesh.box().min.x, 4.0);
+}
+
+// Everything that a session can make, saved and opened again.
+TEST_F(SceneText, WhatWasMadeComesBack) {
+  open(std::string("requires maya \"2018\";\nfileInfo \"product\" \"Maya 2018\";\n") + kSquare +
+       "\tsetAttr \".n[0:5]\" -type \"float3\" 0 1 0 0 1 0 0 1 0 1e+20 1e+20 1e+20 0 0.6 0.8 0 1 "
+       "0;\n"
+       "\tsetAttr \".pt[2]\" -type \"float3\" 0 0.25 0;\n"
+       "\tsetAttr \".clst[0].clsn\" -type \"string\" \"tint\";\n\tsetAttr \".clst[0].rprt\" 3;\n"
+       "\tsetAttr -s 2 \".clst[0].clsp[0:1]\"  1 0 0 0 1 0;\n\tsetAttr \".unknown[2].thing\" 1 2 "
+       "\"three\" -4;\n"
+       "createNode strangeNode -n \"strange\";\n\tsetAttr \".data\" -type \"oddType\" 3 \"x y\" f "
+       "2;\n"
+       "\taddAttr -ci true -sn \"pair\" -ln \"pair\" -at \"double2\" -nc 2;\n"
+       "\taddAttr -ci true -sn \"pairA\" -ln \"pairA\" -at \"double\" -p \"pair\";\n"
+       "\taddAttr -ci true -sn \"pairB\" -ln \"pairB\" -at \"double\" -p \"pair\";\n"
+       "\tsetAttr \".pair\" -type \"double2\" 0.1 -0;\n");
+  run("addAttr -ln goblinName -dt \"string\" squareShape; "
+      "setAttr -type \"string\" squareShape.goblinName \"a \\\"quoted\\\" \\\\ name;\\n`ls`\"; "
+      "setAttr -lock true squareShape.goblinName; setAttr -l true square.tx; createNode lambert -n "
+      "skin; "
+      "createNode PSDTextureNode -n tex; sets -renderable true -noSurfaceShader true -empty -name "
+      "skinSG; "
+      "connectAttr -f skin.outColor skinSG.surfaceShader; connectAttr tex.outColor skin.color; "
+      "sets -e -fe skinSG square.f[1]; instance square; parent -w square1; setAttr square1.t 0.1 0 "
+      "-0.0;");
+  const std::string members = run("sets -q skinSG");
+  const std::string others = run("sets -q initialShadingGroup");
+  std::string error;
+  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+  EXPECT_EQ(openPath(pathOf("saved.ma")), "");
+  EXPECT_EQ(run("getAttr squareShape.goblinName"), "a \"quoted\" \\ name;\n`ls`");
+  EXPECT_EQ(run("getAttr -l squareShape.goblinName"), "1");
+  EXPECT_EQ(run("getAttr -l square.tx"), "1");
+  EXPECT_EQ(run("getAttr square1.t"), "0.1 0 -0");
+  EXPECT_EQ(run("getAttr strange.pair"), "0.1 -0");
+  EXPECT_EQ(run("sets -q skinSG"), members);
+  EXPECT_EQ(run("sets -q initialShadingGroup"), others);
+  EXPECT_EQ(run("listConnections skin.color"), "tex");
+  EXPECT_EQ(run("size(`ls -ap -type mesh`)"), "2");
+  const MeshData& mesh = *node("squareShape")->mesh;
+  ASSERT_EQ(mesh.storedNormals().size(), 6u);
+  EXPECT_EQ(mesh.storedNormals()[3].x, kUnlockedNormal);
+  EXPECT_EQ(mesh.points()[2].y, 0.25);
+  ASSERT_EQ(mesh.colourSets().size(), 1u);
+  EXPECT_EQ(mesh.colourSets()[0].colours[1].g, 1.0f);
+  const std::string saved = readAll(pathOf("saved.ma"));
+  EXPECT_NE(saved.find("setAttr \".data\" -type \"oddType\" 3 \"x y\" f 2;"), std::string::npos);
+  EXPECT_NE(saved.find("setAttr \".unknown[2].thing\" 1 2 \"three\" -4;"), std::string::npos);
+  EXPECT_NE(saved.find("fileInfo \"product\" \"Maya 2018\";"), std::string::npos);
+  ASSERT_TRUE(writeScene(pathOf("again.ma"), error)) << error;
+  EXPECT_TRUE(readAll(pathOf("again.ma")) == saved);
+}
+
+TEST_F(SceneText, ImportRenamesWhatClashesAndKeepsItsConnections) {
+  writeText("part.ma", std::string("//Maya ASCII 2018 scene\n") + kSquare +
+                           "createNode lambert -n \"m\";\ncreateNode file -n \"f\";\nconnectAttr "
+                           "\"f.oc\" \"m.c\";\nconnectAttr \"squareShape.iog\" "
+                           "\":initialShadingGroup.dsm\" -na;\n");
+  open(std::string(kSquare) + "createNode lambert -n \"m\";\n");
+  EXPECT_EQ(run("file -import \"part.ma\""), pathOf("part.ma"));
+  EXPECT_EQ(run("ls -type mesh"), "square|squareShape square1|squareShape");
+  EXPECT_EQ(run("sets -q initialShadingGroup"), "square1|squareShape");
+  EXPECT_EQ(run("listConnections f"), "m1");
+  EXPECT_EQ(run("file -import -ns \"again\" \"part.ma\"; listConnections \"again:f\""), "again:m");
+  EXPECT_EQ(run("select square; file -exportSelected -type \"mayaAscii\" \"out.ma\""),
+            pathOf("out.ma"));
+  openPath(pathOf("out.ma"));
+  EXPECT_EQ(run("ls -type mesh"), "squareShape");
+}
+
+TEST_F(SceneText, AFailedSaveLeavesTheOldFile) {
+  writeText("kept.ma", "//Maya old");
+  fs::create_directory(folder_ / "folder.ma");
+  std::string error;
+  EXPECT_FALSE(writeScene(pathOf("folder.ma"), error));
+  EXPECT_NE(error.find("folder.ma"), std::string::npos);
+  EXPECT_FALSE(writeScene(pathOf("gone/kept.ma"), error));
+  EXPECT_EQ(readAll(pathOf("kept.ma")), "//Maya old");
+  EXPECT_EQ(run("file -save"),
+            "failed: file: the scene has no name; give it one with file -rename");
+}
+
+}  // namespace
+}  // namespace host
