@@ -1,29 +1,21 @@
 // What real scenes hold, made by the real host, against what is computed here.
 
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 
 #include "host/Host.h"
 #include "host/scene/Scene.h"
 #include "tests/mesh/MeshFixtures.h"
+#include "tests/util/Corpus.h"
 
 namespace host {
 namespace {
-
-std::filesystem::path findCorpus() {
-  if (const char* given = std::getenv("MORVANE_CORPUS")) return given;
-  for (std::filesystem::path at = MORVANE_SOURCE_DIR; at != at.root_path(); at = at.parent_path()) {
-    if (std::filesystem::exists(at / "../shared/corpus/ma")) return at / "../shared/corpus";
-  }
-  return {};
-}
 
 class MeshCorpus : public testing::Test {
  protected:
   // Opens the scene of this file name.
   void open(const std::string& fileName) {
-    const std::filesystem::path corpus = findCorpus();
+    const std::filesystem::path corpus = morvane::corpusFolder();
     if (corpus.empty()) GTEST_SKIP() << "no corpus beside the sources";
     start(corpus.string());
     for (const auto& entry : std::filesystem::recursive_directory_iterator(corpus / "ma")) {
@@ -63,9 +55,10 @@ TEST_F(MeshCorpus, PlanesAreTheRealHosts) {
   expectSameShape(primitive("polyPlane", {{"w", 17}, {"h", 17}}), mesh("pPlaneShape1"));
 }
 
-// A bumpy plane whose normals were stored: unlocked, they are computed to the same, as far as the
-// stored ones, which were rounded to some 12 bits, allow.
-TEST_F(MeshCorpus, NormalsAreTheRealHosts) {
+// A bumpy plane with one stored normal a vertex, its vertices in no order: read in the wrong order,
+// neighbouring normals differ by up to 0.2 from what the surface has. How faces were weighted
+// hardly shows on it.
+TEST_F(MeshCorpus, ShorterNormalListsGoByFirstAppearance) {
   open("normalMap.ma");
   if (IsSkipped()) return;
   MeshData& plane = *Scene::current().findNode("planeShape")->mesh;

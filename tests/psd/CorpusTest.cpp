@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "tests/psd/PsdTest.h"
+#include "tests/util/Corpus.h"
 
 namespace morvane {
 namespace {
@@ -15,12 +16,7 @@ using Row = std::map<std::string, std::string>;
 class Corpus : public PsdTest {
  protected:
   void SetUp() override {
-    const char* const given = std::getenv("MORVANE_CORPUS");
-    corpus_ = given ? fs::path(given) : fs::path(MORVANE_SOURCE_DIR);
-    while (!given && !fs::exists(corpus_ / "shared" / "corpus") && corpus_.has_relative_path()) {
-      corpus_ = corpus_.parent_path();
-    }
-    if (!given) corpus_ = corpus_ / "shared" / "corpus";
+    corpus_ = corpusFolder();
     if (!fs::exists(corpus_ / "psd.tsv")) GTEST_SKIP() << "no corpus beside the project";
   }
 
