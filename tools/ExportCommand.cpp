@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,18 @@ struct Options {
   std::string to;
 };
 
+bool isPattern(const std::string& name) {
+  return name.find_first_of("*?") != std::string::npos;
+}
+
+bool hasPattern(const std::vector<std::string>& names) {
+  return std::any_of(names.begin(), names.end(), isPattern);
+}
+
 // A pattern means transforms: the shapes and materials that are often named like their tiles are no
 // tiles.
 std::string selectionScript(const std::string& name) {
-  if (name.find_first_of("*?") == std::string::npos) return "select -add " + melString(name);
+  if (!isPattern(name)) return "select -add " + melString(name);
   return "{ string $found[] = `ls -long -type \"transform\" " + melString(name) + "`; " +
          "if (size($found) == 0) error " + melString("No transform matches name: " + name) +
          "; select -add $found; }";
@@ -56,8 +65,10 @@ ExitStatus updateTextures(const Options& options) {
   if (started != kDone) return started;
   const auto tiles = host::texturedTopLevelTransforms();
   if (!selectTiles(options, tiles)) return kFailed;
-  const bool several = options.nodes.empty() ? tiles.size() > 1 : true;
-  ExportReport report(tiles, several && standardErrorIsTerminal());
+  const std::size_t expected = options.nodes.empty() ? tiles.size() : options.nodes.size();
+  const bool several = expected > 1 || hasPattern(options.nodes);
+  ExportReport report(
+      tiles, {several && standardErrorIsTerminal(), hasPattern(options.nodes) ? 0 : expected});
   OutputWatch watch([&report](std::string_view line) { report.hear(line); });
   const bool executed = host::execute("exportTile", "exportTile");
   const bool heard = watch.finish();

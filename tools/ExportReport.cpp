@@ -1,6 +1,5 @@
 #include "tools/ExportReport.h"
 
-#include <cstdio>
 #include <filesystem>
 
 #include "psd/PsdDocument.h"
@@ -73,9 +72,9 @@ void ExportReport::beginTile(std::string_view name) {
   tile_ = name;
   failed_ = false;
   ++tiles_;
-  if (showProgress_) {
-    std::fprintf(stderr, "morvane: tile %zu: %s\n", tiles_, printable(name).c_str());
-  }
+  if (!progress_.shown) return;
+  const std::string of = progress_.expected ? " of " + std::to_string(progress_.expected) : "";
+  complain("tile " + std::to_string(tiles_) + of + ": " + printable(name));
 }
 
 bool ExportReport::conclude() const {

@@ -13,10 +13,14 @@ namespace tools {
 // Follows an export by what the plug-in logs, the only place where it tells of a tile's failure.
 class ExportReport {
  public:
-  // `textures` says which texture belongs to which tile; `showProgress` prints a line a tile on
-  // standard error.
-  ExportReport(std::vector<host::TileCandidate> textures, bool showProgress)
-      : textures_(std::move(textures)), showProgress_(showProgress) {}
+  struct Progress {
+    bool shown = false;        // a line for each tile on standard error
+    std::size_t expected = 0;  // tiles; 0 where that is not known before
+  };
+
+  // `textures` says which texture belongs to which tile.
+  ExportReport(std::vector<host::TileCandidate> textures, Progress progress)
+      : textures_(std::move(textures)), progress_(progress) {}
 
   // One line of the plug-in's output.
   void hear(std::string_view line);
@@ -40,7 +44,7 @@ class ExportReport {
   std::string tile_;
   std::size_t tiles_ = 0;
   bool failed_ = false;  // the tile that is being exported
-  bool showProgress_;
+  Progress progress_;
 };
 
 }  // namespace tools

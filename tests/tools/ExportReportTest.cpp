@@ -9,7 +9,7 @@ class ExportReportTest : public testing::Test {
  protected:
   // What the report says of these lines; empty when all went well.
   std::string concludeAfter(std::initializer_list<const char*> lines, bool progress = false) {
-    ExportReport report({{"|missing", "no/such/texture.psd"}}, progress);
+    ExportReport report({{"|missing", "no/such/texture.psd"}}, {progress, 3});
     testing::internal::CaptureStderr();
     for (const char* line : lines) report.hear(line);
     const bool ok = report.conclude();
@@ -59,7 +59,7 @@ TEST_F(ExportReportTest, ANodeWithoutAPathIsItsOwnFailure) {
 
 TEST_F(ExportReportTest, ProgressNamesTilesSafely) {
   EXPECT_EQ(concludeAfter({"Exporting tile |a...", "Exporting tile |\x1B[2J..."}, true),
-            "morvane: tile 1: |a\nmorvane: tile 2: |\\x1B[2J\n");
+            "morvane: tile 1 of 3: |a\nmorvane: tile 2 of 3: |\\x1B[2J\n");
 }
 
 }  // namespace
