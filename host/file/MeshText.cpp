@@ -56,17 +56,28 @@ std::vector<Number>& scratch() {
   return numbers;
 }
 
+// A number that from_chars does not take: infinite, not a number, out of a float's range.
+bool readSpecial(std::string_view word, float& number) {
+  const auto special = mel::parseNumber(word);
+  number = static_cast<float>(special.value_or(0.0));
+  return special.has_value();
+}
+bool readSpecial(std::string_view word, double& number) {
+  const auto special = mel::parseNumber(word);
+  number = special.value_or(0.0);
+  return special.has_value();
+}
+bool readSpecial(std::string_view, int&) {
+  return false;
+}
+
 // All numbers up to the end. False when anything else stands among them.
 template <class Number>
 bool readNumbers(TextScanner& in, std::vector<Number>& numbers) {
   Number number = 0;
   while (!in.atEnd()) {
-    if (!in.number(number)) {
-      const auto special = mel::parseNumber(in.word());
-      if (!special) {
-        return false;
-      }
-      number = static_cast<Number>(*special);
+    if (!in.number(number) && !readSpecial(in.word(), number)) {
+      return false;
     }
     numbers.push_back(number);
   }

