@@ -4,28 +4,31 @@
 #include <string>
 #include <vector>
 
-// What a program that embeds the stand-in host calls. There is one host a process, as there is one scene.
-// Every failure is explained on standard error ("Error: ...", with file, line and column where there are
-// any) before the call returns; nothing here writes to standard output but what scripts and plug-ins print.
+// What a program that embeds the stand-in host calls. There is one host a process, as there is one
+// scene. Every failure is explained on standard error ("Error: ...", with file, line and column
+// where there are any) before the call returns; nothing here writes to standard output but what
+// scripts and plug-ins print.
 namespace host {
 
-// Starts the host with an empty scene. `callerFolder` is the absolute folder against which relative names
-// in scripts and on the command line resolve. Call once, first.
+// Starts the host with an empty scene. `callerFolder` is the absolute folder against which relative
+// names in scripts and on the command line resolve. Call once, first.
 void start(const std::string& callerFolder);
 
-// Replaces the scene by an empty one with the default nodes; the working folder is the caller's again.
+// Replaces the scene by an empty one with the default nodes; the working folder is the caller's
+// again.
 void newScene();
 
-// Reads a scene file in place of the scene. The process's working folder becomes the file's folder, so that
-// plug-ins, which open names as the scene gives them, find what lies beside the scene. False when the file
-// cannot be read or is no scene file; the scene is then empty. What the reader cannot use is warned of.
+// Reads a scene file in place of the scene. The process's working folder becomes the file's folder,
+// so that plug-ins, which open names as the scene gives them, find what lies beside the scene.
+// False when the file cannot be read or is no scene file; the scene is then empty. What the reader
+// cannot use is warned of.
 bool openScene(const std::string& path);
 
 // Writes the scene as a scene file, replacing `path` only once every byte is on disk.
 bool saveScene(const std::string& path);
 
-// Runs command-language text; `origin` names it in messages ("-c 1", a file name). False at the first
-// command that fails.
+// Runs command-language text; `origin` names it in messages ("-c 1", a file name). False at the
+// first command that fails.
 bool execute(const std::string& text, const std::string& origin);
 bool executeFile(const std::string& path);
 
@@ -33,16 +36,19 @@ bool executeFile(const std::string& path);
 void addPlugInFolder(const std::string& folder);
 void addScriptFolder(const std::string& folder);
 
-// Loads a plug-in by name ("morvane") or path. False when it is not found, is no plug-in, or its start-up fails.
+// Loads a plug-in by name ("morvane") or path. False when it is not found, is no plug-in, or its
+// start-up fails.
 bool loadPlugin(const std::string& nameOrPath);
 
-// Names as the command language shows them (shortest unique), for the program's own selection logic.
+// Names as the command language shows them (shortest unique), for the program's own selection
+// logic.
 struct TileCandidate {
   std::string path;     // full DAG path of the transform
   std::string texture;  // fileTextureName of the file texture that its mesh's colour comes from
 };
 
-// Every top-level transform with a mesh below it whose colour comes from a file texture, in scene order.
+// Every top-level transform with a mesh below it whose colour comes from a file texture, in scene
+// order.
 std::vector<TileCandidate> texturedTopLevelTransforms();
 
 }  // namespace host
