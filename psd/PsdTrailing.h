@@ -8,10 +8,9 @@
 namespace morvane {
 
 // Gives a new layer the trailing data that it takes over from the layer below. Of a sequence of
-// tagged blocks
-// ("8BIM" or "8B64", key, length, data padded to even) these are the blocks that describe no
-// content, in their order; group headers, texts, fills, adjustments, masks, effects and second
-// names stay where they belong. Anything else is taken over whole. False when out of memory.
+// tagged blocks ("8BIM" or "8B64", key, length, data padded to even) these are the blocks that
+// describe no content, in their order; group headers, texts, fills, adjustments, masks, effects and
+// second names stay where they belong. Anything else is taken over whole. False when out of memory.
 bool inheritTrailingData(const PsdLayer& below, PsdLayer& layer);
 
 // The byte of a layer's trailing data that a new layer id goes to; null when there is none.
