@@ -22,7 +22,7 @@ std::size_t beyond(std::size_t length, std::size_t read) {
 
 template <typename T>
 std::unique_ptr<T[]> allocated(PsdInput& in, std::size_t count) {
-  std::unique_ptr<T[]> items(new (std::nothrow) T[count]);
+  std::unique_ptr<T[]> items(new (std::nothrow) T[count]());
   if (!items) in.fail("out of memory");
   return items;
 }
@@ -91,8 +91,8 @@ void readUnicodeName(PsdInput& in, PsdLayer& layer) {
   layer.unicodeBlockLength = in.u32();
   layer.unicodeCount = in.u32();
   if (!hasItems(in, layer.unicodeCount, 2, "characters")) return;
-  if (layer.unicodeCount != 0)
-    layer.unicodeChars = allocated<std::uint16_t>(in, layer.unicodeCount);
+  const std::size_t units = layer.unicodeCount + (layer.unicodeCount & std::size_t{1});
+  if (units != 0) layer.unicodeChars = allocated<std::uint16_t>(in, units);
   for (std::uint32_t i = 0; in.ok() && i < layer.unicodeCount; ++i)
     layer.unicodeChars[i] = in.u16();
   const std::size_t read = 4 + 2 * std::size_t{layer.unicodeCount};

@@ -51,8 +51,8 @@ bool setFullBlendingRanges(PsdBlendingRanges& blending) {
 bool setName(PsdLayer& layer, const char* name) {
   const auto length = static_cast<std::uint32_t>(std::strlen(name));
   layer.name.reset(new (std::nothrow) char[length + 1]);
-  layer.unicodeChars.reset(length != 0 ? new (std::nothrow) std::uint16_t[length] : nullptr);
-  if (!layer.name || (length != 0 && !layer.unicodeChars)) return false;
+  layer.unicodeChars.reset(new (std::nothrow) std::uint16_t[length + (length & 1)]());
+  if (!layer.name || !layer.unicodeChars) return false;
   std::memcpy(layer.name.get(), name, length + 1);
   for (std::uint32_t i = 0; i < length; ++i)
     layer.unicodeChars[i] = static_cast<unsigned char>(name[i]);

@@ -24,11 +24,11 @@ struct PsdResource {
   char signature[4] = {};  // "8BIM", rarely another
   std::uint16_t id = 0;
   std::unique_ptr<char[]> name;  // NUL-terminated, at most 255 bytes; null for the empty name
-  PsdOpaque
-      nameField;  // written instead of `name`: a field as read that holds zero bytes or odd padding
+  // Written instead of `name`: a field as read that holds zero bytes or odd padding.
+  PsdOpaque nameField;
   std::uint32_t size = 0;
-  std::unique_ptr<std::uint8_t[]>
-      data;  // size bytes and one of padding when size is odd; null for size 0
+  // `size` bytes, and one of padding when the size is odd; null for size 0.
+  std::unique_ptr<std::uint8_t[]> data;
 };
 
 struct PsdChannelInfo {
@@ -68,8 +68,8 @@ struct PsdLayer {
   char blendKey[4] = {};
   std::uint8_t opacity = 0;
   std::uint8_t clipping = 0;
-  std::uint8_t flags =
-      0;  // bit 0 transparency protected, bit 1 hidden, bits 3 and 4 pixel data irrelevant
+  // Bit 0: transparency protected; bit 1: hidden; bits 3 and 4: pixel data irrelevant.
+  std::uint8_t flags = 0;
   std::uint8_t filler = 0;
   std::uint32_t extraLength = 0;  // of everything below, in bytes
   PsdLayerMask mask;
@@ -83,17 +83,18 @@ struct PsdLayer {
   char unicodeKey[4] = {};
   std::uint32_t unicodeBlockLength = 0;
   std::uint32_t unicodeCount = 0;
+  // unicodeCount units; when that is odd, a zero one follows that the count leaves out.
   std::unique_ptr<std::uint16_t[]> unicodeChars;
   PsdOpaque unicodeRest;  // what the block holds beyond its characters; null stands for zeros
 
   std::uint32_t trailingLength = 0;
-  std::unique_ptr<std::uint8_t[]>
-      trailingData;  // the other blocks of additional information, unparsed
+  // The other blocks of additional information, unparsed.
+  std::unique_ptr<std::uint8_t[]> trailingData;
 };
 
 struct PsdGlobalMask {
-  std::uint32_t length =
-      0;  // 0: none; below 14, only that many bytes of the fields are in the file
+  // 0: none; below 14, only that many bytes of the fields are in the file.
+  std::uint32_t length = 0;
   std::uint16_t overlayColourSpace = 0;
   std::uint16_t colourComponents[4] = {};
   std::uint16_t opacity = 0;
@@ -105,8 +106,8 @@ struct PsdGlobalMask {
 // The data of one channel of one layer. Raw: width x height bytes of the layer's rectangle, row
 // after row. Packed: see psd/PackBits.h. Its length is the channel info's length minus 2.
 struct PsdChannel {
-  std::uint16_t compression =
-      0;       // 0 raw, 1 packed; anything else is kept, and taken as packed when unpacked
+  // 0 raw, 1 packed; anything else is kept, and taken as packed when unpacked.
+  std::uint16_t compression = 0;
   Bytes data;  // null when the file has none
 };
 

@@ -112,6 +112,7 @@ TEST_F(PsdTest, RefusesLayersThatTheDocumentCannotCarry) {
   EXPECT_EQ(document.addLayer(nullptr), -1);
   ASSERT_EQ(document.addLayer(std::string(255, '\x80').c_str()), 1);
   EXPECT_EQ(document.layers[1].unicodeChars[254], 0x80);
+  EXPECT_EQ(document.layers[1].unicodeChars[255], 0);
   const auto again = loaded(saved(document));
   ASSERT_TRUE(again);
   EXPECT_EQ(std::strlen(again->layers[1].name.get()), 255u);

@@ -164,6 +164,7 @@ TEST_F(PsdTest, ReadsTheFields) {
   EXPECT_STREQ(layer.name.get(), "name");
   EXPECT_EQ(layer.unicodeCount, 3u);
   EXPECT_EQ(layer.unicodeChars[0], 0x44F);
+  EXPECT_EQ(layer.unicodeChars[3], 0);  // beyond the count, which is odd
   EXPECT_EQ(layer.trailingLength, 4u);
   EXPECT_EQ(std::memcmp(layer.trailingData.get(), "rest", 4), 0);
   EXPECT_EQ(document->findLayer("abc"), 1);
