@@ -11,11 +11,13 @@
 // loads the library, so exactly one source file of a plug-in includes this header. Define
 // MNoVersionString before including it to leave the symbol out.
 #ifndef MNoVersionString
+extern "C" {
 #ifdef _WIN32
-extern "C" __declspec(dllexport) char MApiVersion[] = "300";
+__declspec(dllexport) char MApiVersion[] = "300";
 #else
-extern "C" __attribute__((visibility("default"))) char MApiVersion[] = "300";
+__attribute__((visibility("default"))) char MApiVersion[] = "300";
 #endif
+}
 #endif
 
 class MSyntax;
