@@ -5,6 +5,7 @@
 #include "psd/PackBits.h"
 #include "psd/PsdDocument.h"
 #include "util/ByteOrder.h"
+#include "util/ReserveMore.h"
 
 // A data layer's planes, in channel order and one after another, hold a 4-byte little-endian length
 // and that many bytes.
@@ -88,7 +89,7 @@ class PsdDocument::PlaneStream {
     packed.data = packBitsEncodePlane(static_cast<std::uint32_t>(record.right - record.left),
                                       static_cast<std::uint32_t>(record.bottom - record.top),
                                       raw_.get(), packed.length);
-    if (!packed.data) return false;
+    if (!packed.data || !reserveMore(packed_, 1)) return false;
     packed_.push_back(std::move(packed));
     at_ = 0;
     return true;

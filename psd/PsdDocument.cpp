@@ -6,6 +6,7 @@
 
 #include "psd/PackBits.h"
 #include "psd/PsdNames.h"
+#include "util/ReserveMore.h"
 
 namespace morvane {
 
@@ -46,14 +47,15 @@ PsdResource* PsdDocument::findResource(std::uint16_t id) const {
   return nullptr;
 }
 
-void PsdDocument::insertResource(std::unique_ptr<PsdResource> resource, std::uint16_t afterId) {
+bool PsdDocument::insertResource(std::unique_ptr<PsdResource> resource, std::uint16_t afterId) {
   constexpr std::uint32_t kFixedSize = 4 + 2 + 4;  // signature, id, data size
-  if (!resource) return;
+  if (!resource || !reserveMore(resources, 1)) return false;
   resourcesLength += kFixedSize + nameFieldSize(*resource, kResourceNameAlignment);
   const auto hasId = [=](const auto& other) { return other->id == afterId; };
   auto at = std::find_if(resources.begin(), resources.end(), hasId);
   if (at != resources.end()) ++at;
   resources.insert(at, std::move(resource));
+  return true;
 }
 
 }  // namespace morvane

@@ -83,6 +83,8 @@ class PsdDocument {
 
   // A blank document, as by reset().
   PsdDocument(std::uint32_t width, std::uint32_t height);
+
+  // One that was moved from is good only for assignment, reset(), load() and destruction.
   PsdDocument(PsdDocument&&) = default;
   PsdDocument& operator=(PsdDocument&&) = default;
 
@@ -117,8 +119,9 @@ class PsdDocument {
   PsdResource* findResource(std::uint16_t id) const;
 
   // Inserts after the first resource with id afterId, else at the end. resourcesLength grows by the
-  // resource's header and name; the caller adds the data's length.
-  void insertResource(std::unique_ptr<PsdResource> resource, std::uint16_t afterId);
+  // resource's header and name; the caller adds the data's length. False when there is no resource
+  // or memory runs out.
+  bool insertResource(std::unique_ptr<PsdResource> resource, std::uint16_t afterId);
 
   // Appends an opaque black layer over the whole image and returns its index; a document without
   // layers first gets a base layer made from its merged image. -1 when the document cannot carry
@@ -171,8 +174,13 @@ class PsdDocument {
   // A new layer whose planes start with `content`; its index, or -1.
   std::int32_t appendLayer(const char* name, std::uint8_t flags, const std::uint8_t* content,
                            std::uint64_t contentLength);
-  void commitBaseLayer(BuiltLayer built);
-  void commitLayer(BuiltLayer built);
+
+  // Memory for all that the commits add, so that they cannot fail; false when there is too little.
+  // A resource gets room behind its data, which changes nothing that is saved.
+  bool reserveForLayers(std::size_t newLayers, std::size_t newChannels);
+  bool reserveGroupEntry();
+  void commitBaseLayer(BuiltLayer& built);
+  void commitLayer(BuiltLayer& built);
   void extendLayerGroups();
   void takeLayerId(PsdLayer& layer);
 };

@@ -4,6 +4,7 @@
 
 #include "psd/PsdNames.h"
 #include "psd/PsdReader.h"
+#include "util/ReserveMore.h"
 
 namespace morvane {
 
@@ -117,7 +118,7 @@ void readLayerRecords(PsdInput& in, PsdDocument& document) {
   document.mergedAlpha = count < 0;
   document.layerCount = static_cast<std::int16_t>(count < 0 ? -count : count);
   if (!hasItems(in, document.layerCount, kMinRecordSize, "layers")) return;
-  document.layers.reserve(document.layerCount);
+  if (!reserveMore(document.layers, document.layerCount)) in.fail("out of memory");
   for (int i = 0; in.ok() && i < document.layerCount; ++i) {
     in.setPart("layer", i);
     document.layers.emplace_back();
@@ -134,7 +135,7 @@ void readChannelData(PsdInput& in, std::uint32_t length, PsdChannel& channel) {
 
 void readChannels(PsdInput& in, PsdDocument& document) {
   if (!in.ok()) return;
-  document.channelTable.reserve(document.totalChannelCount());
+  if (!reserveMore(document.channelTable, document.totalChannelCount())) in.fail("out of memory");
   for (int i = 0; in.ok() && i < document.layerCount; ++i) {
     in.setPart("channel data of layer", i);
     const PsdLayer& layer = document.layers[i];

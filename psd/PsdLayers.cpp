@@ -10,6 +10,7 @@
 #include "psd/PsdNames.h"
 #include "psd/PsdTrailing.h"
 #include "util/ByteOrder.h"
+#include "util/ReserveMore.h"
 
 namespace morvane {
 
@@ -89,12 +90,15 @@ bool canCarryLayers(const PsdDocument& document) {
          document.depth == 8 && isSide(document.rows) && isSide(document.columns);
 }
 
+// A resource of two bytes, with room behind them for one group entry; null when out of memory.
 std::unique_ptr<PsdResource> makeResource(std::uint16_t id, std::uint8_t low) {
-  auto resource = std::make_unique<PsdResource>();
+  std::unique_ptr<PsdResource> resource(new (std::nothrow) PsdResource);
+  if (!resource) return nullptr;
   std::memcpy(resource->signature, "8BIM", 4);
   resource->id = id;
   resource->size = 2;
-  resource->data = std::make_unique<std::uint8_t[]>(2);
+  resource->data.reset(new (std::nothrow) std::uint8_t[2 + kGroupEntry]());
+  if (!resource->data) return nullptr;
   resource->data[1] = low;
   return resource;
 }
@@ -142,23 +146,30 @@ std::unique_ptr<std::uint8_t[]> packMergedPlane(const PsdDocument& document, std
 // A layer that is not part of the document yet.
 struct PsdDocument::BuiltLayer {
   PsdLayer record;
-  std::vector<PsdChannel> channels;
+  PsdChannel channels[4];                      // the first channelCount of them count
+  std::unique_ptr<PsdResource> state, groups;  // of a base layer
 
-  // False when there is no packed plane to add.
-  bool addChannel(std::unique_ptr<std::uint8_t[]> packed, std::uint32_t length) {
+  // False when there is no packed plane to set.
+  bool setChannel(std::uint32_t index, std::unique_ptr<std::uint8_t[]> packed,
+                  std::uint32_t length) {
     if (!packed) return false;
-    record.channelInfos[channels.size()].length = length + 2;
-    channels.emplace_back();
-    channels.back().compression = 1;
-    channels.back().data = std::move(packed);
+    record.channelInfos[index].length = length + 2;
+    channels[index].compression = 1;
+    channels[index].data = std::move(packed);
     return true;
   }
 
   // Bytes in the file.
   std::uint64_t size() const {
     std::uint64_t total = recordSize(record);
-    for (std::size_t c = 0; c < channels.size(); ++c) total += record.channelInfos[c].length;
+    for (std::uint32_t c = 0; c < record.channelCount; ++c) total += record.channelInfos[c].length;
     return total;
+  }
+
+  // Into vectors that have room for them.
+  void moveTo(std::vector<PsdLayer>& layers, std::vector<PsdChannel>& channelTable) {
+    std::move(channels, channels + record.channelCount, std::back_inserter(channelTable));
+    layers.push_back(std::move(record));
   }
 };
 
@@ -170,6 +181,9 @@ bool PsdDocument::buildBaseLayer(BuiltLayer& base) const {
   constexpr std::uint8_t kFirstLayerId[16] = {'8', 'B', 'I', 'M', 'l', 'y', 'i', 'd',
                                               0,   0,   0,   4,   0,   0,   0,   1};
   if (channels < 3) return false;
+  base.state = makeResource(kLayerState, 1);
+  base.groups = makeResource(kLayerGroups, 0);
+  if (!base.state || !base.groups) return false;
   PsdLayer& record = base.record;
   if (!setChannels(record, {0, 1, 2}) || !fillRecord(record, *this, "", kBaseFlags)) return false;
   record.name.reset();
@@ -181,7 +195,7 @@ bool PsdDocument::buildBaseLayer(BuiltLayer& base) const {
   for (std::uint32_t plane = 0; plane < 3; ++plane) {
     std::uint32_t length = 0;
     std::unique_ptr<std::uint8_t[]> packed = packMergedPlane(*this, plane, length);
-    if (!base.addChannel(std::move(packed), length)) return false;
+    if (!base.setChannel(plane, std::move(packed), length)) return false;
   }
   return true;
 }
@@ -201,7 +215,7 @@ bool PsdDocument::buildLayer(BuiltLayer& built, const PsdLayer& below, const cha
     const std::uint8_t fill = c == 0 ? 0xFF : 0x00;  // opaque black
     std::uint32_t length = 0;
     auto packed = packBitsEncodeFilledPlane(columns, rows, content, part, fill, length);
-    if (!built.addChannel(std::move(packed), length)) return false;
+    if (!built.setChannel(c, std::move(packed), length)) return false;
     if (part != 0) content += part;
     contentLength -= part;
   }
@@ -224,40 +238,55 @@ std::int32_t PsdDocument::appendLayer(const char* name, std::uint8_t flags,
   constexpr std::uint64_t kSectionHeaders = 2 + 8;
   const std::uint64_t added = built.size() + (needsBase ? base.size() + kSectionHeaders : 0);
   if (added > std::numeric_limits<std::uint32_t>::max() - layerAndMaskLength) return -1;
-  if (needsBase) commitBaseLayer(std::move(base));
-  commitLayer(std::move(built));
+  const std::size_t newChannels = std::size_t{base.record.channelCount} + built.record.channelCount;
+  if (!reserveForLayers(needsBase ? 2 : 1, newChannels)) return -1;
+  if (needsBase) commitBaseLayer(base);
+  commitLayer(built);
   return layerCount - 1;
 }
 
-void PsdDocument::commitBaseLayer(BuiltLayer built) {
+bool PsdDocument::reserveForLayers(std::size_t newLayers, std::size_t newChannels) {
+  constexpr std::size_t kNewResources = 2;
+  return reserveMore(layers, newLayers) && reserveMore(channelTable, newChannels) &&
+         reserveMore(resources, kNewResources) && reserveGroupEntry();
+}
+
+bool PsdDocument::reserveGroupEntry() {
+  PsdResource* const groups = findResource(kLayerGroups);
+  if (!groups) return true;
+  const std::size_t padded = std::size_t{groups->size} + (groups->size & 1);
+  std::unique_ptr<std::uint8_t[]> data(new (std::nothrow) std::uint8_t[padded + kGroupEntry]());
+  if (!data) return false;
+  if (groups->data) std::memcpy(data.get(), groups->data.get(), padded);
+  groups->data = std::move(data);
+  return true;
+}
+
+void PsdDocument::commitBaseLayer(BuiltLayer& built) {
   hasGlobalMask = true;
   layerInfoLength = static_cast<std::uint32_t>(2 + built.size()) + layerInfoPadding.length;
   layerAndMaskLength = layerInfoLength + 8 + globalMask.length + sectionTail.length;
   layerCount = 1;
-  layers.push_back(std::move(built.record));
-  channelTable = std::move(built.channels);
-  insertResource(makeResource(kLayerState, 1), kBeforeLayerState);
-  insertResource(makeResource(kLayerGroups, 0), kLayerState);
+  built.moveTo(layers, channelTable);
+  insertResource(std::move(built.state), kBeforeLayerState);
+  insertResource(std::move(built.groups), kLayerState);
   resourcesLength += 2 + kGroupEntry;
 }
 
-void PsdDocument::commitLayer(BuiltLayer built) {
+void PsdDocument::commitLayer(BuiltLayer& built) {
   changeSectionLengths(static_cast<std::int64_t>(built.size()));
   extendLayerGroups();
   takeLayerId(built.record);
-  layers.push_back(std::move(built.record));
-  std::move(built.channels.begin(), built.channels.end(), std::back_inserter(channelTable));
+  built.moveTo(layers, channelTable);
   ++layerCount;
 }
 
 void PsdDocument::extendLayerGroups() {
   PsdResource* const groups = findResource(kLayerGroups);
   if (!groups) return;
-  const std::uint32_t size = groups->size + kGroupEntry;
-  auto data = std::make_unique<std::uint8_t[]>(std::size_t{size} + (size & 1));
-  if (groups->data) std::memcpy(data.get(), groups->data.get(), groups->size);
-  groups->data = std::move(data);
-  groups->size = size;
+  // The new entry and, when the size is odd, the padding, which moves.
+  std::memset(groups->data.get() + groups->size, 0, kGroupEntry + (groups->size & 1));
+  groups->size += kGroupEntry;
   resourcesLength += kGroupEntry;
 }
 

@@ -7,6 +7,7 @@
 
 #include "psd/PsdNames.h"
 #include "psd/TgaImport.h"
+#include "util/ReserveMore.h"
 #include "util/WholeFile.h"
 
 namespace morvane {
@@ -14,7 +15,6 @@ namespace morvane {
 namespace {
 
 constexpr std::size_t kResourceHeader = 4 + 2 + 2 + 4;  // with an empty name
-constexpr std::size_t kExpectedResources = 20;
 
 bool isSeparator(char c) {
 #ifdef _WIN32
@@ -67,10 +67,14 @@ bool isForeign(const PsdResource& resource) {
   return std::memcmp(resource.signature, "8BIM", 4) != 0;
 }
 
-// Reads one resource; null, with nothing read, when what follows is not one.
+// Reads one resource; null, with nothing read, when what follows is not one or memory runs out.
 std::unique_ptr<PsdResource> readResource(PsdInput& in) {
   PsdInput probe = in;
-  auto resource = std::make_unique<PsdResource>();
+  std::unique_ptr<PsdResource> resource(new (std::nothrow) PsdResource);
+  if (!resource) {
+    in.fail("out of memory");
+    return nullptr;
+  }
   probe.copy(resource->signature, 4);
   resource->id = probe.u16();
   readName(probe, kResourceNameAlignment, resource->name, resource->nameField);
@@ -87,10 +91,10 @@ void readResources(PsdInput& in, PsdDocument& document) {
   in.setPart("image resources");
   document.resourcesLength = in.u32();
   const PsdPart section(in, document.resourcesLength);
-  document.resources.reserve(kExpectedResources);
   while (in.ok() && in.left() >= kResourceHeader) {
     std::unique_ptr<PsdResource> resource = readResource(in);
     if (!resource) break;
+    if (!reserveMore(document.resources, 1)) return in.fail("out of memory");
     document.resources.push_back(std::move(resource));
   }
   document.resourcesTail = in.takeOpaque(in.left());
@@ -148,7 +152,8 @@ void readName(PsdInput& in, std::uint32_t alignment, std::unique_ptr<char[]>& na
   const std::uint8_t* const padding = in.take(fieldSize - 1 - length);
   if (!in.ok()) return;
   if (length != 0) {
-    name = std::make_unique<char[]>(length + 1);
+    name.reset(new (std::nothrow) char[length + 1]());
+    if (!name) return in.fail("out of memory");
     std::memcpy(name.get(), text, length);
   }
   const bool plain =
@@ -169,8 +174,8 @@ bool PsdDocument::load(const char* loadPath, std::string* error) {
   }
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
-  constexpr std::uint64_t kMaxFile =
-      std::numeric_limits<std::uint32_t>::max();  // lengths are 32-bit
+  // Lengths within a file have 32 bits.
+  constexpr std::uint64_t kMaxFile = std::numeric_limits<std::uint32_t>::max();
   if (!readWholeFile(loadPath, kMaxFile, bytes, size, why)) return false;
   PsdDocument fresh;
   if (isTga ? !importTga(bytes.get(), size, fresh, why)
@@ -178,7 +183,11 @@ bool PsdDocument::load(const char* loadPath, std::string* error) {
     return false;
   }
   const std::size_t pathSize = std::strlen(loadPath) + 1;
-  fresh.path = std::make_unique<char[]>(pathSize);
+  fresh.path.reset(new (std::nothrow) char[pathSize]);
+  if (!fresh.path) {
+    why = "out of memory";
+    return false;
+  }
   std::memcpy(fresh.path.get(), loadPath, pathSize);
   *this = std::move(fresh);
   return true;

@@ -1,0 +1,90 @@
+#include <new>
+
+#include "tests/psd/PsdTest.h"
+
+namespace morvane {
+namespace {
+
+int allocationsLeft = -1;  // until one fails; negative: none does
+
+bool fails() {
+  return allocationsLeft >= 0 && allocationsLeft-- == 0;
+}
+
+}  // namespace
+}  // namespace morvane
+
+// Only what can report missing memory is made to fail; the rest of the program allocates as ever.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return morvane::fails() ? nullptr : ::operator new(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return morvane::fails() ? nullptr : ::operator new[](size);
+}
+
+namespace morvane {
+namespace {
+
+// Runs `operation` with its first allocation failing, then its second, until it gets through, and
+// `check` after each failure. Returns how many failures there were.
+template <typename Operation, typename Check>
+int failEachAllocation(Operation operation, Check check) {
+  for (int failures = 0;; ++failures) {
+    allocationsLeft = failures;
+    const bool done = operation();
+    const bool failed = allocationsLeft < 0;
+    allocationsLeft = -1;
+    EXPECT_NE(done, failed) << "allocation " << failures;
+    if (!failed || done || failures == 1000) return failures;
+    check();
+  }
+}
+
+HandMade handMade() {
+  HandMade hand;
+  hand.resources = "8BIM" + be16(1026) + "\1n" + sized("odd") + "p";
+  hand.extras = {zeros(4) + sized(std::string(16, 'r')) + "\4name" + zeros(3) +
+                 block("luni", be32(1) + "AB") + block("lyid", be32(3))};
+  return hand;
+}
+
+TEST_F(PsdTest, LoadingWithoutMemoryFailsAndChangesNothing) {
+  const std::string tga =
+      zeros(2) + "\2" + zeros(9) + "\1" + zeros(1) + "\1" + zeros(1) + "\x18" + zeros(1) + "bgr";
+  for (const std::string& file : {write("f.psd", handMade().file()), write("f.tga", tga)}) {
+    PsdDocument document(3, 3);
+    const std::string before = saved(document);
+    std::string error;
+    const int failures = failEachAllocation([&] { return document.load(file.c_str(), &error); },
+                                            [&] {
+                                              EXPECT_NE(error, "");
+                                              EXPECT_TRUE(saved(document) == before);
+                                            });
+    EXPECT_GT(failures, 10);  // the file, its records, their parts, and three vectors
+  }
+}
+
+TEST_F(PsdTest, ChangingWithoutMemoryFailsAndChangesNothing) {
+  HandMade blank;
+  blank.hasLayers = false;
+  for (const HandMade& hand : {handMade(), blank}) {
+    const auto document = loaded(hand.file());
+    ASSERT_TRUE(document);
+    std::string before = hand.file();
+    const auto unchanged = [&] { EXPECT_TRUE(saved(*document) == before); };
+    failEachAllocation([&] { return addData(*document, "d", payload(9)); }, unchanged);
+    before = saved(*document);
+    std::uint32_t size = 0;
+    failEachAllocation([&] { return document->readDataLayer("d", size) != nullptr; }, unchanged);
+    const std::uint8_t rgba[4] = {1, 2, 3, 4};
+    const std::int32_t top = document->layerCount - 1;
+    failEachAllocation([&] { return document->setLayerPixels(top, 0, 0, 1, 1, rgba); }, unchanged);
+    before = saved(*document);
+    failEachAllocation([&] { return document->decompressChannel(top, 0); }, unchanged);
+    before = saved(*document);
+    failEachAllocation([&] { return document->compressChannel(top, 0); }, unchanged);
+  }
+}
+
+}  // namespace
+}  // namespace morvane
