@@ -21,6 +21,16 @@ Matrix44 toMatrix44(const MMatrix& matrix) {
   return result;
 }
 
+// A path stands for a mesh only when that is its one shape.
+MObject meshDirectlyBelow(MDagPath tile) {
+  MFnDagNode transform(tile);
+  for (unsigned int i = 0; i < transform.childCount(); ++i) {
+    MObject child = transform.child(i);
+    if (child.hasFn(MFn::kMesh) && !MFnDagNode(child).isIntermediateObject()) return child;
+  }
+  return MObject::kNullObj;
+}
+
 }  // namespace
 
 MeshWalk::MeshWalk(MDagPath tile) : walk_(MItDag::kDepthFirst, MFn::kMesh) {
@@ -48,8 +58,9 @@ bool getTileMatrix(MDagPath tile, MObject firstMesh, Matrix44& matrix) {
   MStatus attached;
   MFnMesh mesh(tile, &attached);
   if (attached == MStatus::kSuccess) return tileNormalisationMatrix(mesh, matrix);
-  MFnMesh nestedMesh(firstMesh);
-  return tileNormalisationMatrix(nestedMesh, matrix);
+  MObject ownMesh = meshDirectlyBelow(tile);
+  MFnMesh otherMesh(ownMesh.isNull() ? firstMesh : ownMesh);
+  return tileNormalisationMatrix(otherMesh, matrix);
 }
 
 bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix) {

@@ -42,7 +42,7 @@ static_assert(sizeof(GoblinPoolVertex) == 32, "the blob's pool record has 32 byt
 
 struct GoblinFace {
   std::int32_t cornerCount = 0;
-  std::unique_ptr<std::int32_t[]> indices;  // cornerCount pool indices
+  std::unique_ptr<std::int32_t[]> indices;  // cornerCount pool indices; may be null for none
 };
 
 // Texts end with a zero and may be null, which the blob cannot tell from the empty text.

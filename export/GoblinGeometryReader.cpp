@@ -1,4 +1,5 @@
 #include <cstring>
+#include <new>
 
 #include "export/GoblinGeometry.h"
 #include "util/ByteOrder.h"
@@ -61,15 +62,20 @@ bool GoblinGeometryReader::readPool(std::vector<GoblinPoolVertex>& pool) {
   return true;
 }
 
+// Nothing is made of the count itself: a count that is too high shows when a record is missing, and
+// the records before it are good.
 bool GoblinGeometryReader::readGoblinCount(std::uint32_t& count) {
-  return readCount(layout_ == GoblinLayout::kNamed ? 3 * kWord : kWord, count);
+  if (!peekWord(count)) return false;
+  offset_ += kWord;
+  return true;
 }
 
 bool GoblinGeometryReader::readText(std::unique_ptr<char[]>* text) {
   std::uint32_t length = 0;
   if (!readCount(1, length)) return false;
   if (text != nullptr) {
-    text->reset(new char[std::size_t{length} + 1]);
+    text->reset(new (std::nothrow) char[std::size_t{length} + 1]);
+    if (!*text) return false;
     if (length > 0) std::memcpy(text->get(), bytes_ + offset_, length);
     (*text)[length] = '\0';
   }
@@ -82,7 +88,8 @@ bool GoblinGeometryReader::readFace(GoblinFace* face) {
   if (!readCount(kWord, corners)) return false;
   if (face != nullptr) {
     face->cornerCount = static_cast<std::int32_t>(corners);
-    face->indices.reset(new std::int32_t[corners]);
+    if (corners > 0) face->indices.reset(new (std::nothrow) std::int32_t[corners]);
+    if (corners > 0 && !face->indices) return false;
   }
   for (std::uint32_t corner = 0; corner < corners; ++corner) {
     std::uint32_t index = 0;
@@ -102,7 +109,8 @@ bool GoblinGeometryReader::readRecord(GoblinRecord* record) {
   if (!readCount(kWord, faces)) return false;
   if (record != nullptr) {
     record->faceCount = static_cast<std::int32_t>(faces);
-    record->faces = std::make_unique<GoblinFace[]>(faces);
+    record->faces.reset(new (std::nothrow) GoblinFace[faces]);
+    if (!record->faces) return false;
   }
   for (std::uint32_t face = 0; face < faces; ++face) {
     if (!readFace(record != nullptr ? &record->faces[face] : nullptr)) return false;

@@ -47,7 +47,7 @@ bool hasFacesOf(const MObject& mesh, MObject faces) {
   MDagPath path;
   MDagPath::getAPathTo(mesh, path);
   MStatus attached;
-  const MItMeshPolygon polygon(path, faces, &attached);
+  MItMeshPolygon polygon(path, faces, &attached);
   return attached == MStatus::kSuccess && !polygon.isDone();
 }
 

@@ -63,10 +63,12 @@ MStatus createGoblin(const GoblinRecord& record, const GoblinMesh& goblin, MObje
   MObject parent = transform.create(tile);
   MFnMesh mesh;
   MStatus created;
-  mesh.create(points, record.faceCount, toPointArray(goblin.points), counts, connects, parent,
-              &created);
+  MFloatPointArray positions = toPointArray(goblin.points);
+  mesh.create(points, record.faceCount, positions, counts, connects, parent, &created);
   std::printf("Create: %d %d \t %s\n", points, record.faceCount, created.errorString().asChar());
-  mesh.setUVs(toFloatArray(goblin.us), toFloatArray(goblin.vs));
+  MFloatArray us = toFloatArray(goblin.us);
+  MFloatArray vs = toFloatArray(goblin.vs);
+  mesh.setUVs(us, vs);
   mesh.assignUVs(counts, connects);
   setNormals(goblin, mesh);
   MObject shape = mesh.object();

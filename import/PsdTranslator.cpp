@@ -4,6 +4,7 @@
 #include <new>
 
 #include "export/TileWriter.h"
+#include "import/TextureNetwork.h"
 #include "import/TileReader.h"
 
 namespace morvane {
@@ -25,10 +26,14 @@ MStatus PsdTranslator::writer(const MFileObject& file, const MString&, FileAcces
   return writeTile(file, mode, sourceFileName);
 }
 
-MPxFileTranslator::MFileKind PsdTranslator::identifyFile(const MFileObject&, const char* buffer,
+MStatus PsdTranslator::applyTexture(MObject node, MString fileName) {
+  return morvane::applyTexture(node, fileName);
+}
+
+MPxFileTranslator::MFileKind PsdTranslator::identifyFile(const MFileObject&, const char* start,
                                                          short size) const {
   if (size < static_cast<short>(sizeof kSignature)) return kNotMyFileType;
-  return std::memcmp(buffer, kSignature, sizeof kSignature) == 0 ? kIsMyFileType : kNotMyFileType;
+  return std::memcmp(start, kSignature, sizeof kSignature) == 0 ? kIsMyFileType : kNotMyFileType;
 }
 
 }  // namespace morvane

@@ -7,6 +7,11 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
+#include <cstdint>
+#include <memory>
+
+#include "psd/PsdDocument.h"
+
 namespace morvane {
 
 // The file translator "psd": exports the selected tile's goblins to a PSD file, and applies such a
@@ -26,11 +31,20 @@ class PsdTranslator : public MPxFileTranslator {
   bool canBeOpened() const override { return false; }
 
   // Decides by the signature "8BPS" alone, whatever the file is called.
-  MFileKind identifyFile(const MFileObject& file, const char* buffer, short size) const override;
+  MFileKind identifyFile(const MFileObject& file, const char* start, short size) const override;
+
+  // Gives a mesh a shading network coloured by the file; see import/TextureNetwork.h.
+  MStatus applyTexture(MObject node, MString fileName);
 
   // The document that the writer starts from; blank while this is empty, which it is: no operation
   // sets it.
   MString sourceFileName;
+
+  // Room for a translator that keeps a file between calls. Reader and writer each work on a
+  // document of their own.
+  std::unique_ptr<std::uint8_t[]> buffer;
+  std::int32_t bufferSize = 0;
+  PsdDocument document{256, 256};
 };
 
 }  // namespace morvane

@@ -1,4 +1,11 @@
+// The header defines a symbol that the host looks for, and not every devkit exports it itself.
+#if defined(__GNUC__)
+#pragma GCC visibility push(default)
+#endif
 #include <maya/MFnPlugin.h>
+#if defined(__GNUC__)
+#pragma GCC visibility pop
+#endif
 #include <maya/MGlobal.h>
 #include <maya/MObject.h>
 #include <maya/MStatus.h>

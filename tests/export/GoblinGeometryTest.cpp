@@ -250,8 +250,9 @@ TEST(GoblinGeometry, StopsBeforeTheFirstValueThatDoesNotFit) {
   const struct {
     std::size_t offset;
     std::uint32_t value;
-  } damages[] = {{0, 0x80000000U}, {0, 5},   {100, 3},           {104, 27}, {110, 0xFFFFFFFFU},
-                 {114, 5},         {118, 4}, {118, 0x80000003U}, {122, 3},  {130, 0x80000000U}};
+  } damages[] = {{0, 0x80000000U},   {0, 5},   {104, 27},
+                 {110, 0xFFFFFFFFU}, {114, 5}, {118, 4},
+                 {118, 0x80000003U}, {122, 3}, {130, 0x80000000U}};
   for (const auto& damage : damages) {
     Blob blob = whole;
     storeLe32(blob.data() + damage.offset, damage.value);
@@ -259,6 +260,13 @@ TEST(GoblinGeometry, StopsBeforeTheFirstValueThatDoesNotFit) {
     EXPECT_EQ(decoded.consumed, damage.offset) << damage.value;
     EXPECT_TRUE(decoded.records.empty());
   }
+  // A goblin count that is too high leaves the goblins that are there.
+  Blob blob = whole;
+  storeLe32(blob.data() + 100, 0xFFFFFFFFU);
+  const Decoded decoded = decode(blob, GoblinLayout::kNamed);
+  EXPECT_EQ(decoded.consumed, blob.size());
+  EXPECT_FALSE(decoded.complete);
+  EXPECT_EQ(decoded.records.size(), 1U);
 }
 
 TEST(GoblinGeometry, FacesAndGoblinsMayBeEmpty) {
