@@ -25,6 +25,12 @@ bool hasSaneRectangle(const PsdLayer& layer) {
   return isSaneSide(widthOf(layer)) && isSaneSide(heightOf(layer));
 }
 
+// Whether the data of a channel that is raw is exactly the layer's rectangle.
+bool fillsRectangle(const PsdLayer& layer, std::uint32_t length) {
+  return hasSaneRectangle(layer) &&
+         std::int64_t{length} == widthOf(layer) * heightOf(layer) + kCompressionWord;
+}
+
 std::unique_ptr<std::uint8_t[]> rawCopy(const PsdChannel& channel, std::size_t size) {
   std::unique_ptr<std::uint8_t[]> plane(new (std::nothrow) std::uint8_t[size]);
   if (plane) std::memcpy(plane.get(), channel.data.get(), size);
@@ -97,9 +103,10 @@ std::unique_ptr<std::uint8_t[]> PsdDocument::unpackedPlane(std::int32_t layer,
 }
 
 bool PsdDocument::decompressChannel(std::int32_t layer, std::uint32_t channel) {
-  if (!findChannelInfo(layer, channel)) return false;
+  const PsdChannelInfo* const info = findChannelInfo(layer, channel);
+  if (!info) return false;
   const PsdChannel& entry = layerChannels(layer)[channel];
-  if (entry.compression == 0 && entry.data) return true;
+  if (entry.compression == 0 && entry.data) return fillsRectangle(layers[layer], info->length);
   std::size_t size = 0;
   std::unique_ptr<std::uint8_t[]> plane = unpackedPlane(layer, channel, size);
   if (!plane) return false;
@@ -113,10 +120,9 @@ bool PsdDocument::compressChannel(std::int32_t layer, std::uint32_t channel) {
   const PsdChannel& entry = layerChannels(layer)[channel];
   if (entry.compression != 0) return true;
   const PsdLayer& record = layers[layer];
-  if (!hasSaneRectangle(record) || !entry.data) return false;
+  if (!entry.data || !fillsRectangle(record, info->length)) return false;
   const auto width = static_cast<std::uint32_t>(widthOf(record));
   const auto height = static_cast<std::uint32_t>(heightOf(record));
-  if (std::uint64_t{info->length} != std::uint64_t{width} * height + kCompressionWord) return false;
   std::uint32_t length = 0;
   std::unique_ptr<std::uint8_t[]> packed =
       packBitsEncodePlane(width, height, entry.data.get(), length);

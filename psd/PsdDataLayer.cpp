@@ -38,11 +38,13 @@ class PsdDocument::PlaneStream {
   PlaneStream(const PsdDocument& document, std::int32_t layer, std::uint64_t plane)
       : document_(document), layer_(layer), plane_(plane), at_(plane) {}
 
-  // False when the layer has no further channel, or one whose data does not fill the plane.
+  // False when the layer has no further channel, or one that ends before its part of the bytes. A
+  // layer smaller than the image need only be as large as what it holds.
   bool read(std::uint8_t* to, std::uint64_t size) {
     while (size != 0) {
       if (at_ == plane_ && !nextChannel()) return false;
       const auto part = static_cast<std::size_t>(std::min(size, plane_ - at_));
+      if (at_ + part > rawSize_) return false;
       std::memcpy(to, raw_.get() + at_, part);
       at_ += part;
       to += part;
@@ -81,9 +83,8 @@ class PsdDocument::PlaneStream {
   bool nextChannel() {
     const auto channel = static_cast<std::uint32_t>(packed_.size());
     if (channel >= document_.layers[layer_].channelCount) return false;
-    std::size_t size = 0;
-    raw_ = document_.unpackedPlane(layer_, channel, size);
-    if (!raw_ || size < plane_) return false;
+    raw_ = document_.unpackedPlane(layer_, channel, rawSize_);
+    if (!raw_) return false;
     const PsdLayer& record = document_.layers[layer_];
     Packed packed;
     packed.data = packBitsEncodePlane(static_cast<std::uint32_t>(record.right - record.left),
@@ -100,6 +101,7 @@ class PsdDocument::PlaneStream {
   std::uint64_t plane_;  // bytes of each channel that count: the image's pixels
   std::uint64_t at_;     // in the current plane
   std::unique_ptr<std::uint8_t[]> raw_;
+  std::size_t rawSize_ = 0;
   std::vector<Packed> packed_;
 };
 

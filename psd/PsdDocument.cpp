@@ -19,16 +19,18 @@ void PsdDocument::reset(std::uint32_t width, std::uint32_t height) {
   std::memcpy(signature, "8BPS", 4);
   version = 1;
   channels = 3;
-  rows = height;
-  columns = width;
   depth = 8;
   colourMode = 3;
   mergedCompression = 1;
   constexpr std::uint32_t kPlanes = 3;  // one below the other, packed as one
+  mergedLength = 1;  // promised and not there: without its merged image no document is saved
   if (height > std::numeric_limits<std::uint32_t>::max() / kPlanes) return;
   std::unique_ptr<std::uint8_t[]> packed =
       packBitsEncodeFilledPlane(width, kPlanes * height, nullptr, 0, 0, mergedLength);
+  if (!packed) return;
   mergedData = std::move(packed);
+  rows = height;
+  columns = width;
 }
 
 std::int32_t PsdDocument::findLayer(const char* name) const {

@@ -29,14 +29,15 @@ namespace morvane {
 // Operations that return false, -1 or null have changed nothing. Files are not trusted. Loading one
 // of n bytes takes those n, a copy of its resources and layer records, and at most about 10 n for
 // their bookkeeping (reached by files of nothing but empty records). Unpacking a plane takes at
-// most 64 times its packed data; a new layer's planes are packed at once and take at most 57 MB
+// most 64 times its packed data; a new layer's planes are packed at once and take at most 269 MB
 // together, for an image of kMaxSide squared.
 //
 // A document is used by one thread at a time.
 class PsdDocument {
  public:
-  // The format's own limit for the sides of an image, in pixels.
-  static constexpr std::uint32_t kMaxSide = 30000;
+  // Of an image's sides, in pixels: the most that a TGA image can have. The format's own limit is
+  // 30000, which other programs hold to.
+  static constexpr std::uint32_t kMaxSide = 65535;
 
   // A layer may claim a rectangle of any size and bring no data for it: no plane of zeros with more
   // bytes than this is made.
@@ -45,8 +46,8 @@ class PsdDocument {
   std::unique_ptr<char[]> path;  // of the file last loaded, NUL-terminated; null after reset()
 
   // The file's sections, in their order.
-  char signature[4] = {};     // "8BPS"
-  std::uint16_t version = 0;  // 1
+  char signature[4] = {};     // "8BPS"; addLayer() refuses any other
+  std::uint16_t version = 0;  // 1; addLayer() refuses any other
   std::uint8_t reserved[6] = {};
   std::uint16_t channels = 0;    // of the merged image
   std::uint32_t rows = 0;        // pixels
@@ -89,11 +90,14 @@ class PsdDocument {
   PsdDocument& operator=(PsdDocument&&) = default;
 
   // Discards everything and makes a blank (black) 8-bit RGB document without layers, in pixels.
+  // When memory runs out, or the packed image would not fit 32 bits, rows and columns are 0 and
+  // save() fails.
   void reset(std::uint32_t width, std::uint32_t height);
 
   // Reads a PSD file, or makes a document of an uncompressed TGA image of 24 or 32 bits; the
-  // extension says which, in any case. A damaged file, and one of the large-document kind, is
-  // refused. `error`, where given, is told what is wrong and at which byte.
+  // extension says which, in any case. A damaged file is refused; `error`, where given, is told
+  // what is wrong and at which byte. A file of another signature or version is kept whole where it
+  // reads as a PSD file, and refused with that reason where it does not.
   bool load(const char* path, std::string* error = nullptr);
 
   // Writes the document as a PSD file. True only when every byte is on the disk; whatever happens,

@@ -38,11 +38,7 @@ std::string upperExtension(const char* path) {
 
 void readHeader(PsdInput& in, PsdDocument& document) {
   in.copy(document.signature, 4);
-  if (in.ok() && std::memcmp(document.signature, "8BPS", 4) != 0) in.fail("not a PSD file");
   document.version = in.u16();
-  if (in.ok() && document.version != 1) {
-    in.fail("version " + std::to_string(document.version) + " is not supported");
-  }
   in.copy(document.reserved, 6);
   document.channels = in.u16();
   document.rows = in.u32();
@@ -120,13 +116,25 @@ void readSections(PsdInput& in, PsdDocument& document) {
   readMergedImage(in, document);
 }
 
+// What explains a file that cannot be read better than the place where reading ended; empty when
+// the file is of the kind that is read here, or too short to say.
+std::string foreignKind(const PsdDocument& document, std::size_t size) {
+  constexpr std::size_t kVersionEnd = 4 + 2;
+  if (std::memcmp(document.signature, "8BPS", 4) != 0) return "not a PSD file: ";
+  if (document.version == 1 || size < kVersionEnd) return std::string();
+  return "version " + std::to_string(document.version) + " is not supported: ";
+}
+
+// Neither the signature nor the version is a reason to refuse a file that can be read: it is kept
+// whole, and takes no layers.
 bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document,
               std::string& error) {
   PsdInput in(bytes.get(), size);
   document.fileBytes = std::move(bytes);
   readSections(in, document);
-  error = in.error();
-  return in.ok();
+  if (in.ok()) return true;
+  error = foreignKind(document, size) + in.error();
+  return false;
 }
 
 }  // namespace

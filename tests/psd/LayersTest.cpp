@@ -277,11 +277,42 @@ TEST_F(PsdTest, RefusesDataLayersThatLie) {
   }
   PsdDocument document(4, 4);
   std::uint32_t size = 77;
-  ASSERT_TRUE(addData(document, "cut", payload(3)));
-  document.layers[1].right = 3;
-  EXPECT_EQ(document.readDataLayer("cut", size), nullptr);
   EXPECT_EQ(document.readDataLayer(kName, size), nullptr);
   EXPECT_EQ(size, 77u);
+}
+
+// Cut to 12 of the image's 16 pixels, each plane of the layer starts with its part of the bytes.
+TEST_F(PsdTest, DataLayerNeedBeNoLargerThanWhatItHolds) {
+  struct {
+    std::size_t size;
+    bool held;
+  } const cases[] = {{3, true}, {8, true}, {9, false}, {12, false}, {13, false}};
+  for (const auto& [size, held] : cases) {
+    PsdDocument document(4, 4);
+    ASSERT_TRUE(addData(document, kName, payload(size)));
+    document.layers[1].right = 3;
+    const std::string before = saved(document);
+    EXPECT_EQ(holdsData(document, kName, payload(size)), held) << size;
+    if (!held) {
+      EXPECT_TRUE(saved(document) == before) << size;
+    }
+    expectLengthsInStep(document);
+  }
+}
+
+TEST_F(PsdTest, BlankDocumentThatCannotBeMadeCannotBeUsed) {
+  const std::uint32_t most = 0xFFFFFFFF;
+  const std::uint32_t sides[][2] = {{1, most}, {most, 1000}, {most, most}, {1, most / 3}};
+  for (const auto& [width, height] : sides) {
+    PsdDocument document(width, height);
+    EXPECT_EQ(document.rows, 0u);
+    EXPECT_EQ(document.columns, 0u);
+    EXPECT_EQ(document.addLayer("x"), -1);
+    EXPECT_FALSE(document.save(path("none.psd").c_str()));
+    document.reset(2, 2);
+    EXPECT_EQ(document.addLayer("x"), 1);
+  }
+  EXPECT_EQ(entries(), 0);
 }
 
 TEST_F(PsdTest, SetsThePixelsInsideTheLayer) {
@@ -348,11 +379,13 @@ TEST_F(PsdTest, DoesNotUnpackWhatALayerOnlyClaims) {
   std::uint32_t size = 0;
   EXPECT_EQ(shorter->readDataLayer("a", size), nullptr);
   EXPECT_FALSE(shorter->compressChannel(0, 0));
+  EXPECT_FALSE(shorter->decompressChannel(0, 0));  // raw already, and one byte short
+  EXPECT_TRUE(saved(*shorter) == hand.file());
   hand.channelLength = be32(2);
   hand.channel = zeros(2);
   const auto missing = loaded(hand.file());
   ASSERT_TRUE(missing);
-  missing->layers[0].right = missing->layers[0].bottom = 30000;
+  missing->layers[0].right = missing->layers[0].bottom = PsdDocument::kMaxSide;
   EXPECT_FALSE(missing->decompressChannel(0, 0));
   EXPECT_TRUE(saved(*missing).size() == hand.file().size());
 }

@@ -21,6 +21,15 @@ const Variant kKept[] = {
        h.afterInfo.clear();
        h.sectionLengthError = -4;
      }},
+    {"other signature", [](HandMade& h) { h.header[0] = '9'; }},
+    {"other version", [](HandMade& h) { h.header[5] = 3; }},
+    {"large document without layers",
+     [](HandMade& h) {
+       h.header[5] = 2;
+       h.hasLayers = false;
+       h.afterInfo.clear();
+       h.sectionLengthError = -4;  // the upper half of a length of 8 bytes
+     }},
     {"colour mode data", [](HandMade& h) { h.colourMode = sized("palette"); }},
     {"reserved bytes, other depth and mode",
      [](HandMade& h) { h.header.replace(6, 6, "secret").replace(22, 4, be16(16) + be16(9)); }},
@@ -117,6 +126,11 @@ TEST_F(PsdTest, KeepsEveryByteOfSoundFiles) {
     EXPECT_TRUE(saved(*document) == hand.file());
 
     // A layer goes before what nothing here interprets; taken out again, the file is as it was.
+    if (std::memcmp(document->signature, "8BPS", 4) != 0 || document->version != 1) {
+      EXPECT_EQ(document->addLayer("x"), -1);
+      EXPECT_TRUE(saved(*document) == hand.file());
+      continue;
+    }
     if (document->depth != 8 || document->mergedLength < 12) continue;
     const bool hadLayers = !document->layers.empty();
     const std::string base = hadLayers ? channelBytes(*document, 0) : std::string();
@@ -178,8 +192,6 @@ TEST_F(PsdTest, ReadsTheFields) {
 }
 
 const Variant kRefused[] = {
-    {"signature", [](HandMade& h) { h.header[0] = '9'; }},
-    {"large document", [](HandMade& h) { h.header[5] = 2; }},
     {"colour mode length", [](HandMade& h) { h.colourMode = be32(0xFFFFFFFF); }},
     {"resource longer than the section",
      [](HandMade& h) { h.resources = "8BIM" + be16(1) + zeros(2) + be32(8) + "1234567"; }},
@@ -230,6 +242,23 @@ TEST_F(PsdTest, RefusesDamagedFilesAndStaysAsItWas) {
     EXPECT_NE(error.find(" at byte "), std::string::npos) << error;
     EXPECT_EQ(document.path, nullptr);
     EXPECT_TRUE(saved(document) == before);
+  }
+}
+
+TEST_F(PsdTest, SaysFirstWhatKindOfFileIsRefused) {
+  struct {
+    std::string bytes, reason;
+  } const cases[] = {
+      {"GIF89a" + std::string(40, 'x'), "not a PSD file: colour mode data: "},
+      {"", "not a PSD file: header: "},
+      {"8BPS" + be16(2) + std::string(40, 'x'), "version 2 is not supported: colour mode data: "},
+      {"8BPS" + be16(1), "header: "},
+      {"8BPS" + be16(1).substr(1), "header: "},  // too short to have a version
+  };
+  for (const auto& [bytes, reason] : cases) {
+    std::string error;
+    EXPECT_FALSE(loaded(bytes, &error));
+    EXPECT_EQ(error.substr(0, reason.size()), reason);
   }
 }
 
