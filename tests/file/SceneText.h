@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,6 +13,7 @@
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
 #include "host/scene/Scene.h"
+#include "tests/util/Corpus.h"
 
 namespace host {
 
@@ -77,20 +77,7 @@ class SceneFiles : public testing::Test {
   fs::path folder_;
 };
 
-// Where the shared corpus is: MORVANE_CORPUS, or shared/corpus beside a folder above the sources;
-// else empty.
-inline fs::path corpusFolder() {
-  if (const char* given = std::getenv("MORVANE_CORPUS")) {
-    return given;
-  }
-  for (fs::path up = MORVANE_SOURCE_DIR; up.has_relative_path(); up = up.parent_path()) {
-    const fs::path candidate = up.parent_path() / "shared" / "corpus";
-    if (fs::is_directory(candidate)) {
-      return candidate;
-    }
-  }
-  return {};
-}
+using morvane::corpusFolder;
 
 }  // namespace host
 
