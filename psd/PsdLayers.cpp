@@ -167,9 +167,9 @@ struct PsdDocument::BuiltLayer {
   }
 
   // Into vectors that have room for them.
-  void moveTo(std::vector<PsdLayer>& layers, std::vector<PsdChannel>& channelTable) {
-    std::move(channels, channels + record.channelCount, std::back_inserter(channelTable));
-    layers.push_back(std::move(record));
+  void moveTo(std::vector<PsdLayer>& records, std::vector<PsdChannel>& table) {
+    std::move(channels, channels + record.channelCount, std::back_inserter(table));
+    records.push_back(std::move(record));
   }
 };
 
