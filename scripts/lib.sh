@@ -5,7 +5,7 @@ jobs=$(nproc 2>/dev/null || echo 2)
 
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-dev)
 test_packages=(clang clang-format git libgtest-dev imagemagick openimageio-tools util-linux)
-bench_packages=(libbenchmark-dev)
+bench_packages=(libbenchmark-dev libtiff-dev libmeshoptimizer-dev libassimp-dev imagemagick)
 
 say() { printf '\n== %s\n' "$*"; }
 
