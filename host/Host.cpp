@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/api/PluginRegistry.h"
+#include "host/file/DirectoryMap.h"
 #include "host/file/SceneFiles.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
@@ -96,6 +97,11 @@ void addPlugInFolder(const std::string& folder) {
 }
 void addScriptFolder(const std::string& folder) {
   mel::Interpreter::current().addScriptFolder(folder);
+}
+
+bool mapFolder(const std::string& from, const std::string& to) {
+  DirectoryMap::current().enabled = true;
+  return DirectoryMap::current().add(from, to);
 }
 
 bool loadPlugin(const std::string& nameOrPath) {

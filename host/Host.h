@@ -36,6 +36,10 @@ bool executeFile(const std::string& path);
 void addPlugInFolder(const std::string& folder);
 void addScriptFolder(const std::string& folder);
 
+// Texture and reference names of scenes opened from now on that are at or below the folder `from`
+// of another machine mean the same name below `to`. False when one is empty.
+bool mapFolder(const std::string& from, const std::string& to);
+
 // Loads a plug-in by name ("morvane") or path. False when it is not found, is no plug-in, or its
 // start-up fails.
 bool loadPlugin(const std::string& nameOrPath);

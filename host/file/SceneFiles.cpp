@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "host/api/PluginRegistry.h"
+#include "host/file/DirectoryMap.h"
 #include "host/file/SceneInfo.h"
 #include "host/file/SceneReader.h"
 #include "host/file/SceneWriter.h"
@@ -97,9 +98,12 @@ bool translate(const FileRequest& request, Mode mode, std::string& error) {
 
 bool readSceneFile(const std::string& path, const SceneReader::Options& options,
                    std::string& error) {
+  const auto& nodes = Scene::current().nodes();
+  const std::size_t firstNew = nodes.empty() ? 0 : nodes.rbegin()->first + 1;
   SceneReader reader;
   const bool ok = reader.read(path, options, error);
   evaluateHistories();
+  DirectoryMap::current().convertTextures(firstNew);
   return ok;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "host/file/DirectoryMap.h"
 #include "host/file/MeshText.h"
 #include "host/file/SceneInfo.h"
 #include "host/file/SceneUnits.h"
@@ -59,7 +60,7 @@ std::string absolutePath(const std::string& path) {
 
 // As it is written, beside the scene, or by its last part beside the scene.
 std::string findReference(const std::string& name, const std::string& folder) {
-  std::string portable = name;
+  std::string portable = DirectoryMap::current().convert(name).value_or(name);
   std::replace(portable.begin(), portable.end(), '\\', '/');
   // "path.ma{1}" is the same file referred to once more.
   const std::size_t brace = portable.rfind('{');

@@ -202,6 +202,7 @@ CommandTable::CommandTable() {
   addSetCommands(*this);
   addSelectionCommands(*this);
   addFileCommands(*this);
+  addDirectoryMapCommand(*this);
   addPluginCommands(*this);
   addOutputCommands(*this);
   addMeshCommands(*this);

@@ -137,6 +137,7 @@ void addDagCommands(CommandTable& table);
 void addSetCommands(CommandTable& table);
 void addSelectionCommands(CommandTable& table);
 void addFileCommands(CommandTable& table);
+void addDirectoryMapCommand(CommandTable& table);
 void addPluginCommands(CommandTable& table);
 void addOutputCommands(CommandTable& table);
 void addMeshCommands(CommandTable& table);

@@ -1,0 +1,95 @@
+#include "host/file/DirectoryMap.h"
+
+#include <algorithm>
+
+#include "host/scene/Plug.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Values.h"
+
+namespace host {
+namespace {
+
+std::string portable(std::string_view name) {
+  std::string text(name);
+  std::replace(text.begin(), text.end(), '\\', '/');
+  return text;
+}
+
+// "/" alone stays what it is.
+std::string folderName(std::string_view name) {
+  std::string text = portable(name);
+  while (text.size() > 1 && text.back() == '/') {
+    text.pop_back();
+  }
+  return text;
+}
+
+bool isIn(const std::string& name, const std::string& folder) {
+  if (name.compare(0, folder.size(), folder) != 0) {
+    return false;
+  }
+  return name.size() == folder.size() || folder == "/" || name[folder.size()] == '/';
+}
+
+}  // namespace
+
+DirectoryMap& DirectoryMap::current() {
+  static DirectoryMap map;
+  return map;
+}
+
+bool DirectoryMap::add(std::string_view from, std::string_view to) {
+  if (from.empty() || to.empty()) {
+    return false;
+  }
+  folders_[folderName(from)] = folderName(to);
+  return true;
+}
+
+void DirectoryMap::remove(std::string_view from) {
+  folders_.erase(folderName(from));
+}
+
+std::optional<std::string> DirectoryMap::mapped(std::string_view from) const {
+  const auto found = folders_.find(folderName(from));
+  return found == folders_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::string> DirectoryMap::convert(std::string_view name) const {
+  if (!enabled) {
+    return std::nullopt;
+  }
+  const std::string asked = portable(name);
+  const std::pair<const std::string, std::string>* best = nullptr;
+  for (const auto& entry : folders_) {
+    if (isIn(asked, entry.first) && (!best || entry.first.size() > best->first.size())) {
+      best = &entry;
+    }
+  }
+  if (!best) {
+    return std::nullopt;
+  }
+  std::string rest = asked.substr(best->first.size());
+  if (!rest.empty() && rest.front() != '/') rest.insert(0, 1, '/');  // mapped from "/"
+  return best->second == "/" && !rest.empty() ? rest : best->second + rest;
+}
+
+void DirectoryMap::convertTextures(std::size_t firstSerial) const {
+  if (!enabled || folders_.empty()) {
+    return;
+  }
+  const auto& nodes = Scene::current().nodes();
+  for (auto entry = nodes.lower_bound(firstSerial); entry != nodes.end(); ++entry) {
+    const NodePtr& node = entry->second;
+    if (!node->hasFn(MFn::kFileTexture)) {
+      continue;
+    }
+    const auto plug = Plug::find(node, "fileTextureName");
+    const auto name = plug ? readText(*plug) : std::nullopt;
+    if (const auto converted = name ? convert(*name) : std::nullopt) {
+      writeValue(*plug, *converted);
+    }
+  }
+}
+
+}  // namespace host

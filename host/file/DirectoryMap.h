@@ -1,0 +1,40 @@
+#ifndef MORVANE_HOST_FILE_DIRECTORYMAP_H_
+#define MORVANE_HOST_FILE_DIRECTORYMAP_H_
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Where folders of another machine are on this one. There is one map a process; opening a scene
+// does not change it. Folders are separated by '/' ('\' is taken for it) and compared letter by
+// letter.
+class DirectoryMap {
+ public:
+  static DirectoryMap& current();
+
+  bool enabled = false;
+
+  // Names at or below `from` are names at or below `to` from now on. False when one is empty.
+  bool add(std::string_view from, std::string_view to);
+  void remove(std::string_view from);
+  std::optional<std::string> mapped(std::string_view from) const;  // what `from` was mapped to
+  const std::map<std::string, std::string>& all() const { return folders_; }
+
+  // The name on this machine: the longest folder that the name is or lies in is replaced. Null when
+  // no folder fits, or the map is not enabled.
+  std::optional<std::string> convert(std::string_view name) const;
+
+  // Gives the file textures among the nodes from this serial on the names that they have here.
+  void convertTextures(std::size_t firstSerial) const;
+
+ private:
+  std::map<std::string, std::string> folders_;
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_FILE_DIRECTORYMAP_H_
