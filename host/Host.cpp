@@ -63,6 +63,14 @@ NodePtr colourTexture(const DagPath& mesh) {
   return nullptr;
 }
 
+// Of the texture that gives the first mesh below a path its colour.
+std::optional<std::string> textureName(const DagPath& top) {
+  const DagPath mesh = firstMesh(top);
+  const NodePtr texture = mesh.isEmpty() ? nullptr : colourTexture(mesh);
+  const auto plug = texture == nullptr ? std::nullopt : Plug::find(texture, "fileTextureName");
+  return plug ? readText(*plug) : std::nullopt;
+}
+
 }  // namespace
 
 void start(const std::string& callerFolder) {
@@ -109,16 +117,30 @@ bool loadPlugin(const std::string& nameOrPath) {
   return report(PluginRegistry::current().load(nameOrPath, error), error);
 }
 
+void beforeMessages(std::function<void()> listener) {
+  mel::beforeMessage() = std::move(listener);
+}
+
 std::vector<TileCandidate> texturedTopLevelTransforms() {
   std::vector<TileCandidate> candidates;
   for (const NodePtr& node : Scene::current().world()->children()) {
     const DagPath path({node});
-    const DagPath mesh = node->isTransform() ? firstMesh(path) : DagPath();
-    const NodePtr texture = mesh.isEmpty() ? nullptr : colourTexture(mesh);
-    const auto name = texture == nullptr ? std::nullopt : Plug::find(texture, "fileTextureName");
+    const auto name = node->isTransform() ? textureName(path) : std::nullopt;
     if (name) {
-      candidates.push_back({path.fullName(), readText(*name).value_or("")});
+      candidates.push_back({path.fullName(), *name});
     }
+  }
+  return candidates;
+}
+
+std::vector<TileCandidate> selectedCandidates() {
+  std::vector<TileCandidate> candidates;
+  for (const SelectionItem& item : Scene::current().selection.items()) {
+    TileCandidate candidate;
+    if (!item.path.isEmpty()) {
+      candidate = {item.path.fullName(), textureName(item.path).value_or("")};
+    }
+    candidates.push_back(std::move(candidate));
   }
   return candidates;
 }

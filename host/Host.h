@@ -1,6 +1,7 @@
 #ifndef MORVANE_HOST_HOST_H_
 #define MORVANE_HOST_HOST_H_
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,8 +45,9 @@ bool mapFolder(const std::string& from, const std::string& to);
 // start-up fails.
 bool loadPlugin(const std::string& nameOrPath);
 
-// Names as the command language shows them (shortest unique), for the program's own selection
-// logic.
+// `listener` is called before each line that the host writes to standard error; none: nothing is.
+void beforeMessages(std::function<void()> listener);
+
 struct TileCandidate {
   std::string path;     // full DAG path of the transform
   std::string texture;  // fileTextureName of the file texture that its mesh's colour comes from
@@ -54,6 +56,10 @@ struct TileCandidate {
 // Every top-level transform with a mesh below it whose colour comes from a file texture, in scene
 // order.
 std::vector<TileCandidate> texturedTopLevelTransforms();
+
+// What is selected, in order. The path is empty for what is not in the DAG, the texture where there
+// is none.
+std::vector<TileCandidate> selectedCandidates();
 
 }  // namespace host
 

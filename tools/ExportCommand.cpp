@@ -5,95 +5,58 @@
 #include "host/Host.h"
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
-#include "tools/ExportReport.h"
-#include "tools/OutputWatch.h"
-#include "tools/Platform.h"
+#include "tools/ExportScenes.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
+#include "tools/TileSelection.h"
 
 namespace tools {
 namespace {
 
+constexpr const char* kFooter =
+    "A TGA texture is kept, and a PSD file of the same name written beside it.\n"
+    "Examples:\n"
+    "  morvane export level.ma                    every tile, into the tiles' textures\n"
+    "  morvane export level.ma 'shore*' pond      only these tiles\n"
+    "  morvane export scenes/*.ma --json          many scenes; a JSON line for each tile\n"
+    "  morvane export level.ma --map P:/art=/mnt/art\n"
+    "  morvane export level.ma pond --to pond.psd one tile, with its goblins' names";
+
 struct Options {
-  std::string scene;
-  std::vector<std::string> nodes;
+  std::vector<std::string> words;  // scenes, then nodes
   std::string to;
+  FolderMaps maps;
+  bool json = false;
 };
 
-bool isPattern(const std::string& name) {
-  return name.find_first_of("*?") != std::string::npos;
+// No node's name has a dot.
+bool isSceneName(const std::string& word) {
+  const std::size_t dot = word.rfind('.');
+  return dot != std::string::npos && (word.substr(dot) == ".ma" || word.substr(dot) == ".MA");
 }
 
-bool hasPattern(const std::vector<std::string>& names) {
-  return std::any_of(names.begin(), names.end(), isPattern);
-}
-
-// A pattern means transforms: the shapes and materials that are often named like their tiles are no
-// tiles.
-std::string selectionScript(const std::string& name) {
-  if (!isPattern(name)) return "select -add " + melString(name);
-  return "{ string $found[] = `ls -long -type \"transform\" " + melString(name) + "`; " +
-         "if (size($found) == 0) error " + melString("No transform matches name: " + name) +
-         "; select -add $found; }";
-}
-
-// Selects the nodes named, or all tiles of the scene. False, with the reason told, unless all were
-// found.
-bool selectTiles(const Options& options, const std::vector<host::TileCandidate>& tiles) {
-  std::vector<std::string> names = options.nodes;
-  if (names.empty()) {
-    for (const host::TileCandidate& tile : tiles) names.push_back(tile.path);
-  }
-  const std::string scene = printable(options.scene);
-  if (names.empty()) {
-    complain(scene +
-             ": no tile found: no top-level transform has a mesh whose colour comes from a " +
-             "file texture; name the nodes to export");
-    return false;
-  }
-  if (!host::execute("select -clear", "selection")) return false;
-  for (const std::string& name : names) {
-    if (host::execute(selectionScript(name), "node " + name)) continue;
-    complain(scene + ": cannot select " + printable(name) + "; nothing was exported");
-    return false;
-  }
-  return true;
-}
-
-ExitStatus updateTextures(const Options& options) {
-  const ExitStatus started = startSession(options.scene);
-  if (started != kDone) return started;
-  const auto tiles = host::texturedTopLevelTransforms();
-  if (!selectTiles(options, tiles)) return kFailed;
-  const std::size_t expected = options.nodes.empty() ? tiles.size() : options.nodes.size();
-  const bool several = expected > 1 || hasPattern(options.nodes);
-  ExportReport report(
-      tiles, {several && standardErrorIsTerminal(), hasPattern(options.nodes) ? 0 : expected});
-  OutputWatch watch([&report](std::string_view line) { report.hear(line); });
-  const bool executed = host::execute("exportTile", "exportTile");
-  const bool heard = watch.finish();
-  if (!heard)
-    complain(
-        "standard output could not be written, so nobody can tell whether every tile was exported");
-  const bool allExported = report.conclude();
-  return executed && heard && allExported ? kDone : kFailed;
+ExportJob jobOf(const Options& options) {
+  const auto& words = options.words;
+  const auto firstNode = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
+  return {{words.begin(), firstNode}, {firstNode, words.end()}, options.maps, options.json};
 }
 
 // Through the translator, into a file of its own.
-ExitStatus exportToFile(const Options& options) {
-  if (options.nodes.size() != 1) {
-    complain("--to takes exactly one NODE, since the file holds one tile");
+ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
+  if (job.scenes.size() != 1 || job.nodes.size() != 1 || job.json) {
+    complain(
+        "--to takes exactly one scene and one node, since the file holds one tile, and no --json");
     return kUsage;
   }
-  const std::string to = absoluteName(options.to);
-  const ExitStatus started = startSession(options.scene);
+  const std::string to = absoluteName(file);
+  const ExitStatus started = startSession(job.scenes[0], job.maps);
   if (started != kDone) return started;
-  if (!selectTiles(options, {})) return kFailed;
+  std::string told;
+  if (!selectTiles(job.scenes[0], job.nodes, told)) return kFailed;
   if (host::execute("file -force -exportSelected -type \"psd\" " + melString(to), "export")) {
     return kDone;
   }
-  complain("the export of " + printable(options.nodes[0]) + " to " + printable(options.to) +
-           " failed");
+  complain("the export of " + printable(job.nodes[0]) + " to " + printable(file) + " failed");
   return kFailed;
 }
 
@@ -103,16 +66,23 @@ void addExport(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("export", "Write the goblins of tiles into the tiles' texture files");
-  command->add_option("SCENE", options->scene, "The scene")->required();
-  command->add_option(
-      "NODE", options->nodes,
-      "Tiles, by name or pattern; none: every top-level transform whose mesh has a file texture");
+  command
+      ->add_option("SCENE", options->words,
+                   "Scenes, each after the first named *.ma; then tiles, by name or pattern "
+                   "(none: every top-level transform whose mesh has a file texture)")
+      ->type_name("[NODE...]")
+      ->required();
   command->add_option(
       "--to", options->to,
       "Write exactly one tile, with its goblins' names, into this new PSD file instead");
-  command->footer("A TGA texture is kept, and a PSD file of the same name written beside it.");
+  command->add_flag("--json", options->json,
+                    "One JSON record a line for each tile on standard output; the plug-in's own "
+                    "lines go to standard error");
+  addMapOption(*command, options->maps);
+  command->footer(kFooter);
   command->callback([options, &status] {
-    status = options->to.empty() ? updateTextures(*options) : exportToFile(*options);
+    const ExportJob job = jobOf(*options);
+    status = options->to.empty() ? exportScenes(job) : exportToFile(job, options->to);
   });
 }
 

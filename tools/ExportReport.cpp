@@ -1,5 +1,6 @@
 #include "tools/ExportReport.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "psd/PsdDocument.h"
@@ -12,6 +13,8 @@ constexpr std::string_view kTile = "Exporting tile ";
 constexpr std::string_view kDots = "...";
 constexpr std::string_view kError = "*** Error";
 constexpr std::string_view kTileFailed = "*** Error exporting tile";
+// The plug-in's own, and those that its material lookup gives.
+constexpr std::string_view kWarnings[] = {"*** Warning : ", "Warning: "};
 
 constexpr std::string_view kLoadFailed = "couldn't load psd";
 
@@ -40,70 +43,120 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+bool startsWith(std::string_view text, std::string_view prefix) {
+  return text.substr(0, prefix.size()) == prefix;
+}
+
+// Where the message at the front of the line ends and the next one begins.
+std::size_t messageEnd(std::string_view line) {
+  std::size_t end = line.size();
+  for (const std::string_view marker : {kTile, kError, kWarnings[0], kWarnings[1]}) {
+    end = std::min(end, line.find(marker, 1));
+  }
+  return end;
+}
+
 }  // namespace
 
-// Some of the plug-in's messages end without a line feed, so that the next one follows on their
-// line.
 void ExportReport::hear(std::string_view line) {
-  const std::size_t tile = line.find(kTile);
-  const std::size_t error = line.find(kError);
-  if (error != std::string_view::npos) hearError(line.substr(error));
-  if (tile != std::string_view::npos) beginTile(line.substr(tile + kTile.size()));
+  while (!line.empty()) {
+    const std::size_t end = messageEnd(line);
+    hearMessage(line.substr(0, end));
+    line.remove_prefix(end);
+  }
+}
+
+void ExportReport::hearMessage(std::string_view message) {
+  if (startsWith(message, kTile)) return beginTile(message.substr(kTile.size()));
+  if (startsWith(message, kError)) return hearError(message);
+  for (const std::string_view warning : kWarnings) {
+    if (startsWith(message, warning)) return hearWarning(message.substr(warning.size()));
+  }
 }
 
 void ExportReport::hearError(std::string_view message) {
-  const std::size_t end = message.find(kTileFailed);
-  if (!failed_) {
-    if (end != 0) message = message.substr(kError.size(), end - kError.size());
-    failures_.push_back({tile_, std::string(trimmed(message))});
-    failed_ = true;
-  }
-  if (end != std::string_view::npos) {
-    failed_ = false;
-    tile_.clear();
+  if (!open_) beginTile("");
+  const bool isLast = startsWith(message, kTileFailed);
+  std::string& error = tiles_.back().error;
+  if (error.empty()) error = trimmed(isLast ? message : message.substr(kError.size()));
+  if (isLast) endTile();
+}
+
+void ExportReport::hearWarning(std::string_view message) {
+  if (!open_) return;
+  auto& warnings = tiles_.back().warnings;
+  const std::string text(trimmed(message));
+  const auto known = std::find_if(warnings.begin(), warnings.end(),
+                                  [&](const auto& warning) { return warning.first == text; });
+  if (known == warnings.end()) {
+    warnings.emplace_back(text, 1);
+  } else {
+    ++known->second;
   }
 }
 
 void ExportReport::beginTile(std::string_view name) {
+  endTile();
   name = trimmed(name);
   if (name.size() > kDots.size() && name.substr(name.size() - kDots.size()) == kDots) {
     name.remove_suffix(kDots.size());
   }
-  tile_ = name;
-  failed_ = false;
-  ++tiles_;
-  if (!progress_.shown) return;
-  const std::string of = progress_.expected ? " of " + std::to_string(progress_.expected) : "";
-  complain("tile " + std::to_string(tiles_) + of + ": " + printable(name));
+  tiles_.push_back({std::string(name), "", {}, 0});
+  open_ = true;
+  begin_ = Clock::now();
+  if (began_) began_(tiles_.back());
 }
 
-bool ExportReport::conclude() const {
-  for (const Failure& failure : failures_) {
-    const std::string tile = failure.tile.empty() ? "a selected node" : failure.tile;
-    complain("export failed for " + printable(tile) + ": " + printable(failure.error) + "; " +
-             advice(failure));
+void ExportReport::endTile() {
+  if (!open_) return;
+  open_ = false;
+  tiles_.back().milliseconds =
+      std::chrono::duration<double, std::milli>(Clock::now() - begin_).count();
+}
+
+bool ExportReport::conclude() {
+  endTile();
+  for (const TileOutcome& tile : tiles_) {
+    if (tile.error.empty()) continue;
+    complain("export failed for " + (tile.path.empty() ? "a selected node" : printable(tile.path)) +
+             ": " + printable(tile.error) + "; " + advice(tile));
   }
-  return failures_.empty();
+  return failures() == 0;
 }
 
-std::string ExportReport::advice(const Failure& failure) const {
-  if (failure.error.find(kLoadFailed) != std::string::npos) return textureAdvice(failure.tile);
+std::size_t ExportReport::failures() const {
+  return static_cast<std::size_t>(std::count_if(
+      tiles_.begin(), tiles_.end(), [](const TileOutcome& tile) { return !tile.error.empty(); }));
+}
+
+std::string ExportReport::textureOf(const std::string& tile) const {
+  for (const host::TileCandidate& candidate : textures_) {
+    if (candidate.path == tile) return candidate.texture;
+  }
+  return "";
+}
+
+std::string ExportReport::advice(const TileOutcome& tile) const {
+  if (tile.error.find(kLoadFailed) != std::string::npos) return textureAdvice(tile.path);
   for (const Advice& known : kAdvice) {
-    if (failure.error.find(known.error) != std::string::npos) return known.text;
+    if (tile.error.find(known.error) != std::string::npos) return known.text;
   }
   return "its texture was not changed";
 }
 
 // Loads the texture again to learn what the plug-in does not say.
 std::string ExportReport::textureAdvice(const std::string& tile) const {
-  for (const host::TileCandidate& candidate : textures_) {
-    if (candidate.path != tile) continue;
-    const std::string shown = "its texture " + printable(candidate.texture);
+  const std::string texture = textureOf(tile);
+  if (!texture.empty()) {
+    const std::string shown = "its texture " + printable(texture);
     std::error_code ignored;
-    if (!std::filesystem::exists(candidate.texture, ignored)) return shown + " does not exist";
+    if (!std::filesystem::exists(texture, ignored)) {
+      return shown + " does not exist; if it lies elsewhere on this machine, say where with " +
+             "--map FROM=TO";
+    }
     morvane::PsdDocument document(1, 1);
     std::string error;
-    if (!document.load(candidate.texture.c_str(), &error))
+    if (!document.load(texture.c_str(), &error))
       return shown + " cannot be read: " + printable(error);
   }
   return "its texture must be a PSD file or an uncompressed TGA image of 24 or 32 bits";

@@ -1,50 +1,64 @@
 #ifndef MORVANE_TOOLS_EXPORTREPORT_H_
 #define MORVANE_TOOLS_EXPORTREPORT_H_
 
+#include <chrono>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/Host.h"
 
 namespace tools {
 
+// What became of one tile.
+struct TileOutcome {
+  std::string path;   // empty for a node that the plug-in could not name
+  std::string error;  // the first that the plug-in logged; empty: exported
+  std::vector<std::pair<std::string, std::size_t>> warnings;  // each text once, and how often
+  double milliseconds = 0;
+};
+
 // Follows an export by what the plug-in logs, the only place where it tells of a tile's failure.
 class ExportReport {
  public:
-  struct Progress {
-    bool shown = false;        // a line for each tile on standard error
-    std::size_t expected = 0;  // tiles; 0 where that is not known before
-  };
+  // `textures` says which texture belongs to which tile. `began` (may be empty) is called at the
+  // beginning of each tile.
+  ExportReport(std::vector<host::TileCandidate> textures,
+               std::function<void(const TileOutcome&)> began)
+      : textures_(std::move(textures)), began_(std::move(began)) {}
 
-  // `textures` says which texture belongs to which tile.
-  ExportReport(std::vector<host::TileCandidate> textures, Progress progress)
-      : textures_(std::move(textures)), progress_(progress) {}
-
-  // One line of the plug-in's output.
+  // One line of the plug-in's output. Some of its messages end without a line feed, so that a line
+  // can hold several.
   void hear(std::string_view line);
 
   // Names every failed tile, why, and what to do, on standard error. False when there are any.
-  bool conclude() const;
+  // Nothing is heard afterwards.
+  bool conclude();
+
+  const std::vector<TileOutcome>& tiles() const { return tiles_; }
+  std::size_t failures() const;
+  // As the scene names it; empty when that is not known.
+  std::string textureOf(const std::string& tile) const;
 
  private:
-  struct Failure {
-    std::string tile;
-    std::string error;  // the first that the plug-in logged
-  };
+  using Clock = std::chrono::steady_clock;
 
+  void hearMessage(std::string_view message);
   void hearError(std::string_view message);
+  void hearWarning(std::string_view message);
   void beginTile(std::string_view name);
-  std::string advice(const Failure& failure) const;
+  void endTile();
+  std::string advice(const TileOutcome& tile) const;
   std::string textureAdvice(const std::string& tile) const;
 
   std::vector<host::TileCandidate> textures_;
-  std::vector<Failure> failures_;
-  std::string tile_;
-  std::size_t tiles_ = 0;
-  bool failed_ = false;  // the tile that is being exported
-  Progress progress_;
+  std::function<void(const TileOutcome&)> began_;
+  std::vector<TileOutcome> tiles_;
+  bool open_ = false;  // the last tile is being exported
+  Clock::time_point begin_{};
 };
 
 }  // namespace tools

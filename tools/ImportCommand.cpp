@@ -15,6 +15,7 @@ struct Options {
   std::string node;
   std::string file;
   std::string output;
+  FolderMaps maps;
 };
 
 // The translator's reader notes the file's path in an attribute that it does not create, on the
@@ -38,7 +39,7 @@ ExitStatus importTile(const Options& options) {
   const std::string file = absoluteName(options.file);
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
   if (!loadDocument(file)) return kFailed;
-  const ExitStatus started = startSession(options.scene);
+  const ExitStatus started = startSession(options.scene, options.maps);
   if (started != kDone) return started;
   if (!host::execute(importScript(options.node, file), "import")) {
     complain("the import of " + printable(options.file) + " to " + printable(options.node) +
@@ -59,6 +60,7 @@ void addImport(CLI::App& program, int& status) {
   command->add_option("FILE", options->file, "The PSD (or TGA) file")->required();
   command->add_option("-o,--output", options->output,
                       "Save the scene here when the import succeeded");
+  addMapOption(*command, options->maps);
   command->callback([options, &status] { status = importTile(*options); });
 }
 

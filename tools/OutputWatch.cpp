@@ -19,8 +19,8 @@ void flushStandardOutput() {
 
 }  // namespace
 
-OutputWatch::OutputWatch(std::function<void(std::string_view)> listener)
-    : listener_(std::move(listener)) {
+OutputWatch::OutputWatch(std::function<void(std::string_view)> listener, Around around)
+    : listener_(std::move(listener)), around_(std::move(around)) {
   flushStandardOutput();
   int ends[2];
   original_ = duplicate(kStandardOutput);
@@ -54,7 +54,10 @@ void OutputWatch::passOn() {
   std::ptrdiff_t count;
   while ((count = readSome(readEnd_, bytes, sizeof bytes)) > 0) {
     const auto size = static_cast<std::size_t>(count);
-    if (!writeAll(original_, bytes, size)) ok_ = false;
+    const auto write = [&] {
+      if (!writeAll(original_, bytes, size)) ok_ = false;
+    };
+    around_ ? around_(write) : write();
     hear({bytes, size});
   }
   if (!line_.empty()) listener_(line_);

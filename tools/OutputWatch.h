@@ -13,8 +13,12 @@ namespace tools {
 // given to a listener. There can be one watch at a time.
 class OutputWatch {
  public:
-  // `listener` is called on another thread, after the line (its end cut off) has gone on.
-  explicit OutputWatch(std::function<void(std::string_view)> listener);
+  // Calls what it is given, which writes to where the output goes.
+  using Around = std::function<void(const std::function<void()>& write)>;
+
+  // `listener` is called on another thread, after the line (its end cut off) has gone on; `around`,
+  // when there is one, on the same thread for each piece of output.
+  explicit OutputWatch(std::function<void(std::string_view)> listener, Around around = {});
   ~OutputWatch();
   OutputWatch(const OutputWatch&) = delete;
   OutputWatch& operator=(const OutputWatch&) = delete;
@@ -28,6 +32,7 @@ class OutputWatch {
   void hear(std::string_view bytes);
 
   std::function<void(std::string_view)> listener_;
+  Around around_;
   std::string line_;
   std::thread thread_;
   int original_ = -1;

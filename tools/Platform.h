@@ -13,6 +13,7 @@ std::string programFolder();
 bool standardErrorIsTerminal();
 
 constexpr int kStandardOutput = 1;
+constexpr int kStandardError = 2;
 
 // File descriptors. The calls that return bool or a number are false or negative on failure.
 bool openPipe(int (&ends)[2]);  // ends[0] reads what ends[1] writes

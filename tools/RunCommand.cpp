@@ -21,6 +21,7 @@ struct Options {
   std::vector<std::string> commands;
   std::vector<std::string> files;
   std::string output;
+  FolderMaps maps;
 };
 
 // The -c and -f of the command line in the order in which they stand there.
@@ -40,7 +41,7 @@ std::vector<Step> stepsInOrder(const CLI::App& command) {
 
 ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
-  const ExitStatus started = startSession(options.scene);
+  const ExitStatus started = startSession(options.scene, options.maps);
   if (started != kDone) return started;
   for (const Step& step : steps) {
     const bool ok =
@@ -65,6 +66,7 @@ void addRun(CLI::App& program, int& status) {
       ->take_all();
   command->add_option("-o,--output", options->output,
                       "Save the scene here when all commands succeeded");
+  addMapOption(*command, options->maps);
   command->footer("Every -c and -f runs in the order given, up to the first that fails.");
   command->callback(
       [options, command, &status] { status = runScene(*options, stepsInOrder(*command)); });

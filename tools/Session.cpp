@@ -14,9 +14,29 @@ std::string absoluteName(const std::string& name) {
   return error ? name : absolute.string();
 }
 
-ExitStatus startSession(const std::string& scene) {
+void addMapOption(CLI::App& command, FolderMaps& maps) {
+  command
+      .add_option("--map", maps, "FROM=TO: the scene's folder FROM is TO on this machine (repeat)")
+      ->expected(1)
+      ->take_all()
+      ->check(
+          [](const std::string& pair) {
+            const std::size_t sign = pair.find('=');
+            const bool ok = sign != std::string::npos && sign > 0 && sign + 1 < pair.size();
+            return ok ? std::string() : "needs two folders, FROM=TO, not " + printable(pair);
+          },
+          "");
+}
+
+ExitStatus startSession(const std::string& scene, const FolderMaps& maps) {
   const std::string path = scene.empty() ? "" : absoluteName(scene);
   host::start(absoluteName("."));
+  for (const std::string& pair : maps) {
+    const std::size_t sign = pair.find('=');
+    std::error_code ignored;
+    const auto to = std::filesystem::weakly_canonical(absoluteName(pair.substr(sign + 1)), ignored);
+    host::mapFolder(pair.substr(0, sign), to.string());
+  }
   const std::filesystem::path program = programFolder();
   if (!program.empty()) {
     host::addPlugInFolder((program.parent_path() / "plug-ins").string());

@@ -1,7 +1,9 @@
 #ifndef MORVANE_TOOLS_SESSION_H_
 #define MORVANE_TOOLS_SESSION_H_
 
+#include <CLI/CLI.hpp>
 #include <string>
+#include <vector>
 
 #include "tools/ExitStatus.h"
 
@@ -10,11 +12,17 @@ namespace tools {
 // The name that does not change its meaning when the working folder does.
 std::string absoluteName(const std::string& name);
 
+// FROM=TO pairs: where folders of the machine that made a scene are on this one.
+using FolderMaps = std::vector<std::string>;
+
+// Gives a subcommand the option --map, which fills `maps` with checked pairs.
+void addMapOption(CLI::App& command, FolderMaps& maps);
+
 // Starts the host, opens `scene` (none: the empty text), and loads the plug-in that belongs to this
 // program: beside it in ../plug-ins, with its scripts in ../scripts. kDone or, with the reason on
 // standard error, kNotLoaded. Names given on the command line must be absolute before: a scene
 // moves the working folder.
-ExitStatus startSession(const std::string& scene);
+ExitStatus startSession(const std::string& scene, const FolderMaps& maps);
 
 }  // namespace tools
 

@@ -14,10 +14,18 @@ void showLine(const char* prefix, std::string_view text) {
   }
   line += '\n';
   std::fflush(stdout);
+  if (beforeMessage()) {
+    beforeMessage()();
+  }
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
 }  // namespace
+
+std::function<void()>& beforeMessage() {
+  static std::function<void()> called;
+  return called;
+}
 
 void showError(std::string_view text) {
   showLine("Error: ", text);

@@ -1,12 +1,16 @@
 #ifndef MORVANE_HOST_MEL_MESSAGES_H_
 #define MORVANE_HOST_MEL_MESSAGES_H_
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 // The host's own messages, one line each on standard error, and what scripts print on standard
 // output.
 namespace host::mel {
+
+// Called before each of these lines, by a program that has to clear its place on the terminal.
+std::function<void()>& beforeMessage();
 
 void showError(std::string_view text);    // "Error: text"
 void showWarning(std::string_view text);  // "Warning: text"

@@ -2,27 +2,39 @@
 
 #include <gtest/gtest.h>
 
+#include "tools/ProgressBar.h"
+
 namespace tools {
 namespace {
 
 class ExportReportTest : public testing::Test {
  protected:
   // What the report says of these lines; empty when all went well.
-  std::string concludeAfter(std::initializer_list<const char*> lines, bool progress = false) {
-    ExportReport report({{"|missing", "no/such/texture.psd"}}, {progress, 3});
+  std::string concludeAfter(std::initializer_list<const char*> lines) {
     testing::internal::CaptureStderr();
-    for (const char* line : lines) report.hear(line);
-    const bool ok = report.conclude();
+    for (const char* line : lines) report_.hear(line);
+    const bool ok = report_.conclude();
     const std::string said = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(ok, progress || said.empty());
+    EXPECT_EQ(ok, said.empty());
     return said;
   }
+
+  std::vector<std::string> begun_;
+  ExportReport report_{{{"|missing", "no/such/texture.psd"}},
+                       [this](const TileOutcome& tile) { begun_.push_back(tile.path); }};
 };
 
 TEST_F(ExportReportTest, WarningsAreNoFailure) {
   EXPECT_EQ(concludeAfter({"Exporting tile |a...", "*** Warning : goblin outside of tile boundary",
+                           "*** Warning : goblin outside of tile boundary",
                            "Warning: more than one material on the goblin!Exporting tile |b..."}),
             "");
+  EXPECT_EQ(begun_, (std::vector<std::string>{"|a", "|b"}));
+  ASSERT_EQ(report_.tiles().size(), 2u);
+  EXPECT_EQ(report_.tiles()[0].warnings,
+            (decltype(TileOutcome::warnings){{"goblin outside of tile boundary", 2},
+                                             {"more than one material on the goblin!", 1}}));
+  EXPECT_TRUE(report_.tiles()[1].warnings.empty());
 }
 
 TEST_F(ExportReportTest, NamesEachFailedTileOnceWithItsReason) {
@@ -30,12 +42,14 @@ TEST_F(ExportReportTest, NamesEachFailedTileOnceWithItsReason) {
       {"Exporting tile |good...", "Exporting tile |missing...", "*** Error : couldn't load psd",
        "*** Error exporting tile 1", "Exporting tile |full...", "*** Error : couldn't save psd",
        "*** Error exporting tile 2", "Exporting tile |fine..."});
-  EXPECT_EQ(said,
-            "morvane: export failed for |missing: couldn't load psd; its texture "
-            "no/such/texture.psd does not exist\n"
-            "morvane: export failed for |full: couldn't save psd; check that the texture's folder "
-            "can be written and "
-            "the disk is not full\n");
+  EXPECT_EQ(
+      said,
+      "morvane: export failed for |missing: couldn't load psd; its texture "
+      "no/such/texture.psd does not exist; if it lies elsewhere on this machine, say where with "
+      "--map FROM=TO\n"
+      "morvane: export failed for |full: couldn't save psd; check that the texture's folder "
+      "can be written and "
+      "the disk is not full\n");
 }
 
 TEST_F(ExportReportTest, HearsAnErrorThatEndsWithoutALineFeed) {
@@ -57,9 +71,11 @@ TEST_F(ExportReportTest, ANodeWithoutAPathIsItsOwnFailure) {
   EXPECT_NE(said.find("for a selected node: couldn't get DAG path"), std::string::npos) << said;
 }
 
-TEST_F(ExportReportTest, ProgressNamesTilesSafely) {
-  EXPECT_EQ(concludeAfter({"Exporting tile |a...", "Exporting tile |\x1B[2J..."}, true),
-            "morvane: tile 1 of 3: |a\nmorvane: tile 2 of 3: |\\x1B[2J\n");
+TEST(ProgressLine, ShowsTheShareDoneAndTheTimeLeft) {
+  EXPECT_EQ(progressLine(0, 5, "a"), "[--------------------]   0%  a");
+  EXPECT_EQ(progressLine(0.25, 30, "b"), "[#####---------------]  25%  b  1:30 left");
+  EXPECT_EQ(progressLine(0.5, 3661, "c"), "[##########----------]  50%  c  1:01:01 left");
+  EXPECT_EQ(progressLine(2, 9, "d"), "[####################] 100%  d  0:00 left");
 }
 
 }  // namespace

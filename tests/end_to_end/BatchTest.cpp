@@ -1,0 +1,89 @@
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/end_to_end/Program.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+// Two scenes that export, one whose second texture is missing, and one that is no scene.
+class Batch : public ProgramTest {
+ protected:
+  void SetUp() override {
+    write("one/a.ma", sceneOfTiles({"a.psd", "b.tga"}));
+    write("two/b.ma", sceneOfTiles({"a.psd", "gone.psd"}));
+    write("broken.ma", "no scene");
+    write("c.ma", sceneOfTiles({"P:/art/c.psd"}));
+    for (const char* psd : {"one/a.psd", "two/a.psd", "art/c.psd"}) write(psd, psdBytes(32, 32));
+    write("one/b.tga", tgaBytes(32, 32));
+  }
+
+  const std::string scenes_ = " one/a.ma two/b.ma broken.ma c.ma --map P:/art=art ";
+};
+
+TEST_F(Batch, GoesOnAfterAFailedSceneAndSumsUp) {
+  const Outcome outcome = shell("$morvane export" + scenes_);
+  EXPECT_EQ(outcome.status, 3);  // the worst: a scene that cannot be opened
+  EXPECT_EQ(outcome.out,
+            "Exporting tile |tile1...\nExporting tile |tile2...\nExporting tile |tile1...\n"
+            "Exporting tile |tile2...\n*** Error : couldn't load psd\n*** Error exporting tile 1\n"
+            "Exporting tile |tile1...\n");
+  for (const char* line :
+       {"1/4 one/a.ma: 2 tiles exported\n", "2/4 two/b.ma: 1 tile exported, 1 failed\n",
+        "3/4 broken.ma: not exported\n", "4/4 c.ma: 1 tile exported\n", "gone.psd does not exist",
+        "4 scenes, 2 with failures; 4 tiles exported, 1 failed"}) {
+    EXPECT_NE(outcome.err.find(line), std::string::npos) << line << outcome.err;
+  }
+  for (const char* psd : {"one/a.psd", "one/b.psd", "two/a.psd", "art/c.psd"}) {
+    EXPECT_EQ(morvane({"goblins", psd}).status, 0) << psd;
+  }
+  EXPECT_EQ(shell("$morvane export one/a.ma two/b.ma tile1").status, 0);
+  EXPECT_EQ(shell("$morvane export one/a.ma two/b.ma tile1 --to x.psd").status, 2);
+  EXPECT_EQ(shell("$morvane export c.ma --map P:/art").status, 2);
+}
+
+TEST_F(Batch, WritesARecordForEachTile) {
+  const Outcome outcome = shell("$morvane export --json" + scenes_);
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_NE(outcome.err.find("Exporting tile |tile1...\n"), std::string::npos) << outcome.err;
+  std::vector<Json> records;
+  std::istringstream lines(outcome.out);
+  for (std::string line; std::getline(lines, line);) {
+    records.push_back(Json::parse(line, nullptr, false));
+    ASSERT_TRUE(records.back().is_object()) << line;
+    EXPECT_GE(records.back()["milliseconds"], 0);
+    records.back().erase("milliseconds");
+  }
+  const Json none = Json::array();
+  const auto record = [&](const char* scene, Json tile, Json texture, Json goblins, Json error) {
+    return Json{{"scene", scene},
+                {"tile", tile},
+                {"texture", texture.is_null() ? texture : Json(path(texture))},
+                {"goblins", goblins},
+                {"vertices", goblins.is_null() ? Json() : Json(3)},
+                {"warnings", none},
+                {"error", error}};
+  };
+  EXPECT_EQ(records,
+            (std::vector<Json>{
+                record("one/a.ma", "|tile1", "one/a.psd", 1, nullptr),
+                record("one/a.ma", "|tile2", "one/b.psd", 1, nullptr),
+                record("two/b.ma", "|tile1", "two/a.psd", 1, nullptr),
+                record("two/b.ma", "|tile2", "two/gone.psd", nullptr, "couldn't load psd"),
+                record("broken.ma", nullptr, nullptr, nullptr, "the scene cannot be opened"),
+                record("c.ma", "|tile1", "art/c.psd", 1, nullptr)}));
+}
+
+TEST_F(Batch, ShowsABarOnATerminal) {
+  if (!hasCommand("script")) GTEST_SKIP() << "there is no command to make a terminal";
+  const Outcome outcome =
+      shell("script -qec \"$morvane export one/a.ma c.ma --map P:/art=art\" /dev/null");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.out.find("[#####---------------]  25%  scene 1/2 tile 2/2 |tile2"),
+            std::string::npos)
+      << outcome.out;
+  EXPECT_NE(outcome.out.find("\r\x1b[KExporting tile |tile2..."), std::string::npos) << outcome.out;
+}
+
+}  // namespace

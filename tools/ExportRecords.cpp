@@ -1,0 +1,84 @@
+#include "tools/ExportRecords.h"
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "tools/Platform.h"
+#include "tools/Session.h"
+#include "tools/Text.h"
+#include "tools/TileFile.h"
+
+namespace tools {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json emptyRecord(const std::string& scene) {
+  return {{"scene", toUtf8(scene)}, {"tile", nullptr},     {"texture", nullptr},
+          {"goblins", nullptr},     {"vertices", nullptr}, {"warnings", Json::array()},
+          {"error", nullptr},       {"milliseconds", 0}};
+}
+
+// The file that an export of this texture writes.
+std::string writtenFile(const std::string& texture) {
+  std::filesystem::path file = absoluteName(texture);
+  std::string extension = file.extension().string();
+  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  if (extension != ".psd") file.replace_extension(".psd");
+  return file.string();
+}
+
+void addCounts(const std::string& file, Json& record) {
+  const auto document = loadDocument(file);
+  if (!document) return;
+  const Goblins goblins = readGoblins(*document);
+  record["goblins"] = goblins.goblins.size();
+  record["vertices"] = goblins.pool.size();
+}
+
+}  // namespace
+
+ExportRecords::ExportRecords() {
+  std::fflush(stdout);
+  original_ = duplicate(kStandardOutput);
+  ok_ = original_ >= 0 && redirect(kStandardOutput, kStandardError);
+}
+
+ExportRecords::~ExportRecords() {
+  if (original_ < 0) return;
+  std::fflush(stdout);
+  redirect(kStandardOutput, original_);
+  closeFile(original_);
+}
+
+void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
+                          const std::string& texture) {
+  Json record = emptyRecord(scene);
+  if (!tile.path.empty()) record["tile"] = toUtf8(tile.path);
+  if (!texture.empty()) record["texture"] = toUtf8(writtenFile(texture));
+  for (const auto& [text, count] : tile.warnings) {
+    record["warnings"].push_back({{"text", toUtf8(text)}, {"count", count}});
+  }
+  record["milliseconds"] = std::round(tile.milliseconds * 1000) / 1000;
+  if (!tile.error.empty()) {
+    record["error"] = toUtf8(tile.error);
+  } else if (!texture.empty()) {
+    addCounts(writtenFile(texture), record);
+  }
+  writeLine(record.dump());
+}
+
+void ExportRecords::writeFailure(const std::string& scene, const std::string& error) {
+  Json record = emptyRecord(scene);
+  record["error"] = toUtf8(error);
+  writeLine(record.dump());
+}
+
+void ExportRecords::writeLine(const std::string& line) {
+  const std::string text = line + '\n';
+  if (!ok_ || !writeAll(original_, text.data(), text.size())) ok_ = false;
+}
+
+}  // namespace tools

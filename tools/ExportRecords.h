@@ -1,0 +1,38 @@
+#ifndef MORVANE_TOOLS_EXPORTRECORDS_H_
+#define MORVANE_TOOLS_EXPORTRECORDS_H_
+
+#include <string>
+
+#include "tools/ExportReport.h"
+
+namespace tools {
+
+// One line of JSON for each tile on standard output, which it keeps for these lines alone: while
+// it lives, everything else that the process writes there goes to standard error.
+class ExportRecords {
+ public:
+  ExportRecords();
+  ~ExportRecords();
+  ExportRecords(const ExportRecords&) = delete;
+  ExportRecords& operator=(const ExportRecords&) = delete;
+
+  // {"scene", "tile", "texture", "goblins", "vertices", "warnings": [{"text", "count"}], "error",
+  // "milliseconds"}. `texture` is the file that holds the goblins now; what is not known is null.
+  // The working folder must be the scene's.
+  void write(const std::string& scene, const TileOutcome& tile, const std::string& texture);
+  // The scene could not be opened, or not be exported at all.
+  void writeFailure(const std::string& scene, const std::string& error);
+
+  // False when a line could not be written.
+  bool ok() const { return ok_; }
+
+ private:
+  void writeLine(const std::string& line);
+
+  int original_ = -1;
+  bool ok_ = true;
+};
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_EXPORTRECORDS_H_
