@@ -1,6 +1,7 @@
 #include "util/ReplaceFile.h"
 
 #include <cstring>
+#include <new>
 
 #include "util/ReplaceFileTarget.h"
 
@@ -17,8 +18,9 @@ FileReplacer::~FileReplacer() = default;
 
 bool FileReplacer::open(const char* path) {
   path_ = path ? path : "";
-  target_ = std::make_unique<Target>();
-  buffer_ = std::make_unique<std::uint8_t[]>(kBufferSize);
+  target_.reset(new (std::nothrow) Target);
+  buffer_.reset(new (std::nothrow) std::uint8_t[kBufferSize]);
+  if (!target_ || !buffer_) return fail("out of memory");
   const std::string reason = target_->open(path_);
   return reason.empty() || fail(reason);
 }

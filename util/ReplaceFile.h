@@ -16,10 +16,15 @@ namespace morvane {
 //
 // The bytes go to a temporary file in the target's folder, which is flushed to the disk and renamed
 // over the target by commit(). Without a successful commit() the temporary file is removed, at the
-// latest by the destructor, and the target stays as it was. A symbolic link is followed: the link
-// stays and the file that it names is replaced. The target's permissions are kept, and its owner
-// and group where the caller may set them; a new file gets the usual ones. Hard links to the old
-// file keep the old content.
+// latest by the destructor, and the target stays as it was; but when only flushing the folder after
+// the rename fails, the target is the new file and error() says so. A symbolic link is followed:
+// the link stays and the file that it names is replaced. The target's permissions are kept, and its
+// owner and group where the caller may set them; access lists and other attributes are not. A new
+// file gets the usual permissions. Hard links to the old file keep the old content.
+//
+// A process that is killed leaves its temporary file, ".morvane-PROCESS-NUMBER.tmp" ("morvane-..."
+// on Windows). It hinders nobody, and the first file to be replaced in the folder a day later
+// removes it.
 //
 // Two processes (or threads, each with its own object) may replace the same file at once: each
 // writes its own temporary file, and the last commit() wins whole.

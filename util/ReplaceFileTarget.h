@@ -28,6 +28,7 @@ struct FileReplacer::Target {
 
  private:
   std::string createTemporary();
+  void removeAbandoned();  // what runs that were killed left in the folder, a day ago or earlier
 
 #ifdef _WIN32
   void* file_ = nullptr;

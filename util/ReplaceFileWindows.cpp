@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kMaxNames = 1000;
 constexpr std::size_t kMaxWrite = std::size_t{1} << 30;
+constexpr std::uint64_t kAbandonedTicks = std::uint64_t{24} * 60 * 60 * 10'000'000;
 
 std::string lastReason() {
   return std::system_category().message(static_cast<int>(GetLastError()));
@@ -29,6 +30,10 @@ std::string resolved(const std::string& path) {
   const DWORD length = GetFinalPathNameByHandleA(file, text, sizeof text, FILE_NAME_NORMALIZED);
   CloseHandle(file);
   return length > 0 && length < sizeof text ? std::string(text, length) : path;
+}
+
+std::uint64_t ticks(const FILETIME& time) {
+  return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
 }
 
 }  // namespace
@@ -47,16 +52,18 @@ std::string FileReplacer::Target::open(const std::string& path) {
     if (attributes & FILE_ATTRIBUTE_DIRECTORY) return "Is a directory";
     if (attributes & FILE_ATTRIBUTE_READONLY) return "Permission denied";
   }
-  return createTemporary();
+  const std::string reason = createTemporary();
+  if (reason.empty()) removeAbandoned();
+  return reason;
 }
 
 std::string FileReplacer::Target::createTemporary() {
   static std::atomic<unsigned> counter{0};
-  const std::size_t nameStart = targetPath_.find_last_of("/\\:") + 1;  // 0 when there is none
+  const std::string folder = targetPath_.substr(0, targetPath_.find_last_of("/\\:") + 1);
   for (int attempt = 0; attempt < kMaxNames; ++attempt) {
     char name[64];
     std::snprintf(name, sizeof name, "morvane-%lx-%x.tmp", GetCurrentProcessId(), counter++);
-    const std::string path = targetPath_.substr(0, nameStart) + name;
+    const std::string path = folder + name;
     const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
@@ -67,6 +74,23 @@ std::string FileReplacer::Target::createTemporary() {
     if (GetLastError() != ERROR_FILE_EXISTS) break;
   }
   return lastReason();
+}
+
+// Ages are taken from the folder's own clock, which need not be this machine's. A file that
+// somebody is writing cannot be deleted.
+void FileReplacer::Target::removeAbandoned() {
+  const std::string folder = targetPath_.substr(0, targetPath_.find_last_of("/\\:") + 1);
+  FILETIME own;
+  WIN32_FIND_DATAA found;
+  if (!GetFileTime(file_, nullptr, nullptr, &own)) return;
+  const HANDLE search = FindFirstFileA((folder + "morvane-*.tmp").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    if (ticks(found.ftLastWriteTime) + kAbandonedTicks < ticks(own)) {
+      DeleteFileA((folder + found.cFileName).c_str());
+    }
+  } while (FindNextFileA(search, &found));
+  FindClose(search);
 }
 
 std::size_t FileReplacer::Target::write(const std::uint8_t* bytes, std::size_t size,

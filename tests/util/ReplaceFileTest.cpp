@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <string>
 
@@ -110,6 +111,45 @@ TEST_F(ReplaceFile, LeavesTheOldFileWhenTheDiskTakesNoMore) {
   EXPECT_EQ(error, "cannot write " + path("f") + ": File too large");
   EXPECT_EQ(read(path("f")), "old");
   EXPECT_EQ(entries(), 1);
+}
+
+TEST_F(ReplaceFile, FailsWhenItsFolderGoesMeanwhile) {
+  fs::create_directory(path("sub"));
+  FileReplacer out;
+  ASSERT_TRUE(out.open(path("sub/f").c_str()) && out.append("new", 3));
+  fs::remove_all(path("sub"));
+  EXPECT_FALSE(out.commit());
+  EXPECT_EQ(out.error(), "cannot write " + path("sub/f") + ": No such file or directory");
+}
+
+TEST_F(ReplaceFile, TakesNamesWithoutAFolderAndOfAnyLength) {
+  const fs::path before = fs::current_path();
+  fs::current_path(folder_);
+  for (const std::size_t length : {1, 255}) {
+    EXPECT_EQ(replace(std::string(length, 'f'), "new"), "");
+    EXPECT_EQ(read(path(std::string(length, 'f'))), "new");
+  }
+  const std::string tooLong(256, 'f');
+  EXPECT_EQ(replace(tooLong, "new"), "cannot write " + tooLong + ": File name too long");
+  fs::current_path(before);
+  EXPECT_EQ(entries(), 2);
+}
+
+// What a run that was killed leaves goes a day later; whatever else has such a name stays.
+TEST_F(ReplaceFile, RemovesAbandonedTemporaryFiles) {
+  const auto age = [](const std::string& file, int hours) {
+    fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours(hours));
+  };
+  age(write(".morvane-1-0.tmp", "abandoned"), 25);
+  age(write(".morvane-1-1.tmp", "perhaps still written"), 23);
+  age(write(".morvane-notes", "a user's"), 1000);
+  age(write("x.morvane-1-0.tmp", "a user's"), 1000);
+  fs::create_directory(path(".morvane-folder.tmp"));
+  age(path(".morvane-folder.tmp"), 1000);
+  fs::create_symlink("x.morvane-1-0.tmp", path(".morvane-link.tmp"));
+  EXPECT_EQ(replace(path("f"), "new"), "");
+  EXPECT_FALSE(fs::exists(path(".morvane-1-0.tmp")));
+  EXPECT_EQ(entries(), 6);
 }
 
 TEST_F(ReplaceFile, TwoWritersAtOnceEachWriteAWholeFile) {
