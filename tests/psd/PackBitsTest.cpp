@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "psd/PackBitsKernel.h"
+#include "psd/PlanePacker.h"
+
 namespace morvane {
 namespace {
 
@@ -112,6 +115,102 @@ TEST(PackBits, RefusesDataThatEndsBeforeThePlaneIsFull) {
   }
   // Two bytes give 128 at most, so that no memory is taken for the four gigabytes asked for here.
   EXPECT_FALSE(decoded(1u << 31, 2, Plane(1000, 0x81)));
+}
+
+// Bytes in runs of the lengths that make a difference to vectors of 32 bytes and packets of 128.
+Plane runsOf(std::mt19937& random, std::size_t size) {
+  constexpr std::size_t kLengths[] = {1,  1,  1,  2,  3,   15,  16,  17,
+                                      31, 32, 33, 64, 127, 128, 129, 300};
+  const std::size_t kinds = 1 + random() % std::size(kLengths);
+  Plane bytes;
+  while (bytes.size() < size) {
+    const auto next =
+        static_cast<std::uint8_t>(bytes.empty() ? 0 : bytes.back() + 1 + random() % 9);
+    bytes.insert(bytes.end(), kLengths[random() % kinds], next);
+  }
+  bytes.resize(size);
+  return bytes;
+}
+
+// Packets of every form, as other programs may mix them.
+Plane packetsOf(std::mt19937& random, std::size_t count) {
+  Plane packed;
+  const auto kind = random() % 4;  // single bytes, short runs, spare headers as well, anything
+  for (; count != 0; --count) {
+    const auto any = static_cast<std::uint32_t>(random());
+    const std::uint32_t header = kind == 0   ? (any % 40 == 0 ? any >> 8 : 0)
+                                 : kind == 1 ? 256 - any % 17
+                                 : kind == 2 ? (any % 3 == 0 ? 0x80 : any >> 8)
+                                             : any >> 8;
+    packed.push_back(static_cast<std::uint8_t>(header));
+    const auto asSigned = static_cast<std::int8_t>(packed.back());
+    const int data = asSigned == -128 ? 0 : asSigned < 0 ? 1 : asSigned + 1;
+    for (int i = 0; i < data; ++i) packed.push_back(static_cast<std::uint8_t>(random()));
+  }
+  return packed;
+}
+
+// Everything is a block of exactly its size, so that the sanitizers see what goes beyond.
+TEST(PackBits, TheVectorFormPacksAsThePortableOne) {
+  const PackBitsKernel* const vector = avx2PackBits();
+  if (!vector) GTEST_SKIP() << "no AVX2 here";
+  std::mt19937 random(3);
+  for (int round = 0; round < 4000; ++round) {
+    const Plane row = runsOf(random, random() % (round % 2 == 0 ? 70 : 1000));
+    Plane expected(2 * row.size()), packed(2 * row.size() + PackBitsKernel::kSlack);
+    const auto size =
+        kPortablePackBits.packRow(row.data(), row.size(), expected.data()) - expected.data();
+    expected.resize(static_cast<std::size_t>(size));
+    packed.resize(expected.size() + PackBitsKernel::kSlack);
+    packed.shrink_to_fit();
+    ASSERT_EQ(vector->packRow(row.data(), row.size(), packed.data()) - packed.data(), size);
+    packed.resize(expected.size());
+    ASSERT_EQ(packed, expected) << "round " << round;
+  }
+}
+
+TEST(PackBits, TheVectorFormUnpacksAsThePortableOne) {
+  const PackBitsKernel* const vector = avx2PackBits();
+  if (!vector) GTEST_SKIP() << "no AVX2 here";
+  std::mt19937 random(4);
+  for (int round = 0; round < 4000; ++round) {
+    Plane packed = packetsOf(random, random() % 200);
+    packed.resize(packed.size() - random() % (packed.size() + 1) / 8);
+    packed.shrink_to_fit();
+    Plane expected(random() % 12000), plane(expected.size());
+    const auto unpack = [&](const PackBitsKernel& kernel, Plane& to) {
+      const auto end = kernel.unpack({packed.data(), to.data()}, packed.data() + packed.size(),
+                                     to.data() + to.size());
+      const auto size = end.to - to.data();
+      to.resize(static_cast<std::size_t>(size));
+      return std::pair(end.packed - packed.data(), size);
+    };
+    ASSERT_EQ(unpack(*vector, plane), unpack(kPortablePackBits, expected)) << "round " << round;
+    ASSERT_EQ(plane, expected) << "round " << round;
+  }
+}
+
+// Rows that pack to little and then to much, so that the room first made for them does not do.
+TEST(PackBits, PacksPlanesThatOutgrowTheirRoom) {
+  constexpr std::uint32_t kWidth = 3000, kHeight = 1200;
+  std::mt19937 random(5);
+  Plane plane(kWidth * kHeight, 7);
+  for (std::size_t i = 400 * kWidth; i < plane.size(); ++i)
+    plane[i] = static_cast<std::uint8_t>(i < 800 * kWidth ? i : random() % 2);
+  Plane rows, table;
+  for (std::uint32_t y = 0; y < kHeight; ++y) {
+    const auto start = plane.begin() + y * kWidth;
+    const Plane row = encodedRow(Plane(start, start + kWidth));
+    table.insert(table.end(), {static_cast<std::uint8_t>(row.size() >> 8),
+                               static_cast<std::uint8_t>(row.size())});
+    rows.insert(rows.end(), row.begin(), row.end());
+  }
+  table.insert(table.end(), rows.begin(), rows.end());
+  EXPECT_EQ(encodedPlane(kWidth, kHeight, plane), table);
+  PlanePacker unfinished(3, 2);
+  unfinished.packConstant(1, 1);
+  std::uint32_t length = 0;
+  EXPECT_FALSE(unfinished.take(length));
 }
 
 }  // namespace
