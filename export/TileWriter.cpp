@@ -2,7 +2,6 @@
 
 #include <maya/MDagPath.h>
 #include <maya/MGlobal.h>
-#include <maya/MSelectionList.h>
 
 #include <cstdio>
 #include <memory>
@@ -10,6 +9,7 @@
 
 #include "export/GoblinExtraction.h"
 #include "export/GoblinGeometry.h"
+#include "export/SelectedTile.h"
 #include "export/TileMatrix.h"
 #include "plugin/SceneAttributes.h"
 #include "psd/PsdDocument.h"
@@ -17,13 +17,11 @@
 namespace morvane {
 namespace {
 
+constexpr TileRequest kRequest = {MPxFileTranslator::kExportActiveAccessMode,
+                                  "Please select exactly one tile to export.",
+                                  "only tiles can be exported."};
 constexpr std::uint32_t kDocumentSide = 256;
 constexpr std::uint64_t kBlobLimit = 4 * kDocumentSide * kDocumentSide;
-
-MStatus fail(const char* message) {
-  std::fputs(message, stdout);
-  return MStatus::kFailure;
-}
 
 MString outputPath(const MFileObject& file) {
   const MString name = file.name();
@@ -34,25 +32,6 @@ MString outputPath(const MFileObject& file) {
     if (extension == ".psd") return file.fullName();
   }
   return file.fullName() + ".psd";
-}
-
-// The selected tile; false, after a message, when it is not exactly one transform.
-bool getSelectedTile(MPxFileTranslator::FileAccessMode mode, MDagPath& path) {
-  MSelectionList selection;
-  MGlobal::getActiveSelectionList(selection);
-  if (mode != MPxFileTranslator::kExportActiveAccessMode || selection.length() != 1) {
-    std::printf("Please select exactly one tile to export.\n");
-    return false;
-  }
-  MObject node;
-  selection.getDependNode(0, node);
-  if (!node.hasFn(MFn::kTransform)) {
-    std::printf("%s (%s): only tiles can be exported.\n", getNodeName(node).asChar(),
-                node.apiTypeStr());
-    return false;
-  }
-  selection.getDagPath(0, path);
-  return true;
 }
 
 Matrix44 matrixOf(MObject goblin) {
@@ -86,12 +65,13 @@ void openSource(const MString& sourceFileName, PsdDocument& document) {
 
 MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document, const char* path) {
   const std::uint64_t size = encodedGoblinGeometrySize(builder, GoblinLayout::kNamed);
-  if (size + 5 >= kBlobLimit) return fail("Error: .psd data layer size limit exceeded!\n");
+  if (size + 5 >= kBlobLimit)
+    return failTranslation("Error: .psd data layer size limit exceeded!\n");
   const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kNamed, blob.get(), size);
   if (!document.addDataLayer(kGoblinLayerName, written, blob.get())) {
-    return fail("Error: couldn't add goblin layer!\n");
+    return failTranslation("Error: couldn't add goblin layer!\n");
   }
   std::string reason;
   if (!document.save(path, &reason)) {
@@ -108,14 +88,15 @@ MStatus writeTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mod
                   const MString& sourceFileName) {
   const MString path = outputPath(file);
   std::printf("Tile exporter (v%s).  Exporting to %s\n", kTranslatorVersion, path.asChar());
+  MObject node;
   MDagPath tile;
-  if (!getSelectedTile(mode, tile)) return MStatus::kFailure;
+  if (!getSelectedTile(kRequest, mode, node, tile)) return MStatus::kFailure;
   std::printf("%s\n", tile.fullPathName().asChar());
   MeshWalk walk(tile);
   std::printf("Path to shape: %s\n", tile.fullPathName().asChar());
   Matrix44 tileMatrix;
   if (!getTileMatrix(tile, walk.mesh(), tileMatrix)) {
-    return fail("Error: tile has no extent in x or z!\n");
+    return failTranslation("Error: tile has no extent in x or z!\n");
   }
   PsdDocument document(kDocumentSide, kDocumentSide);
   openSource(sourceFileName, document);

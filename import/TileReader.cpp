@@ -4,7 +4,6 @@
 #include <maya/MFnDagNode.h>
 #include <maya/MGlobal.h>
 #include <maya/MObject.h>
-#include <maya/MSelectionList.h>
 #include <maya/MString.h>
 
 #include <cstdio>
@@ -13,6 +12,7 @@
 
 #include "export/GoblinExtraction.h"
 #include "export/GoblinGeometry.h"
+#include "export/SelectedTile.h"
 #include "export/TileWriter.h"
 #include "import/GoblinRebuild.h"
 #include "import/TextureNetwork.h"
@@ -22,29 +22,10 @@
 namespace morvane {
 namespace {
 
+constexpr TileRequest kRequest = {MPxFileTranslator::kImportAccessMode,
+                                  "Please select exactly one tile to import as a psd.",
+                                  "only tiles can have psds imported."};
 constexpr std::uint32_t kBlankDocumentSide = 256;
-
-MStatus fail(const char* message) {
-  std::fputs(message, stdout);
-  return MStatus::kFailure;
-}
-
-bool getSelectedTile(MPxFileTranslator::FileAccessMode mode, MObject& tile, MDagPath& path) {
-  MSelectionList selection;
-  MGlobal::getActiveSelectionList(selection);
-  if (mode != MPxFileTranslator::kImportAccessMode || selection.length() != 1) {
-    std::printf("Please select exactly one tile to import as a psd.\n");
-    return false;
-  }
-  selection.getDependNode(0, tile);
-  if (!tile.hasFn(MFn::kTransform)) {
-    std::printf("%s (%s): only tiles can have psds imported.\n", getNodeName(tile).asChar(),
-                tile.apiTypeStr());
-    return false;
-  }
-  selection.getDagPath(0, path);
-  return true;
-}
 
 bool loadDocument(const MString& path, PsdDocument& document) {
   std::string reason;
@@ -81,13 +62,13 @@ MStatus readGoblins(PsdDocument& document, MObject tile, const MDagPath& path) {
   }
   std::uint32_t size = 0;
   const std::unique_ptr<std::uint8_t[]> blob = document.readDataLayer(kGoblinLayerName, size);
-  if (size == 0) return fail("Warning: empty GoblinGeometry layer!\n");
+  if (size == 0) return failTranslation("Warning: empty GoblinGeometry layer!\n");
   if (classifyGoblinBlob(blob.get(), size) == GoblinBlobKind::kTagged) {
-    return fail("Error: GoblinGeometry layer is in the exportTile layout!\n");
+    return failTranslation("Error: GoblinGeometry layer is in the exportTile layout!\n");
   }
   Matrix44 fromTile;
   if (!getTileMatrix(path, MeshWalk(path).mesh(), fromTile)) {
-    return fail("Error: tile has no extent in x or z!\n");
+    return failTranslation("Error: tile has no extent in x or z!\n");
   }
   fromTile.invert();
   return rebuildGoblins(blob.get(), size, fromTile, tile);
@@ -99,7 +80,7 @@ MStatus readTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mode
   std::printf("---------- Tile importer (v%s) ----------\n", kTranslatorVersion);
   MObject tile;
   MDagPath tilePath;
-  if (!getSelectedTile(mode, tile, tilePath)) return MStatus::kFailure;
+  if (!getSelectedTile(kRequest, mode, tile, tilePath)) return MStatus::kFailure;
   std::printf("Tile: %s\n", tilePath.fullPathName().asChar());
   const MString path = file.fullName();
   PsdDocument document(kBlankDocumentSide, kBlankDocumentSide);

@@ -1,0 +1,28 @@
+#ifndef MORVANE_EXPORT_SELECTEDTILE_H_
+#define MORVANE_EXPORT_SELECTEDTILE_H_
+
+#include <maya/MDagPath.h>
+#include <maya/MObject.h>
+#include <maya/MPxFileTranslator.h>
+#include <maya/MStatus.h>
+
+namespace morvane {
+
+// What a direction of the translator asks of the caller, and says when it does not get it.
+struct TileRequest {
+  MPxFileTranslator::FileAccessMode mode;
+  const char* selectOne;  // a whole line
+  const char* onlyTiles;  // follows the node's name and type
+};
+
+// The selected tile. False, after a message on standard output, when the access mode is another one
+// or the selection is not exactly one transform.
+bool getSelectedTile(const TileRequest& request, MPxFileTranslator::FileAccessMode mode,
+                     MObject& tile, MDagPath& path);
+
+// Writes a message to standard output and gives the status that goes with it.
+MStatus failTranslation(const char* message);
+
+}  // namespace morvane
+
+#endif  // MORVANE_EXPORT_SELECTEDTILE_H_
