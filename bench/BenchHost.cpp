@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 
 #include "host/Host.h"
 
@@ -34,19 +33,6 @@ class Silence {
   int kept_;
 };
 
-struct Folder {
-  std::string path;
-
-  Folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "morvane-bench-XXXXXX").string();
-    if (::mkdtemp(name.data())) path = name;
-  }
-  ~Folder() {
-    std::error_code ignored;
-    if (!path.empty()) std::filesystem::remove_all(path, ignored);
-  }
-};
-
 }  // namespace
 
 bool startHost() {
@@ -59,15 +45,6 @@ bool startHost() {
     return host::loadPlugin("morvane");
   }();
   return started;
-}
-
-const std::string& scratchFolder() {
-  static const Folder folder;
-  return folder.path;
-}
-
-void writeFile(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
 }
 
 std::string gridText(const std::string& name, const std::string& parent, int side, double size,

@@ -3,16 +3,13 @@
 
 #include <string>
 
+#include "bench/Scratch.h"
+
 // What benchmarks inside the stand-in host share.
 namespace bench {
 
 // Starts the host and loads the plug-in from beside the program, once. False when it cannot.
 bool startHost();
-
-// A folder of this run's own, removed at exit.
-const std::string& scratchFolder();
-
-void writeFile(const std::string& path, const std::string& text);
 
 // Scene-file statements of a grid of `side` x `side` quads, `size` units long, that a plane
 // primitive makes. `extra` follows the shape's node.

@@ -117,6 +117,14 @@ bool declare(const std::string& name, std::function<Comparison()> make) {
   return true;
 }
 
+double medianTime(const Comparison& it) {
+  const int repetitions = repetitionsOf(it, it.ours);
+  std::vector<double> times;
+  for (int i = 0; i < it.rounds; ++i) times.push_back(timed(it, it.ours, repetitions));
+  std::nth_element(times.begin(), times.begin() + it.rounds / 2, times.end());
+  return times[static_cast<std::size_t>(it.rounds / 2)];
+}
+
 void addRow(const Row& row) {
   const auto same = std::find_if(rows().begin(), rows().end(),
                                  [&](const Row& other) { return other.work == row.work; });

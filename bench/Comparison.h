@@ -62,6 +62,9 @@ struct Comparison {
 // millisecond is repeated within a round.
 bool declare(const std::string& name, std::function<Comparison()> make);
 
+// The median of our time alone, in seconds, over the rounds; for work without a peer.
+double medianTime(const Comparison& it);
+
 // A line of the table that is measured in another way, or in another unit than seconds.
 struct Row {
   std::string work;

@@ -125,8 +125,8 @@ std::string foreignKind(const PsdDocument& document, std::size_t size) {
   return "version " + std::to_string(document.version) + " is not supported: ";
 }
 
-// Neither the signature nor the version is a reason to refuse a file that can be read: it is kept
-// whole, and takes no layers.
+}  // namespace
+
 bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document,
               std::string& error) {
   PsdInput in(bytes.get(), size);
@@ -136,8 +136,6 @@ bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocume
   error = foreignKind(document, size) + in.error();
   return false;
 }
-
-}  // namespace
 
 std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size) {
   const std::uint8_t* const at = in.take(size);

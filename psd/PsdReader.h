@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "psd/PsdDocument.h"
 #include "psd/PsdInput.h"
@@ -19,6 +20,12 @@ std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size);
 // does not give it back.
 void readName(PsdInput& in, std::uint32_t alignment, std::unique_ptr<char[]>& name,
               PsdOpaque& field);
+
+// Makes a document of the bytes of a PSD file, which it then owns. On failure `error` says why and
+// the document is undefined. Neither the signature nor the version is a reason to refuse a file
+// that can be read: it is kept whole, and takes no layers.
+bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document,
+              std::string& error);
 
 void readLayerRecord(PsdInput& in, PsdLayer& layer);
 
