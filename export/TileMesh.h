@@ -85,40 +85,28 @@ struct WeldedMesh {
       triangles;  // indices into vertices, in the tile mesh's order
 };
 
-// The welding table: buckets chosen by the low byte of a key's hash, each listing its vertices in
-// the order in which they were added. The hash is a plain sum, so that keys on an integer grid,
-// whose words end in zeros, all meet in one bucket; a bucket that grows long therefore keeps an
-// index of its own over all of a key's bits.
+// The welding table: finds a welded vertex by all of its key's bits.
 class WeldTable {
  public:
-  static constexpr std::size_t kBucketCount = 256;
+  // Makes room for as many vertices.
+  void reserve(std::size_t vertices);
 
-  struct Entry {
-    std::int32_t vertex;
-    std::uint32_t hash;
-  };
+  // The vertex whose key is `key`, to which end it is appended when it is new. Every call of one
+  // table must pass the same vertices.
+  std::int32_t findOrAdd(const VertexKey& key, std::uint32_t digest,
+                         std::vector<VertexKey>& vertices);
 
-  // The entry of `key` in the bucket of `hash`, or -1.
-  std::int32_t find(const VertexKey& key, std::uint32_t hash,
-                    const std::vector<VertexKey>& vertices) const;
-  void add(std::int32_t vertex, std::uint32_t hash, const std::vector<VertexKey>& vertices);
+  void prefetch(std::uint32_t digest) const;
 
  private:
   struct Slot {
-    std::int32_t vertex;  // -1: free
+    std::int32_t number;  // the vertex's, from 1; 0: free
     std::uint32_t digest;
   };
-  struct Bucket {
-    std::vector<Entry> entries;
-    std::vector<Slot>
-        index;  // open addressing, a power of two in size; empty while the bucket is short
-  };
 
-  static void insert(std::vector<Slot>& index, Slot slot);
-  static void startIndex(Bucket& bucket, const std::vector<VertexKey>& vertices);
-  static void growIndex(Bucket& bucket);
+  void resize(std::size_t count);
 
-  std::array<Bucket, kBucketCount> buckets_;
+  std::vector<Slot> slots_;  // open addressing; a power of two of them, at most half of them taken
 };
 
 // The index of `key` among the welded vertices, to which it is appended when it is new.

@@ -1,55 +1,67 @@
+#include <algorithm>
 #include <cstring>
 
 #include "export/TileMesh.h"
+#include "util/LargePages.h"
+#include "util/Prefetch.h"
 
 namespace morvane {
 namespace {
 
-// A bucket that holds more entries than this is searched through its index.
-constexpr std::size_t kScanLimit = 16;
-
-using KeyWords = std::array<std::uint32_t, 15>;
-
-KeyWords wordsOf(const VertexKey& key) {
-  KeyWords words;
-  std::memcpy(words.data(), &key, sizeof key);
-  return words;
-}
+constexpr std::size_t kFirstSlots = 64;
 
 bool sameBits(const VertexKey& a, const VertexKey& b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-// The sum that chooses the bucket. v (word 7) and all words after the first reserved one stay out
-// of it.
-std::uint32_t hashOf(const VertexKey& key) {
-  const KeyWords words = wordsOf(key);
-  std::uint32_t sum = words[8];
-  for (std::size_t i = 0; i < 7; ++i) sum += words[i];
-  return sum;
+// The key in eight words, each of fields that were written as they are read here: a processor that
+// has to put a word together from two fresh halves waits until both have reached its cache.
+std::array<std::uint64_t, 8> wordsOf(const VertexKey& key) {
+  const auto word = [](const void* from) {
+    std::uint64_t value;
+    std::memcpy(&value, from, sizeof value);
+    return value;
+  };
+  const auto half = [](const void* from) {
+    std::uint32_t value;
+    std::memcpy(&value, from, sizeof value);
+    return std::uint64_t{value};
+  };
+  return {word(&key.position.x),
+          word(&key.normal.x),
+          half(&key.position.z) << 32 | half(&key.normal.z),
+          word(&key.uv),
+          word(&key.reserved[0]),
+          word(&key.reserved[2]),
+          word(&key.reserved[4]),
+          key.colour};
 }
 
-// Mixes every bit of the key into the high bits, which place it in a bucket's index.
+// Mixes every bit of the key into the high bits, which place it in the table. Two states take turns
+// at its words, so that the processor works on both at once.
 std::uint32_t digestOf(const VertexKey& key) {
-  std::array<std::uint64_t, 8> words{};
-  std::memcpy(words.data(), &key, sizeof key);
-  std::uint64_t state = 0;
-  for (const std::uint64_t word : words) {
-    state = (state ^ word) * 0x9E3779B97F4A7C15U;
-    state ^= state >> 32;
+  constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
+  const std::array<std::uint64_t, 8> words = wordsOf(key);
+  std::uint64_t even = 0;
+  std::uint64_t odd = 0;
+  for (std::size_t i = 0; i < words.size(); i += 2) {
+    even = (even ^ words[i]) * kFactor;
+    odd = (odd ^ words[i + 1]) * kFactor;
+    even ^= even >> 32;
+    odd ^= odd >> 32;
   }
-  return static_cast<std::uint32_t>(state);
+  return static_cast<std::uint32_t>((even * kFactor ^ odd) * kFactor >> 32);
 }
 
-// The slot at which a search starts. It keeps the digests' order, so that an index doubles in one
+// The slot at which a search starts. It keeps the digests' order, so that a table doubles in one
 // pass from front to back instead of with a cache miss for each of its entries.
-std::size_t homeSlot(std::uint32_t digest, std::size_t indexSize) {
-  return static_cast<std::size_t>(std::uint64_t{digest} * indexSize >> 32);
+std::size_t homeSlot(std::uint32_t digest, std::size_t slots) {
+  return static_cast<std::size_t>(std::uint64_t{digest} * slots >> 32);
 }
 
 template <typename T>
 T elementOrZero(const GrowArray<T>& table, std::int32_t index) {
-  return index >= 0 && index < static_cast<std::int32_t>(table.size()) ? table[index] : T{};
+  return index >= 0 && index < table.size() ? table[index] : T{};
 }
 
 VertexKey keyOf(const TileMesh& mesh, const TileTriangle& triangle, std::size_t corner) {
@@ -61,83 +73,161 @@ VertexKey keyOf(const TileMesh& mesh, const TileTriangle& triangle, std::size_t 
   return key;
 }
 
+// Welds corner after corner, in blocks of triangles. The corners around a point mostly name the
+// same entries of the tables; they have the vertex of the last corner there, without a look at
+// their keys. The others of a block are looked up together, so that the processor waits for the
+// table's memory once and not for each of them.
+class Welder {
+ public:
+  static constexpr std::int32_t kBlock = 32;
+
+  explicit Welder(const TileMesh& mesh);
+
+  void weldBlock(std::int32_t first, std::int32_t end);
+
+  WeldedMesh welded;
+
+ private:
+  // What a corner names beside its position, and its vertex. A corner of this block that is to be
+  // looked up has the number -2 - i, i of waiting_.
+  struct Corner {
+    std::int32_t normal = 0;
+    std::int32_t uv = 0;
+    std::int32_t colour = 0;
+    std::int32_t vertex = -1;  // none yet
+  };
+  struct Waiting {
+    VertexKey key;
+    std::uint32_t digest;
+    std::int32_t place;
+    std::int32_t vertex;
+  };
+
+  // All positions outside the table are the same point.
+  std::int32_t placeOf(std::int32_t position) const {
+    return position >= 0 && position < mesh_.positions.size() ? position : mesh_.positions.size();
+  }
+  std::int32_t numberOf(const TileTriangle& triangle, std::size_t corner);
+  void fetchAhead(std::int32_t triangle) const;
+  void lookUpWaiting();
+
+  const TileMesh& mesh_;
+  std::vector<Corner> corners_;  // the last one at each place
+  std::array<Waiting, 3 * kBlock> waiting_;
+  std::int32_t waitingCount_ = 0;
+  WeldTable table_;
+};
+
+Welder::Welder(const TileMesh& mesh) : mesh_(mesh) {
+  const std::size_t places = mesh.positions.size() + 1;
+  reserveInLargePages(corners_, places);
+  corners_.resize(places);
+  reserveInLargePages(welded.triangles, mesh.triangles.size());
+  reserveInLargePages(welded.vertices, places);
+  table_.reserve(places);
+}
+
+std::int32_t Welder::numberOf(const TileTriangle& triangle, std::size_t corner) {
+  const std::int32_t place = placeOf(triangle.positions[corner]);
+  Corner& known = corners_[place];
+  if (known.vertex == -1 || known.normal != triangle.normals[corner] ||
+      known.uv != triangle.uvs[corner] || known.colour != triangle.colours[corner]) {
+    Waiting& waiting = waiting_[waitingCount_];
+    waiting.key = keyOf(mesh_, triangle, corner);
+    waiting.digest = digestOf(waiting.key);
+    waiting.place = place;
+    table_.prefetch(waiting.digest);
+    known = {triangle.normals[corner], triangle.uvs[corner], triangle.colours[corner],
+             -2 - waitingCount_++};
+  }
+  return known.vertex;
+}
+
+void Welder::fetchAhead(std::int32_t triangle) const {
+  if (triangle >= mesh_.triangles.size()) return;
+  for (const std::int32_t position : mesh_.triangles[triangle].positions) {
+    const std::int32_t place = placeOf(position);
+    prefetch(&corners_[place]);
+    prefetch(mesh_.positions.data() + place);
+  }
+}
+
+void Welder::weldBlock(std::int32_t first, std::int32_t end) {
+  waitingCount_ = 0;
+  for (std::int32_t i = first; i < end; ++i) {
+    fetchAhead(i + kBlock);
+    const TileTriangle& triangle = mesh_.triangles[i];
+    welded.triangles.push_back(
+        {numberOf(triangle, 0), numberOf(triangle, 1), numberOf(triangle, 2)});
+  }
+  lookUpWaiting();
+  for (std::int32_t i = first; i < end; ++i) {
+    for (std::int32_t& number : welded.triangles[i]) {
+      if (number < 0) number = waiting_[-2 - number].vertex;
+    }
+  }
+}
+
+void Welder::lookUpWaiting() {
+  for (std::int32_t i = 0; i < waitingCount_; ++i) {
+    Waiting& waiting = waiting_[i];
+    waiting.vertex = table_.findOrAdd(waiting.key, waiting.digest, welded.vertices);
+    Corner& corner = corners_[waiting.place];
+    if (corner.vertex == -2 - i) corner.vertex = waiting.vertex;
+  }
+}
+
 }  // namespace
 
-std::int32_t WeldTable::find(const VertexKey& key, std::uint32_t hash,
-                             const std::vector<VertexKey>& vertices) const {
-  const Bucket& bucket = buckets_[hash % kBucketCount];
-  if (bucket.index.empty()) {
-    for (const Entry& entry : bucket.entries) {
-      if (entry.hash == hash && sameBits(vertices[entry.vertex], key)) return entry.vertex;
-    }
-    return -1;
-  }
-  const std::uint32_t digest = digestOf(key);
-  const std::size_t mask = bucket.index.size() - 1;
-  for (std::size_t at = homeSlot(digest, mask + 1); bucket.index[at].vertex >= 0;
-       at = (at + 1) & mask) {
-    const Slot& slot = bucket.index[at];
-    if (slot.digest == digest && sameBits(vertices[slot.vertex], key)) return slot.vertex;
-  }
-  return -1;
+void WeldTable::reserve(std::size_t vertices) {
+  std::size_t slots = kFirstSlots;
+  while (slots < 2 * vertices) slots *= 2;
+  if (slots > slots_.size()) resize(slots);
 }
 
-void WeldTable::add(std::int32_t vertex, std::uint32_t hash,
-                    const std::vector<VertexKey>& vertices) {
-  Bucket& bucket = buckets_[hash % kBucketCount];
-  bucket.entries.push_back({vertex, hash});
-  if (bucket.entries.size() <= kScanLimit) return;
-  if (bucket.index.empty()) return startIndex(bucket, vertices);
-  if (bucket.entries.size() * 2 > bucket.index.size()) growIndex(bucket);
-  insert(bucket.index, {vertex, digestOf(vertices[vertex])});
+void WeldTable::prefetch(std::uint32_t digest) const {
+  morvane::prefetch(&slots_[homeSlot(digest, slots_.size())]);
 }
 
-void WeldTable::insert(std::vector<Slot>& index, Slot slot) {
-  const std::size_t mask = index.size() - 1;
-  std::size_t at = homeSlot(slot.digest, index.size());
-  while (index[at].vertex >= 0) at = (at + 1) & mask;
-  index[at] = slot;
-}
-
-void WeldTable::growIndex(Bucket& bucket) {
-  std::vector<Slot> index(2 * bucket.index.size(), Slot{-1, 0});
-  for (const Slot& slot : bucket.index) {
-    if (slot.vertex >= 0) insert(index, slot);
+std::int32_t WeldTable::findOrAdd(const VertexKey& key, std::uint32_t digest,
+                                  std::vector<VertexKey>& vertices) {
+  if ((vertices.size() + 1) * 2 > slots_.size()) resize(std::max(kFirstSlots, 2 * slots_.size()));
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t at = homeSlot(digest, slots_.size());
+  for (; slots_[at].number > 0; at = (at + 1) & mask) {
+    const Slot& slot = slots_[at];
+    if (slot.digest == digest && sameBits(vertices[slot.number - 1], key)) return slot.number - 1;
   }
-  bucket.index = std::move(index);
+  vertices.push_back(key);
+  slots_[at] = {static_cast<std::int32_t>(vertices.size()), digest};
+  return slots_[at].number - 1;
 }
 
-void WeldTable::startIndex(Bucket& bucket, const std::vector<VertexKey>& vertices) {
-  bucket.index.assign(4 * kScanLimit, Slot{-1, 0});
-  for (const Entry& entry : bucket.entries) {
-    insert(bucket.index, {entry.vertex, digestOf(vertices[entry.vertex])});
+void WeldTable::resize(std::size_t count) {
+  std::vector<Slot> slots;
+  reserveInLargePages(slots, count);
+  slots.resize(count);
+  const std::size_t mask = count - 1;
+  for (const Slot& slot : slots_) {
+    if (slot.number == 0) continue;
+    std::size_t at = homeSlot(slot.digest, count);
+    while (slots[at].number > 0) at = (at + 1) & mask;
+    slots[at] = slot;
   }
+  slots_ = std::move(slots);
 }
 
 std::int32_t weldVertex(const VertexKey& key, std::vector<VertexKey>& vertices, WeldTable& table) {
-  const std::uint32_t hash = hashOf(key);
-  const std::int32_t known = table.find(key, hash, vertices);
-  if (known >= 0) return known;
-  vertices.push_back(key);
-  const auto vertex = static_cast<std::int32_t>(vertices.size() - 1);
-  table.add(vertex, hash, vertices);
-  return vertex;
+  return table.findOrAdd(key, digestOf(key), vertices);
 }
 
 WeldedMesh weldTileMesh(const TileMesh& mesh) {
-  WeldedMesh welded;
-  WeldTable table;
-  const auto triangles = static_cast<std::int32_t>(mesh.triangles.size());
-  welded.triangles.reserve(triangles);
-  welded.vertices.reserve(mesh.positions.size());
-  for (std::int32_t i = 0; i < triangles; ++i) {
-    std::array<std::int32_t, 3> corners{};
-    for (std::size_t corner = 0; corner < 3; ++corner) {
-      corners[corner] = weldVertex(keyOf(mesh, mesh.triangles[i], corner), welded.vertices, table);
-    }
-    welded.triangles.push_back(corners);
+  Welder welder(mesh);
+  const std::int32_t count = mesh.triangles.size();
+  for (std::int32_t first = 0; first < count; first += Welder::kBlock) {
+    welder.weldBlock(first, std::min(count, first + Welder::kBlock));
   }
-  return welded;
+  return std::move(welder.welded);
 }
 
 }  // namespace morvane
