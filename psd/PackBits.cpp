@@ -1,6 +1,7 @@
 #include "psd/PackBits.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -30,6 +31,32 @@ bool unpackCut(const std::uint8_t* packed, std::size_t packedLength, std::uint8_
   if (static_cast<std::size_t>(header) < size || packedLength - 1 < size) return false;
   std::memcpy(to, packed, size);
   return true;
+}
+
+// The length of the packets that give a row; 0 when none end with it.
+std::size_t rowPackets(const std::uint8_t* packets, std::size_t length, std::size_t width) {
+  std::size_t at = 0;
+  while (width != 0) {
+    if (at == length) return 0;
+    const auto header = static_cast<std::int8_t>(packets[at++]);
+    if (header == -128) continue;
+    const auto count = static_cast<std::size_t>(1 + std::abs(header));
+    const std::size_t data = header < 0 ? 1 : count;
+    if (count > width || data > length - at) return 0;
+    at += data;
+    width -= count;
+  }
+  return at;
+}
+
+// How many times the bytes start with their first `period` ones, at most `most`.
+std::uint32_t repetitions(const std::uint8_t* bytes, std::size_t length, std::size_t period,
+                          std::uint32_t most) {
+  std::uint32_t count = 1;
+  for (; count < most && period <= length - count * period; ++count) {
+    if (std::memcmp(bytes + count * period, bytes, period) != 0) break;
+  }
+  return count;
 }
 
 }  // namespace
@@ -85,6 +112,47 @@ std::unique_ptr<std::uint8_t[]> packBitsDecodePlane(std::uint32_t width, std::ui
   const bool filled = packBitsDecode(packed + table, packedLength - static_cast<std::size_t>(table),
                                      plane.get(), static_cast<std::size_t>(size));
   return filled ? std::move(plane) : nullptr;
+}
+
+std::unique_ptr<std::uint8_t[]> packBitsRepack(std::uint32_t width, std::uint32_t height,
+                                               const std::uint8_t* packets,
+                                               std::size_t packetsLength,
+                                               std::uint32_t& packedLength) {
+  constexpr std::size_t kMostUnpacked = 64 * 1024;  // stays in the processor's cache
+  const std::uint8_t* const end = packets + packetsLength;
+  std::uint64_t left = std::uint64_t{width} * height;  // bytes that are not unpacked yet
+  const std::size_t size = std::max<std::size_t>(width, kMostUnpacked) + kPackBitsMaxRun;
+  const Array rows = allocated(size);
+  if (!rows) return nullptr;
+  PlanePacker packer(width, height);
+  // A plane of one value, as in a blank image, is packed in rows that are alike.
+  if (const std::size_t first = rowPackets(packets, packetsLength, width)) {
+    const std::uint32_t alike = repetitions(packets, packetsLength, first, height);
+    packBitsDecode(packets, first, rows.get(), width);
+    packer.pack(rows.get());
+    packer.repeat(alike - 1);
+    packets += alike * first;
+    left -= std::uint64_t{alike} * width;
+  }
+  for (std::size_t held = 0; left != 0;) {
+    const std::size_t room = size - held;
+    std::uint8_t* const to = rows.get() + held;
+    PackBitsKernel::Place at = {packets, to + left};
+    if (left > room) {  // what ends before the room does is less than one packet short of it
+      at = packBitsKernel().unpack({packets, to}, end, to + room);
+    } else if (!packBitsDecode(packets, static_cast<std::size_t>(end - packets), to,
+                               static_cast<std::size_t>(left))) {
+      return nullptr;
+    }
+    packets = at.packed;
+    left -= static_cast<std::uint64_t>(at.to - to);
+    const std::uint8_t* row = rows.get();
+    if (at.to - row < width) return nullptr;  // the packets have ended
+    for (; at.to - row >= width; row += width) packer.pack(row);
+    held = static_cast<std::size_t>(at.to - row);
+    std::memmove(rows.get(), row, held);
+  }
+  return packer.take(packedLength);
 }
 
 bool packBitsDecode(const std::uint8_t* packed, std::size_t packedLength, std::uint8_t* to,

@@ -42,6 +42,13 @@ std::unique_ptr<std::uint8_t[]> packBitsDecodePlane(std::uint32_t width, std::ui
                                                     const std::uint8_t* packed,
                                                     std::size_t packedLength);
 
+// Packs a plane that is there as packets of any form, without row lengths; of the plane itself only
+// some rows at a time are held. Null also when the packets end before the plane is full.
+std::unique_ptr<std::uint8_t[]> packBitsRepack(std::uint32_t width, std::uint32_t height,
+                                               const std::uint8_t* packets,
+                                               std::size_t packetsLength,
+                                               std::uint32_t& packedLength);
+
 // Unpacks packets, without row lengths, until `size` bytes are written. False when the packets end
 // before.
 bool packBitsDecode(const std::uint8_t* packed, std::size_t packedLength, std::uint8_t* to,

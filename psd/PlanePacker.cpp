@@ -6,6 +6,7 @@
 #include <new>
 
 #include "util/ByteOrder.h"
+#include "util/LargePages.h"
 
 namespace morvane {
 
@@ -30,15 +31,21 @@ void PlanePacker::pack(const std::uint8_t* row) {
 void PlanePacker::packConstant(std::uint8_t value, std::uint32_t count) {
   const std::size_t rowLength = (width_ + kPackBitsMaxRun - 1) / kPackBitsMaxRun * 2;
   if (count == 0 || !reserve(std::uint64_t{count} * rowLength)) return;
-  const std::uint8_t* const first = packed_.get() + length_;
   std::uint8_t* at = packed_.get() + length_;
   for (std::size_t left = width_; left != 0; left -= std::min(left, kPackBitsMaxRun)) {
     *at++ = static_cast<std::uint8_t>(1 - static_cast<int>(std::min(left, kPackBitsMaxRun)));
     *at++ = value;
   }
   finishRow(rowLength);
-  for (std::uint32_t row = 1; row < count; ++row) {
-    std::memcpy(packed_.get() + length_, first, rowLength);
+  repeat(count - 1);
+}
+
+void PlanePacker::repeat(std::uint32_t count) {
+  const std::size_t rowLength = lastRow_;
+  if (!reserve(std::uint64_t{count} * rowLength)) return;
+  const std::uint8_t* const row = packed_.get() + length_ - rowLength;
+  for (; count != 0; --count) {
+    std::memcpy(packed_.get() + length_, row, rowLength);
     finishRow(rowLength);
   }
 }
@@ -74,6 +81,7 @@ bool PlanePacker::grow(std::uint64_t size) {
   capacity_ = static_cast<std::size_t>(length_ + room + PackBitsKernel::kSlack);
   std::unique_ptr<std::uint8_t[]> grown(new (std::nothrow) std::uint8_t[capacity_]);
   if (!grown) return false;
+  askForLargePages(grown.get(), capacity_);
   if (packed_) std::memcpy(grown.get(), packed_.get(), length_);
   packed_ = std::move(grown);
   return true;
@@ -82,6 +90,7 @@ bool PlanePacker::grow(std::uint64_t size) {
 void PlanePacker::finishRow(std::size_t length) {
   storeBe16(packed_.get() + 2 * rows_, static_cast<std::uint16_t>(length));
   length_ += length;
+  lastRow_ = length;
   ++rows_;
 }
 

@@ -27,6 +27,9 @@ class PlanePacker {
   // Packs `count` rows of equal bytes.
   void packConstant(std::uint8_t value, std::uint32_t count);
 
+  // Packs `count` more rows like the one before.
+  void repeat(std::uint32_t count);
+
   // The packed plane, for the caller to keep, once all rows are packed.
   std::unique_ptr<std::uint8_t[]> take(std::uint32_t& packedLength);
 
@@ -38,7 +41,8 @@ class PlanePacker {
   const PackBitsKernel& kernel_ = packBitsKernel();
   std::size_t width_;
   std::size_t height_;
-  std::size_t rows_ = 0;  // that are packed
+  std::size_t rows_ = 0;     // that are packed
+  std::size_t lastRow_ = 0;  // its packed length
   std::unique_ptr<std::uint8_t[]> packed_;
   std::size_t capacity_ = 0;
   std::size_t length_;  // with the table of row lengths

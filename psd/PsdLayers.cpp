@@ -136,9 +136,7 @@ std::unique_ptr<std::uint8_t[]> packMergedPlane(const PsdDocument& document, std
   std::size_t length = 0;
   if (!findMergedPlane(document, plane, rows, length) || size / kMaxPackBitsExpansion > length)
     return nullptr;
-  const std::unique_ptr<std::uint8_t[]> raw(new (std::nothrow) std::uint8_t[size]);
-  if (!raw || !packBitsDecode(rows, length, raw.get(), size)) return nullptr;
-  return packBitsEncodePlane(document.columns, document.rows, raw.get(), packedLength);
+  return packBitsRepack(document.columns, document.rows, rows, length, packedLength);
 }
 
 }  // namespace

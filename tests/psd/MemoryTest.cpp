@@ -7,7 +7,10 @@ namespace {
 
 int allocationsLeft = -1;  // until one fails; negative: none does
 
-bool fails() {
+std::size_t largest = 0;  // that was asked for
+
+bool fails(std::size_t size) {
+  if (size > largest) largest = size;
   return allocationsLeft >= 0 && allocationsLeft-- == 0;
 }
 
@@ -16,10 +19,10 @@ bool fails() {
 
 // Only what can report missing memory is made to fail; the rest of the program allocates as ever.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return morvane::fails() ? nullptr : ::operator new(size);
+  return morvane::fails(size) ? nullptr : ::operator new(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return morvane::fails() ? nullptr : ::operator new[](size);
+  return morvane::fails(size) ? nullptr : ::operator new[](size);
 }
 
 namespace morvane {
@@ -84,6 +87,14 @@ TEST_F(PsdTest, ChangingWithoutMemoryFailsAndChangesNothing) {
     before = saved(*document);
     failEachAllocation([&] { return document->compressChannel(top, 0); }, unchanged);
   }
+}
+
+TEST_F(PsdTest, AnEmptyLayerNeverTakesTheMemoryOfAPlane) {
+  constexpr std::uint32_t kSide = 2000;
+  PsdDocument document(kSide, kSide);  // without layers, so that it gets a base layer too
+  largest = 0;
+  ASSERT_TRUE(addData(document, "d", {}));
+  EXPECT_LT(largest, kSide * kSide / 4);
 }
 
 }  // namespace

@@ -213,5 +213,32 @@ TEST(PackBits, PacksPlanesThatOutgrowTheirRoom) {
   EXPECT_FALSE(unfinished.take(length));
 }
 
+// Rows that are alike, packets across the ends of rows, and planes that are not filled.
+TEST(PackBits, RepacksWhatItUnpacks) {
+  std::mt19937 random(6);
+  int filled = 0;
+  for (int round = 0; round < 1500; ++round) {
+    const auto width = static_cast<std::uint32_t>(1 + random() % 300);
+    const auto height = static_cast<std::uint32_t>(1 + random() % (round % 20 == 0 ? 600 : 6));
+    const Plane row = encodedRow(runsOf(random, width));
+    Plane packed(2 * height);  // no row's length matters
+    for (auto alike = random() % (height + 1); alike != 0; --alike)
+      packed.insert(packed.end(), row.begin(), row.end());
+    const Plane others = packetsOf(random, random() % (2 * height));
+    packed.insert(packed.end(), others.begin(), others.end());
+    packed.shrink_to_fit();
+    std::uint32_t length = 0;
+    const auto repacked = packBitsRepack(width, height, packed.data() + 2 * height,
+                                         packed.size() - 2 * height, length);
+    const auto plane = decoded(width, height, packed);
+    ASSERT_EQ(repacked != nullptr, plane != nullptr) << "round " << round;
+    if (!plane) continue;
+    ++filled;
+    const Plane whole(plane.get(), plane.get() + std::size_t{width} * height);
+    ASSERT_EQ(Plane(repacked.get(), repacked.get() + length), encodedPlane(width, height, whole));
+  }
+  EXPECT_GT(filled, 300);
+}
+
 }  // namespace
 }  // namespace morvane
