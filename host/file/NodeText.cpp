@@ -84,7 +84,7 @@ void appendState(std::string& out, const NodePtr& node, const AttributeState& st
     return;
   }
   const auto plug = Plug::find(node, state.path);
-  out += "\tsetAttr" + options + " \"." + state.path + '"';
+  out += "\tsetAttr" + options + ' ' + quoted("." + state.path);
   std::visit(ValueText{plug ? plug->attribute().get() : nullptr, out}, state.value);
   out += ";\n";
 }

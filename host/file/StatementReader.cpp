@@ -54,10 +54,7 @@ bool StatementReader::fill() {
 }
 
 std::string StatementReader::firstLine() {
-  std::size_t end = std::min(buffer_.find('\n', begin_), buffer_.size());
-  if (end > begin_ && buffer_[end - 1] == '\r') {
-    --end;
-  }
+  const std::size_t end = std::min(buffer_.find_first_of("\r\n", begin_), buffer_.size());
   return buffer_.substr(begin_, std::min<std::size_t>(end - begin_, 200));
 }
 

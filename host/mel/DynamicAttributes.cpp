@@ -50,10 +50,6 @@ AttributePtr makeAttribute(const Arguments& arguments) {
   return attribute;
 }
 
-bool isLegalName(const std::string& name) {
-  return !name.empty() && legalName(name) == name && name.find(':') == std::string::npos;
-}
-
 bool addToNode(const NodePtr& node, const AttributePtr& attribute, const std::string& parentName,
                std::string& error) {
   if (parentName.empty()) {

@@ -12,6 +12,12 @@ CommandResult requiresPlugin(const Arguments& arguments, CommandContext& context
   return CommandResult::success();
 }
 
+// As the names of time units are ("film", "23.976fps"); one stands in a saved scene without quotes.
+bool isWord(const std::string& text) {
+  constexpr char kLetters[] = ".0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  return !text.empty() && text.find_first_not_of(kLetters) == std::string::npos;
+}
+
 CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
   if (!context.inSceneFile) {
     return CommandResult::failure("currentUnit: the units are centimetres and degrees");
@@ -24,7 +30,9 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
     context.warn("currentUnit: unknown unit of angle '" + arguments.text("a") +
                  "'; taken as degrees");
   }
-  if (arguments.has("t") && context.keepsInfo) {
+  if (arguments.has("t") && !isWord(arguments.text("t"))) {
+    context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
+  } else if (arguments.has("t") && context.keepsInfo) {
     SceneInfo::current().timeUnit = arguments.text("t");
   }
   return CommandResult::success();

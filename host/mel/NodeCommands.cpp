@@ -18,8 +18,10 @@ std::string shown(const NodePtr& node) {
 
 const NodeType* typeFor(const std::string& name, bool hasParent, const CommandContext& context) {
   const NodeType* known = NodeType::find(name);
-  // A scene file may use types of plug-ins that are not here: what it sets on them is kept.
-  return known == nullptr && context.inSceneFile ? &NodeType::findOrInvent(name, hasParent) : known;
+  // A scene file may use types of plug-ins that are not here: what it sets on them is kept. A type
+  // stands in a saved scene without quotes.
+  const bool invents = known == nullptr && context.inSceneFile && isLegalName(name);
+  return invents ? &NodeType::findOrInvent(name, hasParent) : known;
 }
 
 void finishCreated(const NodePtr& node, const Arguments& arguments, CommandContext& context) {

@@ -53,4 +53,8 @@ std::string legalName(std::string_view text) {
   return name;
 }
 
+bool isLegalName(std::string_view text) {
+  return !text.empty() && text.find(':') == std::string_view::npos && legalName(text) == text;
+}
+
 }  // namespace host

@@ -42,6 +42,9 @@ class UniqueNames {
 // front go.
 std::string legalName(std::string_view text);
 
+// Whether a text is a name as it is, without a namespace: it can stand in a command without quotes.
+bool isLegalName(std::string_view text);
+
 }  // namespace host
 
 #endif  // MORVANE_HOST_SCENE_UNIQUENAMES_H_

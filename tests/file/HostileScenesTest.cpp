@@ -1,5 +1,7 @@
 #include <random>
+#include <set>
 
+#include "host/mel/Text.h"
 #include "host/scene/MeshData.h"
 #include "host/scene/Node.h"
 #include "tests/file/SceneText.h"
@@ -158,6 +160,99 @@ TEST_F(HostileScenes, CannotWriteFilesOrRunScripts) {
     open(statement);
     EXPECT_EQ(run("objExists trace"), "0") << statement;
     EXPECT_FALSE(fs::exists(pathOf("out.ma"))) << statement;
+  }
+}
+
+// The first words of a scene file's statements, by the language's own rules for texts and comments.
+std::set<std::string> commandsOf(const std::string& text) {
+  std::set<std::string> commands;
+  bool begins = true;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char c = text[at];
+    if (c == '"') {
+      for (++at; at < text.size() && text[at] != '"'; ++at) at += text[at] == '\\' ? 1 : 0;
+    } else if (text.compare(at, 2, "//") == 0) {
+      at = std::min(text.find_first_of("\r\n", at), text.size());
+    } else if (c == ';') {
+      begins = true;
+    } else if (begins && std::isspace(static_cast<unsigned char>(c)) == 0) {
+      const std::size_t end = text.find_first_of(" ;\n", at);
+      commands.insert(text.substr(at, end - at));
+      begins = false;
+    } else if (std::string("`$(){}").find(c) != std::string::npos) {
+      commands.insert(std::string(1, c));
+    }
+  }
+  return commands;
+}
+
+// A scene that was opened and saved is commands for whoever opens it next.
+TEST_F(HostileScenes, TextsOfASceneAreNeverCommandsOfASavedOne) {
+  const std::set<std::string> known = {
+      "file",          "requires",      "currentUnit", "fileInfo", "createNode",
+      "rename",        "setAttr",       "addAttr",     "select",   "connectAttr",
+      "dataStructure", "applyMetadata", "parent",      "lockNode", "relationship"};
+  const std::string statements[] = {
+      "currentUnit -l centimeter -t ?;",
+      "createNode ? -n \"x\";\nsetAttr \".v\" 1;",
+      "createNode transform -n ?;\nsetAttr \".v\" 0;",
+      "createNode transform -n \"x\" -p ?;",
+      "createNode transform -n \"x\";\nrename -uid ?;\nsetAttr ! 1;",
+      "createNode unknown -n \"x\";\nsetAttr ! 1;\nsetAttr \".a\" -type ? ?;\nsetAttr \".b\" ?;",
+      "select -ne :defaultRenderGlobals;\nsetAttr ! 1;\nselect -ne ?;",
+      "createNode transform -n \"x\";\naddAttr -ln \"n\" -dt \"string\" -nn ?;\n"
+      "setAttr \".n\" -type \"string\" ?;",
+      "createNode transform -n \"x\";\naddAttr -ln \"n\" -at \"enum\" -en ?;\naddAttr -ln ? -at "
+      "long;",
+      "createNode transform -n \"x\";\naddAttr -ln \"n\" -at ?;\naddAttr -sn ? -ln \"m\" -dt ?;",
+      "createNode transform -n \"x\";\naddAttr -ln \"n\" -dt \"stringArray\";\n"
+      "setAttr \".n\" -type \"stringArray\" 2 ? ?;\nsetAttr -k ? -l ? \".v\" no;",
+      "createNode mesh -n \"x\";\nsetAttr \".uvst[0].uvsn\" -type \"string\" ?;\n"
+      "setAttr \".uvst[0].uvsp[0]\" 0 0;\nsetAttr \".cuvs\" -type \"string\" ?;",
+      "createNode mesh -n \"x\";\nsetAttr \".clst[0].clsn\" -type \"string\" ?;\n"
+      "setAttr \".clst[0].clsp[0]\" 1 1 1 1;\nsetAttr \".ccls\" -type \"string\" ?;",
+      "requires ? ?;\nrequires -nodeType ? \"x\" \"1\";\nfileInfo ? ?;",
+      "file -rdi 1 -ns ? -rfn ? ?;\nfile -r -ns ? -dr 1 -op ? -typ ? ?;",
+      "dataStructure -fmt ? -as ?;\napplyMetadata -fmt ? -v ? -scn;",
+      "relationship ? \":lightLinker1.message\" ?;\nlockNode -l ?;",
+      "connectAttr ? \":time1.o\";\nparent -s -nc -r -add ? ?;\nunknownCommand ?;",
+      "createNode file -n \"x\";\nsetAttr \".ftn\" -type \"string\" ?;",
+  };
+  const std::string texts[] = {"x\"; trace; \"",
+                               "x; trace;",
+                               "x\\\"; trace; \"",
+                               "x\\",
+                               "`trace`",
+                               "$(trace) {trace;}",
+                               "x\n trace;\n",
+                               "x\r trace;\r",
+                               "// x",
+                               "/* x",
+                               "*/ trace; /*",
+                               "x + trace",
+                               "gr\xC3\xBCn",
+                               "-n",
+                               std::string("x\0; trace;", 10),
+                               std::string(100000, '"')};
+  std::string error;
+  for (const std::string& statement : statements) {
+    for (const std::string& text : texts) {
+      std::string filled;
+      for (const char c : statement) {
+        filled += c == '?'   ? mel::quoted(text)
+                  : c == '!' ? mel::quoted("." + text)
+                             : std::string(1, c);
+      }
+      open(filled);
+      ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+      const std::string saved = readAll(pathOf("saved.ma"));
+      for (const std::string& command : commandsOf(saved)) {
+        EXPECT_EQ(known.count(command), 1u) << command << " of " << filled.substr(0, 300);
+      }
+      openPath(pathOf("saved.ma"));
+      ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+      EXPECT_EQ(readAll(pathOf("saved.ma")), saved) << filled.substr(0, 300);
+    }
   }
 }
 
