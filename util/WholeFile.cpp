@@ -6,6 +6,8 @@
 #include <new>
 #include <system_error>
 
+#include "util/LargePages.h"
+
 namespace morvane {
 
 namespace {
@@ -69,7 +71,10 @@ bool readWholeFile(const char* path, std::uint64_t maxSize, std::unique_ptr<std:
     error = "out of memory for " + std::to_string(expected) + " bytes";
     return false;
   }
-  const std::size_t got = readUpTo(file.get(), buffer.get(), room);
+  askForLargePages(buffer.get(), room);
+  // Files of the system's own say that they are empty, and some wait for ever for what they have to
+  // tell: what is empty is not read.
+  const std::size_t got = expected == 0 ? 0 : readUpTo(file.get(), buffer.get(), room);
   if (got != expected) {
     error = std::ferror(file.get()) ? lastReason() : "changed while it was read";
     return false;

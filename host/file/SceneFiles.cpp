@@ -51,13 +51,16 @@ const Translator* findTranslator(const std::string& name) {
   return nullptr;
 }
 
+// Whether there is a file that can be read to its end. Files that are none, such as the system's
+// own that say they are empty and wait for what they have to tell, are no scenes or images either.
 bool exists(const std::string& path, std::string& error) {
   std::error_code ignored;
-  if (fs::is_regular_file(fs::u8path(path), ignored)) {
-    return true;
+  if (!fs::is_regular_file(fs::u8path(path), ignored)) {
+    error = "no file named " + path;
+    return false;
   }
-  error = "no file named " + path;
-  return false;
+  error = path + " is empty";
+  return fs::file_size(fs::u8path(path), ignored) != 0;
 }
 
 // The type that the request names or the file is; false when it is none that is known.

@@ -71,7 +71,7 @@ std::string findReference(const std::string& name, const std::string& folder) {
   const fs::path beside = fs::u8path(folder) / fs::u8path(portable).filename();
   for (const fs::path& candidate : {asWritten, beside}) {
     std::error_code error;
-    if (fs::is_regular_file(candidate, error)) {
+    if (fs::is_regular_file(candidate, error) && fs::file_size(candidate, error) != 0) {
       return candidate.u8string();
     }
   }

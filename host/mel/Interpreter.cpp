@@ -22,6 +22,11 @@ constexpr char kListSeparator = ':';
 #endif
 
 std::optional<std::string> readText(const std::string& path) {
+  // Files of the system's own that say they are empty may wait for ever.
+  std::error_code error;
+  if (fs::file_size(fs::u8path(path), error) == 0) {
+    return std::string();
+  }
   std::ifstream file(fs::u8path(path), std::ios::binary);
   if (!file) {
     return std::nullopt;
