@@ -43,6 +43,24 @@ bool isControl(std::uint32_t code) {
          (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
+// Valid UTF-8, each control character replaced by what `escape` writes for its number.
+template <typename Escape>
+std::string withEscapes(std::string_view text, Escape escape) {
+  std::string shown;
+  for (std::string_view rest = text; !rest.empty();) {
+    const std::string_view before = rest;
+    const std::uint32_t code = takeCharacter(rest);
+    char escaped[16];
+    if (isControl(code)) {
+      escape(escaped, code);
+      shown += escaped;
+    } else {
+      shown += before.substr(0, before.size() - rest.size());
+    }
+  }
+  return shown;
+}
+
 }  // namespace
 
 std::string toUtf8(std::string_view bytes) {
@@ -57,20 +75,15 @@ std::string toUtf8(std::string_view bytes) {
 }
 
 std::string printable(std::string_view bytes) {
-  const std::string text = toUtf8(bytes);
-  std::string shown;
-  for (std::string_view rest = text; !rest.empty();) {
-    const std::string_view before = rest;
-    const std::uint32_t code = takeCharacter(rest);
-    char escape[16];
-    if (isControl(code)) {
-      std::snprintf(escape, sizeof escape, code < 0x100 ? "\\x%02X" : "\\u{%04X}", code);
-      shown += escape;
-    } else {
-      shown += before.substr(0, before.size() - rest.size());
-    }
-  }
-  return shown;
+  return withEscapes(toUtf8(bytes), [](char(&to)[16], std::uint32_t code) {
+    std::snprintf(to, sizeof to, code < 0x100 ? "\\x%02X" : "\\u{%04X}", code);
+  });
+}
+
+std::string printableJson(std::string_view json) {
+  return withEscapes(json, [](char(&to)[16], std::uint32_t code) {
+    std::snprintf(to, sizeof to, "\\u%04x", code);
+  });
 }
 
 std::string melString(std::string_view text) {

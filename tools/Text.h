@@ -14,6 +14,10 @@ std::string toUtf8(std::string_view bytes);
 // become \xNN or \u{NNNN}, so that no name can move the cursor or forge a line. Takes any bytes.
 std::string printable(std::string_view bytes);
 
+// A JSON text as nlohmann-json writes it, made printable: what it leaves of control characters is
+// escaped. It says the same.
+std::string printableJson(std::string_view json);
+
 // As the command language reads it between double quotes.
 std::string melString(std::string_view text);
 

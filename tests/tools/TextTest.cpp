@@ -35,6 +35,11 @@ TEST(Text, PrintableLeavesNothingThatControlsATerminal) {
   for (const auto& c : kCases) EXPECT_EQ(printable(c.bytes), c.shown);
 }
 
+TEST(Text, PrintableJsonSaysTheSame) {
+  EXPECT_EQ(printableJson("{\"n\":\"h\xC3\xA9 \\u001b \xC2\x9B\x7F\xE2\x80\xAE\"}"),
+            "{\"n\":\"h\xC3\xA9 \\u001b \\u009b\\u007f\\u202e\"}");
+}
+
 TEST(Text, MelStringKeepsHostileTextInsideItsQuotes) {
   EXPECT_EQ(melString("a\"; delete \"b"), "\"a\\\"; delete \\\"b\"");
   EXPECT_EQ(melString("back\\\"slash\n\r\t"), "\"back\\\\\\\"slash\\n\\r\\t\"");
