@@ -1,5 +1,7 @@
 #include <cstdio>
+#include <new>
 #include <string>
+#include <system_error>
 
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
@@ -53,6 +55,15 @@ int run(int argc, char** argv) {
 }  // namespace
 }  // namespace tools
 
+// What is thrown past everything is the lack of memory or of threads. Files that were being written
+// are cleared away on the way here.
 int main(int argc, char** argv) {
-  return tools::flushed(tools::run(argc, argv));
+  try {
+    return tools::flushed(tools::run(argc, argv));
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "morvane: out of memory\n");
+  } catch (const std::system_error& error) {
+    std::fprintf(stderr, "morvane: %s\n", error.what());
+  }
+  return tools::kFailed;
 }
