@@ -1,0 +1,178 @@
+// Saves onto targets that are links, that cannot be written, or that somebody else writes too.
+
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "tests/faults/SaveFolder.h"
+
+namespace {
+
+// Every way to write a.psd. The first reads it before.
+const std::string kSaves[] = {"export pebbled.ma", "export pebbled.ma tile1 --to a.psd",
+                              "run bare.ma -o a.psd", "goblins g.psd --obj a.psd"};
+
+struct Case {
+  std::string setup;
+  std::string reason;
+  bool loads = true;  // a.psd can be read
+};
+
+class Targets : public SaveFolder {
+ protected:
+  Targets() {
+    reset(scenesAndTextures());
+    EXPECT_EQ(inWork("$morvane export pebbled.ma tile1 --to g.psd").status, 0);
+    old_ = look();
+  }
+
+  // Prepares the folder for another user than root, who may write everything.
+  std::string asUser(const std::string& setup) const {
+    return setup + (isRoot_ ? "; chown -R --no-dereference 65534 ." : "");
+  }
+  Outcome runAsUser(const std::string& save) {
+    return inWork((isRoot_ ? "setpriv --reuid=65534 --regid=65534 --groups=4242 " : "") +
+                  std::string("$morvane ") + save);
+  }
+  bool canRunAsUser() { return runAsUser("--version").status == 0; }
+
+  // What a.psd is after a shell command line in the folder as it was at first.
+  std::string resultOf(const std::string& line) {
+    reset(old_);
+    EXPECT_EQ(inWork(line).status, 0) << line;
+    return look()["a.psd"];
+  }
+
+  Files old_;
+  const bool isRoot_ = ::geteuid() == 0;
+};
+
+TEST_F(Targets, LinksAreFollowed) {
+  const Case cases[] = {
+      {"mkdir real; mv a.psd real/x.psd; ln -s real/x.psd a.psd", ""},
+      {"mkdir real; mv a.psd real/x.psd; ln -s x.psd real/y; ln -s $PWD/real/y a.psd", ""},
+      {"mkdir real; ln -sf real/x.psd a.psd", "", false}};
+  for (const std::string& save : kSaves) {
+    const std::string expected = resultOf("$morvane " + save);
+    for (const Case& linked : cases) {
+      if (!linked.loads && &save == kSaves) continue;
+      reset(old_);
+      const Outcome outcome = inWork(linked.setup + "; $morvane " + save);
+      EXPECT_EQ(outcome.status, 0) << linked.setup << outcome.err;
+      EXPECT_TRUE(look()["real/x.psd"] == expected) << linked.setup << save;
+      EXPECT_TRUE(std::filesystem::is_symlink(path("work/a.psd"))) << linked.setup << save;
+    }
+  }
+}
+
+TEST_F(Targets, WhatCannotBeWrittenStaysAsItWas) {
+  if (!canRunAsUser()) GTEST_SKIP() << "no other user can run the program here";
+  const Case cases[] = {
+      {"chmod 444 a.psd", "Permission denied"},
+      {"chmod 555 .", "Permission denied"},
+      {"ln -sf loop a.psd; ln -s a.psd loop", "Too many levels of symbolic links", false},
+      {"ln -sf gone/a.psd a.psd", "No such file or directory", false},
+      {"rm a.psd; mkdir a.psd", "Is a directory", false},
+      {"rm a.psd; mkfifo a.psd", "not a regular file", false}};
+  for (const std::string& save : kSaves) {
+    for (const Case& refused : cases) {
+      if (!refused.loads && &save == kSaves) continue;
+      reset(old_);
+      inWork(asUser(refused.setup));
+      const Files before = look();
+      const Outcome outcome = runAsUser(save);
+      inWork("chmod 755 .");
+      EXPECT_EQ(outcome.status, 1) << save << refused.setup;
+      EXPECT_NE(outcome.err.find("a.psd: " + refused.reason + '\n'), std::string::npos)
+          << save << ": " << refused.setup << '\n'
+          << outcome.err;
+      EXPECT_TRUE(look() == before && leftovers_ == 0) << save << refused.setup;
+    }
+  }
+}
+
+TEST_F(Targets, OwnersGroupsAndPermissionsAreKept) {
+  if (!isRoot_) GTEST_SKIP() << "only root can give files away";
+  if (!canRunAsUser()) GTEST_SKIP() << "no other user can run the program here";
+  for (const std::string& save : kSaves) {
+    const auto kept = [&](const std::string& setup, bool asRoot) {
+      reset(old_);
+      inWork(asUser("true") + ';' + setup);
+      const Outcome outcome = asRoot ? inWork("$morvane " + save) : runAsUser(save);
+      return std::to_string(outcome.status) + ' ' + inWork("stat -c '%u %g %a' a.psd").out;
+    };
+    EXPECT_EQ(kept("chown 65534:4242 a.psd; chmod 640 a.psd", true), "0 65534 4242 640\n");
+    EXPECT_EQ(kept("chown 0:4242 a.psd; chmod 664 a.psd", false), "0 65534 4242 664\n");
+    EXPECT_EQ(kept("chown 0:0 a.psd; chmod 646 a.psd", false), "0 65534 65534 646\n");
+    EXPECT_EQ(kept("chown 0:0 a.psd; chmod 644 a.psd", false), "1 0 0 644\n");
+    EXPECT_EQ(kept("chmod 1777 .; chown 0:0 . a.psd; chmod 666 a.psd", false), "1 0 0 666\n");
+  }
+}
+
+TEST_F(Targets, AFullDiskKeepsTheOldFile) {
+  const std::string apart = isRoot_ ? "unshare -m " : "unshare -rm ";
+  const std::string mount = "mount -t tmpfs none ../full -o size=";
+  inWork("mkdir ../full");
+  if (inWork(apart + mount + "1m").status != 0) GTEST_SKIP() << "cannot mount a file system here";
+  std::size_t pages = 0;
+  for (const auto& [name, bytes] : old_) pages += (bytes.size() + 4095) / 4096;
+  for (const std::string& save : kSaves) {
+    const std::string expected = resultOf("$morvane " + save);
+    int saved = 0;
+    for (const std::size_t room : {0, 1, 2, 20, 40, 80}) {
+      reset(old_);
+      const std::string size = std::to_string(4 * (pages + room)) + "k";
+      const Outcome outcome =
+          inWork("export morvane\n" + apart + "sh -c '" + mount + size +
+                 " && cp -r . ../full && cd ../full && \"$morvane\" " + save +
+                 "; status=$?; ls -A >../listing; cp a.psd ../work; exit $status'");
+      const bool fits = outcome.status == 0;
+      saved += fits ? 1 : 0;
+      EXPECT_TRUE(look()["a.psd"] == (fits ? expected : old_["a.psd"])) << save << outcome.err;
+      EXPECT_EQ(read("listing").find(".tmp"), std::string::npos) << save;
+      EXPECT_NE(outcome.err.find("a.psd: No space left on device\n") == std::string::npos, !fits)
+          << save << outcome.err;
+    }
+    EXPECT_TRUE(saved > 0 && saved < 6) << save << ' ' << saved;
+  }
+}
+
+TEST_F(Targets, TwoProcessesAtOnceEachWriteAWholeFile) {
+  const std::string pairs[][2] = {
+      {"export pebbled.ma", "export bare.ma"},
+      {"export pebbled.ma tile1 --to a.psd", "export bare.ma tile1 --to a.psd"},
+      {"run pebbled.ma -o a.psd", "run bare.ma -o a.psd"}};
+  for (const auto& [first, second] : pairs) {
+    const std::string one = "$morvane " + first;
+    const std::string other = "$morvane " + second;
+    const std::string whole[] = {resultOf(one), resultOf(other), resultOf(one + " && " + other),
+                                 resultOf(other + " && " + one)};
+    for (int round = 0; round < 10; ++round) {
+      const std::string found =
+          resultOf(one + " & " + other + " && wait $! && test -z \"$(ls -A | grep tmp)\"");
+      EXPECT_NE(std::find(std::begin(whole), std::end(whole), found), std::end(whole)) << first;
+    }
+  }
+}
+
+// From where the program cannot even be loaded to where it has enough.
+TEST_F(Targets, LittleMemoryKeepsTheOldFile) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizers need more memory than can be limited";
+#endif
+  const std::string expected = resultOf("$morvane " + kSaves[0]);
+  int saved = 0;
+  for (int megabytes = 20; saved < 3 && megabytes < 500; ++megabytes) {
+    reset(old_);
+    const Outcome outcome =
+        inWork("ulimit -v " + std::to_string(1024 * megabytes) + "; $morvane " + kSaves[0]);
+    saved = outcome.status == 0 ? saved + 1 : 0;
+    EXPECT_TRUE(look()["a.psd"] == (saved ? expected : old_["a.psd"])) << megabytes << outcome.err;
+    EXPECT_EQ(leftovers_, 0) << megabytes;
+    EXPECT_TRUE(saved || !outcome.err.empty()) << megabytes;
+    EXPECT_LE(outcome.status, 127) << megabytes << outcome.err;
+  }
+  EXPECT_EQ(saved, 3);
+}
+
+}  // namespace
