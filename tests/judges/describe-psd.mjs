@@ -1,9 +1,41 @@
-// Prints what ag-psd finds in a PSD file: {width, height, layers: [{name, hidden}]}, bottom layer first.
+// Prints what ag-psd finds in a PSD file, as readers.py describes it:
+// {merged, alpha, layers: [{name, in, hidden, opacity, blend, place, pixels}]}, bottom layer first.
+import { createHash } from 'node:crypto';
 import { readFileSync } from 'node:fs';
-import { readPsd } from 'ag-psd';
+import { initializeCanvas, readPsd } from 'ag-psd';
 
-const psd = readPsd(readFileSync(process.argv[2]), {
-  skipLayerImageData: true, skipCompositeImageData: true, skipThumbnail: true, strict: true,
-});
-const layers = (psd.children ?? []).map((layer) => ({ name: layer.name, hidden: layer.hidden ?? false }));
-console.log(JSON.stringify({ width: psd.width, height: psd.height, layers }));
+initializeCanvas(
+  () => { throw new Error('a canvas is needed'); },
+  (width, height) => ({ width, height, data: new Uint8ClampedArray(4 * width * height) }),
+);
+
+const fingerprint = (image) => image && `${image.width} x ${image.height} `
+  + createHash('sha256').update(new Uint8Array(image.data.buffer)).digest('hex');
+
+function hasAlpha(image) {
+  for (let i = 3; i < image.data.length; i += 4) if (image.data[i] !== 255) return true;
+  return false;
+}
+
+// A group comes after what is in it.
+function flatten(layers, group, list) {
+  for (const layer of layers) {
+    if (layer.children) flatten(layer.children, `${group}${layer.name}/`, list);
+    list.push({
+      name: layer.name, in: group, hidden: layer.hidden ?? false, opacity: layer.opacity, blend: layer.blendMode,
+      place: [layer.left, layer.top, layer.right, layer.bottom], pixels: fingerprint(layer.imageData) ?? null,
+    });
+  }
+  return list;
+}
+
+try {
+  const psd = readPsd(readFileSync(process.argv[2]), { useImageData: true, skipThumbnail: true, strict: true });
+  console.log(JSON.stringify({
+    merged: fingerprint(psd.imageData) ?? null, alpha: psd.imageData ? hasAlpha(psd.imageData) : false,
+    layers: flatten(psd.children ?? [], '', []),
+  }));
+} catch (error) {
+  console.error(String(error));
+  process.exit(1);
+}
