@@ -3,8 +3,8 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
 
-build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-dev)
-test_packages=(clang clang-format git libgtest-dev imagemagick openimageio-tools util-linux)
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-dev libtinygltf-dev libstb-dev)
+test_packages=(clang clang-format git libgtest-dev imagemagick openimageio-tools util-linux chromium)
 judge_packages=(imagemagick openimageio-tools python3 python3-psd-tools)
 bench_packages=(libbenchmark-dev libtiff-dev libmeshoptimizer-dev libassimp-dev imagemagick)
 
@@ -37,6 +37,17 @@ install_packages() {
   say "installing ${missing[*]}"
   as_root apt-get update -qq
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# install_node: Node.js and npm, unless another npm is there already. The page of `morvane view` is built with them.
+install_node() {
+  command -v npm >/dev/null || install_packages nodejs npm
+}
+
+# install_modules FOLDER: what a folder's package-lock.json names; nothing when that is there already.
+install_modules() {
+  [ "$1/node_modules/.package-lock.json" -nt "$1/package-lock.json" ] && return 0
+  npm ci --prefix "$1" --ignore-scripts --no-audit --no-fund --silent
 }
 
 # install_node: Node.js and npm, unless another npm is there already. The page of `morvane view` is built with them.

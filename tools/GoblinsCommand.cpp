@@ -5,19 +5,25 @@
 
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
+#include "tools/GoblinGlb.h"
+#include "tools/GoblinMeshes.h"
 #include "tools/GoblinObj.h"
+#include "tools/OutputFile.h"
+#include "tools/Picture.h"
 #include "tools/Text.h"
 #include "tools/TileFile.h"
-#include "util/ReplaceFile.h"
 
 namespace tools {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr std::uint32_t kMaxGlbPicture = 4096;  // pixels a side
+
 struct Options {
   std::string file;
   std::string obj;
+  std::string glb;
   bool json = false;
   bool full = false;
 };
@@ -41,7 +47,7 @@ void printJson(const Goblins& goblins, bool full) {
   Json list = Json::array();
   for (const Goblin& goblin : goblins.goblins) list.push_back(goblinJson(goblin, full));
   json["goblins"] = std::move(list);
-  std::printf("%s\n", json.dump().c_str());
+  std::printf("%s\n", printableJson(json.dump()).c_str());
 }
 
 // In tile space: the tagged layout stores z mirrored.
@@ -90,15 +96,36 @@ void printTable(const Goblins& goblins, const std::string& file) {
   }
 }
 
-bool writeObj(const Goblins& goblins, const std::string& path) {
-  const std::string text = goblinsToObj(goblins);
-  morvane::FileReplacer out;
-  if (out.open(path.c_str()) && out.append(text.data(), text.size()) && out.commit()) return true;
-  complain(printable(out.error()));
+// Warns of what the file cannot show, which is no failure: the rest of it is right.
+bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
+  const std::string shown = printable(options.file);
+  Picture picture;
+  std::string fault;
+  const bool hasPicture = readPicture(document, kMaxGlbPicture, picture, fault);
+  if (!hasPicture) complain("warning: " + shown + ": " + fault + "; its goblins are left gray");
+  const GoblinMeshes meshes = goblinMeshes(goblins);
+  if (meshes.dropped > 0) {
+    complain("warning: " + shown + ": " + std::to_string(meshes.dropped) +
+             " triangles are left out, since they have coordinates that are no finite numbers");
+  }
+  std::string glb;
+  if (writeGlb(meshes, hasPicture ? &picture : nullptr, glb, fault)) {
+    return writeOutput(options.glb, glb);
+  }
+  complain(shown + ": " + fault + "; nothing was written");
   return false;
 }
 
+bool writeModels(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
+  const bool objDone = options.obj.empty() || writeOutput(options.obj, goblinsToObj(goblins));
+  const bool glbDone = options.glb.empty() || writeGlb(document, goblins, options);
+  return objDone && glbDone;
+}
+
 ExitStatus showGoblins(const Options& options) {
+  for (const std::string& output : {options.obj, options.glb}) {
+    if (wouldReplaceInput(output, {options.file})) return kUsage;
+  }
   const auto document = loadDocument(options.file);
   if (!document) return kFailed;
   const Goblins goblins = readGoblins(*document);
@@ -109,7 +136,7 @@ ExitStatus showGoblins(const Options& options) {
   }
   if (options.json) {
     printJson(goblins, options.full);
-  } else if (options.obj.empty()) {
+  } else if (options.obj.empty() && options.glb.empty()) {
     printTable(goblins, options.file);
   }
   if (!goblins.fault.empty()) {
@@ -117,7 +144,7 @@ ExitStatus showGoblins(const Options& options) {
              "; export the tile again");
     return kFailed;
   }
-  return options.obj.empty() || writeObj(goblins, options.obj) ? kDone : kFailed;
+  return writeModels(*document, goblins, options) ? kDone : kFailed;
 }
 
 }  // namespace
@@ -132,6 +159,13 @@ void addGoblins(CLI::App& program, int& status) {
       ->needs(json);
   command->add_option("--obj", options->obj,
                       "Write the goblins in tile space, over the unit tile, as Wavefront OBJ");
+  command->add_option("--glb", options->glb,
+                      "The same with the tile's picture on it, as binary glTF");
+  command->footer(
+      "Examples:\n"
+      "  morvane goblins pond.psd                     a table of the goblins\n"
+      "  morvane goblins pond.psd --glb pond.glb      the tile and its goblins for a 3D viewer\n"
+      "  morvane goblins pond.psd --json --full       every vertex and triangle, for a script");
   command->callback([options, &status] { status = showGoblins(*options); });
 }
 

@@ -5,6 +5,7 @@
 
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
+#include "tools/Text.h"
 
 namespace tools {
 namespace {
@@ -15,6 +16,7 @@ constexpr const char* kExamples =
     "  morvane export meadow.ma 'pond*'         only of the tiles of that name\n"
     "  morvane run meadow.ma -c 'ls -type mesh' run commands on a scene\n"
     "  morvane goblins textures/pond.psd        show what a tile's file carries\n"
+    "  morvane view textures/*.psd -o page.html look at files and their goblins in a browser\n"
     "Exit status: 0 done, 1 something failed, 2 wrong usage, 3 scene or plug-in cannot be loaded";
 
 // Standard output that could not be written (a full disk) must not pass for success.
@@ -26,7 +28,7 @@ int flushed(int status) {
 }
 
 std::string wrongUsage(const CLI::App*, const CLI::Error& error) {
-  return std::string("morvane: ") + error.what() + "; morvane --help shows how it is used\n";
+  return "morvane: " + printable(error.what()) + "; morvane --help shows how it is used\n";
 }
 
 int run(int argc, char** argv) {
@@ -38,6 +40,7 @@ int run(int argc, char** argv) {
   addImport(program, status);
   addInfo(program, status);
   addGoblins(program, status);
+  addView(program, status);
   program.footer(kExamples);
   program.failure_message(wrongUsage);
   try {

@@ -1,0 +1,47 @@
+#include "tools/ViewPage.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/tools/Triangles.h"
+#include "tools/PictureFile.h"
+
+namespace tools {
+namespace {
+
+TEST(ViewPage, KeepsEveryTextFromAFileOutOfTheMarkup) {
+  if (viewPageHead() == nullptr) GTEST_SKIP() << "built without the page (MORVANE_VIEW)";
+  const std::string evil = "</script><img src=x onerror=alert(1)><!--<script>\xE2\x80\xA8&amp;\xFF";
+  const std::string asText =
+      "</script><img src=x onerror=alert(1)><!--<script>\u00E2\u0080\u00A8&amp;\u00FF";
+  ViewPage page;
+  const std::string empty = page.html();
+  ViewItem item;
+  item.name = item.file = item.fault = item.pictureFault = item.goblins.fault = evil;
+  item.report = {{"layers", {{{"name", "<script>\u2028"}}}}};
+  item.goblins = triangle(morvane::GoblinBlobKind::kNamed, {evil});
+  ASSERT_TRUE(page.add(item));
+  EXPECT_FALSE(page.showsSomething());
+
+  const std::string html = page.html();
+  const std::size_t start = html.find(R"(id="items">)") + 11;
+  const std::string items = html.substr(start, html.size() - empty.size() + 2);
+  EXPECT_EQ(html.substr(0, start) + "[]" + html.substr(start + items.size()), empty);
+  EXPECT_EQ(items.find('<'), std::string::npos);
+  for (const char c : items) EXPECT_TRUE(c == '\n' || (c >= ' ' && c <= '~')) << int{c};
+  const auto json = nlohmann::json::parse(items, nullptr, false);
+  for (const char* key : {"name", "file", "fault", "pictureFault"}) EXPECT_EQ(json[0][key], asText);
+  EXPECT_EQ(json[0]["goblins"]["meshes"][0], nlohmann::json({asText, 3, 1}));
+  EXPECT_EQ(json[0]["report"]["layers"][0]["name"], "<script>\u2028");
+}
+
+TEST(ViewPage, Base64IsThatOfRfc4648) {
+  const char* const cases[][2] = {
+      {"", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}};
+  for (const auto& [text, encoded] : cases) {
+    const std::string bytes = text;
+    EXPECT_EQ(base64({bytes.begin(), bytes.end()}), encoded);
+  }
+}
+
+}  // namespace
+}  // namespace tools

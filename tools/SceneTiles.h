@@ -1,0 +1,26 @@
+#ifndef MORVANE_TOOLS_SCENETILES_H_
+#define MORVANE_TOOLS_SCENETILES_H_
+
+#include <string>
+#include <vector>
+
+#include "tools/GoblinMeshes.h"
+#include "tools/TileFile.h"
+
+namespace tools {
+
+// One tile of the open scene, in tile space, as an export would write its goblins.
+struct SceneTile {
+  std::string name;     // of the transform, as the scene has it
+  std::string texture;  // the name of the file that its colour comes from, likewise
+  ViewMesh mesh;        // the tile's own mesh, with its own texture coordinates
+  Goblins goblins;      // a goblin without a name has that of its transform
+  std::string fault;    // why there is no mesh and no goblin; empty when there are
+};
+
+// Every top-level transform whose mesh has a file texture. The scene is only looked at.
+std::vector<SceneTile> sceneTiles();
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_SCENETILES_H_
