@@ -87,7 +87,8 @@ std::uint32_t encodeGoblinGeometry(const GoblinGeometryBuilder& builder, GoblinL
 // Reads a blob step by step: the pool, the goblin count, then one record after the other. It stops
 // for good at the first value that does not fit: a count or length that reaches past the blob's
 // end, a count with its top bit set, an index outside the pool. It allocates at most a small
-// multiple of the bytes that are there.
+// multiple of the bytes that are there: reading a blob of n bytes and keeping all of it takes at
+// most 16 n, most of all for goblins without faces.
 class GoblinGeometryReader {
  public:
   // `bytes` must outlive the reader.

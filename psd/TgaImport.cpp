@@ -1,5 +1,10 @@
 #include "psd/TgaImport.h"
 
+#include <algorithm>
+#include <new>
+
+#include "psd/PlanePacker.h"
+#include "psd/SplitPixels.h"
 #include "util/ByteOrder.h"
 
 namespace morvane {
@@ -7,21 +12,29 @@ namespace morvane {
 namespace {
 
 constexpr std::size_t kHeaderSize = 18;
+constexpr std::uint32_t kPlanes = 4;
 
 struct TgaImage {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
   std::uint32_t pixelSize = 0;  // bytes: blue, green, red and perhaps alpha
-  const std::uint8_t* pixels = nullptr;
+  std::uint64_t start = 0;      // of the pixels in the file
+
+  std::size_t rowSize() const { return std::size_t{width} * pixelSize; }
 };
 
-bool readTga(const std::uint8_t* bytes, std::size_t size, TgaImage& image, std::string& error) {
-  if (size < kHeaderSize) {
-    error = "header: " + std::to_string(kHeaderSize) + " bytes wanted, " + std::to_string(size) +
-            " left at byte 0";
+std::string sizeText(const TgaImage& image) {
+  return "an image of " + std::to_string(image.width) + " x " + std::to_string(image.height);
+}
+
+bool readHeader(InputFile& file, TgaImage& image, std::string& error) {
+  if (file.size() < kHeaderSize) {
+    error = "header: " + std::to_string(kHeaderSize) + " bytes wanted, " +
+            std::to_string(file.size()) + " left at byte 0";
     return false;
   }
-  const std::size_t idLength = bytes[0];
+  std::uint8_t bytes[kHeaderSize];
+  if (file.read(0, bytes, sizeof bytes, error) < sizeof bytes) return false;
   image.width = loadLe16(bytes + 12);
   image.height = loadLe16(bytes + 14);
   const unsigned depth = bytes[16];
@@ -30,55 +43,97 @@ bool readTga(const std::uint8_t* bytes, std::size_t size, TgaImage& image, std::
     return false;
   }
   image.pixelSize = depth / 8;
-  const std::size_t start = kHeaderSize + idLength;
-  const std::uint64_t wanted = std::uint64_t{image.width} * image.height * image.pixelSize;
-  const std::size_t left = size > start ? size - start : 0;
-  if (wanted > left) {
-    error = "pixels: " + std::to_string(wanted) + " bytes wanted, " + std::to_string(left) +
-            " left at byte " + std::to_string(start);
-    return false;
-  }
-  image.pixels = bytes + start;
+  image.start = kHeaderSize + bytes[0];
   return true;
 }
 
-// Takes one byte of every pixel, the last row first.
-void copyPlane(const TgaImage& image, std::uint32_t byteInPixel, std::uint8_t* plane) {
-  for (std::uint32_t row = image.height; row-- > 0;) {
-    const std::uint8_t* from =
-        image.pixels + std::size_t{row} * image.width * image.pixelSize + byteInPixel;
-    for (std::uint32_t x = 0; x < image.width; ++x, from += image.pixelSize) *plane++ = *from;
+bool hasItsPixels(const InputFile& file, const TgaImage& image, std::string& error) {
+  const std::uint64_t wanted = std::uint64_t{image.height} * image.rowSize();
+  const std::uint64_t left = file.size() > image.start ? file.size() - image.start : 0;
+  if (wanted > left) {
+    error = "pixels: " + std::to_string(wanted) + " bytes wanted, " + std::to_string(left) +
+            " left at byte " + std::to_string(image.start);
+    return false;
   }
+  // Before memory is taken for the rows of an image without columns.
+  if (wanted == 0) error = sizeText(image) + " has no pixels";
+  return wanted != 0;
 }
 
-// One plane at a time, so that the image is never held unpacked a second time.
-bool fillChannel(const TgaImage& image, std::uint32_t byteInPixel, PsdDocument& document,
-                 std::int32_t layer, std::uint32_t channel) {
-  if (!document.decompressChannel(layer, channel)) return false;
-  copyPlane(image, byteInPixel, document.layerChannels(layer)[channel].data.get());
-  return document.compressChannel(layer, channel);
-}
+// The image's planes, in the order of its pixels' bytes, the last row of the file first. Read some
+// rows at a time, so that the image is never held unpacked.
+class TgaPlanes {
+ public:
+  explicit TgaPlanes(const TgaImage& image)
+      : image_(image),
+        packers_{{image.width, image.height},
+                 {image.width, image.height},
+                 {image.width, image.height},
+                 {image.width, image.height}} {}
+
+  bool read(InputFile& file, std::string& error) {
+    constexpr std::size_t kAtOnce = 256 * 1024;  // bytes, which stay in the processor's cache
+    const std::size_t rowSize = image_.rowSize();
+    const std::uint64_t rows = std::clamp<std::uint64_t>(kAtOnce / rowSize, 1, image_.height);
+    const std::unique_ptr<std::uint8_t[]> block(new (std::nothrow) std::uint8_t[rows * rowSize]);
+    rows_.reset(new (std::nothrow) std::uint8_t[kPlanes * std::size_t{image_.width}]);
+    if (!block || !rows_) {
+      error = "out of memory";
+      return false;
+    }
+    for (std::uint64_t left = image_.height; left != 0;) {
+      const std::uint64_t count = std::min(left, rows);
+      left -= count;
+      const std::size_t size = count * rowSize;
+      if (file.read(image_.start + left * rowSize, block.get(), size, error) < size) return false;
+      for (std::uint64_t row = count; row-- != 0;) pack(block.get() + row * rowSize);
+    }
+    return true;
+  }
+
+  // The packed plane of one byte of every pixel; null when memory has run out.
+  std::unique_ptr<std::uint8_t[]> take(std::uint32_t byteInPixel, std::uint32_t& length) {
+    return packers_[byteInPixel].take(length);
+  }
+
+ private:
+  void pack(const std::uint8_t* pixels) {
+    std::uint8_t* planes[kPlanes];
+    for (std::uint32_t i = 0; i < kPlanes; ++i)
+      planes[i] = rows_.get() + i * std::size_t{image_.width};
+    splitPixels(pixels, image_.width, image_.pixelSize, planes);
+    for (std::uint32_t i = 0; i < image_.pixelSize; ++i) packers_[i].pack(planes[i]);
+  }
+
+  TgaImage image_;
+  PlanePacker packers_[kPlanes];
+  std::unique_ptr<std::uint8_t[]> rows_;  // one of each plane
+};
 
 }  // namespace
 
-bool importTga(const std::uint8_t* bytes, std::size_t size, PsdDocument& document,
-               std::string& error) {
+bool importTga(InputFile& file, PsdDocument& document, std::string& error) {
   TgaImage image;
-  if (!readTga(bytes, size, image, error)) return false;
+  if (!readHeader(file, image, error) || !hasItsPixels(file, image, error)) return false;
   document.reset(image.width, image.height);
   const std::int32_t layer = document.addLayer("$diffuse");
   if (layer < 0) {
-    error = "an image of " + std::to_string(image.width) + " x " + std::to_string(image.height) +
-            " pixels cannot be a layer";
+    error = sizeText(image) + " pixels cannot be a layer";
     return false;
   }
-  const bool hasAlpha = image.pixelSize == 4;  // the new layer is opaque already
-  const bool filled = fillChannel(image, 2, document, layer, 1) &&
-                      fillChannel(image, 1, document, layer, 2) &&
-                      fillChannel(image, 0, document, layer, 3) &&
-                      (!hasAlpha || fillChannel(image, 3, document, layer, 0));
-  if (!filled) error = "out of memory";
-  return filled;
+  TgaPlanes planes(image);
+  if (!planes.read(file, error)) return false;
+  constexpr std::uint32_t kChannels[kPlanes] = {3, 2, 1, 0};  // of blue, green, red, alpha
+  for (std::uint32_t i = 0; i < image.pixelSize; ++i) {  // without alpha, the layer stays opaque
+    std::uint32_t length = 0;
+    std::unique_ptr<std::uint8_t[]> packed = planes.take(i, length);
+    if (!packed) {
+      error = "out of memory";
+      return false;
+    }
+    document.replaceChannel(layer, kChannels[i], 1, std::move(packed), length);
+  }
+  return true;
 }
 
 }  // namespace morvane

@@ -42,7 +42,8 @@ std::optional<double> setNumber(const NodePtr& node, std::string_view shortName,
   return std::nullopt;
 }
 
-void evaluate(const NodePtr& node) {
+// `points` is how many points all primitives may still have; a few words of a file ask for many.
+void evaluate(const NodePtr& node, int& points) {
   const NodePtr maker = makerOf(node);
   if (maker == nullptr) {
     return;
@@ -53,12 +54,15 @@ void evaluate(const NodePtr& node) {
     mel::showWarning(what + ", which is not evaluated: it has no geometry");
     return;
   }
-  const std::string problem = evaluatePrimitive(
-      maker->type().name(),
-      [&](std::string_view shortName, std::string_view longName) {
-        return setNumber(maker, shortName, longName);
-      },
-      *node->mesh);
+  const std::string problem = points <= 0
+                                  ? "the primitives before it have too many points"
+                                  : evaluatePrimitive(
+                                        maker->type().name(),
+                                        [&](std::string_view shortName, std::string_view longName) {
+                                          return setNumber(maker, shortName, longName);
+                                        },
+                                        *node->mesh);
+  points -= node->mesh->pointCount();
   if (!problem.empty()) {
     mel::showWarning(what + ", but " + problem + ": it has no geometry");
   }
@@ -67,12 +71,13 @@ void evaluate(const NodePtr& node) {
 }  // namespace
 
 void evaluateHistories() {
+  int points = kMostPrimitivePoints;
   for (const auto& [serial, node] : Scene::current().nodes()) {
     if (node->mesh == nullptr) {
       continue;
     }
     if (node->mesh->storedFaceStarts().size() <= 1) {
-      evaluate(node);
+      evaluate(node, points);
     } else if (!node->mesh->problem().empty()) {
       mel::showWarning("mesh '" + Scene::current().displayName(node) +
                        "' has no usable faces: " + node->mesh->problem());

@@ -25,6 +25,10 @@ std::vector<std::string>& openFiles() {
 }
 constexpr std::size_t kMaxReferenceDepth = 16;
 
+// Of one scene. Files that each refer to others many times would otherwise multiply without end.
+constexpr int kMaxReferences = 10000;
+int loadedReferences = 0;
+
 bool isBlank(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
@@ -102,6 +106,11 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   if (std::find(openFiles().begin(), openFiles().end(), absolute) != openFiles().end() ||
       openFiles().size() >= kMaxReferenceDepth) {
     error = path + " refers to itself";
+    return false;
+  }
+  loadedReferences = options.isReference ? loadedReferences + 1 : 0;
+  if (loadedReferences > kMaxReferences) {
+    error = path + " is not loaded: the scene refers to too many files";
     return false;
   }
   if (!statements_.open(path, error)) {

@@ -62,14 +62,23 @@ Variable Evaluator::define(const std::string& name, Value::Type type, bool isGlo
   return frame_.variables.back().second;
 }
 
+bool Evaluator::mayEnter(const AstNode& node) {
+  if (state_.depth > kMaxEvaluationDepth) {
+    return fail(node, "too many calls inside each other");
+  }
+  return ++state_.steps <= state_.limits.steps || fail(node, "the script takes too many steps");
+}
+
+bool Evaluator::fitsLimits(const AstNode& node, const Value& value) {
+  if (value.textSize() > state_.limits.textSize) {
+    return fail(node, "a text becomes too long");
+  }
+  return value.arraySize() <= state_.limits.arraySize || fail(node, "an array becomes too large");
+}
+
 Evaluator::Flow Evaluator::execute(const AstNode& node) {
   ++state_.depth;
-  Flow flow = Flow::kFailed;
-  if (state_.depth > kMaxEvaluationDepth) {
-    fail(node, "too many calls inside each other");
-  } else {
-    flow = executeInside(node);
-  }
+  const Flow flow = mayEnter(node) ? executeInside(node) : Flow::kFailed;
   --state_.depth;
   return flow;
 }

@@ -29,6 +29,8 @@ struct Interpreter::State {
   std::unordered_map<std::string, Procedure> procedures;
   std::string callerFolder;
   std::vector<std::string> scriptFolders;
+  Limits limits;
+  std::uint64_t steps = 0;
   int depth = 0;  // of evaluation, over all runs that are under way
 };
 
@@ -89,6 +91,10 @@ class Evaluator {
                       std::vector<Argument>& arguments, Frame& frame);
   bool callCommand(const AstNode& node, const std::vector<Argument>& arguments, Value& value);
   bool evaluateCatch(const AstNode& node, Value& value);
+
+  // False, with the failure, when one more level of evaluation is too deep or one step too many.
+  bool mayEnter(const AstNode& node);
+  bool fitsLimits(const AstNode& node, const Value& value);
 
   Variable find(const std::string& name) const;
   Variable define(const std::string& name, Value::Type type, bool isGlobal);

@@ -8,10 +8,6 @@ namespace {
 
 using Kind = AstNode::Kind;
 
-// Largest array that one assignment may make; a script that writes element 2 000 000 000 means
-// something else.
-constexpr int kMaxArraySize = 16 * 1024 * 1024;
-
 int wrap(long long number) {
   return static_cast<int>(static_cast<unsigned>(number));
 }
@@ -72,9 +68,7 @@ bool compare(const std::string& symbol, const T& left, const T& right) {
 bool Evaluator::evaluate(const AstNode& node, Value& value) {
   // Counts as a statement does; the depth of expressions alone is bounded by the parser.
   ++state_.depth;
-  const bool ok = state_.depth > kMaxEvaluationDepth
-                      ? fail(node, "too many calls inside each other")
-                      : evaluateInside(node, value);
+  const bool ok = mayEnter(node) && evaluateInside(node, value) && fitsLimits(node, value);
   --state_.depth;
   return ok;
 }
@@ -137,7 +131,7 @@ bool Evaluator::evaluateIndex(const AstNode& node, std::size_t& index) {
     return false;
   }
   const int number = value.toInt();
-  if (number < 0 || number >= kMaxArraySize) {
+  if (number < 0 || static_cast<std::size_t>(number) >= state_.limits.arraySize) {
     return fail(node, "index " + std::to_string(number) + " is outside any array");
   }
   index = static_cast<std::size_t>(number);

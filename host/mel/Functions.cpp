@@ -26,6 +26,10 @@ CommandResult give(Value value) {
   return CommandResult::success(std::move(value));
 }
 
+bool fitsArray(std::size_t size) {
+  return size <= Interpreter::current().limits().arraySize;
+}
+
 // --- Texts and arrays
 
 CommandResult size(Arguments& arguments) {
@@ -107,6 +111,9 @@ CommandResult tokenize(Arguments& arguments) {
     pieces.push_back(text.substr(at, end - at));
     at = end;
   }
+  if (!fitsArray(pieces.size())) {
+    return CommandResult::failure("the array becomes too large");
+  }
   const int count = static_cast<int>(pieces.size());
   *out = Value(std::move(pieces));
   return give(count);
@@ -138,6 +145,9 @@ CommandResult appendArray(Arguments& arguments) {
   if (arguments.size() == 3) {
     const int count = valueOf(arguments[2]).toInt();
     more.resize(std::min(more.size(), static_cast<std::size_t>(std::max(count, 0))));
+  }
+  if (!fitsArray(out->arraySize() + more.size())) {
+    return CommandResult::failure("the array becomes too large");
   }
   out->strings()->insert(out->strings()->end(), more.begin(), more.end());
   return give(Value());

@@ -118,6 +118,17 @@ bool Interpreter::isProcedure(const std::string& name) const {
   return state_->procedures.count(name) != 0;
 }
 
+void Interpreter::reset(const Limits& limits) {
+  state_->globals.clear();
+  state_->procedures.clear();
+  state_->limits = limits;
+  state_->steps = 0;
+}
+
+const Limits& Interpreter::limits() const {
+  return state_->limits;
+}
+
 void Interpreter::setCallerFolder(const std::string& folder) {
   state_->callerFolder = folder;
 }

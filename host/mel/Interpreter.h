@@ -1,6 +1,8 @@
 #ifndef MORVANE_HOST_MEL_INTERPRETER_H_
 #define MORVANE_HOST_MEL_INTERPRETER_H_
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -28,6 +30,13 @@ struct Outcome {
   Failure failure;
 };
 
+// What a script may take. What goes over one is an error of the script, not the end of the process.
+struct Limits {
+  std::uint64_t steps = UINT64_MAX;  // statements and expressions evaluated, until the next reset
+  std::size_t textSize = std::size_t{256} << 20;  // bytes of one text
+  std::size_t arraySize = std::size_t{16} << 20;  // elements of one array
+};
+
 // Runs command-language text. Variables declared outside procedures and the procedures themselves
 // live until the process ends; everything else lives for one call. Calls nest: a plug-in's command
 // may run text.
@@ -43,6 +52,10 @@ class Interpreter {
   Outcome executeFile(const std::string& name);
 
   bool isProcedure(const std::string& name) const;
+
+  // Forgets all variables and procedures; no text may be running.
+  void reset(const Limits& limits = Limits());
+  const Limits& limits() const;
 
   // Folder against which relative names in scripts resolve: absolute, the caller's.
   void setCallerFolder(const std::string& folder);

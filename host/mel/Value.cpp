@@ -63,6 +63,11 @@ std::size_t Value::arraySize() const {
   }
 }
 
+std::size_t Value::textSize() const {
+  const auto* text = std::get_if<std::string>(&data_);
+  return text == nullptr ? 0 : text->size();
+}
+
 int Value::toInt() const {
   if (type() == Type::kInt) {
     return std::get<int>(data_);

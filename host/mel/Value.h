@@ -34,6 +34,7 @@ class Value {
   bool isArray() const { return type() >= Type::kIntArray; }
   bool isNumber() const { return type() == Type::kInt || type() == Type::kFloat; }
   std::size_t arraySize() const;  // 0 unless an array
+  std::size_t textSize() const;   // in bytes; 0 unless a text
 
   // Conversions as assignment makes them: a text reads as the number it holds, else 0; an array
   // gives its first element; nothing gives 0 and the empty text.

@@ -9,8 +9,6 @@ namespace host {
 
 namespace {
 
-constexpr double kMostPoints = 10'000'000.0;
-
 std::string makePlane(const PrimitiveParameters& get, PrimitiveShape& shape) {
   const double width = get.size("w", "width", 1.0);
   const double height = get.size("h", "height", 1.0);
@@ -88,11 +86,12 @@ double PrimitiveParameters::size(const char* shortName, const char* longName,
 int PrimitiveParameters::subdivisions(const char* shortName, const char* longName, int otherwise,
                                       int least) const {
   const double value = size(shortName, longName, otherwise);
-  return static_cast<int>(std::clamp(value, static_cast<double>(least), kMostPoints));
+  return static_cast<int>(
+      std::clamp(value, static_cast<double>(least), 1.0 * kMostPrimitivePoints));
 }
 
 std::string checkPointCount(double points) {
-  return points > kMostPoints ? "its subdivisions ask for too many points" : std::string();
+  return points > kMostPrimitivePoints ? "its subdivisions ask for too many points" : std::string();
 }
 
 bool isPrimitive(std::string_view typeName) {
