@@ -1,3 +1,4 @@
+#include <iostream>
 #include <random>
 #include <set>
 
@@ -9,7 +10,10 @@
 namespace host {
 namespace {
 
-class HostileScenes : public SceneFiles {};
+class HostileScenes : public SceneFiles {
+ protected:
+  void expectStable(const std::string& text) const;
+};
 
 constexpr char kMesh[] = "createNode mesh -n \"m\";\n";
 
@@ -119,6 +123,20 @@ TEST_F(HostileScenes, EveryPrefixOpensOrIsRefused) {
   }
 }
 
+// Whatever is read is written such that it reads the same.
+void HostileScenes::expectStable(const std::string& text) const {
+  std::string error;
+  writeText("changed.ma", text);
+  openPath(pathOf("changed.ma"));
+  std::string saved[2];
+  for (std::string& bytes : saved) {
+    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    bytes = readAll(pathOf("saved.ma"));
+    openPath(pathOf("saved.ma"));
+  }
+  ASSERT_EQ(saved[0], saved[1]) << text.substr(text.size() > 2000 ? text.size() - 2000 : 0);
+}
+
 // Bytes changed at random: whatever is read is written such that it reads the same.
 TEST_F(HostileScenes, ChangedBytesNeitherBreakNorGrow) {
   std::mt19937 random(3);
@@ -143,6 +161,58 @@ TEST_F(HostileScenes, ChangedBytesNeitherBreakNorGrow) {
     ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
     ASSERT_EQ(readAll(pathOf("saved.ma")), second) << text;
   }
+}
+
+// Each byte of a small scene as a zero, as 0xFF, and turned over; and real scenes cut short.
+TEST_F(HostileScenes, EveryChangedByteAndEveryCutIsHandled) {
+  std::size_t changes = 0;
+  for (std::size_t at = 24; at + 1 < sizeof kSmall; ++at) {
+    for (const char value : {'\0', '\xFF', static_cast<char>(~kSmall[at])}) {
+      std::string text = kSmall;
+      text[at] = value;
+      expectStable(text);
+      ++changes;
+    }
+  }
+  std::vector<fs::path> scenes = {fs::path(MORVANE_SOURCE_DIR) / "examples/meadow/meadow.ma"};
+  std::error_code none;
+  for (const auto& entry : fs::recursive_directory_iterator(corpusFolder() / "ma", none)) {
+    if (entry.path().extension() == ".ma" && entry.file_size() < 80000) scenes.push_back(entry);
+  }
+  std::size_t cuts = 0;
+  for (const fs::path& scene : scenes) {
+    const std::string text = readAll(scene);
+    for (std::size_t length = 6; length < text.size(); length += 1 + text.size() / 40, ++cuts) {
+      expectStable(text.substr(0, length));
+    }
+  }
+  std::cout << changes << " changed scenes, " << cuts << " cut ones of " << scenes.size()
+            << " real files\n";
+}
+
+// What multiplies: primitives of few words, and files that refer to others many times.
+TEST_F(HostileScenes, FewWordsMakeNoGiants) {
+  std::string giants;
+  for (const char* name : {"a", "b", "c"}) {
+    giants += std::string("createNode mesh -n \"") + name + "m\";\ncreateNode polyPlane -n \"" +
+              name + "p\";\nsetAttr \".sw\" 1200;\nsetAttr \".sh\" 1000;\nconnectAttr \"" + name +
+              "p.out\" \"" + name + "m.i\";\n";
+  }
+  EXPECT_NE(open(giants).find("the primitives before it have too many points"), std::string::npos);
+  EXPECT_EQ(node("bm")->mesh->pointCount(), 1201 * 1001);
+  EXPECT_EQ(node("cm")->mesh->pointCount(), 0);
+
+  for (int level = 0; level < 3; ++level) {
+    std::string text = "//Maya\n";
+    for (int i = 0; i < 30; ++i) {
+      text += "file -r -ns \"n" + std::to_string(i) + "\" \"level" + std::to_string(level + 1) +
+              ".ma\";\n";
+    }
+    writeText("level" + std::to_string(level) + ".ma", text);
+  }
+  writeText("level3.ma", "//Maya\n");
+  const std::string warnings = openPath(pathOf("level0.ma"));  // 30 + 900 + 27000 files
+  EXPECT_NE(warnings.find("the scene refers to too many files"), std::string::npos);
 }
 
 // Statements that do more than describe a scene leave no trace.

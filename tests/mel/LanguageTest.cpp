@@ -204,5 +204,35 @@ TEST_F(Language, TextsNeverBecomeCommands) {
   }
 }
 
+TEST_F(Language, EndsScriptsThatGoOverALimit) {
+  Limits limits;
+  limits.steps = 1000;
+  limits.textSize = 100;
+  limits.arraySize = 10;
+  const struct {
+    const char* script;
+    const char* failure;
+  } kCases[] = {
+      {"while (1) {}", "the script takes too many steps"},
+      {"while (catchQuiet(1 / 0)) {}", "the script takes too many steps"},
+      {"for (;;) {}", "the script takes too many steps"},
+      {"global proc p() { p; p; } p;", "too many"},
+      {"string $s = \"abc\"; for (;;) $s += $s;", "a text becomes too long"},
+      {"string $a[] = {\"a\"}; for (;;) appendStringArray($a, $a);", "the array becomes too large"},
+      {"string $a[]; tokenize(\"1 2 3 4 5 6 7 8 9 10 11\", $a);", "the array becomes too large"},
+      {"int $a[]; $a[10] = 1;", "outside any array"},
+      {"string $a[] = {\"a\", \"b\", \"c\"}; string $s = \"\"; for (;;) $s = "
+       "stringArrayToString($a, $s + \"--\");",
+       "a text becomes too long"},
+  };
+  for (const auto& test : kCases) {
+    Interpreter::current().reset(limits);
+    EXPECT_NE(run(test.script).find(test.failure), std::string::npos)
+        << test.script << " gave " << run(test.script);
+  }
+  Interpreter::current().reset();
+  EXPECT_EQ(run("int $i; for ($i = 0; $i < 2000; $i++) {} $i;"), "2000");
+}
+
 }  // namespace
 }  // namespace host::mel

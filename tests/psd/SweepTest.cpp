@@ -1,6 +1,9 @@
+#include <algorithm>
+#include <iostream>
 #include <random>
 
 #include "tests/psd/PsdTest.h"
+#include "tests/util/Corpus.h"
 
 namespace morvane {
 namespace {
@@ -90,6 +93,66 @@ TEST_F(PsdSweep, ScatteredChangesAreRefusedOrHandled) {
     ++survived;
   }
   EXPECT_GT(survived, 100);
+}
+
+// Small real files of other programs.
+class RealSweep : public PsdSweep {
+ protected:
+  void SetUp() override {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    for (const auto& entry : fs::recursive_directory_iterator(corpusFolder() / "psd", error)) {
+      const bool small = entry.is_regular_file() && entry.file_size() < 25000;
+      if (small && entry.path().extension() != ".md") files_.push_back(entry.path().string());
+    }
+    std::sort(files_.begin(), files_.end());
+    if (files_.empty()) GTEST_SKIP() << "no corpus beside the project";
+  }
+
+  std::vector<std::string> files_;
+};
+
+TEST_F(RealSweep, EveryPrefixIsRefusedUntilTheMergedImage) {
+  std::size_t tried = 0;
+  for (const std::string& file : files_) {
+    SCOPED_TRACE(file);
+    const std::string whole = read(file);
+    const auto full = loaded(whole);
+    const std::size_t mergedStart = full ? whole.size() - full->mergedLength : whole.size() + 1;
+    const std::string prefix = write("f.psd", whole);
+    PsdDocument document(1, 1);
+    for (std::size_t size = whole.size() + 1; size-- > 0; ++tried) {
+      std::filesystem::resize_file(prefix, size);
+      if (size == mergedStart - 1) document.reset(1, 1);
+      ASSERT_EQ(document.load(prefix.c_str()), size >= mergedStart) << size;
+      ASSERT_EQ(document.rows, size >= mergedStart ? full->rows : 1u) << size;
+    }
+    EXPECT_TRUE(saved(document) == saved(PsdDocument(1, 1)));
+  }
+  std::cout << tried << " prefixes of " << files_.size() << " real files\n";
+}
+
+TEST_F(RealSweep, ChangedBytesAreRefusedOrHandled) {
+  std::size_t tried = 0;
+  std::size_t survived = 0;
+  for (const std::string& file : files_) {
+    const std::string whole = read(file);
+    const std::size_t step = 1 + whole.size() / 1200;  // files differ in where it steps
+    for (std::size_t at = 0; at < whole.size(); at += step) {
+      const char flipped = static_cast<char>(~whole[at]);
+      for (const char value : {'\0', '\xFF', flipped}) {
+        std::string changed = whole;
+        changed[at] = value;
+        ++tried;
+        const auto document = loaded(changed);
+        if (!document) continue;
+        SCOPED_TRACE(file + " at " + std::to_string(at));
+        ASSERT_TRUE(saved(*document) == changed);
+        if (++survived % 8 == 0) exercise(*document);
+      }
+    }
+  }
+  std::cout << tried << " changed files, " << survived << " of them read\n";
 }
 
 }  // namespace
