@@ -79,7 +79,7 @@ class Faults : public SaveFolder, public testing::WithParamInterface<Save> {
     outcome_ =
         inWork("MORVANE_FAULTS=" + faults + " MORVANE_FAULTS_FOLDER=" + shellWord(path("work")) +
                " MORVANE_FAULTS_REPORT=" + shellWord(path("hit")) +
-               " ASAN_OPTIONS=verify_asan_link_order=0" + " LD_PRELOAD=" MORVANE_FAULTY_CALLS " " +
+               " ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=" MORVANE_FAULTY_CALLS " " +
                GetParam().line);
     hit_ = read("hit");
     ++runs_;
