@@ -119,6 +119,10 @@ class PsdDocument {
   bool decompressChannel(std::int32_t layer, std::uint32_t channel);
   bool compressChannel(std::int32_t layer, std::uint32_t channel);
 
+  // Gives a channel (by position in its layer, which has it) other data, of `length` bytes.
+  void replaceChannel(std::int32_t layer, std::uint32_t channel, std::uint16_t compression,
+                      Bytes data, std::uint32_t length);
+
   // The first resource with that id, owned by the document; null when there is none.
   PsdResource* findResource(std::uint16_t id) const;
 
@@ -164,8 +168,6 @@ class PsdDocument {
 
   // Adds to both section lengths (or subtracts).
   void changeSectionLengths(std::int64_t difference);
-  void replaceChannel(std::int32_t layer, std::uint32_t channel, std::uint16_t compression,
-                      Bytes data, std::uint32_t length);
 
   // A raw copy of a channel's plane; null when its data does not fill the layer's rectangle.
   std::unique_ptr<std::uint8_t[]> unpackedPlane(std::int32_t layer, std::uint32_t channel,

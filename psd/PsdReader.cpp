@@ -125,6 +125,21 @@ std::string foreignKind(const PsdDocument& document, std::size_t size) {
   return "version " + std::to_string(document.version) + " is not supported: ";
 }
 
+// Lengths within a file have 32 bits.
+constexpr std::uint64_t kMaxFile = std::numeric_limits<std::uint32_t>::max();
+
+bool loadPsd(const char* path, PsdDocument& document, std::string& error) {
+  std::unique_ptr<std::uint8_t[]> bytes;
+  std::size_t size = 0;
+  return readWholeFile(path, kMaxFile, bytes, size, error) &&
+         parsePsd(std::move(bytes), size, document, error);
+}
+
+bool loadTga(const char* path, PsdDocument& document, std::string& error) {
+  InputFile file;
+  return file.open(path, kMaxFile, error) && importTga(file, document, error);
+}
+
 }  // namespace
 
 bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document,
@@ -178,16 +193,8 @@ bool PsdDocument::load(const char* loadPath, std::string* error) {
     why = "the file name ends neither in .psd nor in .tga";
     return false;
   }
-  std::unique_ptr<std::uint8_t[]> bytes;
-  std::size_t size = 0;
-  // Lengths within a file have 32 bits.
-  constexpr std::uint64_t kMaxFile = std::numeric_limits<std::uint32_t>::max();
-  if (!readWholeFile(loadPath, kMaxFile, bytes, size, why)) return false;
   PsdDocument fresh;
-  if (isTga ? !importTga(bytes.get(), size, fresh, why)
-            : !parsePsd(std::move(bytes), size, fresh, why)) {
-    return false;
-  }
+  if (isTga ? !loadTga(loadPath, fresh, why) : !loadPsd(loadPath, fresh, why)) return false;
   const std::size_t pathSize = std::strlen(loadPath) + 1;
   fresh.path.reset(new (std::nothrow) char[pathSize]);
   if (!fresh.path) {
