@@ -176,7 +176,7 @@ bool declareAmongOurs(const Input& input, const Input& peer, const std::string& 
 
 const bool declared = [] {
   constexpr Mesh kKinds[] = {Mesh::kIntegerGrid, Mesh::kRandom, Mesh::kShuffled};
-  constexpr int kSizes[] = {kSmall, kMiddle, kLarge};
+  constexpr int kSizes[] = {kLarge, kMiddle, kSmall};
   for (const int size : kSizes) {
     for (const Mesh kind : kKinds) declareAgainstMeshoptimizer(kind, size);
   }

@@ -1,0 +1,119 @@
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench/BenchHost.h"
+#include "bench/Comparison.h"
+#include "bench/FileBytes.h"
+#include "bench/LayeredFiles.h"
+#include "bench/SceneText.h"
+#include "host/Host.h"
+
+// `morvane export` as a process, over a scene of a hundred tiles with textures of 512 x 512 pixels:
+// beside opening the scene and replacing the textures by what they are, and with ten times the
+// goblins.
+namespace bench {
+namespace {
+
+constexpr int kTiles = 100;
+constexpr std::uint32_t kTextureSide = 512;
+constexpr int kGoblins = 2000;
+constexpr GridMesh kTile = {20, 10};
+constexpr GridMesh kGoblin = {8, 0.4};
+
+struct Level {
+  std::string scene;
+  std::vector<std::string> textures;
+};
+
+std::string materialText(const std::string& name, const std::string& texture) {
+  return "createNode lambert -n \"" + name + "Look\";\ncreateNode file -n \"" + name +
+         "Picture\";\n\tsetAttr \".ftn\" -type \"string\" \"" + texture +
+         "\";\ncreateNode shadingEngine -n \"" + name + "Group\";\n\tsetAttr \".ro\" yes;\n" +
+         "connectAttr \"" + name + "Picture.oc\" \"" + name + "Look.c\";\nconnectAttr \"" + name +
+         "Look.oc\" \"" + name + "Group.ss\";\nconnectAttr \"" + name + "Shape.iog\" \"" + name +
+         "Group.dsm\" -na;\n";
+}
+
+std::string tileText(int number, int goblins, const std::string& texture) {
+  const std::string name = "tile" + std::to_string(number);
+  std::string text = sceneText(kTile, name, "", kTile.size * number, 0);
+  for (int i = 0; i < goblins; ++i) {
+    const double x = 9.0 * (i % 14) / 14 - 4.5;
+    const double z = 9.0 * (i / 14 % 15) / 15 - 4.5;
+    text += sceneText(kGoblin, name + "Goblin" + std::to_string(i), name, x, z);
+  }
+  return text + materialText(name, texture);
+}
+
+// The materials' nodes come after the meshes that their connections name.
+Level makeLevel(int goblins) {
+  const std::string folder = scratchFolder() + "/level" + std::to_string(goblins);
+  std::filesystem::create_directory(folder);
+  Level level = {folder + "/level.ma", {}};
+  std::string text = "//Maya ASCII 2018 scene\n";
+  for (int i = 0; i < kTiles; ++i) {
+    const std::string texture = "tile" + std::to_string(i) + ".psd";
+    level.textures.push_back(folder + "/" + texture);
+    std::filesystem::copy_file(layeredFile(kTextureSide), level.textures.back(),
+                               std::filesystem::copy_options::overwrite_existing);
+    text += tileText(i, goblins / kTiles, texture);
+  }
+  writeFile(level.scene, text);
+  return level;
+}
+
+std::string exportCommand(const Level& level) {
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  return (folder / "morvane").string() + " export " + level.scene + " >/dev/null";
+}
+
+void runOrAbort(const std::string& command) {
+  if (std::system(command.c_str()) != 0) std::abort();
+}
+
+Comparison besideOpeningAndCopying() {
+  const auto level = std::make_shared<const Level>(makeLevel(kGoblins));
+  Comparison it;
+  it.peerName = "open the scene; read, write, flush and rename its textures";
+  it.target = atMost(2);
+  it.waits = true;
+  it.rounds = 7;
+  if (!startHost()) it.problem = "no host";
+  runOrAbort(exportCommand(*level));  // the textures have their goblins from now on
+  it.ours = [command = exportCommand(*level)] { runOrAbort(command); };
+  it.peer = [level] {
+    if (!host::openScene(level->scene)) std::abort();
+    for (const std::string& texture : level->textures) {
+      std::vector<std::uint8_t> bytes(sizeOf(texture));
+      if (!readInto(texture, bytes.data(), bytes.size())) std::abort();
+      replaceFile(texture, bytes.data(), bytes.size());
+    }
+  };
+  it.prepare = [] { host::newScene(); };
+  return it;
+}
+
+Comparison besideATenth() {
+  Comparison it;
+  it.peerName = "2000 goblins";
+  it.target = atMost(11);
+  it.waits = true;
+  it.rounds = 3;
+  const Level many = makeLevel(10 * kGoblins);
+  const Level few = makeLevel(kGoblins);
+  it.ours = [command = exportCommand(many)] { runOrAbort(command); };
+  it.peer = [command = exportCommand(few)] { runOrAbort(command); };
+  return it;
+}
+
+const bool declared =
+    declare("morvane export, 100 tiles of 512², 2000 goblins", besideOpeningAndCopying) &&
+    declare("morvane export, 100 tiles of 512², 20000 goblins", besideATenth);
+
+}  // namespace
+}  // namespace bench
