@@ -78,9 +78,14 @@ struct ValueText {
   }
 };
 
+bool isNothing(const AttributeValue& value) {
+  const auto* const kept = std::get_if<KeptWords>(&value);
+  return std::holds_alternative<std::monostate>(value) || (kept != nullptr && kept->words.empty());
+}
+
 void appendState(std::string& out, const NodePtr& node, const AttributeState& state) {
   const std::string options = flags(state);
-  if (options.empty() && std::holds_alternative<std::monostate>(state.value)) {
+  if (options.empty() && isNothing(state.value)) {
     return;
   }
   const auto plug = Plug::find(node, state.path);

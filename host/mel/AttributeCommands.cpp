@@ -89,9 +89,7 @@ KeptWords keptWords(const Arguments& arguments, const std::string& plugText, std
   bool passedPlug = false;
   for (std::size_t i = 0; i < arguments.words().size(); ++i) {
     const Word& word = arguments.words()[i];
-    const bool isFlag =
-        !word.quoted && word.text.size() > 1 && word.text[0] == '-' && !parseNumber(word.text);
-    if (isFlag) {
+    if (isFlag(word)) {
       i += word.text == "-av" || word.text == "-alteredValue" ? 0 : 1;
     } else if (!passedPlug && word.text == plugText) {
       passedPlug = true;

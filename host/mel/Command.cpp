@@ -8,7 +8,6 @@
 #include "host/mel/Text.h"
 
 namespace host::mel {
-namespace {
 
 bool isFlag(const Word& word) {
   if (word.quoted || word.text.size() < 2 || word.text.front() != '-') {
@@ -18,6 +17,8 @@ bool isFlag(const Word& word) {
   const bool letter = (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z');
   return letter && !parseNumber(word.text);
 }
+
+namespace {
 
 bool fits(char kind, const std::string& text) {
   switch (kind) {

@@ -23,6 +23,9 @@ struct Word {
 };
 using Words = std::vector<Word>;
 
+// "-n", but no quoted text, and nothing that begins like a number.
+bool isFlag(const Word& word);
+
 // A command as a scene file would have it, without the semicolon.
 std::string asStatement(std::string name, const Words& words);
 

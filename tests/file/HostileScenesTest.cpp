@@ -190,6 +190,17 @@ TEST_F(HostileScenes, EveryChangedByteAndEveryCutIsHandled) {
             << " real files\n";
 }
 
+// What once was read and then written such that it read otherwise.
+TEST_F(HostileScenes, OddStatementsReadTheSameOnceSaved) {
+  for (const char* statement : {
+           "setAttr \".kept\" -type \"double2\" -113break;",  // no flag, though not a number
+           "setAttr -cb on \".kept]\";",                      // a flag of what has no value
+       }) {
+    SCOPED_TRACE(statement);
+    expectStable(std::string("//Maya\ncreateNode transform -n \"a\";\n") + statement + "\n");
+  }
+}
+
 // What multiplies: primitives of few words, and files that refer to others many times.
 TEST_F(HostileScenes, FewWordsMakeNoGiants) {
   std::string giants;
