@@ -141,14 +141,15 @@ void Interpreter::addScriptFolder(const std::string& folder) {
 }
 
 std::string Interpreter::findScript(const std::string& name) const {
-  const std::string direct = asScript(fs::u8path(resolvedPath(name, state_->callerFolder)));
-  if (!direct.empty() || name.empty() || fs::u8path(name).is_absolute()) {
-    return direct;
+  std::vector<std::string> folders;
+  if (!fs::u8path(name).has_parent_path()) {
+    folders = state_->scriptFolders;
+    for (std::string& folder : foldersOf("MAYA_SCRIPT_PATH")) {
+      folders.push_back(std::move(folder));
+    }
   }
-  std::vector<std::string> folders = state_->scriptFolders;
-  for (std::string& folder : foldersOf("MAYA_SCRIPT_PATH")) {
-    folders.push_back(std::move(folder));
-  }
+  // Last: a file that lies where somebody happens to work must not pass for a plug-in's script.
+  folders.push_back(state_->callerFolder);
   for (const std::string& folder : folders) {
     std::string found = asScript(fs::u8path(resolvedPath(name, folder)));
     if (!found.empty()) {

@@ -61,12 +61,12 @@ class Interpreter {
   void setCallerFolder(const std::string& folder);
   const std::string& callerFolder() const;
 
-  // Searched for scripts after the caller's folder and before MAYA_SCRIPT_PATH.
+  // Searched for scripts before MAYA_SCRIPT_PATH, and that before the caller's folder.
   void addScriptFolder(const std::string& folder);
 
-  // The path of a script: `name` itself when it is a path to a file (relative to the caller's
-  // folder), else the first of the script folders that has it, ".mel" being added when needed.
-  // Empty when there is none.
+  // The path of a script, ".mel" being added when needed; empty when there is none. A name with a
+  // folder in it is relative to the caller's folder; one without is that of the first of the script
+  // folders that has it, the caller's being the last.
   std::string findScript(const std::string& name) const;
 
  private:
