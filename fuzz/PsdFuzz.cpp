@@ -25,8 +25,12 @@ std::string saved(const PsdDocument& document) {
   return readScratch("out.psd");
 }
 
+// Of the layer's rectangle, as far as it matters here how large it is.
 std::int64_t area(const PsdLayer& layer) {
-  return (std::int64_t{layer.right} - layer.left) * (std::int64_t{layer.bottom} - layer.top);
+  const std::int64_t width = std::int64_t{layer.right} - layer.left;
+  const std::int64_t height = std::int64_t{layer.bottom} - layer.top;
+  if (width <= 0 || height <= 0) return 0;
+  return width > INT64_MAX / height ? INT64_MAX : width * height;
 }
 
 std::string plane(const PsdDocument& document, std::int32_t layer, std::uint32_t channel) {
@@ -94,8 +98,8 @@ void exerciseResources(PsdDocument& document) {
 
 // Whether the bytes lie in a data layer now.
 bool addData(PsdDocument& document, const char* name, const std::string& bytes) {
-  const std::int64_t pixels = std::int64_t{document.rows} * document.columns;
-  if (pixels > kMaxArea || document.findLayer(name) >= 0) return false;
+  const std::uint64_t pixels = std::uint64_t{document.rows} * document.columns;
+  if (pixels > std::uint64_t{kMaxArea} || document.findLayer(name) >= 0) return false;
   const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
   const std::int16_t layers = document.layerCount;
   const bool added = document.addDataLayer(name, static_cast<std::uint32_t>(bytes.size()), data);
