@@ -153,19 +153,20 @@ void addGoblins(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("goblins", "Show the goblins that a tile's file carries");
-  command->add_option("FILE", options->file, "The tile's PSD file")->required();
+  command->add_option("FILE", options->file, "The tile's PSD file")->type_name("")->required();
   CLI::Option* json = command->add_flag("--json", options->json, "One JSON object");
   command->add_flag("--full", options->full, "With --json: the vertices and triangles too")
       ->needs(json);
-  command->add_option("--obj", options->obj,
-                      "Write the goblins in tile space, over the unit tile, as Wavefront OBJ");
-  command->add_option("--glb", options->glb,
-                      "The same with the tile's picture on it, as binary glTF");
+  command
+      ->add_option("--obj", options->obj, "Write the goblins over the unit tile as Wavefront OBJ")
+      ->type_name("OUT");
+  command->add_option("--glb", options->glb, "The same with the tile's picture, as binary glTF")
+      ->type_name("OUT");
   command->footer(
       "Examples:\n"
-      "  morvane goblins pond.psd                     a table of the goblins\n"
-      "  morvane goblins pond.psd --glb pond.glb      the tile and its goblins for a 3D viewer\n"
-      "  morvane goblins pond.psd --json --full       every vertex and triangle, for a script");
+      "  morvane goblins pond.psd                 a table of the goblins\n"
+      "  morvane goblins pond.psd --glb pond.glb  tile and goblins for a 3D viewer\n"
+      "  morvane goblins pond.psd --json --full   every vertex and triangle");
   command->callback([options, &status] { status = showGoblins(*options); });
 }
 

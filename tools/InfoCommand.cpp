@@ -79,7 +79,8 @@ bool report(const std::string& file, bool json) {
   const std::uintmax_t bytes = std::filesystem::file_size(file, ignored);
   const Goblins goblins = readGoblins(*document);
   if (json) {
-    std::printf("%s\n", printableJson(documentJson(file, bytes, *document, goblins).dump()).c_str());
+    std::printf("%s\n",
+                printableJson(documentJson(file, bytes, *document, goblins).dump()).c_str());
   } else {
     printReport(file, bytes, *document, goblins);
   }
@@ -99,12 +100,13 @@ void addInfo(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("info", "Show what is in PSD files");
   command->add_option("FILE", options->files, "PSD files (or TGA, as they would be imported)")
+      ->type_name("")
       ->required();
   command->add_flag("--json", options->json, "One JSON object a line for each file");
   command->footer(
       "Examples:\n"
-      "  morvane info textures/*.psd                  layers, resources and goblins of each file\n"
-      "  morvane info --json pond.psd | jq .layers    the same for a script");
+      "  morvane info textures/*.psd                layers, resources and goblins\n"
+      "  morvane info --json pond.psd | jq .layers  the same for a script");
   command->callback([options, &status] {
     for (const std::string& file : options->files) {
       if (!report(file, options->json)) status = kFailed;

@@ -57,17 +57,27 @@ void addRun(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("run", "Run commands on a scene with the plug-in loaded");
-  command->add_option("SCENE", options->scene, "The scene to open; none: an empty one");
+  command->add_option("SCENE", options->scene, "The scene to open; none: an empty one")
+      ->type_name("");
   command->add_option("-c,--command", options->commands, "Commands to run")
+      ->type_name("COMMANDS")
       ->expected(1)
       ->take_all();
   command->add_option("-f,--file", options->files, "A file of commands to run")
+      ->type_name("FILE")
       ->expected(1)
       ->take_all();
-  command->add_option("-o,--output", options->output,
-                      "Save the scene here when all commands succeeded");
+  command
+      ->add_option("-o,--output", options->output,
+                   "Save the scene here when all commands succeeded")
+      ->type_name("SCENE");
   addMapOption(*command, options->maps);
-  command->footer("Every -c and -f runs in the order given, up to the first that fails.");
+  command->footer(
+      "Every -c and -f runs in the order given, up to the first that fails.\n"
+      "Examples:\n"
+      "  morvane run level.ma -c 'print `ls -type mesh`'   ask for something\n"
+      "  morvane run level.ma -f tidy.mel -o tidied.ma     change it and save\n"
+      "  morvane run -c 'polyCreateFacet -p 0 0 0 -p 0 0 1 -p 1 0 0' -o new.ma");
   command->callback(
       [options, command, &status] { status = runScene(*options, stepsInOrder(*command)); });
 }

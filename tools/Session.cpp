@@ -15,8 +15,8 @@ std::string absoluteName(const std::string& name) {
 }
 
 void addMapOption(CLI::App& command, FolderMaps& maps) {
-  command
-      .add_option("--map", maps, "FROM=TO: the scene's folder FROM is TO on this machine (repeat)")
+  command.add_option("--map", maps, "What the scene has in FROM is in TO here; repeatable")
+      ->type_name("FROM=TO")
       ->expected(1)
       ->take_all()
       ->check(
@@ -46,8 +46,7 @@ ExitStatus startSession(const std::string& scene, const FolderMaps& maps) {
   if (!host::loadPlugin("morvane")) {
     complain(
         "the plug-in cannot be loaded; it belongs into the folder plug-ins beside the program's "
-        "folder, "
-        "or into one that MAYA_PLUG_IN_PATH names");
+        "folder, or into one that MAYA_PLUG_IN_PATH names");
     return kNotLoaded;
   }
   return kDone;

@@ -146,17 +146,20 @@ class Viewer {
 
 void addView(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
-  CLI::App* command = program.add_subcommand(
-      "view", "Make one web page that shows files, or a scene's tiles, with their goblins in 3D");
-  command->add_option("FILE", options->files, "PSD files, or Maya ASCII scenes")->required();
+  CLI::App* command =
+      program.add_subcommand("view", "Show files, or a scene's tiles, in a web page with 3D");
+  command->add_option("FILE", options->files, "PSD files, or Maya ASCII scenes")
+      ->type_name("")
+      ->required();
   command->add_option("-o,--output", options->output, "The page; it needs no network and no server")
+      ->type_name("PAGE")
       ->required();
   addMapOption(*command, options->maps);
   command->footer(
       "A damaged file is named, and shown as such among the others.\n"
       "Examples:\n"
-      "  morvane view textures/*.psd -o tiles.html    what an export left in the files\n"
-      "  morvane view meadow.ma -o meadow.html        what stands in the scene; exports nothing");
+      "  morvane view textures/*.psd -o tiles.html  what an export left in the files\n"
+      "  morvane view meadow.ma -o meadow.html      the scene; nothing is exported");
   command->callback([options, &status] { status = Viewer(*options).run(); });
 }
 

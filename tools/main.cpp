@@ -12,18 +12,21 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  morvane export meadow.ma                 write every tile's goblins into its texture\n"
-    "  morvane export meadow.ma 'pond*'         only of the tiles of that name\n"
-    "  morvane run meadow.ma -c 'ls -type mesh' run commands on a scene\n"
+    "  morvane export level.ma                  every tile's goblins into its texture\n"
+    "  morvane export level.ma 'pond*'          only of the tiles of that name\n"
+    "  morvane run level.ma -c '...' -o new.ma  run commands on a scene and save it\n"
     "  morvane goblins textures/pond.psd        show what a tile's file carries\n"
-    "  morvane view textures/*.psd -o page.html look at files and their goblins in a browser\n"
-    "Exit status: 0 done, 1 something failed, 2 wrong usage, 3 scene or plug-in cannot be loaded";
+    "  morvane view textures/*.psd -o all.html  look at files in a browser\n"
+    "Status: 0 done, 1 something failed, 2 wrong usage, 3 scene or plug-in not loaded";
+
+// Leaves the texts of options 56 columns of a terminal that has 80.
+constexpr std::size_t kHelpColumn = 24;
 
 // Standard output that could not be written (a full disk) must not pass for success.
 int flushed(int status) {
   const bool ok = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
   if (ok) return status;
-  std::fprintf(stderr, "morvane: standard output could not be written\n");
+  std::fprintf(stderr, "morvane: standard output could not be written; is the disk full?\n");
   return status == kDone ? kFailed : status;
 }
 
@@ -35,6 +38,7 @@ int run(int argc, char** argv) {
   int status = kDone;
   CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
   program.set_version_flag("--version", "morvane " MORVANE_VERSION);
+  program.get_formatter()->column_width(kHelpColumn);
   addRun(program, status);
   addExport(program, status);
   addImport(program, status);
@@ -64,7 +68,7 @@ int main(int argc, char** argv) {
   try {
     return tools::flushed(tools::run(argc, argv));
   } catch (const std::bad_alloc&) {
-    std::fprintf(stderr, "morvane: out of memory\n");
+    std::fprintf(stderr, "morvane: out of memory; free some, or give fewer or smaller files\n");
   } catch (const std::system_error& error) {
     std::fprintf(stderr, "morvane: %s\n", error.what());
   }
