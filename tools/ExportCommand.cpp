@@ -14,13 +14,13 @@ namespace tools {
 namespace {
 
 constexpr const char* kFooter =
-    "A TGA texture is kept, and a PSD file of the same name written beside it.\n"
+    "A TGA texture stays as it is, and a PSD file of its name is written beside it.\n"
     "Examples:\n"
-    "  morvane export level.ma                    every tile, into the tiles' textures\n"
+    "  morvane export level.ma                    every tile, into its texture\n"
     "  morvane export level.ma 'shore*' pond      only these tiles\n"
-    "  morvane export scenes/*.ma --json          many scenes; a JSON line for each tile\n"
+    "  morvane export scenes/*.ma --json          many scenes; a record for each tile\n"
     "  morvane export level.ma --map P:/art=/mnt/art\n"
-    "  morvane export level.ma pond --to pond.psd one tile, with its goblins' names";
+    "  morvane export level.ma pond --to pond.psd one tile into a file of its own";
 
 struct Options {
   std::vector<std::string> words;  // scenes, then nodes
@@ -56,7 +56,8 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
   if (host::execute("file -force -exportSelected -type \"psd\" " + melString(to), "export")) {
     return kDone;
   }
-  complain("the export of " + printable(job.nodes[0]) + " to " + printable(file) + " failed");
+  complain("the export of " + printable(job.nodes[0]) + " to " + printable(file) +
+           " failed; what is printed above says why");
   return kFailed;
 }
 
@@ -68,15 +69,14 @@ void addExport(CLI::App& program, int& status) {
       program.add_subcommand("export", "Write the goblins of tiles into the tiles' texture files");
   command
       ->add_option("SCENE", options->words,
-                   "Scenes, each after the first named *.ma; then tiles, by name or pattern "
-                   "(none: every top-level transform whose mesh has a file texture)")
-      ->type_name("[NODE...]")
+                   "Scenes (*.ma), then names or patterns of tiles in them\n"
+                   "(none: each with a file texture)")
+      ->type_name("")
       ->required();
-  command->add_option(
-      "--to", options->to,
-      "Write exactly one tile, with its goblins' names, into this new PSD file instead");
+  command->add_option("--to", options->to, "Write one tile, with its goblins' names, to a new file")
+      ->type_name("FILE");
   command->add_flag("--json", options->json,
-                    "One JSON record a line for each tile on standard output; the plug-in's own "
+                    "A JSON record a line for each tile; the plug-in's own\n"
                     "lines go to standard error");
   addMapOption(*command, options->maps);
   command->footer(kFooter);

@@ -5,6 +5,7 @@
 
 #include "psd/PsdDocument.h"
 #include "tools/Text.h"
+#include "tools/TileFile.h"
 
 namespace tools {
 namespace {
@@ -156,8 +157,7 @@ std::string ExportReport::textureAdvice(const std::string& tile) const {
     }
     morvane::PsdDocument document(1, 1);
     std::string error;
-    if (!document.load(texture.c_str(), &error))
-      return shown + " cannot be read: " + printable(error);
+    if (!document.load(texture.c_str(), &error)) return "texture " + unreadable(texture, error);
   }
   return "its texture must be a PSD file or an uncompressed TGA image of 24 or 32 bits";
 }

@@ -38,7 +38,8 @@ class Batch {
     for (; scene_ < paths_.size(); ++scene_) worst = std::max(worst, exportScene());
     if (paths_.size() > 1) summarise();
     if (!records_ || records_->ok()) return worst;
-    complain("standard output could not be written: records of tiles are missing");
+    complain(
+        "standard output could not be written: records of tiles are missing; is the disk full?");
     return std::max(worst, kFailed);
   }
 
@@ -68,7 +69,7 @@ class Batch {
     if (!heard) {
       complain(
           "standard output could not be written, so nobody can tell whether every tile was "
-          "exported");
+          "exported; is the disk full?");
     }
     const bool allExported = report.conclude();
     keep(report);

@@ -21,9 +21,8 @@ struct Options {
 // The translator's reader notes the file's path in an attribute that it does not create, on the
 // node at the end of the tile's chain of only children: its mesh or, where goblins stand below the
 // tile already, the tile itself.
-std::string importScript(const std::string& node, const std::string& file) {
-  return "{ select -replace " + melString(node) + ";\n" +
-         "string $tiles[] = `ls -selection -long`;\n"
+std::string importScript(const std::string& file) {
+  return "{ string $tiles[] = `ls -selection -long`;\n"
          "string $noted[] = $tiles;\n"
          "string $below[] = $tiles;\n"
          "while (size($below) == 1) { $noted = $below; $below = `listRelatives -children -fullPath "
@@ -35,15 +34,31 @@ std::string importScript(const std::string& node, const std::string& file) {
          melString(file) + "; }";
 }
 
+// What the plug-in has printed says the rest.
+const char* advice(bool isTagged) {
+  return isTagged ? "give it the file that `morvane export SCENE TILE --to FILE` writes: a texture "
+                    "that was exported into has no names of goblins"
+                  : "what is printed above says why";
+}
+
 ExitStatus importTile(const Options& options) {
   const std::string file = absoluteName(options.file);
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
-  if (!loadDocument(file)) return kFailed;
+  auto document = loadDocument(file);
+  if (!document) return kFailed;
+  const bool isTagged = readGoblins(*document).kind == morvane::GoblinBlobKind::kTagged;
+  document.reset();  // the plug-in has one of its own
   const ExitStatus started = startSession(options.scene, options.maps);
   if (started != kDone) return started;
-  if (!host::execute(importScript(options.node, file), "import")) {
+  if (!host::execute("select -replace " + melString(options.node), "the tile")) {
+    complain(printable(options.scene) + ": cannot select " + printable(options.node) +
+             "; name one transform of the scene");
+    return kFailed;
+  }
+  if (!host::execute(importScript(file), "import")) {
     complain("the import of " + printable(options.file) + " to " + printable(options.node) +
-             " failed" + (output.empty() ? "" : "; the scene was not saved"));
+             " failed" + (output.empty() ? "; " : " and the scene was not saved; ") +
+             advice(isTagged));
     return kFailed;
   }
   return output.empty() || host::saveScene(output) ? kDone : kFailed;
@@ -55,12 +70,23 @@ void addImport(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("import", "Give a tile a PSD file's texture and the goblins in it");
-  command->add_option("SCENE", options->scene, "The scene")->required();
-  command->add_option("NODE", options->node, "The tile")->required();
-  command->add_option("FILE", options->file, "The PSD (or TGA) file")->required();
-  command->add_option("-o,--output", options->output,
-                      "Save the scene here when the import succeeded");
+  command->add_option("SCENE", options->scene, "The scene")->type_name("")->required();
+  command->add_option("NODE", options->node, "The tile that gets texture and goblins")
+      ->type_name("")
+      ->required();
+  command
+      ->add_option("FILE", options->file, "A PSD file from `export --to`; a TGA has only a texture")
+      ->type_name("")
+      ->required();
+  command
+      ->add_option("-o,--output", options->output, "Save the scene here when the import succeeded")
+      ->type_name("SCENE");
   addMapOption(*command, options->maps);
+  command->footer(
+      "What stands below the tile already stays there.\n"
+      "Examples:\n"
+      "  morvane export level.ma pond --to pond.psd\n"
+      "  morvane import bare.ma pond pond.psd -o dressed.ma");
   command->callback([options, &status] { status = importTile(*options); });
 }
 

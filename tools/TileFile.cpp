@@ -7,6 +7,25 @@
 namespace tools {
 namespace {
 
+// Why a file is not loaded, and what the person at the terminal can do about it.
+struct Advice {
+  const char* error;
+  const char* text;
+};
+constexpr Advice kAdvice[] = {
+    {"No such file", "check the name"},
+    {"Permission denied", "make the file readable"},
+    {"not a regular file", "name a PSD or TGA file"},
+    {"ends neither", "name a PSD or TGA file"},
+    {"not a PSD file", "save it again as PSD"},
+    {"is not supported", "save it again as PSD"},
+    {"are supported", "save it again with 24 or 32 bits"},
+    {"pixels: ", "it is cut off or compressed: save it again uncompressed"},
+    {"too large", "save it again with fewer layers or pixels"},
+    {"changed while", "wait until it is written"},
+    {"out of memory", "free memory, or use another machine"},
+};
+
 std::uint32_t countDistinct(const std::vector<std::vector<std::int32_t>>& faces) {
   std::vector<std::int32_t> used;
   for (const auto& face : faces) used.insert(used.end(), face.begin(), face.end());
@@ -93,11 +112,22 @@ std::size_t Goblins::faceCount() const {
   return count;
 }
 
+std::string unreadable(const std::string& path, const std::string& error) {
+  std::string advice =
+      "it is damaged or cut off: fetch it again, or save it again where it was made";
+  for (const Advice& known : kAdvice) {
+    if (error.find(known.error) == std::string::npos) continue;
+    advice = known.text;
+    break;
+  }
+  return printable(path) + ": " + printable(error) + "; " + advice;
+}
+
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path) {
   auto document = std::make_unique<morvane::PsdDocument>(1u, 1u);
   std::string error;
   if (document->load(path.c_str(), &error)) return document;
-  complain(printable(path) + ": " + printable(error));
+  complain(unreadable(path, error));
   return nullptr;
 }
 

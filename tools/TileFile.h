@@ -33,6 +33,9 @@ struct Goblins {
   std::size_t faceCount() const;
 };
 
+// What to tell of a file that PsdDocument::load refused with `error`: which, why, and what to do.
+std::string unreadable(const std::string& path, const std::string& error);
+
 // Loads `path`, or says on standard error what is wrong with it and returns null.
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path);
 

@@ -36,7 +36,10 @@ bool selectTiles(const std::string& scene, std::vector<std::string> names, std::
   if (!host::execute("select -clear", "selection")) return false;
   for (const std::string& name : names) {
     if (host::execute(selectionScript(name), "node " + name)) continue;
-    return fail(scene, "cannot select " + printable(name) + "; nothing was exported", error);
+    return fail(scene,
+                "cannot select " + printable(name) +
+                    ", so nothing was exported; name transforms of the scene, or none for all",
+                error);
   }
   return true;
 }
