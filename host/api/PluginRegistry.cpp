@@ -113,7 +113,8 @@ PluginPtr PluginRegistry::find(const std::string& nameOrPath) const {
 bool PluginRegistry::load(const std::string& nameOrPath, std::string& error) {
   const std::string path = findFile(nameOrPath);
   if (path.empty()) {
-    error = "no plug-in named " + nameOrPath + " was found";
+    error = "no plug-in named " + nameOrPath +
+            " was found; give its path, or its folder in MAYA_PLUG_IN_PATH";
     return false;
   }
   if (const PluginPtr known = find(path)) {
@@ -143,7 +144,7 @@ bool PluginRegistry::start(const PluginPtr& plugin, std::string& error) {
   const MStatus status = initialize(MObject(plugin));
   --plugin->running_;
   plugin->started_ = status == MStatus::kSuccess;
-  error = "the start-up of " + plugin->path + " failed";
+  error = "the start-up of " + plugin->path + " failed; what it printed says why";
   return plugin->started_;
 }
 

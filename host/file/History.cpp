@@ -51,7 +51,8 @@ void evaluate(const NodePtr& node, int& points) {
   const std::string what = "mesh '" + Scene::current().displayName(node) + "' is made by '" +
                            maker->name() + "' (" + maker->type().name() + ")";
   if (!isPrimitive(maker->type().name())) {
-    mel::showWarning(what + ", which is not evaluated: it has no geometry");
+    mel::showWarning(what +
+                     ", which is not evaluated: it has no geometry; delete its history in Maya");
     return;
   }
   const std::string problem = points <= 0
@@ -64,7 +65,8 @@ void evaluate(const NodePtr& node, int& points) {
                                         *node->mesh);
   points -= node->mesh->pointCount();
   if (!problem.empty()) {
-    mel::showWarning(what + ", but " + problem + ": it has no geometry");
+    mel::showWarning(what + ", but " + problem +
+                     ": it has no geometry; delete its history in Maya");
   }
 }
 

@@ -67,10 +67,11 @@ bool exists(const std::string& path, std::string& error) {
 bool settleType(FileRequest& request, std::string& error) {
   if (request.type.empty()) {
     request.type = identifyFile(request.path);
-    error = request.path + " is of no type that is known here";
+    error =
+        request.path + " is neither a Maya ASCII scene nor of a type that a loaded plug-in knows";
     return !request.type.empty();
   }
-  error = "unknown file type '" + request.type + "'";
+  error = "unknown file type '" + request.type + "'; load the plug-in that reads it";
   return request.type == kSceneType || findTranslator(request.type) != nullptr;
 }
 
@@ -95,7 +96,7 @@ bool translate(const FileRequest& request, Mode mode, std::string& error) {
   const MStatus status =
       reads ? object->reader(file, options, mode) : object->writer(file, options, mode);
   error = "the '" + request.type + "' translator could not " + (reads ? "read " : "write ") +
-          request.path;
+          request.path + "; what it printed says why";
   return status == MStatus::kSuccess;
 }
 
@@ -194,7 +195,7 @@ bool exportFile(const FileRequest& given, bool selectionOnly, std::string& error
     return false;
   }
   if (selectionOnly && Scene::current().selection.size() == 0) {
-    error = "nothing is selected";
+    error = "nothing is selected; select what is to be exported";
     return false;
   }
   if (request.type != kSceneType) {

@@ -105,19 +105,20 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   const std::string absolute = absolutePath(path);
   if (std::find(openFiles().begin(), openFiles().end(), absolute) != openFiles().end() ||
       openFiles().size() >= kMaxReferenceDepth) {
-    error = path + " refers to itself";
+    error = path + " refers to itself; remove that reference";
     return false;
   }
   loadedReferences = options.isReference ? loadedReferences + 1 : 0;
   if (loadedReferences > kMaxReferences) {
-    error = path + " is not loaded: the scene refers to too many files";
+    error = path + " is not loaded: the scene refers to too many files, more than " +
+            std::to_string(kMaxReferences);
     return false;
   }
   if (!statements_.open(path, error)) {
     return false;
   }
   if (!isSceneFileStart(statements_.firstLine())) {
-    error = path + " is no scene file: it does not begin with //Maya";
+    error = path + " is no scene file: it does not begin with //Maya; save it as Maya ASCII";
     return false;
   }
   if (options.keepsInfo) {
@@ -140,7 +141,7 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   openFiles().pop_back();
   currentUnits() = outerUnits;
   if (statements_.endedEarly()) {
-    warn("the file ends inside a statement");
+    warn("the file ends inside a statement; it is cut off, or lacks its last semicolon");
   }
   if (statements_.failed()) {
     error = "cannot read all of " + path;
@@ -226,7 +227,8 @@ void SceneReader::runFileStatement(const mel::Words& words) {
   const std::string& name = words.back().text;
   const std::string found = findReference(name, context_.folder);
   if (found.empty()) {
-    warn("the referenced file " + name + " was not found");
+    warn("the referenced file " + name +
+         " was not found; tell where its folder is (--map, dirmap)");
     return;
   }
   Options options;

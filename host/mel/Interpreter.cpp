@@ -107,8 +107,9 @@ Outcome Interpreter::executeFile(const std::string& name) {
   }
   if (!text) {
     outcome.ok = false;
-    outcome.failure.text =
-        (path.empty() ? "no script named " : "cannot read ") + (path.empty() ? name : path);
+    outcome.failure.text = path.empty()
+                               ? "no script named " + name + "; check the name, or MAYA_SCRIPT_PATH"
+                               : "cannot read " + path + "; make it readable";
     return outcome;
   }
   return execute(*text, path);

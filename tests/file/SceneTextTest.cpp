@@ -61,9 +61,12 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
       {"source \"x.mel\";", "a scene file may not run scripts"},
       {"loadPlugin \"morvane\";", "a scene file may not load plug-ins"},
       {"delete \"persp\";", "a scene file may not delete nodes"},
-      {"file -r -ns \"rock\" \"gone/rock.ma\";", "the referenced file gone/rock.ma was not found"},
-      {"setAttr \".v\" no", "the file ends inside a statement"},
-      {"setAttr \".v\" \"no;", "the file ends inside a statement"},
+      {"file -r -ns \"rock\" \"gone/rock.ma\";",
+       "the referenced file gone/rock.ma was not found; tell where its folder is (--map, dirmap)"},
+      {"setAttr \".v\" no",
+       "the file ends inside a statement; it is cut off, or lacks its last semicolon"},
+      {"setAttr \".v\" \"no;",
+       "the file ends inside a statement; it is cut off, or lacks its last semicolon"},
   };
   for (const auto& c : kCases) {
     const std::string warnings = open(std::string("requires maya \"2018\";\n  ") + c.statement);
@@ -76,7 +79,8 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
 TEST_F(SceneText, FilesThatAreNoSceneLeaveAnEmptyOne) {
   writeText("not.ma", "createNode transform -n \"a\";");
   EXPECT_EQ(openPath(pathOf("not.ma")),
-            "failed: " + pathOf("not.ma") + " is no scene file: it does not begin with //Maya");
+            "failed: " + pathOf("not.ma") +
+                " is no scene file: it does not begin with //Maya; save it as Maya ASCII");
   EXPECT_EQ(openPath(pathOf("gone.ma")), "failed: no file named " + pathOf("gone.ma"));
   EXPECT_EQ(run("objExists a"), "0");
   EXPECT_EQ(run("objExists persp"), "1");

@@ -49,15 +49,17 @@ TEST_F(PluginLoading, TranslatorsAreChosenByTypeOrByContent) {
   EXPECT_EQ(run("file -import -options \"o=1\" \"probe.bin\";"), path);
   EXPECT_EQ(run("file -import -type \"probeFile\" -options \"o=1\" \"probe.bin\";"), path);
   EXPECT_EQ(run("file -import -type \"probeFile\" \"probe.bin\";"),
-            "failed: file: the 'probeFile' translator could not read " + path);
+            "failed: file: the 'probeFile' translator could not read " + path +
+                "; what it printed says why");
   EXPECT_EQ(run("select persp; file -exportSelected -type \"probeFile\" \"out.bin\";"),
             "failed: file: files of type 'probeFile' cannot be written");
   EXPECT_EQ(run("file -import -type \"other\" \"probe.bin\";"),
-            "failed: file: unknown file type 'other'");
+            "failed: file: unknown file type 'other'; load the plug-in that reads it");
   // What the plug-in leaves registered goes with it.
   run("unloadPlugin probe;");
   EXPECT_EQ(run("file -import \"probe.bin\";"),
-            "failed: file: " + path + " is of no type that is known here");
+            "failed: file: " + path +
+                " is neither a Maya ASCII scene nor of a type that a loaded plug-in knows");
   std::filesystem::remove(path);
 }
 
@@ -71,7 +73,9 @@ TEST_F(PluginLoading, AFailedStartLeavesWhatWasRegistered) {
 }
 
 TEST_F(PluginLoading, WhatIsNoPluginIsRefused) {
-  EXPECT_EQ(run("loadPlugin gone;"), "failed: loadPlugin: no plug-in named gone was found");
+  EXPECT_EQ(run("loadPlugin gone;"),
+            "failed: loadPlugin: no plug-in named gone was found; give its path, or its folder in "
+            "MAYA_PLUG_IN_PATH");
   EXPECT_NE(run("loadPlugin probe_lacks_removal;").find("does not export uninitializePlugin"),
             std::string::npos);
   EXPECT_EQ(run("probe;"), "failed: unknown command 'probe'");
