@@ -29,7 +29,8 @@ const std::uint8_t* runEnd(const std::uint8_t* from, const std::uint8_t* end) {
 std::uint8_t* packRow(const std::uint8_t* row, std::size_t length, std::uint8_t* to) {
   const std::uint8_t* const end = row + length;
   while (row != end) {
-    const std::uint8_t* const next = runEnd(row, end);
+    const bool isSingle = end - row > 1 && row[1] != *row;  // told before all else: most are
+    const std::uint8_t* const next = isSingle ? row + 1 : runEnd(row, end);
     *to++ = static_cast<std::uint8_t>(1 - (next - row));
     *to++ = *row;
     row = next;
@@ -42,12 +43,15 @@ PackBitsKernel::Place unpack(PackBitsKernel::Place at, const std::uint8_t* packe
   while (at.to != toEnd && packedEnd - at.packed >= 2) {
     const auto header = static_cast<std::int8_t>(*at.packed);
     const std::uint8_t* const data = at.packed + 1;
+    if (header == 0) {  // told before all else: most are
+      *at.to = *data;
+      at = {data + 1, at.to + 1};
+      continue;
+    }
     const std::ptrdiff_t count = header == -128 ? 0 : 1 + std::abs(header);
     const std::ptrdiff_t dataLength = header >= 0 ? count : header == -128 ? 0 : 1;
     if (count > toEnd - at.to || dataLength > packedEnd - data) break;
-    if (count == 1) {  // not worth a call
-      *at.to = *data;
-    } else if (header < 0) {
+    if (header < 0) {
       std::memset(at.to, *data, static_cast<std::size_t>(count));
     } else {
       std::memcpy(at.to, data, static_cast<std::size_t>(count));
