@@ -47,6 +47,26 @@ TEST_F(PsdTest, ImportsTga) {
   EXPECT_EQ(planes(*again, 2), "aArRgGbB");
 }
 
+// Wide enough for vectors and no multiple of them, and of more rows than are read at once.
+TEST_F(PsdTest, TakesThePlanesOfLargeTgaApart) {
+  constexpr std::size_t kWidth = 997, kHeight = 300;
+  for (const std::size_t pixelSize : {3u, 4u}) {
+    std::string pixels, expected(4 * kWidth * kHeight, '\xFF');
+    for (std::size_t i = 0; i < kWidth * kHeight * pixelSize; ++i)
+      pixels += static_cast<char>(i * i / 7 + i / 4096);
+    for (std::size_t i = 0; i < kWidth * kHeight; ++i) {
+      const std::size_t row = kHeight - 1 - i / kWidth;  // the file starts with the bottom one
+      for (std::size_t byte = 0; byte < pixelSize; ++byte)
+        expected[(3 - byte) * kWidth * kHeight + i] =
+            pixels[(row * kWidth + i % kWidth) * pixelSize + byte];
+    }
+    const int depth = static_cast<int>(8 * pixelSize);
+    const auto image = loaded(tga(kWidth, kHeight, depth, "", pixels), nullptr, "f.tga");
+    ASSERT_TRUE(image);
+    EXPECT_TRUE(planes(*image, kWidth * kHeight) == expected) << depth;
+  }
+}
+
 TEST_F(PsdTest, RefusesOtherTga) {
   const std::string cases[] = {tga(1, 1, 16, "", "12"),
                                tga(1, 1, 8, "", "1"),
