@@ -91,11 +91,13 @@ class WeldTable {
   // Makes room for as many vertices.
   void reserve(std::size_t vertices);
 
-  // The vertex whose key is `key`, to which end it is appended when it is new. Every call of one
-  // table must pass the same vertices.
+  // The vertex whose key is `key`; a new key is appended to the vertices. Every call of one table
+  // must pass the same vertices, and each time for the same key the same digest, a number whose
+  // high bits differ between keys.
   std::int32_t findOrAdd(const VertexKey& key, std::uint32_t digest,
                          std::vector<VertexKey>& vertices);
 
+  // Has the memory fetched in which a key of this digest is looked for. Needs room for a vertex.
   void prefetch(std::uint32_t digest) const;
 
  private:

@@ -108,7 +108,6 @@ class Welder {
     return position >= 0 && position < mesh_.positions.size() ? position : mesh_.positions.size();
   }
   std::int32_t numberOf(const TileTriangle& triangle, std::size_t corner);
-  void fetchAhead(std::int32_t triangle) const;
   void lookUpWaiting();
 
   const TileMesh& mesh_;
@@ -143,19 +142,9 @@ std::int32_t Welder::numberOf(const TileTriangle& triangle, std::size_t corner) 
   return known.vertex;
 }
 
-void Welder::fetchAhead(std::int32_t triangle) const {
-  if (triangle >= mesh_.triangles.size()) return;
-  for (const std::int32_t position : mesh_.triangles[triangle].positions) {
-    const std::int32_t place = placeOf(position);
-    prefetch(&corners_[place]);
-    prefetch(mesh_.positions.data() + place);
-  }
-}
-
 void Welder::weldBlock(std::int32_t first, std::int32_t end) {
   waitingCount_ = 0;
   for (std::int32_t i = first; i < end; ++i) {
-    fetchAhead(i + kBlock);
     const TileTriangle& triangle = mesh_.triangles[i];
     welded.triangles.push_back(
         {numberOf(triangle, 0), numberOf(triangle, 1), numberOf(triangle, 2)});
