@@ -17,7 +17,10 @@ constexpr const char* kIntroduction =
     "which the better counts. The ratio is the median over the rounds. \"≥\": times as fast as "
     "the\n"
     "peer; \"≤\": time (or memory) beside the peer's. Work that waits for the disk or for another\n"
-    "process is timed by the clock, all other by the processor time it takes.\n";
+    "process is timed by the clock, all other by the processor time it takes; so a flush counts "
+    "in\n"
+    "the export lines and not in the import ones. Where there is no peer a limit stands in its\n"
+    "column.\n";
 
 // What follows "NAME<blanks>:" on the first such line of a system file.
 std::string systemValue(const char* file, const std::string& name) {
