@@ -61,7 +61,7 @@ ExitStatus importTile(const Options& options) {
              advice(isTagged));
     return kFailed;
   }
-  return output.empty() || host::saveScene(output) ? kDone : kFailed;
+  return saveScene(output);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace tools {
 bool writeOutput(const std::string& path, const std::string& text) {
   morvane::FileReplacer out;
   if (out.open(path.c_str()) && out.append(text.data(), text.size()) && out.commit()) return true;
-  complain(printable(out.error()));
+  complain(printable(out.error()) + "; name a file in a folder that can be written");
   return false;
 }
 

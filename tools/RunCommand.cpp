@@ -48,7 +48,7 @@ ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
         step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
     if (!ok) return kFailed;
   }
-  return output.empty() || host::saveScene(output) ? kDone : kFailed;
+  return saveScene(output);
 }
 
 }  // namespace

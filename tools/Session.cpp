@@ -52,4 +52,10 @@ ExitStatus startSession(const std::string& scene, const FolderMaps& maps) {
   return kDone;
 }
 
+ExitStatus saveScene(const std::string& output) {
+  if (output.empty() || host::saveScene(output)) return kDone;
+  complain("the scene was not saved; name a file in a folder that can be written");
+  return kFailed;
+}
+
 }  // namespace tools

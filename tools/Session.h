@@ -24,6 +24,9 @@ void addMapOption(CLI::App& command, FolderMaps& maps);
 // moves the working folder.
 ExitStatus startSession(const std::string& scene, const FolderMaps& maps);
 
+// Saves the scene as `output` (none: the empty text), or says why it cannot.
+ExitStatus saveScene(const std::string& output);
+
 }  // namespace tools
 
 #endif  // MORVANE_TOOLS_SESSION_H_
