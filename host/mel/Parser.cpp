@@ -367,8 +367,8 @@ bool Parser::takeType(Value::Type& type) {
   type = token_.kind == TokenKind::kName ? namedType(token_.text) : Value::Type::kNone;
   if (type == Value::Type::kNone) {
     const bool known = token_.isName("vector") || token_.isName("matrix");
-    known ? fail(token_.offset,
-                 "variables of type " + std::string(token_.text) + " are not supported")
+    known ? fail(token_.offset, "variables of type " + std::string(token_.text) +
+                                    " are not supported; use an array of floats")
           : failAtToken("a type");
     return false;
   }

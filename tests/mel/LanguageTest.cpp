@@ -117,7 +117,7 @@ TEST_F(Language, SaysWhereItFailed) {
       {"string $s[] = {\"a\"}; $s + 1;", "s:1:25: '+' cannot take string[]"},
       {"int $a[]; $a[-1];", "s:1:14: index -1 is outside any array"},
       {"int $a[]; $a[2000000000] = 1;", "s:1:14: index 2000000000 is outside any array"},
-      {"vector $v;", "s:1:1: variables of type vector are not supported"},
+      {"vector $v;", "s:1:1: variables of type vector are not supported; use an array of floats"},
       {"size(\"a\" + ;", "s:1:12: expected a value before ';'"},
       {"5 = 6;", "s:1:1: only a variable can be assigned to"},
       {"proc p(int $a) { } p(1, 2);", "s:1:20: p: needs 1 arguments, not 2"},
