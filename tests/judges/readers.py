@@ -29,10 +29,10 @@ class View:
                     # it), "hidden", "opacity", "blend" and "place"
 
 
-def output(*command):
+def output(*command, folder=None):
     """What the program says. A program that complains does not count as one that can read the file."""
     try:
-        done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=SECONDS,
+        done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=SECONDS, cwd=folder,
                               errors="replace")
     except subprocess.TimeoutExpired:
         raise Unreadable("gives no answer in %d seconds" % SECONDS)
@@ -56,9 +56,10 @@ def imagemagick(path, options=()):
     return View(scenes[0][0], scenes[0][1] != "False", layers)
 
 
-# The merged image is subimage 0. Whether a layer is hidden is not told.
+# The merged image is subimage 0. The program hangs on some names of files, whatever is in them, so it is given the one
+# without the folder, which is the same in every run. Whether a layer is hidden is not told.
 def openimageio(path):
-    text = output("oiiotool", "--info", "-v", "-a", "--hash", path)
+    text = output("oiiotool", "--info", "-v", "-a", "--hash", os.path.basename(path), folder=os.path.dirname(path))
     parts = re.split(r"^ *subimage +\d+: +", text, flags=re.M)
     images = []
     for part in parts[1:] if len(parts) > 1 else parts:
