@@ -21,7 +21,7 @@ std::string fromUtf16(const std::uint16_t* units, std::size_t count) {
       return;
     }
     const int more = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-    text += static_cast<char>((0xF00 >> more & 0xFF) | code >> 6 * more);
+    text += static_cast<char>((0xFF << (7 - more) & 0xFF) | code >> 6 * more);
     for (int i = more - 1; i >= 0; --i) text += static_cast<char>(0x80 | (code >> 6 * i & 0x3F));
   };
   for (std::size_t i = 0; i < count; ++i) {

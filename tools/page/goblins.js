@@ -91,6 +91,12 @@ export class GoblinList {
     }
   }
 
+  // Tells a stage that has just got its goblins what the list says of them.
+  apply() {
+    this.rows.forEach((row, number) => this.stage.setVisible(number, row.box.checked));
+    this.stage.pick(this.picked);
+  }
+
   // A goblin that is picked in the 3D view is brought into sight in the list.
   pick(number, fromStage = false) {
     if (this.picked !== null) {

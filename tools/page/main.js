@@ -24,11 +24,17 @@ function note(item) {
   return item.goblins ? count(goblinCount(item), 'goblin') : 'no goblins';
 }
 
+// With its folder where the name alone would not tell.
+function label(item) {
+  const alone = items.filter((other) => other.name === item.name).length === 1;
+  return alone || item.tile ? item.name : item.file.split(/[\\/]/).slice(-2).join('/');
+}
+
 function fileButton(item, number) {
   const thumbnail = item.picture
     ? element('img', {src: item.picture.thumbnail, alt: '', width: '56', height: '56'})
     : element('span', {class: 'no-thumbnail'});
-  const words = element('span', {class: 'words'}, element('span', {class: 'name'}, item.name), element('span', {class: 'meta'}, note(item)));
+  const words = element('span', {class: 'words'}, element('span', {class: 'name'}, label(item)), element('span', {class: 'meta'}, note(item)));
   const button = element('button', {type: 'button', title: item.file, onclick: () => choose(number)}, thumbnail, words);
   if (isDamaged(item)) button.append(icon('fault'));
   return element('li', {}, button);
@@ -80,12 +86,16 @@ async function showStage(item) {
   byId('no-stage').textContent = stage ? 'Nothing to show.' : 'This browser shows no 3D (WebGL is missing).';
   byId('stage').classList.toggle('without', !hasModel);
   if (!stage) return;
-  const image = byId('picture');
-  if (item.picture) await image.decode().catch(() => {});
+  // An image of its own: the one in the page becomes another entry's before this one is drawn.
+  const image = new Image();
+  if (item.picture) {
+    image.src = item.picture.url;
+    await image.decode().catch(() => {});
+  }
   if (number !== shown) return;
-  stage.show(hasModel ? item : {}, item.picture ? image : null);
+  stage.show(hasModel ? item : {}, image.naturalWidth ? image : null);
   stage.setTileVisible(hasModel && tileSwitch.getAttribute('aria-pressed') === 'true');
-  list.show(item);
+  list.apply();
 }
 
 function choose(number) {
@@ -96,10 +106,11 @@ function choose(number) {
     if (i === number) button.setAttribute('aria-current', 'true');
     else button.removeAttribute('aria-current');
   });
-  byId('title').textContent = item.name;
+  byId('title').textContent = label(item);
   byId('facts').textContent = facts(item);
   document.title = `${item.name} \u2013 tiles and goblins`;
   showFaults(item);
+  stage?.clear();
   showPicture(item);
   showLayers(item.report);
   list.show(item);

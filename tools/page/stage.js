@@ -216,7 +216,9 @@ export class Stage {
     return hit?.object.userData.number ?? null;
   }
 
+  // Goblins are not there while their picture is still being loaded; then this does nothing.
   setVisible(number, visible) {
+    if (!this.goblins[number]) return;
     this.goblins[number].visible = visible;
     if (this.picked === number && this.outline) this.outline.visible = visible;
     this.draw();
@@ -234,9 +236,9 @@ export class Stage {
       this.outline.removeFromParent();
       this.outline = null;
     }
-    this.picked = number;
-    if (number !== null) {
-      const goblin = this.goblins[number];
+    const goblin = this.goblins[number];
+    this.picked = goblin ? number : null;
+    if (goblin) {
       goblin.material = this.pickedSkin;
       this.outline = new LineSegments(new EdgesGeometry(goblin.geometry, 20), new LineBasicMaterial({color: new Color(highlight)}));
       this.outline.visible = goblin.visible;
