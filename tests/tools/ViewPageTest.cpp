@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/tools/Triangles.h"
+#include "tools/DocumentReport.h"
 #include "tools/PictureFile.h"
 
 namespace tools {
@@ -41,6 +42,14 @@ TEST(ViewPage, Base64IsThatOfRfc4648) {
     const std::string bytes = text;
     EXPECT_EQ(base64({bytes.begin(), bytes.end()}), encoded);
   }
+}
+
+// "p\u00E9\u20AC\U0001F98A" with a pair of units for the last, half a pair, and a padding zero.
+TEST(DocumentReport, NamesOfEveryLengthOfCharacterAreUtf8) {
+  morvane::PsdLayer layer;
+  layer.unicodeCount = 7;
+  layer.unicodeChars.reset(new std::uint16_t[8]{'p', 0x00E9, 0x20AC, 0xD83E, 0xDD8A, 0xD83E, 0, 0});
+  EXPECT_EQ(layerName(layer), "p\xC3\xA9\xE2\x82\xAC\xF0\x9F\xA6\x8A\xEF\xBF\xBD");
 }
 
 }  // namespace
