@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <map>
@@ -111,13 +110,6 @@ void expectWeldedLikeAMap(const MeshTables& tables) {
   EXPECT_EQ(welded.vertices.size(), numbers.size());
 }
 
-double secondsToWeld(const MeshTables& tables) {
-  const auto mesh = buildTileMesh(tables);
-  const auto start = std::chrono::steady_clock::now();
-  EXPECT_FALSE(weldTileMesh(*mesh).vertices.empty());
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 TEST(Weld, SharesCornersOnlyWhereEveryAttributeIsShared) {
   MeshTables tables = twoTriangles();
   const WeldedMesh shared = weld(tables);
@@ -182,18 +174,5 @@ TEST(Weld, KeepsFirstAppearanceOrder) {
 }
 
 // Their words end in zeros, which a weak hash would put into few places.
-TEST(Weld, AnIntegerGridTakesNoLongerThanRandomPositions) {
-  std::mt19937 random(7);
-  std::uniform_real_distribution<float> uniform(-100, 100);
-  const MeshTables integers = gridTables(500, [](int x, int y) {
-    return Float3{static_cast<float>(x), 0, static_cast<float>(y)};
-  });
-  const MeshTables reals = gridTables(500, [&](int, int) {
-    return Float3{uniform(random), uniform(random), uniform(random)};
-  });
-  secondsToWeld(reals);
-  EXPECT_LT(secondsToWeld(integers), 3 * secondsToWeld(reals));
-}
-
 }  // namespace
 }  // namespace morvane
