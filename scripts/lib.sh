@@ -51,14 +51,3 @@ install_modules() {
   [ "$1/node_modules/.package-lock.json" -nt "$1/package-lock.json" ] && return 0
   npm ci --prefix "$1" --ignore-scripts --no-audit --no-fund --silent
 }
-
-# install_node: Node.js and npm, unless another npm is there already. The page of `morvane view` is built with them.
-install_node() {
-  command -v npm >/dev/null || install_packages nodejs npm
-}
-
-# install_modules FOLDER: what a folder's package-lock.json names; nothing when that is there already.
-install_modules() {
-  [ "$1/node_modules/.package-lock.json" -nt "$1/package-lock.json" ] && return 0
-  npm ci --prefix "$1" --ignore-scripts --no-audit --no-fund --silent
-}
