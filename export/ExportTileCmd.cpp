@@ -63,7 +63,8 @@ bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, GoblinGeometryBui
   return true;
 }
 
-bool storeGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document) {
+bool storeGoblins(const GoblinGeometryBuilder& builder, const std::string& texture,
+                  PsdDocument& document) {
   const std::uint64_t layerBytes = std::uint64_t{4} * document.rows * document.columns;
   const std::uint64_t size = encodedGoblinGeometrySize(builder, GoblinLayout::kTagged);
   if (layerBytes > 0 && size + 5 > layerBytes) {
@@ -72,8 +73,9 @@ bool storeGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document) {
   const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kTagged, blob.get(), size);
-  if (!document.addDataLayer(kGoblinLayerName, written, blob.get())) {
-    return fail("*** Error : couldn't add goblin layer\n");
+  std::string reason;
+  if (!document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason)) {
+    return fail("*** Error : couldn't add goblin layer\n", texture + ": " + reason);
   }
   return true;
 }
@@ -116,7 +118,8 @@ bool exportTileNode(MObject node) {
   if (!loadTexture(texture.get(), document)) return false;
   GoblinGeometryBuilder builder;
   walk.next();
-  return appendGoblins(walk, tileMatrix, builder) && storeGoblins(builder, document) &&
+  return appendGoblins(walk, tileMatrix, builder) &&
+         storeGoblins(builder, texture.get(), document) &&
          saveTile(savePathFor(texture.get()), document);
 }
 

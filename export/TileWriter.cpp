@@ -70,10 +70,11 @@ MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document,
   const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kNamed, blob.get(), size);
-  if (!document.addDataLayer(kGoblinLayerName, written, blob.get())) {
+  std::string reason;
+  if (!document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason)) {
+    MGlobal::displayError(reason.c_str());
     return failTranslation("Error: couldn't add goblin layer!\n");
   }
-  std::string reason;
   if (!document.save(path, &reason)) {
     std::printf("Error: couldn't save %s!\n", path);
     MGlobal::displayError(reason.c_str());

@@ -20,15 +20,26 @@ constexpr std::uint32_t kLengthSize = 4;
 
 }  // namespace
 
-bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes) {
+bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes,
+                               std::string* error) {
   const std::uint64_t plane = std::uint64_t{rows} * columns;
   const std::uint64_t length = std::uint64_t{size} + kLengthSize;
-  if (length >= kPlanes * plane || (size != 0 && !bytes)) return false;
+  if (length >= kPlanes * plane || (size != 0 && !bytes)) {
+    if (error) {
+      *error = plane == 0 || !headerFault().empty()
+                   ? layerObstacle(name)
+                   : std::to_string(size) + " bytes do not fit a layer of this image";
+    }
+    return false;
+  }
   std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[length]);
-  if (!content) return false;
+  if (!content) {
+    if (error) *error = "out of memory";
+    return false;
+  }
   storeLe32(content.get(), size);
   if (size != 0) std::memcpy(content.get() + kLengthSize, bytes, size);
-  return appendLayer(name, kHiddenFlags, content.get(), length) >= 0;
+  return appendLayer(name, kHiddenFlags, content.get(), length, error) >= 0;
 }
 
 // Reads a layer's planes as one run of bytes, one unpacked plane at a time. The document changes

@@ -100,6 +100,10 @@ class PsdDocument {
   // reads as a PSD file, and refused with that reason where it does not.
   bool load(const char* path, std::string* error = nullptr);
 
+  // What is wrong with a document that was kept in spite of its signature or version, to which no
+  // layer can be added; empty for any other.
+  std::string headerFault() const;
+
   // Writes the document as a PSD file. True only when every byte is on the disk; whatever happens,
   // the path holds the old file or the new one whole (see util/ReplaceFile.h). `error`, where
   // given, gets the reason.
@@ -135,8 +139,8 @@ class PsdDocument {
   // layers first gets a base layer made from its merged image. -1 when the document cannot carry
   // one: it is not 8-bit PSD version 1, has no pixels or a side over kMaxSide, or has no complete
   // merged image of at least 3 channels to make the base layer from; or when the name is over 255
-  // bytes.
-  std::int32_t addLayer(const char* name);
+  // bytes. `error`, where given, gets the reason.
+  std::int32_t addLayer(const char* name, std::string* error = nullptr);
 
   // Removes a layer with its channels; does nothing for layer 0 and for an index that is no
   // layer's.
@@ -145,7 +149,8 @@ class PsdDocument {
 
   // Appends a hidden layer that carries `size` bytes in its channel planes, at most 4 x rows x
   // columns - 5. False where addLayer() gives -1, and for more bytes than that.
-  bool addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes);
+  bool addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes,
+                    std::string* error = nullptr);
 
   // What addDataLayer() stored in the first layer of that name; the channels it reads are packed
   // afterwards. Null, with `size` untouched, when there is no such layer or it does not hold what
@@ -179,7 +184,11 @@ class PsdDocument {
                   const std::uint8_t* content, std::uint64_t contentLength) const;
   // A new layer whose planes start with `content`; its index, or -1.
   std::int32_t appendLayer(const char* name, std::uint8_t flags, const std::uint8_t* content,
-                           std::uint64_t contentLength);
+                           std::uint64_t contentLength, std::string* error);
+  std::int32_t tryAppendLayer(const char* name, std::uint8_t flags, const std::uint8_t* content,
+                              std::uint64_t contentLength);
+  // Why tryAppendLayer() failed.
+  std::string layerObstacle(const char* name) const;
 
   // Memory for all that the commits add, so that they cannot fail; false when there is too little.
   // A resource gets room behind its data, which changes nothing that is saved.

@@ -84,11 +84,16 @@ bool fillRecord(PsdLayer& layer, const PsdDocument& document, const char* name,
   return setFullBlendingRanges(layer.blendingRanges) && setName(layer, name);
 }
 
-bool canCarryLayers(const PsdDocument& document) {
+bool hasSides(const PsdDocument& document) {
   const auto isSide = [](std::uint32_t side) { return side != 0 && side <= PsdDocument::kMaxSide; };
-  return std::memcmp(document.signature, "8BPS", 4) == 0 && document.version == 1 &&
-         document.depth == 8 && isSide(document.rows) && isSide(document.columns);
+  return isSide(document.rows) && isSide(document.columns);
 }
+
+bool canCarryLayers(const PsdDocument& document) {
+  return document.headerFault().empty() && document.depth == 8 && hasSides(document);
+}
+
+constexpr std::int16_t kMaxLayers = std::numeric_limits<std::int16_t>::max();
 
 // A resource of two bytes, with room behind them for one group entry; null when out of memory.
 std::unique_ptr<PsdResource> makeResource(std::uint16_t id, std::uint8_t low) {
@@ -171,8 +176,8 @@ struct PsdDocument::BuiltLayer {
   }
 };
 
-std::int32_t PsdDocument::addLayer(const char* name) {
-  return appendLayer(name, kLayerFlags, nullptr, 0);
+std::int32_t PsdDocument::addLayer(const char* name, std::string* error) {
+  return appendLayer(name, kLayerFlags, nullptr, 0, error);
 }
 
 bool PsdDocument::buildBaseLayer(BuiltLayer& base) const {
@@ -222,11 +227,11 @@ bool PsdDocument::buildLayer(BuiltLayer& built, const PsdLayer& below, const cha
 
 // Everything that can fail comes first, so that a document which cannot carry the layer stays as it
 // was.
-std::int32_t PsdDocument::appendLayer(const char* name, std::uint8_t flags,
-                                      const std::uint8_t* content, std::uint64_t contentLength) {
+std::int32_t PsdDocument::tryAppendLayer(const char* name, std::uint8_t flags,
+                                         const std::uint8_t* content, std::uint64_t contentLength) {
   if (!canCarryLayers(*this) || !name || std::strlen(name) > kMaxNameLength) return -1;
   const bool needsBase = layerCount == 0;
-  if (layerCount > std::numeric_limits<std::int16_t>::max() - 1) return -1;
+  if (layerCount == kMaxLayers) return -1;
   BuiltLayer base;
   if (needsBase && !buildBaseLayer(base)) return -1;
   BuiltLayer built;
@@ -241,6 +246,30 @@ std::int32_t PsdDocument::appendLayer(const char* name, std::uint8_t flags,
   if (needsBase) commitBaseLayer(base);
   commitLayer(built);
   return layerCount - 1;
+}
+
+std::int32_t PsdDocument::appendLayer(const char* name, std::uint8_t flags,
+                                      const std::uint8_t* content, std::uint64_t contentLength,
+                                      std::string* error) {
+  const std::int32_t index = tryAppendLayer(name, flags, content, contentLength);
+  if (index < 0 && error) *error = layerObstacle(name);
+  return index;
+}
+
+std::string PsdDocument::layerObstacle(const char* name) const {
+  const std::string fault = headerFault();
+  if (!fault.empty()) return fault;
+  if (depth != 8) return std::to_string(depth) + " bits a channel, not 8";
+  if (!hasSides(*this)) {
+    return "an image of " + std::to_string(columns) + " x " + std::to_string(rows) +
+           " pixels takes no layer";
+  }
+  if (!name || std::strlen(name) > kMaxNameLength) return "the layer's name is too long";
+  if (layerCount == kMaxLayers) return "it has as many layers as a file can have";
+  if (layerCount != 0) return "out of memory, or the file would be too large";
+  if (channels >= 3)
+    return "the merged image is cut off or of no known compression, or out of memory";
+  return "the merged image has " + std::to_string(channels) + " channels, not red, green and blue";
 }
 
 bool PsdDocument::reserveForLayers(std::size_t newLayers, std::size_t newChannels) {

@@ -5,6 +5,7 @@
 #include <limits>
 #include <new>
 
+#include "psd/FileKind.h"
 #include "psd/PsdNames.h"
 #include "psd/TgaImport.h"
 #include "util/ReserveMore.h"
@@ -116,13 +117,12 @@ void readSections(PsdInput& in, PsdDocument& document) {
   readMergedImage(in, document);
 }
 
-// What explains a file that cannot be read better than the place where reading ended; empty when
-// the file is of the kind that is read here, or too short to say.
-std::string foreignKind(const PsdDocument& document, std::size_t size) {
+// What explains a file that cannot be read better than the place where reading ended does.
+std::string refusal(const PsdDocument& document, std::size_t size, const std::string& error) {
   constexpr std::size_t kVersionEnd = 4 + 2;
-  if (std::memcmp(document.signature, "8BPS", 4) != 0) return "not a PSD file: ";
-  if (document.version == 1 || size < kVersionEnd) return std::string();
-  return "version " + std::to_string(document.version) + " is not supported: ";
+  if (size == 0) return "the file is empty";
+  const std::string fault = size < kVersionEnd ? std::string() : document.headerFault();
+  return fault.empty() ? error : fault;
 }
 
 // Lengths within a file have 32 bits.
@@ -137,7 +137,16 @@ bool loadPsd(const char* path, PsdDocument& document, std::string& error) {
 
 bool loadTga(const char* path, PsdDocument& document, std::string& error) {
   InputFile file;
-  return file.open(path, kMaxFile, error) && importTga(file, document, error);
+  if (!file.open(path, kMaxFile, error)) return false;
+  if (importTga(file, document, error)) return true;
+  std::uint8_t first[kKindSize];
+  std::string ignored;
+  if (file.size() == 0) {
+    error = "the file is empty";
+  } else if (file.read(0, first, kKindSize, ignored) == kKindSize && knownKind(first)) {
+    error = "not a TGA image: " + describeBeginning(first);
+  }
+  return false;
 }
 
 }  // namespace
@@ -148,7 +157,7 @@ bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocume
   document.fileBytes = std::move(bytes);
   readSections(in, document);
   if (in.ok()) return true;
-  error = foreignKind(document, size) + in.error();
+  error = refusal(document, size, in.error());
   return false;
 }
 
@@ -181,6 +190,15 @@ void readName(PsdInput& in, std::uint32_t alignment, std::unique_ptr<char[]>& na
       std::find(text, text + length, 0) == text + length &&
       std::all_of(padding, text + fieldSize - 1, [](auto byte) { return byte == 0; });
   if (!plain) field = start.takeOpaque(fieldSize);
+}
+
+std::string PsdDocument::headerFault() const {
+  if (std::memcmp(signature, "8BPS", 4) != 0) {
+    return "not a PSD file: " + describeBeginning(signature);
+  }
+  if (version == 1) return std::string();
+  return "version " + std::to_string(version) + " is not supported" +
+         (version == 2 ? ": a large document (PSB), not a PSD file" : "");
 }
 
 bool PsdDocument::load(const char* loadPath, std::string* error) {

@@ -81,31 +81,34 @@ TEST_F(PsdTest, RemovingALayerUndoesAddingIt) {
 
 TEST_F(PsdTest, RefusesLayersThatTheDocumentCannotCarry) {
   struct {
-    const char* what;
+    const char* reason;
     void (*change)(PsdDocument&);
   } const cases[] = {
-      {"signature", [](PsdDocument& d) { d.signature[3] = 'B'; }},
-      {"version", [](PsdDocument& d) { d.version = 2; }},
-      {"no rows", [](PsdDocument& d) { d.rows = 0; }},
-      {"no columns", [](PsdDocument& d) { d.columns = 0; }},
-      {"too wide", [](PsdDocument& d) { d.columns = PsdDocument::kMaxSide + 1; }},
-      {"depth", [](PsdDocument& d) { d.depth = 16; }},
-      {"gray", [](PsdDocument& d) { d.channels = 2; }},
-      {"more rows than merged data", [](PsdDocument& d) { d.rows = 5; }},
-      {"short merged data", [](PsdDocument& d) { d.mergedLength -= 1; }},
-      {"short raw merged data",
+      {"begins with 38 42 50 42", [](PsdDocument& d) { d.signature[3] = 'B'; }},
+      {"version 2 is not supported", [](PsdDocument& d) { d.version = 2; }},
+      {"4 x 0 pixels", [](PsdDocument& d) { d.rows = 0; }},
+      {"0 x 4 pixels", [](PsdDocument& d) { d.columns = 0; }},
+      {"65536 x 4 pixels", [](PsdDocument& d) { d.columns = PsdDocument::kMaxSide + 1; }},
+      {"16 bits", [](PsdDocument& d) { d.depth = 16; }},
+      {"2 channels", [](PsdDocument& d) { d.channels = 2; }},
+      {"cut off", [](PsdDocument& d) { d.rows = 5; }},
+      {"cut off", [](PsdDocument& d) { d.mergedLength -= 1; }},
+      {"cut off",
        [](PsdDocument& d) {
          d.mergedCompression = 0;
          d.mergedLength = 47;
        }},
   };
   for (const auto& test : cases) {
+    SCOPED_TRACE(test.reason);
     PsdDocument document(4, 4);
     test.change(document);
     const std::string before = saved(document);
-    EXPECT_EQ(document.addLayer("x"), -1) << test.what;
-    EXPECT_FALSE(addData(document, "x", payload(3))) << test.what;
-    EXPECT_TRUE(saved(document) == before) << test.what;
+    std::string error;
+    EXPECT_EQ(document.addLayer("x", &error), -1);
+    EXPECT_NE(error.find(test.reason), std::string::npos) << error;
+    EXPECT_FALSE(addData(document, "x", payload(3)));
+    EXPECT_TRUE(saved(document) == before);
   }
   PsdDocument document(4, 4);
   EXPECT_EQ(document.addLayer(std::string(256, 'n').c_str()), -1);

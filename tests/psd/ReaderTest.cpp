@@ -249,9 +249,12 @@ TEST_F(PsdTest, SaysFirstWhatKindOfFileIsRefused) {
   struct {
     std::string bytes, reason;
   } const cases[] = {
-      {"GIF89a" + std::string(40, 'x'), "not a PSD file: colour mode data: "},
-      {"", "not a PSD file: header: "},
-      {"8BPS" + be16(2) + std::string(40, 'x'), "version 2 is not supported: colour mode data: "},
+      {"GIF89a" + std::string(40, 'x'), "not a PSD file: begins with 47 49 46 38, a GIF image"},
+      {"\xFF\xD8\xFF\xE0" + std::string(40, 'x'),
+       "not a PSD file: begins with FF D8 FF E0, a JPEG image"},
+      {"text" + std::string(40, 'x'), "not a PSD file: begins with 74 65 78 74"},
+      {"", "the file is empty"},
+      {"8BPS" + be16(2) + std::string(40, 'x'), "version 2 is not supported: a large document"},
       {"8BPS" + be16(1), "header: "},
       {"8BPS" + be16(1).substr(1), "header: "},  // too short to have a version
   };
