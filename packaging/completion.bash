@@ -5,7 +5,7 @@ _morvane_options() {
     run) echo "--command --file --output --map --help" ;;
     export) echo "--to --json --map --help" ;;
     import) echo "--output --map --help" ;;
-    info) echo "--json --help" ;;
+    info) echo "--json --map --help" ;;
     goblins) echo "--json --full --obj --glb --help" ;;
     view) echo "--output --map --help" ;;
     *) echo "--version --help" ;;
@@ -44,7 +44,7 @@ _morvane() {
     *:-c | *:--command | *:--map) ;;
     run:* | export:*) _morvane_files "$word" ma ;;
     import:*) _morvane_files "$word" ma psd tga ;;
-    view:*) _morvane_files "$word" psd tga ma ;;
+    info:* | view:*) _morvane_files "$word" psd tga ma ;;
     *) _morvane_files "$word" psd tga ;;
   esac
 }

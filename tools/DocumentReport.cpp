@@ -89,8 +89,10 @@ Json documentJson(const std::string& file, std::uintmax_t bytes, const PsdDocume
   }
   Json layers = Json::array();
   for (std::int32_t i = 0; i < document.layerCount; ++i) layers.push_back(layerJson(document, i));
+  const std::string fault = document.headerFault();
   return {{"file", toUtf8(file)},
           {"bytes", bytes},
+          {"fault", fault.empty() ? Json() : Json(fault)},
           {"width", document.columns},
           {"height", document.rows},
           {"depth", document.depth},

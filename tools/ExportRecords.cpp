@@ -31,7 +31,7 @@ std::string writtenFile(const std::string& texture) {
 }
 
 void addCounts(const std::string& file, Json& record) {
-  const auto document = loadDocument(file);
+  const auto document = loadDocument(file, file);
   if (!document) return;
   const Goblins goblins = readGoblins(*document);
   record["goblins"] = goblins.goblins.size();

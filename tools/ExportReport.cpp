@@ -27,7 +27,8 @@ struct Advice {
 constexpr Advice kAdvice[] = {
     {"couldn't save psd",
      "check that the texture's folder can be written and the disk is not full"},
-    {"couldn't add goblin layer", "the texture must be an 8-bit RGB image"},
+    {"couldn't add goblin layer",
+     "the line above says why; save the texture again as PSD: RGB, 8 bits a channel"},
     {"goblin geometry exceeds layer size", "use a larger texture, or fewer or simpler goblins"},
     {"tile has no extent", "the tile's mesh must reach over some width in x and in z"},
     {"No mesh", "a tile is a transform with its mesh directly below it"},
@@ -157,7 +158,8 @@ std::string ExportReport::textureAdvice(const std::string& tile) const {
     }
     morvane::PsdDocument document(1, 1);
     std::string error;
-    if (!document.load(texture.c_str(), &error)) return "texture " + unreadable(texture, error);
+    if (!document.load(texture.c_str(), &error))
+      return "texture " + unreadable(texture, error, texture);
   }
   return "its texture must be a PSD file or an uncompressed TGA image of 24 or 32 bits";
 }

@@ -17,10 +17,6 @@
 namespace tools {
 namespace {
 
-std::string counted(std::size_t count, const std::string& thing) {
-  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
 class Batch {
  public:
   explicit Batch(const ExportJob& job) : job_(job), bar_(standardErrorIsTerminal()) {

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
@@ -119,6 +120,11 @@ bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Opti
 bool writeModels(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
   const bool objDone = options.obj.empty() || writeOutput(options.obj, goblinsToObj(goblins));
   const bool glbDone = options.glb.empty() || writeGlb(document, goblins, options);
+  for (const auto& [path, done] :
+       {std::pair(options.obj, objDone), std::pair(options.glb, glbDone)}) {
+    if (path.empty() || !done || options.json) continue;
+    tellWritten(path, counted(goblins.goblins.size(), "goblin"));
+  }
   return objDone && glbDone;
 }
 
@@ -126,7 +132,7 @@ ExitStatus showGoblins(const Options& options) {
   for (const std::string& output : {options.obj, options.glb}) {
     if (wouldReplaceInput(output, {options.file})) return kUsage;
   }
-  const auto document = loadDocument(options.file);
+  const auto document = loadDocument(options.file, options.file);
   if (!document) return kFailed;
   const Goblins goblins = readGoblins(*document);
   const std::string shown = printable(options.file);

@@ -3,6 +3,7 @@
 #include "host/Host.h"
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
+#include "tools/OutputFile.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
 #include "tools/TileFile.h"
@@ -44,7 +45,7 @@ const char* advice(bool isTagged) {
 ExitStatus importTile(const Options& options) {
   const std::string file = absoluteName(options.file);
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
-  auto document = loadDocument(file);
+  auto document = loadDocument(file, options.file);
   if (!document) return kFailed;
   const bool isTagged = readGoblins(*document).kind == morvane::GoblinBlobKind::kTagged;
   document.reset();  // the plug-in has one of its own
@@ -61,7 +62,9 @@ ExitStatus importTile(const Options& options) {
              advice(isTagged));
     return kFailed;
   }
-  return saveScene(output);
+  const ExitStatus saved = saveScene(output);
+  if (saved == kDone && !output.empty()) tellWritten(options.output);
+  return saved;
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -6,6 +7,9 @@
 #include "tools/Commands.h"
 #include "tools/DocumentReport.h"
 #include "tools/ExitStatus.h"
+#include "tools/SceneOpener.h"
+#include "tools/SceneReport.h"
+#include "tools/Session.h"
 #include "tools/Text.h"
 #include "tools/TileFile.h"
 
@@ -57,6 +61,7 @@ void printReport(const std::string& file, std::uintmax_t bytes, const PsdDocumen
               document.columns, document.rows, static_cast<int>(document.depth),
               colourModeName(document.colourMode).c_str(), static_cast<int>(document.channels),
               static_cast<unsigned long long>(bytes));
+  if (!document.headerFault().empty()) std::printf("  %s\n", document.headerFault().c_str());
   for (const auto& resource : document.resources) {
     const std::string name = resource->name ? resource->name.get() : resourceName(resource->id);
     std::printf("  resource %u%s%s: %u bytes\n", static_cast<unsigned>(resource->id),
@@ -72,11 +77,12 @@ void printReport(const std::string& file, std::uintmax_t bytes, const PsdDocumen
               goblins.faceCount());
 }
 
-bool report(const std::string& file, bool json) {
-  const auto document = loadDocument(file);
+// False when something is wrong with it, which is then on standard error.
+bool reportDocument(const std::string& path, const std::string& file, bool json) {
+  const auto document = loadDocument(path, file);
   if (!document) return false;
   std::error_code ignored;
-  const std::uintmax_t bytes = std::filesystem::file_size(file, ignored);
+  const std::uintmax_t bytes = std::filesystem::file_size(path, ignored);
   const Goblins goblins = readGoblins(*document);
   if (json) {
     std::printf("%s\n",
@@ -84,34 +90,61 @@ bool report(const std::string& file, bool json) {
   } else {
     printReport(file, bytes, *document, goblins);
   }
-  if (goblins.fault.empty()) return true;
-  complain(printable(file) + ": the goblin geometry is damaged: " + goblins.fault +
-           "; export the tile again");
-  return false;
+  const std::string fault = document->headerFault();
+  if (!fault.empty()) {
+    complain(printable(file) + ": " + fault + ": it takes no goblins; save it again as PSD");
+  }
+  if (!goblins.fault.empty()) {
+    complain(printable(file) + ": the goblin geometry is damaged: " + goblins.fault +
+             "; export the tile again");
+  }
+  return fault.empty() && goblins.fault.empty();
+}
+
+struct Options {
+  std::vector<std::string> files;
+  bool json = false;
+  FolderMaps maps;
+};
+
+ExitStatus reportAll(const Options& options) {
+  std::vector<std::string> paths;  // absolute, before a scene moves the working folder
+  for (const std::string& file : options.files) paths.push_back(absoluteName(file));
+  SceneOpener scenes(options.maps);
+  ExitStatus worst = kDone;
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    const std::string& file = options.files[i];
+    ExitStatus status = kDone;
+    if (!isScene(paths[i])) {
+      status = reportDocument(paths[i], file, options.json) ? kDone : kFailed;
+    } else {
+      status = scenes.open(paths[i]) ? reportScene(file, options.json) : kNotLoaded;
+    }
+    worst = std::max(worst, status);
+  }
+  return worst;
 }
 
 }  // namespace
 
 void addInfo(CLI::App& program, int& status) {
-  struct Options {
-    std::vector<std::string> files;
-    bool json = false;
-  };
   auto options = std::make_shared<Options>();
-  CLI::App* command = program.add_subcommand("info", "Show what is in PSD files");
-  command->add_option("FILE", options->files, "PSD files (or TGA, as they would be imported)")
+  CLI::App* command =
+      program.add_subcommand("info", "Show what is in PSD files, or a scene's tiles");
+  command
+      ->add_option("FILE", options->files,
+                   "PSD files, TGA files as they would be imported,\n"
+                   "or scenes (*.ma): their tiles and textures")
       ->type_name("")
       ->required();
   command->add_flag("--json", options->json, "One JSON object a line for each file");
+  addMapOption(*command, options->maps);
   command->footer(
       "Examples:\n"
       "  morvane info textures/*.psd                layers, resources and goblins\n"
+      "  morvane info level.ma                      tiles, their goblins and textures\n"
       "  morvane info --json pond.psd | jq .layers  the same for a script");
-  command->callback([options, &status] {
-    for (const std::string& file : options->files) {
-      if (!report(file, options->json)) status = kFailed;
-    }
-  });
+  command->callback([options, &status] { status = reportAll(*options); });
 }
 
 }  // namespace tools

@@ -14,6 +14,10 @@ bool writeOutput(const std::string& path, const std::string& text) {
   return false;
 }
 
+void tellWritten(const std::string& path, const std::string& what) {
+  complain("wrote " + printable(path) + (what.empty() ? "" : ": " + what));
+}
+
 bool wouldReplaceInput(const std::string& output, const std::vector<std::string>& inputs) {
   for (const std::string& input : inputs) {
     std::error_code missing;

@@ -5,7 +5,9 @@
 #include "host/Host.h"
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
+#include "tools/OutputFile.h"
 #include "tools/Session.h"
+#include "tools/Text.h"
 
 namespace tools {
 namespace {
@@ -46,9 +48,16 @@ ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
   for (const Step& step : steps) {
     const bool ok =
         step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
-    if (!ok) return kFailed;
+    if (ok) continue;
+    if (!output.empty()) {
+      complain("a command failed, so " + printable(options.output) +
+               " was not written; what is printed above says why");
+    }
+    return kFailed;
   }
-  return saveScene(output);
+  const ExitStatus saved = saveScene(output);
+  if (saved == kDone && !output.empty()) tellWritten(options.output);
+  return saved;
 }
 
 }  // namespace

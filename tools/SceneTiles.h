@@ -21,6 +21,12 @@ struct SceneTile {
 // Every top-level transform whose mesh has a file texture. The scene is only looked at.
 std::vector<SceneTile> sceneTiles();
 
+// What to tell where there is none.
+inline constexpr const char* kNoTile =
+    "no tile found: no top-level transform has a mesh whose colour comes from a file texture";
+inline constexpr const char* kMissingTexture =
+    " does not exist; if it lies elsewhere on this machine, say where with --map FROM=TO";
+
 }  // namespace tools
 
 #endif  // MORVANE_TOOLS_SCENETILES_H_

@@ -112,6 +112,10 @@ std::string melString(std::string_view text) {
   return result + '"';
 }
 
+std::string counted(std::size_t count, const std::string& thing) {
+  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
 void complain(const std::string& message) {
   std::fprintf(stderr, "morvane: %s\n", message.c_str());
 }

@@ -1,6 +1,7 @@
 #ifndef MORVANE_TOOLS_TEXT_H_
 #define MORVANE_TOOLS_TEXT_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ std::string printableJson(std::string_view json);
 
 // As the command language reads it between double quotes.
 std::string melString(std::string_view text);
+
+// "1 goblin", "2 goblins".
+std::string counted(std::size_t count, const std::string& thing);
 
 // Writes "morvane: MESSAGE" as a line of standard error. Names within it must be printable.
 void complain(const std::string& message);

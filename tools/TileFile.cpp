@@ -1,6 +1,7 @@
 #include "tools/TileFile.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "tools/Text.h"
 
@@ -17,6 +18,9 @@ constexpr Advice kAdvice[] = {
     {"Permission denied", "make the file readable"},
     {"not a regular file", "name a PSD or TGA file"},
     {"ends neither", "name a PSD or TGA file"},
+    {"is empty", "fetch it again, or save it again where it was made"},
+    {", a PSD file", "give its name the extension .psd"},
+    {"not a TGA image", "save it again as PSD or TGA"},
     {"not a PSD file", "save it again as PSD"},
     {"is not supported", "save it again as PSD"},
     {"are supported", "save it again with 24 or 32 bits"},
@@ -112,7 +116,13 @@ std::size_t Goblins::faceCount() const {
   return count;
 }
 
-std::string unreadable(const std::string& path, const std::string& error) {
+std::string unreadable(const std::string& path, const std::string& error,
+                       const std::string& shown) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored)) {
+    const std::string files = (std::filesystem::path(shown) / "*.psd").string();
+    return printable(shown) + ": it is a folder; name the files in it: " + printable(files);
+  }
   std::string advice =
       "it is damaged or cut off: fetch it again, or save it again where it was made";
   for (const Advice& known : kAdvice) {
@@ -120,14 +130,15 @@ std::string unreadable(const std::string& path, const std::string& error) {
     advice = known.text;
     break;
   }
-  return printable(path) + ": " + printable(error) + "; " + advice;
+  return printable(shown) + ": " + printable(error) + "; " + advice;
 }
 
-std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path) {
+std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
+                                                   const std::string& shown) {
   auto document = std::make_unique<morvane::PsdDocument>(1u, 1u);
   std::string error;
   if (document->load(path.c_str(), &error)) return document;
-  complain(unreadable(path, error));
+  complain(unreadable(path, error, shown));
   return nullptr;
 }
 

@@ -33,11 +33,14 @@ struct Goblins {
   std::size_t faceCount() const;
 };
 
-// What to tell of a file that PsdDocument::load refused with `error`: which, why, and what to do.
-std::string unreadable(const std::string& path, const std::string& error);
+// What to tell of a file that PsdDocument::load refused with `error`: which (by the name `shown`),
+// why, and what to do.
+std::string unreadable(const std::string& path, const std::string& error, const std::string& shown);
 
-// Loads `path`, or says on standard error what is wrong with it and returns null.
-std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path);
+// Loads `path`, or says on standard error what is wrong with it, by the name `shown`, and returns
+// null.
+std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
+                                                   const std::string& shown);
 
 // Decodes the document's goblins. Not const: reading a layer unpacks it for the while.
 Goblins readGoblins(morvane::PsdDocument& document);

@@ -1,12 +1,13 @@
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "host/Host.h"
 #include "tools/Commands.h"
 #include "tools/DocumentReport.h"
 #include "tools/ExitStatus.h"
 #include "tools/OutputFile.h"
+#include "tools/SceneOpener.h"
 #include "tools/SceneTiles.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
@@ -22,12 +23,6 @@ struct Options {
   std::string output;
   FolderMaps maps;
 };
-
-bool isScene(const std::string& path) {
-  std::string extension = fs::path(path).extension().string();
-  for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return extension == ".ma";
-}
 
 // Fills in what a file holds, its goblins included. False, with the reason, for a damaged file.
 bool readDocument(const std::string& path, ViewItem& item, std::string& fault) {
@@ -70,17 +65,24 @@ class Viewer {
       return status_ == kDone ? kFailed : status_;
     }
     if (!writeOutput(output, page_.html())) return kFailed;
+    tellWritten(options_.output, (files_ > 0 ? counted(files_, "file") + ", " : "") +
+                                     (tiles_ > 0 ? counted(tiles_, "tile") + ", " : "") +
+                                     counted(goblins_, "goblin"));
     return status_;
   }
 
  private:
   void fail(const std::string& message, ExitStatus status = kFailed) {
     complain(message);
-    if (status_ == kDone) status_ = status;
+    status_ = std::max(status_, status);
   }
 
-  void add(const ViewItem& item) {
-    if (page_.add(item)) return;
+  void add(const ViewItem& item, std::size_t& kind) {
+    if (page_.add(item)) {
+      ++kind;
+      goblins_ += item.goblins.goblins.size();
+      return;
+    }
     fail(printable(item.file) + ": left out, since the page would be over " +
          std::to_string(ViewPage::kMaxBytes >> 20) + " MiB; show fewer files on one page");
   }
@@ -90,18 +92,16 @@ class Viewer {
     item.name = fs::path(path).filename().string();
     item.file = shown;
     if (!readDocument(path, item, item.fault)) {
-      fail(printable(shown) + ": " + printable(item.fault));
+      fail(unreadable(path, item.fault, shown));
     } else if (!item.goblins.fault.empty()) {
       fail(printable(shown) + ": the goblin geometry is damaged: " + item.goblins.fault +
            "; export the tile again");
     }
-    add(item);
+    add(item, files_);
   }
 
   void addScene(const std::string& path, const std::string& shown) {
-    const bool opened =
-        sessionStarted_ ? host::openScene(path) : startSession(path, options_.maps) == kDone;
-    sessionStarted_ = true;
+    const bool opened = scenes_.open(path);
     const std::vector<SceneTile> tiles = opened ? sceneTiles() : std::vector<SceneTile>();
     if (!tiles.empty()) {
       for (const SceneTile& tile : tiles) addTile(tile, shown);
@@ -110,11 +110,9 @@ class Viewer {
     ViewItem item;
     item.name = fs::path(path).filename().string();
     item.file = shown;
-    item.fault = opened ? "no tile found: no top-level transform has a mesh whose colour comes "
-                          "from a file texture"
-                        : "the scene cannot be loaded";
+    item.fault = opened ? kNoTile : "the scene cannot be loaded";
     fail(printable(shown) + ": " + item.fault, opened ? kFailed : kNotLoaded);
-    add(item);
+    add(item, files_);
   }
 
   // The scene's folder is the working folder now, so that the texture's name is good as it stands.
@@ -128,18 +126,24 @@ class Viewer {
       fail(printable(scene) + ": " + printable(tile.name) + ": " + tile.fault);
     } else if (!readDocument(tile.texture, item, fault)) {
       item.pictureFault = fault;
-      fail(printable(scene) + ": " + printable(tile.name) + ": texture " + printable(tile.texture) +
-           ": " + printable(fault));
+      std::error_code ignored;
+      const bool exists = fs::exists(tile.texture, ignored);
+      fail(printable(scene) + ": " + printable(tile.name) + ": texture " +
+           (exists ? unreadable(tile.texture, fault, tile.texture)
+                   : printable(tile.texture) + kMissingTexture));
     }
     item.goblins = tile.goblins;
     if (!tile.mesh.triangles.empty()) item.tile = tile.mesh;
-    add(item);
+    add(item, tiles_);
   }
 
   const Options& options_;
   ViewPage page_;
+  SceneOpener scenes_{options_.maps};
   ExitStatus status_ = kDone;
-  bool sessionStarted_ = false;
+  std::size_t files_ = 0;  // on the page
+  std::size_t tiles_ = 0;
+  std::size_t goblins_ = 0;
 };
 
 }  // namespace
@@ -148,7 +152,7 @@ void addView(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("view", "Show files, or a scene's tiles, in a web page with 3D");
-  command->add_option("FILE", options->files, "PSD files, or Maya ASCII scenes")
+  command->add_option("FILE", options->files, "PSD or TGA files, or scenes (*.ma)")
       ->type_name("")
       ->required();
   command->add_option("-o,--output", options->output, "The page; it needs no network and no server")

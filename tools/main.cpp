@@ -6,6 +6,7 @@
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
 #include "tools/Text.h"
+#include "tools/Usage.h"
 
 namespace tools {
 namespace {
@@ -28,10 +29,6 @@ int flushed(int status) {
   if (ok) return status;
   std::fprintf(stderr, "morvane: standard output could not be written; is the disk full?\n");
   return status == kDone ? kFailed : status;
-}
-
-std::string wrongUsage(const CLI::App*, const CLI::Error& error) {
-  return "morvane: " + printable(error.what()) + "; morvane --help shows how it is used\n";
 }
 
 int run(int argc, char** argv) {
@@ -70,7 +67,7 @@ int main(int argc, char** argv) {
   } catch (const std::bad_alloc&) {
     std::fprintf(stderr, "morvane: out of memory; free some, or give fewer or smaller files\n");
   } catch (const std::system_error& error) {
-    std::fprintf(stderr, "morvane: %s\n", error.what());
+    tools::complain(tools::printable(error.what()) + "; try again, or with fewer files");
   }
   return tools::kFailed;
 }

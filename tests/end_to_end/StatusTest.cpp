@@ -24,6 +24,8 @@ TEST_F(Status, WrongUsageIs2AndHelpIs0) {
   refuses("$morvane", 2, "subcommand");
   refuses("$morvane nonsense", 2, "nonsense");
   refuses("$morvane --nonsense", 2, "nonsense");
+  refuses("$morvane exprot scene.ma", 2, "no subcommand exprot; did you mean export?");
+  refuses("$morvane view a.psd --ouptut=b.html", 2, "no option --ouptut; did you mean --output?");
   refuses("$morvane export", 2, "SCENE");
   refuses("$morvane info", 2, "FILE");
   refuses("$morvane goblins a.psd --full", 2, "--json");
@@ -85,17 +87,56 @@ TEST_F(Status, DamagedFilesAre1AndNamed) {
   write("text.psd", "this is no picture");
   write("plain.psd", psdBytes(16, 16));
   write("picture.png", "x");
+  write("jpeg.psd", "\xFF\xD8\xFF\xE0 and so on");
+  write("png.tga", "\x89PNG and so on");
+  write("empty.psd", "");
+  shell("mkdir folder");
   for (const std::string command :
        {"info", "info --json", "goblins", "goblins --json", "goblins --obj out.obj"}) {
-    for (const std::string file :
-         {"cut.psd", "text.psd", "picture.png", "missing.psd", "missing.tga"}) {
+    for (const std::string file : {"cut.psd", "text.psd", "picture.png", "missing.psd",
+                                   "missing.tga", "jpeg.psd", "png.tga", "empty.psd", "folder"}) {
       refuses("$morvane " + command + ' ' + file, 1, file);
     }
   }
   refuses("$morvane goblins plain.psd --obj out.obj", 1, "GoblinGeometry");
+  refuses("$morvane info jpeg.psd", 1, "FF D8 FF E0, a JPEG image");
+  refuses("$morvane info png.tga", 1, "not a TGA image: begins with 89 50 4E 47, a PNG image");
+  refuses("$morvane info empty.psd", 1, "is empty");
+  refuses("$morvane info folder", 1, "is a folder");
   const Outcome some = shell("$morvane info cut.psd plain.psd");
   EXPECT_EQ(some.status, 1);
   EXPECT_NE(some.out.find("plain.psd: 16 x 16 pixels"), std::string::npos) << some.out;
+}
+
+// It is kept whole, so that it can be looked at, but takes no goblins.
+TEST_F(Status, AnotherSignatureIs1AndNamed) {
+  write("other.psd", psdBytes(16, 16).replace(3, 1, "X"));
+  write("scene.ma", sceneOfTiles({"other.psd"}));
+  for (const char* command : {"info other.psd", "info --json other.psd", "export scene.ma"}) {
+    const Outcome outcome = shell(std::string("$morvane ") + command);
+    EXPECT_EQ(outcome.status, 1) << command;
+    EXPECT_NE(outcome.out, "") << command;
+    EXPECT_NE(outcome.err.find("other.psd: not a PSD file: begins with 38 42 50 58"),
+              std::string::npos)
+        << outcome.err;
+  }
+}
+
+TEST_F(Status, AScenesTilesAreListedAndAMissingTextureIs1) {
+  write("plain.psd", psdBytes(16, 16));
+  write("sound.ma", sceneOfTiles({"plain.psd"}));
+  write("scene.ma", sceneOfTiles({"plain.psd", "gone.psd"}));
+  EXPECT_EQ(shell("$morvane info sound.ma").status, 0);
+  const Outcome outcome = shell("$morvane info --json scene.ma plain.psd");
+  EXPECT_EQ(outcome.status, 1);
+  const std::string tile1 = R"({"tile":"|tile1","texture":"plain.psd","exists":true,"goblins":1,)";
+  EXPECT_EQ(outcome.out.find(R"({"file":"scene.ma","tiles":[)" + tile1 + R"("fault":null},)"), 0)
+      << outcome.out;
+  EXPECT_NE(outcome.out.find("{\"file\":\"plain.psd\""), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.err.find("tile2: texture gone.psd does not exist"), std::string::npos);
+  write("empty.ma", "//Maya ASCII 2018 scene\n");
+  EXPECT_EQ(shell("$morvane info empty.ma").status, 1);
+  refuses("$morvane info missing.ma", 3, "missing.ma");
 }
 
 TEST_F(Status, OutputThatCannotBeWrittenIs1) {

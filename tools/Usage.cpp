@@ -1,0 +1,86 @@
+#include "tools/Usage.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "tools/Text.h"
+
+namespace tools {
+namespace {
+
+// How many letters must be added, left out, changed, or exchanged with the next one.
+std::size_t difference(const std::string& a, const std::string& b) {
+  std::vector<std::size_t> beforeLast, last, row(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    beforeLast = std::exchange(last, row);
+    row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const bool same = a[i - 1] == b[j - 1];
+      row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (same ? 0 : 1)});
+      const bool exchanged = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
+      if (exchanged) row[j] = std::min(row[j], beforeLast[j - 2] + 1);
+    }
+  }
+  return row[b.size()];
+}
+
+// "; did you mean ...?" where something is near, else all that there is.
+std::string suggestion(const std::string& word, const std::vector<std::string>& known) {
+  constexpr std::size_t kNear = 2;
+  const std::string* nearest = nullptr;
+  std::size_t least = std::min(kNear + 1, word.size());
+  std::string all;
+  for (const std::string& each : known) {
+    all += (all.empty() ? "" : ", ") + each;
+    const std::size_t d = difference(word, each);
+    if (d >= least) continue;
+    least = d;
+    nearest = &each;
+  }
+  return nearest ? "; did you mean " + *nearest + "?" : "; there are " + all;
+}
+
+std::vector<std::string> optionsOf(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+std::vector<std::string> subcommandsOf(const CLI::App& program) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+// Of the words that nothing took, an option tells most.
+std::string unexpected(const CLI::App& command, const std::vector<std::string>& words) {
+  const auto isOption = [](const std::string& word) { return word.size() > 1 && word[0] == '-'; };
+  const auto option = std::find_if(words.begin(), words.end(), isOption);
+  if (option != words.end()) {
+    const std::string name = option->substr(0, option->find('='));
+    return "there is no option " + printable(name) + suggestion(name, optionsOf(command));
+  }
+  const std::string& word = words.front();
+  if (command.get_parent()) return printable(word) + " is one argument too many";
+  return "there is no subcommand " + printable(word) + suggestion(word, subcommandsOf(command));
+}
+
+}  // namespace
+
+std::string wrongUsage(const CLI::App* program, const CLI::Error& error) {
+  const auto chosen = program->get_subcommands();
+  const CLI::App& command = chosen.empty() ? *program : *chosen.front();
+  const std::vector<std::string> words = command.remaining();
+  const std::string name = "morvane" + (chosen.empty() ? "" : " " + command.get_name());
+  const std::string what = words.empty() ? printable(error.what()) : unexpected(command, words);
+  return "morvane: " + what + (what.back() == '?' ? " " : "; ") + name +
+         " --help shows how it is used\n";
+}
+
+}  // namespace tools
