@@ -55,13 +55,18 @@ MStatus recordPath(MObject tile, const MString& path) {
   return MStatus::kSuccess;
 }
 
-MStatus readGoblins(PsdDocument& document, MObject tile, const MDagPath& path) {
+MStatus readGoblins(const MString& file, PsdDocument& document, MObject tile,
+                    const MDagPath& path) {
   if (document.findLayer(kGoblinLayerName) < 0) {
     std::printf("Warning: no GoblinGeometry layer found.\n");
     return MStatus::kSuccess;
   }
   std::uint32_t size = 0;
   const std::unique_ptr<std::uint8_t[]> blob = document.readDataLayer(kGoblinLayerName, size);
+  if (!blob) {
+    MGlobal::displayError(file + ": the layer GoblinGeometry does not hold what it says; was it " +
+                          "changed in a paint program? Export the tile again");
+  }
   if (size == 0) return failTranslation("Warning: empty GoblinGeometry layer!\n");
   if (classifyGoblinBlob(blob.get(), size) == GoblinBlobKind::kTagged) {
     return failTranslation("Error: GoblinGeometry layer is in the exportTile layout!\n");
@@ -88,7 +93,7 @@ MStatus readTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mode
   applyTexture(tile, path);
   const MStatus recorded = recordPath(tile, path);
   if (recorded != MStatus::kSuccess) return recorded;
-  return readGoblins(document, tile, tilePath);
+  return readGoblins(path, document, tile, tilePath);
 }
 
 }  // namespace morvane

@@ -311,9 +311,7 @@ void PsdDocument::commitLayer(BuiltLayer& built) {
 void PsdDocument::extendLayerGroups() {
   PsdResource* const groups = findResource(kLayerGroups);
   if (!groups) return;
-  // The new entry and, when the size is odd, the padding, which moves.
-  std::memset(groups->data.get() + groups->size, 0, kGroupEntry + (groups->size & 1));
-  groups->size += kGroupEntry;
+  groups->size += kGroupEntry;  // zeroes, which were reserved behind the padding
   resourcesLength += kGroupEntry;
 }
 
