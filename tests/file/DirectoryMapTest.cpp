@@ -12,10 +12,6 @@ class DirectoryMaps : public SceneFiles {
     DirectoryMap::current() = DirectoryMap();
     SceneFiles::TearDown();
   }
-  static std::string run(const std::string& script) {
-    const mel::Outcome outcome = mel::Interpreter::current().execute(script, "s");
-    return outcome.ok ? outcome.value.toString() : "failed: " + outcome.failure.text;
-  }
 };
 
 TEST_F(DirectoryMaps, TheLongestFolderThatHoldsTheNameIsReplaced) {

@@ -1,6 +1,3 @@
-#include <iostream>
-#include <random>
-#include <set>
 
 #include "host/mel/Text.h"
 #include "host/scene/MeshData.h"
@@ -108,86 +105,41 @@ constexpr char kSmall[] =
     "connectAttr \"m.oc\" \"mSG.ss\";\nconnectAttr \"aShape.iog.og[0]\" \"mSG.dsm\" -na;\n"
     "parent -s -nc -r -add \"|a|aShape\" \"persp\" ;\nselect -ne :time1;\n";
 
-TEST_F(HostileScenes, EveryPrefixOpensOrIsRefused) {
-  const std::string text = kSmall;
-  std::string error;
-  for (std::size_t length = 0; length <= text.size(); ++length) {
-    writeText("prefix.ma", text.substr(0, length));
-    const std::string warnings = openPath(pathOf("prefix.ma"));
-    EXPECT_EQ(warnings.substr(0, 6) == "failed", length < 6) << length;
-    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
-    const std::string first = readAll(pathOf("saved.ma"));
-    openPath(pathOf("saved.ma"));
-    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
-    ASSERT_EQ(readAll(pathOf("saved.ma")), first) << length;
-  }
-}
-
-// Whatever is read is written such that it reads the same.
+// Whatever is read is written such that it reads the same, and gives no commands of its own.
 void HostileScenes::expectStable(const std::string& text) const {
-  std::string error;
   writeText("changed.ma", text);
-  openPath(pathOf("changed.ma"));
+  const std::string warnings = openPath(pathOf("changed.ma"));
+  ASSERT_EQ(warnings.substr(0, 6) == "failed", text.size() < 6) << text;
+  std::string error;
   std::string saved[2];
   for (std::string& bytes : saved) {
     ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
     bytes = readAll(pathOf("saved.ma"));
-    openPath(pathOf("saved.ma"));
+    ASSERT_EQ(openPath(pathOf("saved.ma")).find("unknown command"), std::string::npos) << text;
   }
   ASSERT_EQ(saved[0], saved[1]) << text.substr(text.size() > 2000 ? text.size() - 2000 : 0);
 }
 
-// Bytes changed at random: whatever is read is written such that it reads the same.
-TEST_F(HostileScenes, ChangedBytesNeitherBreakNorGrow) {
-  std::mt19937 random(3);
-  const std::string characters = "\"\\;:|.[]()-0123456789 aegfhmu\n\t$`{}";
-  std::string error;
-  for (int i = 0; i < 2000; ++i) {
-    std::string text = kSmall;
-    for (int changes = 1 + static_cast<int>(random() % 4); changes > 0; --changes) {
-      const std::size_t at = 24 + random() % (text.size() - 24);
-      const bool insert = random() % 2 == 0;
-      text.replace(at, insert ? 0 : 1, 1, characters[random() % characters.size()]);
-    }
-    writeText("changed.ma", text);
-    openPath(pathOf("changed.ma"));
-    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
-    const std::string first = readAll(pathOf("saved.ma"));
-    ASSERT_LT(first.size(), 50000u) << text;
-    openPath(pathOf("saved.ma"));
-    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
-    const std::string second = readAll(pathOf("saved.ma"));
-    openPath(pathOf("saved.ma"));
-    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
-    ASSERT_EQ(readAll(pathOf("saved.ma")), second) << text;
-  }
-}
-
-// Each byte of a small scene as a zero, as 0xFF, and turned over; and real scenes cut short.
+// A small scene with each byte as a zero, as 0xFF, and turned over, and cut short at each; and real
+// scenes cut short.
 TEST_F(HostileScenes, EveryChangedByteAndEveryCutIsHandled) {
-  std::size_t changes = 0;
+  for (std::size_t length = 0; length < sizeof kSmall; ++length) {
+    expectStable(std::string(kSmall, length));
+  }
   for (std::size_t at = 24; at + 1 < sizeof kSmall; ++at) {
     for (const char value : {'\0', '\xFF', static_cast<char>(~kSmall[at])}) {
       std::string text = kSmall;
       text[at] = value;
       expectStable(text);
-      ++changes;
     }
   }
-  std::vector<fs::path> scenes = {fs::path(MORVANE_SOURCE_DIR) / "examples/meadow/meadow.ma"};
-  std::error_code none;
-  for (const auto& entry : fs::recursive_directory_iterator(corpusFolder() / "ma", none)) {
-    if (entry.path().extension() == ".ma" && entry.file_size() < 80000) scenes.push_back(entry);
-  }
-  std::size_t cuts = 0;
-  for (const fs::path& scene : scenes) {
+  for (const fs::path& scene : corpusScenes()) {
+    if (fs::file_size(scene) >= 80000) continue;
     const std::string text = readAll(scene);
-    for (std::size_t length = 6; length < text.size(); length += 1 + text.size() / 40, ++cuts) {
+    for (std::size_t length = 6; length < text.size(); length += 1 + text.size() / 40) {
       expectStable(text.substr(0, length));
     }
   }
-  std::cout << changes << " changed scenes, " << cuts << " cut ones of " << scenes.size()
-            << " real files\n";
 }
 
 // What once was read and then written such that it read otherwise.
@@ -226,53 +178,8 @@ TEST_F(HostileScenes, FewWordsMakeNoGiants) {
   EXPECT_NE(warnings.find("the scene refers to too many files"), std::string::npos);
 }
 
-// Statements that do more than describe a scene leave no trace.
-TEST_F(HostileScenes, CannotWriteFilesOrRunScripts) {
-  writeText("evil.mel", "createNode transform -n trace;");
-  for (const char* statement :
-       {"file -rename \"out.ma\"; file -save;", "file -exportAll -type \"mayaAscii\" \"out.ma\";",
-        "file -f -type \"mayaAscii\" -ea \"out.ma\";", "source \"evil.mel\";",
-        "eval \"createNode transform -n trace\";",
-        "evalDeferred \"createNode transform -n trace\";", "python \"open('out.ma', 'w')\";",
-        "system \"touch out.ma\";",
-        "createNode script -n \"s\"; setAttr \".b\" -type \"string\" \"createNode transform -n "
-        "trace\"; setAttr \".st\" 1;",
-        "global proc p() { createNode transform -n trace; } p;"}) {
-    open(statement);
-    EXPECT_EQ(run("objExists trace"), "0") << statement;
-    EXPECT_FALSE(fs::exists(pathOf("out.ma"))) << statement;
-  }
-}
-
-// The first words of a scene file's statements, by the language's own rules for texts and comments.
-std::set<std::string> commandsOf(const std::string& text) {
-  std::set<std::string> commands;
-  bool begins = true;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const char c = text[at];
-    if (c == '"') {
-      for (++at; at < text.size() && text[at] != '"'; ++at) at += text[at] == '\\' ? 1 : 0;
-    } else if (text.compare(at, 2, "//") == 0) {
-      at = std::min(text.find_first_of("\r\n", at), text.size());
-    } else if (c == ';') {
-      begins = true;
-    } else if (begins && std::isspace(static_cast<unsigned char>(c)) == 0) {
-      const std::size_t end = text.find_first_of(" ;\n", at);
-      commands.insert(text.substr(at, end - at));
-      begins = false;
-    } else if (std::string("`$(){}").find(c) != std::string::npos) {
-      commands.insert(std::string(1, c));
-    }
-  }
-  return commands;
-}
-
 // A scene that was opened and saved is commands for whoever opens it next.
 TEST_F(HostileScenes, TextsOfASceneAreNeverCommandsOfASavedOne) {
-  const std::set<std::string> known = {
-      "file",          "requires",      "currentUnit", "fileInfo", "createNode",
-      "rename",        "setAttr",       "addAttr",     "select",   "connectAttr",
-      "dataStructure", "applyMetadata", "parent",      "lockNode", "relationship"};
   const std::string statements[] = {
       "currentUnit -l centimeter -t ?;",
       "createNode ? -n \"x\";\nsetAttr \".v\" 1;",
@@ -315,7 +222,6 @@ TEST_F(HostileScenes, TextsOfASceneAreNeverCommandsOfASavedOne) {
                                "-n",
                                std::string("x\0; trace;", 10),
                                std::string(100000, '"')};
-  std::string error;
   for (const std::string& statement : statements) {
     for (const std::string& text : texts) {
       std::string filled;
@@ -324,15 +230,7 @@ TEST_F(HostileScenes, TextsOfASceneAreNeverCommandsOfASavedOne) {
                   : c == '!' ? mel::quoted("." + text)
                              : std::string(1, c);
       }
-      open(filled);
-      ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
-      const std::string saved = readAll(pathOf("saved.ma"));
-      for (const std::string& command : commandsOf(saved)) {
-        EXPECT_EQ(known.count(command), 1u) << command << " of " << filled.substr(0, 300);
-      }
-      openPath(pathOf("saved.ma"));
-      ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
-      EXPECT_EQ(readAll(pathOf("saved.ma")), saved) << filled.substr(0, 300);
+      expectStable("//Maya ASCII 2018 scene\n" + filled);
     }
   }
 }

@@ -11,13 +11,15 @@
 
 #include "host/file/SceneFiles.h"
 #include "host/file/SceneWriter.h"
-#include "host/mel/Interpreter.h"
 #include "host/scene/Scene.h"
+#include "tests/mel/Script.h"
 #include "tests/util/Corpus.h"
 
 namespace host {
 
 namespace fs = std::filesystem;
+using mel::run;
+using morvane::corpusScenes;
 
 inline std::string readAll(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -62,22 +64,10 @@ class SceneFiles : public testing::Test {
     return ok ? warnings : "failed: " + error;
   }
 
-  // The script's value, array elements with blanks between.
-  static std::string run(const std::string& script) {
-    const mel::Outcome outcome = mel::Interpreter::current().execute(script, "s");
-    std::string shown;
-    for (const std::string& word : outcome.value.toWords()) {
-      shown += (shown.empty() ? "" : " ") + word;
-    }
-    return outcome.ok ? shown : "failed: " + outcome.failure.text;
-  }
-
   static NodePtr node(const std::string& name) { return Scene::current().findNode(name); }
 
   fs::path folder_;
 };
-
-using morvane::corpusFolder;
 
 }  // namespace host
 

@@ -18,27 +18,15 @@ constexpr char kSquare[] =
     "\tsetAttr -s 2 \".fc[0:1]\" -type \"polyFaces\"\n"
     "\t\tf 3 0 1 2\n\t\tmu 0 3 0 1 2\n\t\tf 3 -3 3 4\n\t\tmu 0 3 0 2 3;\n";
 
-TEST_F(SceneText, MeshesKeepEveryNumber) {
-  EXPECT_EQ(open(kSquare), "");
-  const MeshData& mesh = *node("squareShape")->mesh;
-  ASSERT_EQ(mesh.problem(), "");
-  ASSERT_EQ(mesh.pointCount(), 4);
-  EXPECT_EQ(mesh.points()[3].x, 0.1);
-  EXPECT_TRUE(std::signbit(mesh.points()[1].z));
-  EXPECT_EQ(mesh.cornerVertices(), (std::vector<int>{0, 1, 2, 0, 2, 3}));
-  EXPECT_FALSE(mesh.edges()[0].smooth());
-  ASSERT_EQ(mesh.uvSets().size(), 1u);
-  EXPECT_EQ(mesh.uvSets()[0].ids, (std::vector<int>{0, 1, 2, 0, 2, 3}));
-}
-
 TEST_F(SceneText, StatementsMayBeWrittenInManyWays) {
-  EXPECT_EQ(open("/* a ; comment \" */ createNode // another ;\n transform -n ( \"long\" + // "
-                 "\"x\"\n\"Name\" )\n;;"
-                 "addAttr -ln \"note\" -dt \"string\";\n"
-                 "setAttr \".note\" -type \"string\" (\n \"one; \\\"two\\\"\\n\"\n + \"// three /* "
-                 "four\" );\r\n"
-                 "setAttr -k off -cb on \".translate\" -type \"double3\" 1 2 3 ;setAttr\".v\"no;"),
-            "");
+  EXPECT_EQ(
+      open("/* a ; comment \" */ createNode // another ;\n transform -n ( \"long\" + // "
+           "\"x\"\n\"Name\" )\n;;"
+           "addAttr -ln \"note\" -dt \"string\";\n"
+           "setAttr \".note\" -type \"string\" (\n \"one; \\\"two\\\"\\n\"\n + \"// three /* "
+           "four\" );\r\n"
+           "setAttr -k off -cb on \".translate\" -type \"double3\" 1 2 3 ;setAttr\".v\"(no);"),
+      "");
   EXPECT_EQ(run("getAttr longName.note"), "one; \"two\"\n// three /* four");
   EXPECT_EQ(run("getAttr longName.t"), "1 2 3");
   EXPECT_EQ(run("getAttr longName.v"), "0");
@@ -51,6 +39,9 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
   } kCases[] = {
       {"nosuch -x 1;", "unknown command 'nosuch'"},
       {"createNode transform -zz;", "createNode: unknown flag -zz"},
+      {"setAttr;", "setAttr: names no attribute"},
+      {"addAttr -at long;", "addAttr: -ln is missing"},
+      {"parent \"persp\";", "parent: needs objects and a parent"},
       {"setAttr \"gone.tx\" 1;", "setAttr: No object matches name: gone"},
       {"connectAttr \"a.b\" \"c.d\";", "connectAttr: No object matches name: a"},
       {"createNode transform -p \"gone\";", "createNode: No object matches name: gone"},
@@ -167,7 +158,8 @@ TEST_F(SceneText, WhatWasMadeComesBack) {
        "\tsetAttr \".pair\" -type \"double2\" 0.1 -0;\n");
   run("addAttr -ln goblinName -dt \"string\" squareShape; "
       "setAttr -type \"string\" squareShape.goblinName \"a \\\"quoted\\\" \\\\ name;\\n`ls`\"; "
-      "setAttr -lock true squareShape.goblinName; setAttr -l true square.tx; createNode lambert -n "
+      "setAttr -lock true squareShape.goblinName; setAttr squareShape.pt[3] 0 2 0; setAttr -l true "
+      "square.tx; createNode lambert -n "
       "skin; "
       "createNode PSDTextureNode -n tex; sets -renderable true -noSurfaceShader true -empty -name "
       "skinSG; "
@@ -189,6 +181,15 @@ TEST_F(SceneText, WhatWasMadeComesBack) {
   EXPECT_EQ(run("listConnections skin.color"), "tex");
   EXPECT_EQ(run("size(`ls -ap -type mesh`)"), "2");
   const MeshData& mesh = *node("squareShape")->mesh;
+  ASSERT_EQ(mesh.problem(), "");
+  EXPECT_EQ(mesh.cornerVertices(), (std::vector<int>{0, 1, 2, 0, 2, 3}));
+  EXPECT_EQ(mesh.points()[3].x, 0.1);
+  EXPECT_EQ(mesh.points()[3].y, 2.0);
+  EXPECT_TRUE(std::signbit(mesh.points()[1].z));
+  EXPECT_FALSE(mesh.edges()[0].smooth());
+  EXPECT_TRUE(mesh.edges()[1].smooth());
+  ASSERT_EQ(mesh.uvSets().size(), 1u);
+  EXPECT_EQ(mesh.uvSets()[0].ids, (std::vector<int>{0, 1, 2, 0, 2, 3}));
   ASSERT_EQ(mesh.storedNormals().size(), 6u);
   EXPECT_EQ(mesh.storedNormals()[3].x, kUnlockedNormal);
   EXPECT_EQ(mesh.points()[2].y, 0.25);

@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 
-#include "host/Host.h"
-#include "host/mel/Interpreter.h"
+#include "tests/mel/Script.h"
 
 namespace host::mel {
 namespace {
@@ -13,15 +10,6 @@ class PluginLoading : public testing::Test {
  protected:
   static void SetUpTestSuite() { addPlugInFolder(MORVANE_PROBE_FOLDER); }
   void SetUp() override { newScene(); }
-
-  static std::string run(const std::string& script) {
-    const Outcome outcome = Interpreter::current().execute(script, "s");
-    std::string shown;
-    for (const std::string& word : outcome.value.toWords()) {
-      shown += (shown.empty() ? "" : " ") + word;
-    }
-    return outcome.ok ? shown : "failed: " + outcome.failure.text;
-  }
 };
 
 TEST_F(PluginLoading, CommandsGetTheirWordsAndGiveResults) {

@@ -6,11 +6,8 @@
 
 #include <cstring>
 
-#ifdef _WIN32
-#define PROBE_EXPORT extern "C" __declspec(dllexport)
-#else
-#define PROBE_EXPORT extern "C" __attribute__((visibility("default")))
-#endif
+#include "plugin/Platform.h"
+
 #ifdef __clang__
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
 #endif
@@ -47,7 +44,7 @@ class ProbeTranslator : public MPxFileTranslator {
 
 }  // namespace
 
-PROBE_EXPORT MStatus initializePlugin(MObject object) {
+MORVANE_EXPORT MStatus initializePlugin(MObject object) {
   MFnPlugin plugin(object, "Probe", "4.2");
 #ifdef PROBE_FAILS
   const MStatus status = plugin.registerCommand("probeLeft", ProbeCommand::creator);
@@ -61,7 +58,7 @@ PROBE_EXPORT MStatus initializePlugin(MObject object) {
 
 #ifndef PROBE_LACKS_REMOVAL
 // Leaves its translator to the host.
-PROBE_EXPORT MStatus uninitializePlugin(MObject object) {
+MORVANE_EXPORT MStatus uninitializePlugin(MObject object) {
   return MFnPlugin(object).deregisterCommand("probe");
 }
 #endif

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -31,17 +30,6 @@ TEST(Numbers, ReadBackWithTheSameBits) {
     ASSERT_TRUE(back.has_value()) << formatNumber(number);
     ASSERT_EQ(bits(*back), all) << formatNumber(number);
   }
-}
-
-TEST(Numbers, WhateverTheLocale) {
-  // A locale with a decimal comma, where the machine has one.
-  const char* const kLocales[] = {"de_DE.UTF-8", "fr_FR.UTF-8"};
-  for (const char* name : kLocales) {
-    std::setlocale(LC_ALL, name);
-    EXPECT_EQ(parseNumber("1.5"), 1.5);
-    EXPECT_EQ(formatNumber(1.5), "1.5");
-  }
-  std::setlocale(LC_ALL, "C");
 }
 
 TEST(Numbers, AreWholeTexts) {

@@ -1,8 +1,10 @@
 #ifndef MORVANE_TESTS_UTIL_CORPUS_H_
 #define MORVANE_TESTS_UTIL_CORPUS_H_
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <vector>
 
 namespace morvane {
 
@@ -16,6 +18,18 @@ inline std::filesystem::path corpusFolder() {
       return at.parent_path() / "shared" / "corpus";
   }
   return {};
+}
+
+// The Maya scenes among them, by name.
+inline std::vector<std::filesystem::path> corpusScenes() {
+  std::vector<std::filesystem::path> scenes;
+  std::error_code none;
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator(corpusFolder() / "ma", none)) {
+    if (entry.path().extension() == ".ma") scenes.push_back(entry.path());
+  }
+  std::sort(scenes.begin(), scenes.end());
+  return scenes;
 }
 
 }  // namespace morvane
