@@ -40,6 +40,10 @@ class MFnMeshTest : public testing::Test {
                                                      host::IndexSet(std::move(ranges))));
   }
 
+  static MIntArray arrayOf(const std::vector<int>& list) {
+    return MIntArray(list.data(), static_cast<unsigned>(list.size()));
+  }
+
   NodePtr transform_;
 };
 
@@ -96,34 +100,30 @@ TEST_F(MFnMeshTest, PointsAndNormalsInBothSpaces) {
 }
 
 TEST_F(MFnMeshTest, CreateMakesATransformOnlyWhereThereIsNoParent) {
-  MPointArray points;
-  points.append(0, 0, 0);
-  points.append(1, 0, 0);
-  points.append(1, 1, 0);
-  points.append(0, 1, 0);
-  const int countArray[] = {3, 3};
-  const int connectArray[] = {0, 1, 2, 0, 2, 3};
-  const MIntArray counts(countArray, 2), connects(connectArray, 6);
   const NodePtr parent = make("transform");
   MStatus status;
   MFnMesh mesh;
-  const MObject below = mesh.create(4, 2, points, counts, connects, MObject(parent), &status);
+  const auto create = [&](int vertices, int polygons, const std::vector<int>& counts,
+                          const std::vector<int>& connects, const MObject& below) {
+    return mesh.create(vertices, polygons, MPointArray(4, MPoint()), arrayOf(counts),
+                       arrayOf(connects), below, &status);
+  };
+  const std::vector<int> counts = {3, 3}, connects = {0, 1, 2, 0, 2, 3};
+  const MObject below = create(4, 2, counts, connects, MObject(parent));
   EXPECT_EQ(status, MStatus::kSuccess);
   EXPECT_TRUE(below.hasFn(MFn::kMesh));
   EXPECT_EQ(mesh.object(), below);
   EXPECT_STREQ(mesh.name().asChar(), "polySurfaceShape1");
   EXPECT_EQ(parent->children().size(), 1u);
   EXPECT_EQ(mesh.numFaceVertices(), 6);
-  const MObject alone = mesh.create(4, 2, points, counts, connects, MObject::kNullObj, &status);
+  const MObject alone = create(4, 2, counts, connects, MObject::kNullObj);
   EXPECT_TRUE(alone.hasFn(MFn::kTransform));
   EXPECT_TRUE(mesh.object().hasFn(MFn::kMesh));
 
-  const auto refused = [&](int vertices, int polygons, std::vector<int> c, std::vector<int> v) {
+  const auto refused = [&](int vertices, int polygons, const std::vector<int>& badCounts,
+                           const std::vector<int>& badConnects) {
     const std::size_t before = host::Scene::current().nodes().size();
-    const MIntArray badCounts(c.data(), static_cast<unsigned>(c.size()));
-    const MIntArray badConnects(v.data(), static_cast<unsigned>(v.size()));
-    const MObject made =
-        mesh.create(vertices, polygons, points, badCounts, badConnects, MObject(parent), &status);
+    const MObject made = create(vertices, polygons, badCounts, badConnects, MObject(parent));
     EXPECT_EQ(host::Scene::current().nodes().size(), before);
     return made.isNull() && status == MStatus::kInvalidParameter;
   };
@@ -174,9 +174,8 @@ TEST_F(MFnMeshTest, UvsAreSetGrownAndAssigned) {
   EXPECT_NE(mesh.setUVs(us, few), MStatus::kSuccess);
   EXPECT_NE(mesh.setUVs(few, few), MStatus::kSuccess);
   EXPECT_EQ(mesh.setUVs(us, vs), MStatus::kSuccess);
-  const auto assign = [&](std::vector<int> counts, std::vector<int> ids) {
-    return mesh.assignUVs(MIntArray(counts.data(), static_cast<unsigned>(counts.size())),
-                          MIntArray(ids.data(), static_cast<unsigned>(ids.size())));
+  const auto assign = [&](const std::vector<int>& counts, const std::vector<int>& ids) {
+    return mesh.assignUVs(arrayOf(counts), arrayOf(ids));
   };
   EXPECT_EQ(assign({0, 3}, {3, 0, 1}), MStatus::kSuccess);
   EXPECT_NE(assign({3}, {0, 1, 2}), MStatus::kSuccess);
@@ -296,36 +295,27 @@ TEST_F(MFnMeshTest, ShadingGroupsWithTheirFaces) {
   MFnMesh mesh(pathTo(node));
   MObjectArray groups, components;
   MIntArray indices;
-  EXPECT_EQ(mesh.getConnectedShaders(0, groups, indices), MStatus::kSuccess);
+  const auto indicesAfter = [&](const NodePtr& group, const host::ComponentPtr& component) {
+    EXPECT_TRUE(!group || host::forceMember(
+                              group, host::SelectionItem::of(host::firstPath(node), component)));
+    EXPECT_EQ(mesh.getConnectedShaders(0, groups, indices), MStatus::kSuccess);
+    std::vector<int> result;
+    for (unsigned face = 0; face < indices.length(); ++face) result.push_back(indices[face]);
+    mesh.getConnectedSetsAndMembers(0, groups, components, true);
+    return result;
+  };
+  const NodePtr group[3] = {make("shadingEngine"), make("shadingEngine"), make("shadingEngine")};
+  EXPECT_EQ(indicesAfter(nullptr, nullptr), std::vector<int>(6, -1));
   EXPECT_EQ(groups.length(), 0u);
-  EXPECT_EQ(indices[5], -1);
-  const NodePtr group[2] = {make("shadingEngine"), make("shadingEngine")};
-  host::SelectionItem item;
-  item.node = node;
-  item.path = host::firstPath(node);
-  ASSERT_TRUE(host::forceMember(group[0], item));
-  mesh.getConnectedSetsAndMembers(0, groups, components, true);
+  EXPECT_EQ(indicesAfter(group[0], nullptr), std::vector<int>(6, 0));
   ASSERT_EQ(groups.length(), 1u);
   EXPECT_TRUE(components[0].isNull());
-  EXPECT_EQ(mesh.getConnectedShaders(0, groups, indices), MStatus::kSuccess);
-  EXPECT_EQ(indices[5], 0);
-
-  host::Scene::current().clear();
-  const NodePtr again = makeMesh(host::primitive("polyCube"));
-  MFnMesh second(pathTo(again));
-  const NodePtr parts[2] = {make("shadingEngine"), make("shadingEngine")};
-  item.node = again;
-  item.path = host::firstPath(again);
-  item.component = host::Component::parse("f[0:1]");
-  ASSERT_TRUE(host::forceMember(parts[0], item));
-  item.component = host::Component::parse("f[3:99]");
-  ASSERT_TRUE(host::forceMember(parts[1], item));
-  EXPECT_EQ(second.getConnectedShaders(0, groups, indices), MStatus::kSuccess);
+  ASSERT_TRUE(host::removeMember(group[0], host::SelectionItem::of(host::firstPath(node))));
+  indicesAfter(group[1], host::Component::parse("f[0:1]"));
+  EXPECT_EQ(indicesAfter(group[2], host::Component::parse("f[3:99]")),
+            (std::vector<int>{0, 0, -1, 1, 1, 1}));
   ASSERT_EQ(groups.length(), 2u);
-  EXPECT_EQ(groups[1], MObject(parts[1]));
-  for (unsigned face = 0; face < 6; ++face)
-    EXPECT_EQ(indices[face], face < 2 ? 0 : face == 2 ? -1 : 1);
-  second.getConnectedSetsAndMembers(0, groups, components, true);
+  EXPECT_EQ(groups[1], MObject(group[2]));
   EXPECT_EQ(components[1], faces({{3, 5}}));
 }
 

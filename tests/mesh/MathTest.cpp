@@ -1,12 +1,8 @@
-#include <maya/MBoundingBox.h>
 #include <maya/MFloatPoint.h>
-#include <maya/MIntArray.h>
 #include <maya/MMatrix.h>
 #include <maya/MPoint.h>
 
 #include <gtest/gtest.h>
-
-#include <sstream>
 
 namespace {
 
@@ -38,32 +34,6 @@ TEST(Math, InverseUndoesAndSingularMatricesHaveNone) {
   flat(1, 1) = 0;
   EXPECT_TRUE(flat.isSingular());
   EXPECT_EQ(flat.inverse(), MMatrix::identity);
-}
-
-TEST(Math, BoundingBoxes) {
-  MBoundingBox box;
-  EXPECT_EQ(box.center(), MPoint());
-  box.expand(MPoint(5, 6, 7));  // an empty box does not hold the origin
-  EXPECT_EQ(box.min(), MPoint(5, 6, 7));
-  box.expand(MPoint(1, 8, 7));
-  EXPECT_EQ(box.center(), MPoint(3, 7, 7));
-  EXPECT_TRUE(box.contains(MPoint(2, 7, 7)));
-  EXPECT_FALSE(box.contains(MPoint(2, 7, 7.5)));
-  box.transformUsing(MMatrix(kRows));
-  EXPECT_EQ(box.min(), MPoint(-8 + 3.5 + 10, 2 + 20, 58));
-  EXPECT_EQ(box.max(), MPoint(-6 + 3.5 + 10, 10 + 20, 58));
-}
-
-TEST(Math, ArraysRefuseToInsertPastTheEnd) {
-  const int source[] = {1, 2, 3};
-  MIntArray array(source, 3);
-  EXPECT_TRUE(array.insert(9, 3));
-  EXPECT_TRUE(array.remove(0));
-  EXPECT_FALSE(array.insert(7, 4));
-  EXPECT_FALSE(array.remove(3));
-  std::ostringstream text;
-  text << array;
-  EXPECT_EQ(text.str(), "[2, 3, 9]");
 }
 
 }  // namespace

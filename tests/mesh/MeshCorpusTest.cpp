@@ -1,7 +1,6 @@
 // What real scenes hold, made by the real host, against what is computed here.
 
 #include <cmath>
-#include <filesystem>
 
 #include "host/Host.h"
 #include "host/scene/Scene.h"
@@ -13,17 +12,15 @@ namespace {
 
 class MeshCorpus : public testing::Test {
  protected:
-  // Opens the scene of this file name.
-  void open(const std::string& fileName) {
-    const std::filesystem::path corpus = morvane::corpusFolder();
-    if (corpus.empty()) GTEST_SKIP() << "no corpus beside the sources";
-    start(corpus.string());
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(corpus / "ma")) {
-      if (entry.path().filename() != fileName) continue;
-      ASSERT_TRUE(openScene(entry.path().string()));
-      return;
+  void SetUp() override {
+    if (morvane::corpusScenes().empty()) GTEST_SKIP() << "no corpus";
+  }
+  // Opens the corpus's scene of this file name.
+  bool open(const std::string& fileName) {
+    for (const auto& scene : morvane::corpusScenes()) {
+      if (scene.filename() == fileName) return openScene(scene.string());
     }
-    GTEST_SKIP() << fileName << " is not in the corpus";
+    return false;
   }
   const MeshData& mesh(const char* name) { return *Scene::current().findNode(name)->mesh; }
 
@@ -43,15 +40,10 @@ class MeshCorpus : public testing::Test {
   }
 };
 
-TEST_F(MeshCorpus, SpheresAreTheRealHosts) {
-  open("CubeNormalBakingTest.ma");
-  if (IsSkipped()) return;
+TEST_F(MeshCorpus, SpheresAndPlanesAreTheRealHosts) {
+  ASSERT_TRUE(open("CubeNormalBakingTest.ma"));
   expectSameShape(primitive("polySphere"), mesh("pSphereShape1"));
-}
-
-TEST_F(MeshCorpus, PlanesAreTheRealHosts) {
-  open("batch_render.ma");
-  if (IsSkipped()) return;
+  ASSERT_TRUE(open("batch_render.ma"));
   expectSameShape(primitive("polyPlane", {{"w", 17}, {"h", 17}}), mesh("pPlaneShape1"));
 }
 
@@ -59,8 +51,7 @@ TEST_F(MeshCorpus, PlanesAreTheRealHosts) {
 // neighbouring normals differ by up to 0.2 from what the surface has. How faces were weighted
 // hardly shows on it.
 TEST_F(MeshCorpus, ShorterNormalListsGoByFirstAppearance) {
-  open("normalMap.ma");
-  if (IsSkipped()) return;
+  ASSERT_TRUE(open("normalMap.ma"));
   MeshData& plane = *Scene::current().findNode("planeShape")->mesh;
   const MeshNormals stored = plane.normals();
   const std::vector<float> unlocked(3 * plane.storedNormals().size(), kUnlockedNormal);

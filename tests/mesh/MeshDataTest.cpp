@@ -25,13 +25,6 @@ struct Statements {
   }
 };
 
-TEST(MeshData, SignedEdgesGiveVertices) {
-  const MeshData mesh = Statements().mesh();
-  ASSERT_EQ(mesh.problem(), "");
-  EXPECT_EQ(mesh.faceCount(), 2);
-  EXPECT_EQ(mesh.cornerVertices(), (std::vector<int>{0, 1, 2, 0, 2, 3}));
-}
-
 TEST(MeshData, TopologyThatDoesNotFitIsRefusedWithAReason) {
   struct Case {
     std::function<void(Statements&)> damage;

@@ -100,16 +100,20 @@ TEST(MeshIndex, FindsTheNearestPointThatBruteForceFinds) {
   }
 }
 
+Vec3 pointOn(const MeshData& mesh, const MeshTriangle& t, std::mt19937& random) {
+  std::uniform_real_distribution<double> part(0.0, 1.0);
+  const double b = part(random);
+  const double c = part(random) * (1.0 - b);
+  return cornerPoint(mesh, t.corners[0]) * (1.0 - b - c) + cornerPoint(mesh, t.corners[1]) * b +
+         cornerPoint(mesh, t.corners[2]) * c;
+}
+
 // Next to the surface, single precision cannot tell the distances apart.
 TEST(MeshIndex, PointsNextToTheSurfaceAreNotTakenElsewhere) {
   std::mt19937 random(23);
-  std::uniform_real_distribution<double> part(0.0, 1.0);
   const MeshData mesh = soup(random, 20'000, 0.3);
   for (const MeshTriangle& t : mesh.triangles().list) {
-    const double b = part(random);
-    const double c = part(random) * (1.0 - b);
-    const Vec3 on = cornerPoint(mesh, t.corners[0]) * (1.0 - b - c) +
-                    cornerPoint(mesh, t.corners[1]) * b + cornerPoint(mesh, t.corners[2]) * c;
+    const Vec3 on = pointOn(mesh, t, random);
     const auto found = mesh.surfaceIndex(MMatrix()).closest(on);
     ASSERT_TRUE(found.has_value());
     EXPECT_LT(found->distance, 1e-13);
@@ -157,71 +161,45 @@ TEST(MeshIndex, LeavesOutWhatIsNoNumber) {
 
 // --- UVs at a point
 
-// Gives every vertex the UV that a linear field has there.
-void setField(MeshData& mesh, const Vec3& alongU, const Vec3& alongV) {
-  MeshUvSet& set = *mesh.uvSet(0);
-  set.uvs.clear();
-  for (const Vec3& p : mesh.points()) {
-    set.uvs.push_back({static_cast<float>(dot(p, alongU)), static_cast<float>(dot(p, alongV))});
-  }
-  set.ids = mesh.cornerVertices();
-}
-
-TEST(MeshUvAtPoint, FollowsALinearFieldOnAnyPolygon) {
-  const Vec3 alongU = {0.3, 0.1, 0.05};
-  const Vec3 alongV = {-0.1, 0.4, 0.2};
-  std::vector<MeshData> faces;
-  faces.push_back(
-      primitive("polyPlane", {{"sw", 1}, {"sh", 1}, {"axx", 1}, {"axy", 2}, {"axz", -1}}));
-  faces.push_back(faceWithHoles(
-      {{{0, 0, 0}, {2, 0, 0.5}, {2, 1, 0.5}, {1, 1, 0.25}, {1, 2, 0.25}, {0, 2, 0}}}));
-  faces.push_back(faceWithHoles({{{0, 0, 0}, {9, 0, 0}, {9, 9, 9}, {0, 9, 9}},
-                                 {{3, 3, 3}, {3, 6, 6}, {6, 6, 6}, {6, 3, 3}}}));
-  std::mt19937 random(5);
-  std::uniform_real_distribution<double> part(0.0, 1.0);
-  for (MeshData& mesh : faces) {
-    setField(mesh, alongU, alongV);
-    const Vec3 a = mesh.points()[0];
-    const Vec3 normal = normalized(cross(mesh.points()[1] - a, mesh.points().back() - a));
-    for (const MeshTriangle& t : mesh.triangles().list) {
-      for (int i = 0; i < 20; ++i) {
-        const double b = part(random);
-        const double c = part(random) * (1.0 - b);
-        const Vec3 on = cornerPoint(mesh, t.corners[0]) * (1.0 - b - c) +
-                        cornerPoint(mesh, t.corners[1]) * b + cornerPoint(mesh, t.corners[2]) * c;
-        const auto uv =
-            uvAtPoint(mesh, 0, *mesh.uvSet(0), MMatrix(), on + normal * (part(random) - 0.5));
-        ASSERT_TRUE(uv.has_value());
-        EXPECT_NEAR(uv->u, dot(on, alongU), 1e-6);
-        EXPECT_NEAR(uv->v, dot(on, alongV), 1e-6);
-      }
+// Each expectation is the nearest point of the face, whose UVs are its x and y before the matrix.
+TEST(MeshUvAtPoint, IsThatOfTheNearestPoint) {
+  const std::vector<Vec3> square = {{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}};
+  MeshData holed = faceWithHoles({square, {{4, 4, 0}, {4, 6, 0}, {6, 6, 0}, {6, 4, 0}}});
+  MeshData angle =
+      faceWithHoles({{{0, 0, 0}, {9, 0, 0}, {9, 3, 0}, {3, 3, 0}, {3, 9, 0}, {0, 9, 0}}});
+  for (MeshData* mesh : {&holed, &angle}) {
+    for (const Vec3& p : mesh->points()) {
+      mesh->uvSet(0)->uvs.push_back({static_cast<float>(p.x), static_cast<float>(p.y)});
     }
+    mesh->uvSet(0)->ids = mesh->cornerVertices();
   }
-}
-
-TEST(MeshUvAtPoint, PointsOffThePolygonAreTakenToItsNearestPoint) {
-  MeshData mesh = faceWithHoles({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}},
-                                 {{4, 4, 0}, {4, 6, 0}, {6, 6, 0}, {6, 4, 0}}});
-  setField(mesh, {1, 0, 0}, {0, 1, 0});
   const double twice[4][4] = {{2, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {100, 0, 0, 1}};
+  const double tilted[4][4] = {{0, 1, 0, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {0, 0, 0, 1}};
   struct Case {
+    MeshData& mesh;
     Vec3 from;
     float u, v;
     MMatrix matrix;
   };
   const Case cases[] = {
-      {{12, 5, 3}, 10, 5, MMatrix()},
-      {{-1, -1, 0}, 0, 0, MMatrix()},
-      {{5.5, 5.25, 1}, 6, 5.25f, MMatrix()},    // over the hole
-      {{110, 5.25, 1}, 5, 6, MMatrix(twice)}};  // there the hole is wider than deep
+      {holed, {12, 5, 3}, 10, 5, MMatrix()},
+      {holed, {-1, -1, 0}, 0, 0, MMatrix()},
+      {holed, {1.5, 8.25, -2}, 1.5f, 8.25f, MMatrix()},
+      {holed, {7, 2.5, 8.75}, 2.5f, 8.75f, MMatrix(tilted)},
+      {holed, {5.5, 5.25, 1}, 6, 5.25f, MMatrix()},   // over the hole
+      {holed, {110, 5.25, 1}, 5, 6, MMatrix(twice)},  // there the hole is wider than deep
+      {angle, {2, 8, 1}, 2, 8, MMatrix()},
+      {angle, {8, 2, 1}, 8, 2, MMatrix()},
+      {angle, {4, 7, 1}, 3, 7, MMatrix()},  // beside both arms
+  };
   for (const Case& c : cases) {
-    const auto uv = uvAtPoint(mesh, 0, *mesh.uvSet(0), c.matrix, c.from);
+    const auto uv = uvAtPoint(c.mesh, 0, *c.mesh.uvSet(0), c.matrix, c.from);
     ASSERT_TRUE(uv.has_value());
     EXPECT_NEAR(uv->u, c.u, 1e-5);
     EXPECT_NEAR(uv->v, c.v, 1e-5);
   }
-  mesh.uvSet(0)->ids.resize(3);
-  EXPECT_FALSE(uvAtPoint(mesh, 0, *mesh.uvSet(0), MMatrix(), {0.1, 9.9, 0}).has_value());
+  holed.uvSet(0)->ids.resize(3);
+  EXPECT_FALSE(uvAtPoint(holed, 0, *holed.uvSet(0), MMatrix(), {0.1, 9.9, 0}).has_value());
 }
 
 }  // namespace

@@ -37,15 +37,6 @@ TEST(MeshNormals, HardCubeHasThreeAtEachVertexAndSmoothCubeOne) {
   }
 }
 
-TEST(MeshNormals, SmoothTetrahedronLooksAwayFromItsCentre) {
-  const std::vector<Vec3> points = {{1, 1, 1}, {1, -1, -1}, {-1, 1, -1}, {-1, -1, 1}};
-  const MeshData mesh = meshOf(points, {{0, 1, 2}, {0, 3, 1}, {0, 2, 3}, {1, 3, 2}});
-  ASSERT_EQ(mesh.normals().list.size(), 4u);
-  for (std::size_t v = 0; v < 4; ++v) {
-    expectNormal(mesh.normals().list[v], normalized(points[v]), std::to_string(v));
-  }
-}
-
 // Neither how a face is divided nor how large it is weighs: only its angle does.
 TEST(MeshNormals, FacesWeighByTheirAngle) {
   // The faces x = 0, y = 0 and z = 0 at the origin, of uneven sizes; one in three slices, so that
