@@ -190,20 +190,13 @@ TEST_F(Api, SelectionsKeepOrderAndTakePatterns) {
   unsigned meshes = 0;
   for (MItSelectionList it(list, MFn::kMesh); !it.isDone(); it.next()) ++meshes;
   EXPECT_EQ(meshes, 5u);  // two transforms with one mesh each count
+  const NodePtr group = make("shadingEngine", "SG");
+  forceMember(group, scene.match("b.f[1:2]").at(0));
+  EXPECT_EQ(MFnSet(MObject(group)).getMembers(copy, true), MStatus::kSuccess);
+  EXPECT_EQ(listed(copy), Strings{"bShape.f[1:2]"});
   scene.deleteNode(scene.findNode("a"));
   EXPECT_TRUE(list.getDependNode(0, node).error());
   EXPECT_EQ(list.getDependNode(1, node), MStatus::kSuccess);
-}
-
-TEST_F(Api, SetMembersAreListed) {
-  makeMesh("tile", 4);
-  const NodePtr group = make("shadingEngine", "SG");
-  forceMember(group, scene.match("tile.f[1:2]").at(0));
-  MStatus status;
-  const MFnSet set(MObject(group), &status);
-  MSelectionList members;
-  EXPECT_EQ(set.getMembers(members, true), MStatus::kSuccess);
-  EXPECT_EQ(listed(members), Strings{"tileShape.f[1:2]"});
 }
 
 TEST(Texts, AreCutAndCompared) {

@@ -96,6 +96,7 @@ TEST_F(Names, TextsMatchNodesAndPaths) {
   make("transform", "leaf", a);
   make("transform", "leafy");
   make("transform", "ns:leaf");
+  makeMesh("rock", 4);
   const struct {
     const char* text;
     Strings matches;
@@ -122,6 +123,10 @@ TEST_F(Names, TextsMatchNodesAndPaths) {
       {"nothing", {}},
       {"a.t", {}},
       {"world", {}},
+      {"lambert1.f[0]", {}},
+      {"|rock.f[1:2]", {"|rock|rockShape"}},
+      {"rockShape.f[1:2]", {"|rock|rockShape"}},
+      {"rock.f[x]", {}},
   };
   for (const auto& c : kCases) EXPECT_EQ(matched(c.text), c.matches) << c.text;
   EXPECT_EQ(matched("leaf", true), (Strings{"|a|b|leaf", "|a|leaf", "|ns:leaf"}));
@@ -142,43 +147,9 @@ TEST_F(Names, WhatNamesNothingOrTooMuchIsSaid) {
   EXPECT_TRUE(scene.findPath("lambert1", &error).isEmpty());
 }
 
-TEST_F(Names, ComponentsBelongToTheShape) {
-  makeMesh("rock", 4);
-  for (const char* text : {"rock.f[1:2]", "|rock.f[1:2]", "rockShape.f[1:2]"}) {
-    const auto items = scene.match(text);
-    ASSERT_EQ(items.size(), 1u) << text;
-    EXPECT_EQ(items[0].path.fullName(), "|rock|rockShape");
-    EXPECT_EQ(items[0].names(), Strings{"rockShape.f[1:2]"});
-  }
-  EXPECT_TRUE(scene.match("rock.f[x]").empty());
-  EXPECT_TRUE(scene.match("lambert1.f[0]").empty());
-}
-
 TEST_F(Names, ANewSceneHasWhatFilesRelyOn) {
-  for (const char* name : {"time1",
-                           "renderPartition",
-                           "renderGlobalsList1",
-                           "defaultShaderList1",
-                           "lightList1",
-                           "postProcessList1",
-                           "defaultRenderUtilityList1",
-                           "defaultRenderingList1",
-                           "lambert1",
-                           "initialShadingGroup",
-                           "initialParticleSE",
-                           "defaultTextureList1",
-                           "defaultLightSet",
-                           "defaultRenderGlobals",
-                           "defaultResolution",
-                           "hardwareRenderGlobals",
-                           "defaultHardwareRenderGlobals",
-                           "hardwareRenderingGlobals",
-                           "defaultColorMgtGlobals",
-                           "defaultObjectSet",
-                           "persp",
-                           "topShape",
-                           "|front|frontShape",
-                           "side"}) {
+  for (const char* name : {"time1", "renderPartition", "lambert1", "initialShadingGroup",
+                           "initialParticleSE", "topShape", "|front|frontShape", "side"}) {
     const NodePtr node = scene.findNode(std::string(name[0] == '|' ? "" : ":") + name);
     ASSERT_TRUE(node) << name;
     EXPECT_TRUE(node->isDefault);

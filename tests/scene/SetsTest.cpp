@@ -123,7 +123,9 @@ TEST_F(Sets, FilesAndTheScenesOwnGroupsAreTheSame) {
   join("tileShape.iog.og[2]", "blueSG.dsm");
   join("lambert1.oc", "redSG.ss");
   EXPECT_EQ(members(red), (Strings{"tileShape.f[0:2]", "tileShape.f[5]"}));
-  const auto assigned = assignmentsOf(mesh, 0, true);
+  EXPECT_TRUE(addMember(make("objectSet", "plain"), item("tileShape")));
+  EXPECT_EQ(assignmentsOf(mesh, 0, false).size(), 3u);
+  const auto assigned = assignmentsOf(mesh, 0, true);  // shading groups alone
   ASSERT_EQ(assigned.size(), 2u);
   EXPECT_EQ(assigned[0].set, red);
   EXPECT_FALSE(assigned[0].whole);
@@ -157,6 +159,7 @@ TEST_F(Sets, InstancesAreHeldOnTheirOwn) {
   EXPECT_EQ(members(blue), Strings{"other|tileShape"});
   ASSERT_EQ(assignmentsOf(mesh, 1, true).size(), 1u);
   EXPECT_EQ(assignmentsOf(mesh, 1, true)[0].set, blue);
+  EXPECT_TRUE(assignmentsOf(mesh, 1, true)[0].whole);
   EXPECT_EQ(setsHolding(mesh), (std::vector<NodePtr>{red, blue}));
 }
 
@@ -172,17 +175,6 @@ TEST_F(Sets, ShadingGroupsTakeShapesInPlaceOfTransforms) {
   EXPECT_TRUE(members(red).empty());
   EXPECT_FALSE(forceMember(red, item(make("transform", "bare")->name().c_str())));
   EXPECT_EQ(assignmentsOf(child, 0, true).size(), 1u);
-}
-
-TEST_F(Sets, RenderableMeansAShadingGroup) {
-  const NodePtr plain = make("objectSet", "plain");
-  EXPECT_TRUE(addMember(plain, item("tileShape")));
-  EXPECT_TRUE(addMember(red, item("tileShape")));
-  EXPECT_EQ(assignmentsOf(mesh, 0, false).size(), 2u);
-  const auto renderable = assignmentsOf(mesh, 0, true);
-  ASSERT_EQ(renderable.size(), 1u);
-  EXPECT_EQ(renderable[0].set, red);
-  EXPECT_TRUE(renderable[0].whole);
 }
 
 }  // namespace

@@ -75,13 +75,8 @@ TEST_F(Transforms, EveryPartGoesWhereItShould) {
 TEST_F(Transforms, ATranslationIsExact) {
   const NodePtr node = make("transform", "");
   apply(node, {{"t", {0.1, -1e-17, 1e20}}});
-  const MMatrix m = localMatrix(node);
-  for (unsigned i = 0; i < 3; ++i) {
-    for (unsigned j = 0; j < 3; ++j) EXPECT_EQ(m(i, j), i == j ? 1.0 : 0.0);
-  }
-  EXPECT_EQ(m(3, 0), 0.1);
-  EXPECT_EQ(m(3, 1), -1e-17);
-  EXPECT_EQ(m(3, 2), 1e20);
+  const double exact[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0.1, -1e-17, 1e20, 1}};
+  EXPECT_EQ(localMatrix(node), MMatrix(exact));
 }
 
 TEST_F(Transforms, JointsOrientAndTakeBackTheirParentsScale) {
@@ -122,14 +117,16 @@ TEST_F(Transforms, BoxesAreAroundShapesInTheRightSpace) {
   const NodePtr group = make("transform", "group");
   ASSERT_TRUE(scene.reparent(transform, nullptr, group));
   apply(transform, {{"t", {2, 3, 0}}, {"s", {4, 1, 1}}});
-  apply(group, {{"t", {100, 0, 0}}});
+  apply(group, {{"t", {100, 0, 0}}, {"ry", {90}}});
   const auto expectBox = [](const NodePtr& node, const MPoint& low, const MPoint& high) {
     expectPoint(boundingBox(node).min(), low, "min");
     expectPoint(boundingBox(node).max(), high, "max");
   };
   expectBox(mesh, {-0.5, 0, -0.5}, {0.5, 0, 0.5});
   expectBox(transform, {0, 3, -0.5}, {4, 3, 0.5});
-  expectBox(group, {100, 3, -0.5}, {104, 3, 0.5});
+  expectBox(group, {99.5, 3, -4}, {100.5, 3, 0});
+  EXPECT_TRUE(boundingBox(group).contains({100, 3, -2}));
+  EXPECT_FALSE(boundingBox(group).contains({100, 3, 0.5}));
   EXPECT_EQ(readNumber(plug("plane.bbsix")), 4.0);
   EXPECT_EQ(readNumbers(plug("plane.c")), (std::vector<double>{2, 3, 0}));
   apply(mesh, {{"io", {1}}});
