@@ -17,19 +17,6 @@ PolygonRecord polygon(const std::vector<std::int32_t>& corners) {
   return record;
 }
 
-std::vector<std::array<std::int32_t, 3>> fanOf(std::int32_t corners) {
-  MeshTables tables;
-  std::vector<std::int32_t> indices;
-  for (std::int32_t i = 0; i < corners; ++i) indices.push_back(i);
-  tables.polygons.push_back(polygon(indices));
-  const auto mesh = buildTileMesh(tables);
-  std::vector<std::array<std::int32_t, 3>> triangles;
-  for (std::int32_t i = 0; i < mesh->triangles.size(); ++i) {
-    triangles.push_back(mesh->triangles[i].positions);
-  }
-  return triangles;
-}
-
 TEST(PackColour, TruncatesAndCarries) {
   const float nan = std::numeric_limits<float>::quiet_NaN();
   const float infinity = std::numeric_limits<float>::infinity();
@@ -44,28 +31,23 @@ TEST(PackColour, TruncatesAndCarries) {
   }
 }
 
-TEST(BuildTileMesh, CutsPolygonsIntoFans) {
-  using Fan = std::vector<std::array<std::int32_t, 3>>;
-  EXPECT_EQ(fanOf(0), Fan());
-  EXPECT_EQ(fanOf(2), Fan());
-  EXPECT_EQ(fanOf(3), (Fan{{0, 1, 2}}));
-  EXPECT_EQ(fanOf(4), (Fan{{0, 1, 2}, {0, 2, 3}}));
-  EXPECT_EQ(fanOf(5), (Fan{{0, 1, 2}, {0, 2, 3}, {0, 3, 4}}));
-}
-
-TEST(BuildTileMesh, TriangleHasEveryAttributeOfItsCorners) {
+TEST(BuildTileMesh, CutsPolygonsIntoFansOfCornersWithEveryAttribute) {
   MeshTables tables;
   PolygonRecord record;
-  record.positions = {0, 1, 2, 3};
-  record.uvs = {10, 11, 12, 13};
-  record.normals = {20, 21, 22, 23};
-  record.colours = {30, 31, 32, 33};
+  record.positions = {0, 1, 2, 3, 4};
+  record.uvs = {10, 11, 12, 13, 14};
+  record.normals = {20, 21, 22, 23, 24};
+  record.colours = {30, 31, 32, 33, 34};
   record.materialId = 7;
-  tables.polygons = {polygon({0, 1, 2}), record};
+  tables.polygons = {polygon({}), polygon({8, 9}), polygon({0, 1, 2}), record};
   const auto mesh = buildTileMesh(tables);
-  ASSERT_EQ(mesh->triangles.size(), 3);
-  const std::int32_t expected[14] = {0, 2, 3, 10, 12, 13, 20, 22, 23, 30, 32, 33, 7, 0};
-  EXPECT_EQ(std::memcmp(&mesh->triangles[2], expected, sizeof expected), 0);
+  ASSERT_EQ(mesh->triangles.size(), 4);
+  for (std::int32_t k = 0; k < 3; ++k) {
+    const std::int32_t b = k + 1, c = k + 2;
+    const std::int32_t expected[14] = {0,      b,      c,  10,     10 + b, 10 + c, 20,
+                                       20 + b, 20 + c, 30, 30 + b, 30 + c, 7,      0};
+    EXPECT_EQ(std::memcmp(&mesh->triangles[1 + k], expected, sizeof expected), 0) << k;
+  }
 }
 
 TEST(BuildTileMesh, RefusesIndexListsOfDifferentLength) {

@@ -18,16 +18,6 @@ KeyWords wordsOf(const VertexKey& key) {
   return words;
 }
 
-// A polygon whose corners all have entry 0 of the normals, uvs and colours.
-PolygonRecord polygonAt(std::vector<std::int32_t> positions) {
-  PolygonRecord polygon;
-  for (auto* list : {&polygon.normals, &polygon.uvs, &polygon.colours}) {
-    list->assign(positions.size(), 0);
-  }
-  polygon.positions = std::move(positions);
-  return polygon;
-}
-
 // A grid of quads over positions that `place` gives for each column and row; every corner has
 // normal, uv and colour 0 of the tables.
 template <typename Place>
@@ -42,24 +32,13 @@ MeshTables gridTables(std::int32_t side, Place place) {
   for (std::int32_t y = 0; y + 1 < side; ++y) {
     for (std::int32_t x = 0; x + 1 < side; ++x) {
       const std::int32_t corner = y * side + x;
-      tables.polygons.push_back(polygonAt({corner, corner + side, corner + side + 1, corner + 1}));
+      PolygonRecord quad;
+      quad.positions = {corner, corner + side, corner + side + 1, corner + 1};
+      quad.normals = quad.uvs = quad.colours = {0, 0, 0, 0};
+      tables.polygons.push_back(std::move(quad));
     }
   }
   return tables;
-}
-
-MeshTables twoTriangles() {
-  MeshTables tables;
-  tables.positions = {{0, 0, 0}, {1, 0, 0}, {1, 0, 1}, {0, 0, 1}};
-  tables.normals = {{0, 1, 0}, {0, 0.5F, 0}};
-  tables.uvs = {{0, 0}};
-  tables.colours = {0};
-  tables.polygons = {polygonAt({0, 1, 2}), polygonAt({0, 2, 3})};
-  return tables;
-}
-
-WeldedMesh weld(const MeshTables& tables) {
-  return weldTileMesh(*buildTileMesh(tables));
 }
 
 template <typename T>
@@ -110,19 +89,6 @@ void expectWeldedLikeAMap(const MeshTables& tables) {
   EXPECT_EQ(welded.vertices.size(), numbers.size());
 }
 
-TEST(Weld, SharesCornersOnlyWhereEveryAttributeIsShared) {
-  MeshTables tables = twoTriangles();
-  const WeldedMesh shared = weld(tables);
-  EXPECT_EQ(shared.vertices.size(), 4U);
-  EXPECT_EQ(shared.triangles[0], (std::array<std::int32_t, 3>{0, 1, 2}));
-  EXPECT_EQ(shared.triangles[1], (std::array<std::int32_t, 3>{0, 2, 3}));
-
-  tables.polygons[1].normals = {1, 1, 1};
-  const WeldedMesh faceted = weld(tables);
-  EXPECT_EQ(faceted.vertices.size(), 6U);
-  EXPECT_EQ(faceted.triangles[1], (std::array<std::int32_t, 3>{3, 4, 5}));
-}
-
 TEST(Weld, ComparesBits) {
   const float nan = std::nanf("");
   std::vector<VertexKey> vertices;
@@ -143,26 +109,9 @@ TEST(Weld, ComparesBits) {
   EXPECT_EQ(vertices.size(), 5U);
 }
 
-TEST(Weld, IndexOutsideItsTableStandsForZero) {
-  MeshTables tables = twoTriangles();
-  tables.colours = {5};
-  tables.polygons[0].colours = {0, 1, -1};
-  tables.polygons[1].positions = {0, 99, -7};
-  tables.polygons[1].normals = tables.polygons[1].uvs = {9, 9, 9};
-  const WeldedMesh welded = weld(tables);
-  EXPECT_EQ(welded.vertices[0].colour, 5U);
-  EXPECT_EQ(welded.vertices[1].colour, 0U);
-  EXPECT_EQ(welded.vertices[2].colour, 0U);
-  EXPECT_EQ(welded.vertices[3].normal.y, 0.0F);
-  EXPECT_EQ(welded.triangles[1], (std::array<std::int32_t, 3>{3, 3, 3}));
-}
-
-TEST(Weld, KeepsFirstAppearanceOrder) {
+TEST(Weld, JoinsWhatAMapJoinsInOrderOfFirstAppearance) {
   std::mt19937 random(7);
   std::uniform_real_distribution<float> uniform(-10, 10);
-  expectWeldedLikeAMap(gridTables(90, [](int x, int y) {
-    return Float3{static_cast<float>(x), 0, static_cast<float>(y)};
-  }));
   expectWeldedLikeAMap(gridTables(90, [&](int, int) {
     return Float3{uniform(random), 0, uniform(random)};
   }));
@@ -173,6 +122,5 @@ TEST(Weld, KeepsFirstAppearanceOrder) {
   expectWeldedLikeAMap(anyTables(random));
 }
 
-// Their words end in zeros, which a weak hash would put into few places.
 }  // namespace
 }  // namespace morvane
