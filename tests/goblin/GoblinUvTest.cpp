@@ -1,5 +1,4 @@
 #include <maya/MDagPath.h>
-#include <maya/MFloatArray.h>
 #include <maya/MFnMesh.h>
 #include <maya/MIntArray.h>
 #include <maya/MItMeshPolygon.h>
@@ -42,24 +41,19 @@ double planar(double coordinate) {
 
 void givePlanarUVs(const std::string& shape) {
   MFnMesh mesh = meshOf(shape);
-  MFloatArray us;
-  MFloatArray vs;
-  MIntArray counts;
-  MIntArray ids;
   MPointArray points;
   mesh.getPoints(points);
   for (unsigned i = 0; i < points.length(); ++i) {
-    us.append(static_cast<float>(planar(points[i].x)));
-    vs.append(static_cast<float>(planar(points[i].z)));
+    const auto u = static_cast<float>(planar(points[i].x));
+    ASSERT_TRUE(mesh.setUV(static_cast<int>(i), u, static_cast<float>(planar(points[i].z))));
   }
   for (int face = 0; face < mesh.numPolygons(); ++face) {
     MIntArray corners;
     mesh.getPolygonVertices(face, corners);
-    counts.append(static_cast<int>(corners.length()));
-    for (unsigned c = 0; c < corners.length(); ++c) ids.append(corners[c]);
+    for (int c = 0; c < static_cast<int>(corners.length()); ++c) {
+      ASSERT_TRUE(mesh.assignUV(face, c, corners[c]));
+    }
   }
-  ASSERT_TRUE(mesh.setUVs(us, vs));
-  ASSERT_TRUE(mesh.assignUVs(counts, ids));
 }
 
 class GoblinUv : public HostFixture {
@@ -205,10 +199,7 @@ TEST_F(GoblinUv, LeavesLockedGoblinsAndPrefersTheEarlierOfEqualCandidates) {
 
 TEST_F(GoblinUv, KeepsTheUvOfAVertexThatHasNoneBelow) {
   open(mesh("tile", ridge(-1, -1)) + goblin("g"));
-  {
-    MFnMesh goblinMesh = meshOf("gShape");
-    goblinMesh.setUV(0, 0.75F, 0.25F);
-  }
+  meshOf("gShape").setUV(0, 0.75F, 0.25F);
   const std::string output = run("select -r g; goblin_uv");
   EXPECT_NE(output.find("getUVAtPoint error: 0\ngetUVAtPoint error: 0\ngetUVAtPoint error: 0\n"),
             std::string::npos)

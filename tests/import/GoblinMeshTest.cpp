@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 namespace morvane {
 namespace {
 
@@ -46,29 +44,6 @@ TEST(BuildGoblinMesh, NumbersVerticesInOrderOfFirstUse) {
   EXPECT_EQ(mesh.us.size(), 5U);
   EXPECT_EQ(mesh.vs.size(), 5U);
   EXPECT_EQ(map, LocalIndexMap(pool.size(), -1));
-}
-
-TEST(BuildGoblinMesh, GoblinsOfOnePoolShareNoVertices) {
-  const auto pool = poolOf(4);
-  LocalIndexMap map(pool.size(), -1);
-  const GoblinMesh quad = buildGoblinMesh(recordOf({{2, 1, 0}, {3, 2, 0}}), pool, map);
-  EXPECT_EQ(quad.points.size(), 4U);
-  EXPECT_EQ(quad.polygonConnects, (std::vector<std::int32_t>{0, 1, 2, 3, 0, 2}));
-  const GoblinMesh second = buildGoblinMesh(recordOf({{3, 2, 0}}), pool, map);
-  EXPECT_EQ(second.polygonConnects, (std::vector<std::int32_t>{0, 1, 2}));
-  EXPECT_EQ(buildGoblinMesh(recordOf({}), pool, map).points.size(), 0U);
-}
-
-// 100 000 goblins over a pool of 300 000 vertices: going through the pool for each would take
-// minutes.
-TEST(BuildGoblinMesh, CostsWhatTheGoblinUses) {
-  const auto pool = poolOf(300000);
-  LocalIndexMap map(pool.size(), -1);
-  const auto start = std::chrono::steady_clock::now();
-  for (std::int32_t base = 0; base + 2 < 300000; base += 3) {
-    ASSERT_EQ(buildGoblinMesh(recordOf({{base, base + 1, base + 2}}), pool, map).points.size(), 3U);
-  }
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 }  // namespace

@@ -33,68 +33,58 @@ struct Goblin {
   std::vector<std::array<Corner, 3>> triangles;  // polygons cut into fans
 };
 
+std::string nameOf(MObject mesh) {
+  MString name;
+  getStringAttr(mesh, "goblinName", name, true);
+  return name.asChar();
+}
+
 MMatrix parentMatrix(const MFnDagNode& node) {
   if (node.parentCount() != 1 || !node.parent(0).hasFn(MFn::kTransform)) return MMatrix();
   return MFnDagNode(node.parent(0)).transformationMatrix();
 }
 
-class GoblinMeasure {
- public:
-  explicit GoblinMeasure(const MObject& mesh)
-      : mesh_(mesh), place_(parentMatrix(MFnDagNode(mesh))) {
-    mesh_.getPoints(points_);
-    mesh_.getNormals(normals_);
-    mesh_.getVertexColors(colours_);
-  }
-
-  Goblin measure(MObject mesh) {
-    Goblin goblin;
-    MString name;
-    getStringAttr(mesh, "goblinName", name, true);
-    goblin.name = name.asChar();
-    for (MItMeshPolygon face(mesh); !face.isDone(); face.next()) {
-      std::vector<Corner> corners;
-      for (unsigned c = 0; c < face.polygonVertexCount(); ++c)
-        corners.push_back(cornerOf(face, static_cast<int>(c)));
-      for (std::size_t k = 1; k + 1 < corners.size(); ++k)
-        goblin.triangles.push_back({corners[0], corners[k], corners[k + 1]});
-    }
-    goblin.vertices = different_.size();
-    return goblin;
-  }
-
- private:
-  Corner cornerOf(MItMeshPolygon& face, int c) {
+Goblin measured(MObject node) {
+  MFnMesh mesh(node);
+  const MMatrix place = parentMatrix(MFnDagNode(node));
+  MPointArray points;
+  MFloatVectorArray normals;
+  MColorArray colours;
+  mesh.getPoints(points);
+  mesh.getNormals(normals);
+  mesh.getVertexColors(colours);
+  std::set<std::array<float, 12>> different;
+  const auto cornerOf = [&](MItMeshPolygon& face, int c) {
     const int vertex = face.vertexIndex(c);
-    const int normal = face.normalIndex(c);
-    const MPoint p = points_[vertex];
-    const MVector n(normals_[normal].x, normals_[normal].y, normals_[normal].z);
-    note(p, normals_[normal], face, c, vertex);
-    return {p * place_, n * place_};
-  }
-
-  void note(const MPoint& p, const MFloatVector& n, MItMeshPolygon& face, int c, int vertex) {
+    const MPoint& p = points[vertex];
+    const MFloatVector& n = normals[face.normalIndex(c)];
+    const MColor colour = colours.length() > 0 ? colours[vertex] : MColor(0, 0, 0, 0);
     int uv = 0;
     float u = 0;
     float v = 0;
-    if (mesh_.numUVs() > 0) {
+    if (mesh.numUVs() > 0) {
       face.getUVIndex(c, uv);
-      mesh_.getUV(uv, u, v);
+      mesh.getUV(uv, u, v);
     }
-    const MColor none(0, 0, 0, 0);
-    const MColor& colour = colours_.length() > 0 ? colours_[vertex] : none;
-    different_.insert({float(p.x), float(p.y), float(p.z), n.x, n.y, n.z, u, v,
-                       std::trunc(colour.r * 255), std::trunc(colour.g * 255),
-                       std::trunc(colour.b * 255), std::trunc(colour.a * 255)});
+    different.insert({float(p.x), float(p.y), float(p.z), n.x, n.y, n.z, u, v,
+                      std::trunc(colour.r * 255), std::trunc(colour.g * 255),
+                      std::trunc(colour.b * 255), std::trunc(colour.a * 255)});
+    return Corner{p * place, MVector(n.x, n.y, n.z) * place};
+  };
+  Goblin goblin;
+  goblin.name = nameOf(node);
+  for (MItMeshPolygon face(node); !face.isDone(); face.next()) {
+    std::vector<Corner> corners;
+    for (unsigned c = 0; c < face.polygonVertexCount(); ++c) {
+      corners.push_back(cornerOf(face, static_cast<int>(c)));
+    }
+    for (std::size_t k = 1; k + 1 < corners.size(); ++k) {
+      goblin.triangles.push_back({corners[0], corners[k], corners[k + 1]});
+    }
   }
-
-  MFnMesh mesh_;
-  MMatrix place_;
-  MPointArray points_;
-  MFloatVectorArray normals_;
-  MColorArray colours_;
-  std::set<std::array<float, 12>> different_;
-};
+  goblin.vertices = different.size();
+  return goblin;
+}
 
 class RoundTrip : public TranslatorFixture {
  protected:
@@ -105,17 +95,18 @@ class RoundTrip : public TranslatorFixture {
     for (unsigned i = 0; i < dag.childCount(); ++i) gather(dag.child(i), meshes);
   }
 
-  static std::vector<MObject> goblinsOf(const std::string& tile) {
+  // The tile's own mesh, then its goblins.
+  static std::vector<MObject> meshesOf(const std::string& tile) {
     std::vector<MObject> meshes;
     gather(getNodeByName(tile.c_str()), meshes);
-    if (!meshes.empty()) meshes.erase(meshes.begin());  // the tile's own
     return meshes;
   }
 
   static std::vector<Goblin> measure(const std::string& tile) {
     std::vector<Goblin> goblins;
-    for (const MObject& mesh : goblinsOf(tile)) {
-      Goblin goblin = GoblinMeasure(mesh).measure(mesh);
+    const std::vector<MObject> meshes = meshesOf(tile);
+    for (std::size_t i = 1; i < meshes.size(); ++i) {
+      Goblin goblin = measured(meshes[i]);
       if (!goblin.triangles.empty()) goblins.push_back(std::move(goblin));
     }
     return goblins;
@@ -136,29 +127,20 @@ class RoundTrip : public TranslatorFixture {
     ASSERT_EQ(heard.substr(heard.size() - 2), "ok") << heard;
     EXPECT_EQ(heard.find("Error"), std::string::npos) << heard;
 
-    const std::vector<MObject> received = goblinsOf(tile);
-    ASSERT_EQ(received.size(), sent.size());
+    const std::vector<MObject> received = meshesOf(tile);
+    ASSERT_EQ(received.size(), sent.size() + 1);
     for (std::size_t i = 0; i < sent.size(); ++i) {
       SCOPED_TRACE(i);
-      compare(sent[i], received[i], tile);
+      compare(sent[i], received[i + 1], MFnDagNode(received[0]).boundingBox());
     }
   }
 
-  static void compare(const Goblin& sent, MObject received, const std::string& tile) {
-    MString name;
-    getStringAttr(received, "goblinName", name, true);
-    EXPECT_EQ(name.asChar(), sent.name);
+  static void compare(const Goblin& sent, MObject received, const MBoundingBox& box) {
+    EXPECT_EQ(nameOf(received), sent.name);
     MFnMesh mesh(received);
     EXPECT_EQ(mesh.numVertices(), static_cast<int>(sent.vertices));
     ASSERT_EQ(mesh.numPolygons(), static_cast<int>(sent.triangles.size()));
 
-    MObject tileMesh;
-    {
-      std::vector<MObject> meshes;
-      gather(getNodeByName(tile.c_str()), meshes);
-      tileMesh = meshes.at(0);
-    }
-    const MBoundingBox box = MFnDagNode(tileMesh).boundingBox();
     const double width = box.width();
     const double depth = box.depth();
     const double far = 1e-5 * std::max(width, depth);
@@ -204,14 +186,14 @@ TEST_F(RoundTrip, OfTheMeadow) {
 }
 
 TEST_F(RoundTrip, OfMeshesOfOtherPrograms) {
-  if (corpusFolder().empty()) GTEST_SKIP() << "no corpus of real files";
+  const auto paths = corpusScenes();
+  if (paths.empty()) GTEST_SKIP() << "no corpus of real files";
   const std::string ground =
       "polyCreateFacet -ch off -n ground -p -20 0 -20 -p -20 0 20 -p 20 0 20 -p 20 0 -20;";
   int scenes = 0;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(corpusFolder() / "ma")) {
-    if (entry.path().extension() != ".ma") continue;
-    SCOPED_TRACE(entry.path().filename());
-    ASSERT_TRUE(host::openScene(entry.path().string()));
+  for (const auto& scene : paths) {
+    SCOPED_TRACE(scene.filename());
+    ASSERT_TRUE(host::openScene(scene.string()));
     run("string $m[] = `ls -type mesh`; string $t[];"
         "for ($one in $m) { string $p[] = `listRelatives -f -p $one`; $t[size($t)] = $p[0]; }" +
         ground +

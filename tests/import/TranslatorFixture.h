@@ -11,8 +11,6 @@
 
 namespace morvane {
 
-using Blob = std::vector<std::uint8_t>;
-
 // Drives the translator through the host's `file` command.
 class TranslatorFixture : public HostFixture {
  protected:
@@ -22,15 +20,6 @@ class TranslatorFixture : public HostFixture {
   }
   static std::string importFrom(const std::string& file) {
     return attempt("file -import -type \"psd\" \"" + file + "\"");
-  }
-
-  static Blob blobOf(const std::string& file) {
-    PsdDocument document(1, 1);
-    EXPECT_TRUE(document.load(file.c_str()));
-    std::uint32_t size = 0;
-    const auto bytes = document.readDataLayer(kGoblinLayerName, size);
-    EXPECT_NE(bytes, nullptr);
-    return {bytes.get(), bytes.get() + size};
   }
 
   std::string writeBlob(const std::string& name, const Blob& blob) const {

@@ -21,22 +21,6 @@ void startHost() {
   ASSERT_TRUE(started);
 }
 
-// Edges in order of first use, and the loops of faces over them (a reversed edge e is written -e -
-// 1).
-struct EdgeList {
-  std::vector<std::pair<int, int>> edges;
-
-  int use(int from, int to) {
-    for (std::size_t i = 0; i < edges.size(); ++i) {
-      const int number = static_cast<int>(i);
-      if (edges[i] == std::make_pair(from, to)) return number;
-      if (edges[i] == std::make_pair(to, from)) return -number - 1;
-    }
-    edges.emplace_back(from, to);
-    return static_cast<int>(edges.size()) - 1;
-  }
-};
-
 std::string rangeText(const char* attribute, std::size_t count) {
   return std::string("\tsetAttr \"") + attribute + "[0:" + std::to_string(count - 1) + "]\"";
 }
@@ -81,6 +65,15 @@ std::string HostFixture::writePsd(const std::string& name, std::uint32_t side) c
   return path(name);
 }
 
+Blob HostFixture::blobOf(const std::string& file) {
+  PsdDocument document(1, 1);
+  EXPECT_TRUE(document.load(file.c_str()));
+  std::uint32_t size = 0;
+  const auto bytes = document.readDataLayer("GoblinGeometry", size);
+  EXPECT_NE(bytes, nullptr);
+  return {bytes.get(), bytes.get() + size};
+}
+
 std::string HostFixture::writeTga(const std::string& name) const {
   std::string bytes(18, '\0');
   bytes[2] = 2;    // uncompressed true colour
@@ -97,24 +90,25 @@ std::string transformText(const std::string& name, const std::string& parent,
   return text + ";\n" + attributes;
 }
 
+// Every face has edges of its own, all of them hard.
 std::string meshText(const std::string& name, const std::string& parent, const MeshShape& shape) {
-  EdgeList edges;
+  std::ostringstream text;
+  std::ostringstream edges;
   std::ostringstream faces;
+  std::size_t edgeCount = 0;
   for (const std::vector<int>& face : shape.faces) {
     faces << "\n\t\tf " << face.size();
     for (std::size_t i = 0; i < face.size(); ++i) {
-      faces << ' ' << edges.use(face[i], face[(i + 1) % face.size()]);
+      edges << ' ' << face[i] << ' ' << face[(i + 1) % face.size()] << " 0";
+      faces << ' ' << edgeCount++;
     }
   }
-  std::ostringstream text;
-  text << "createNode mesh -n \"" << name << "\" -p \"" << parent << "\";\n";
-  text << rangeText(".vt", shape.points.size());
+  text << "createNode mesh -n \"" << name << "\" -p \"" << parent << "\";\n"
+       << rangeText(".vt", shape.points.size());
   for (const auto& p : shape.points) text << ' ' << p[0] << ' ' << p[1] << ' ' << p[2];
   text << ";\n";
   if (shape.faces.empty()) return text.str();
-  text << rangeText(".ed", edges.edges.size());
-  for (const auto& [from, to] : edges.edges) text << ' ' << from << ' ' << to << " 0";
-  text << ";\n"
+  text << rangeText(".ed", edgeCount) << edges.str() << ";\n"
        << rangeText(".fc", shape.faces.size()) << " -type \"polyFaces\"" << faces.str() << ";\n";
   return text.str();
 }

@@ -10,6 +10,8 @@
 
 namespace morvane {
 
+using Blob = std::vector<std::uint8_t>;
+
 // A test inside the stand-in host, with the plug-in loaded from its shared library and an empty
 // scene.
 class HostFixture : public ScratchFolder {
@@ -31,6 +33,8 @@ class HostFixture : public ScratchFolder {
 
   // Writes a blank PSD document.
   std::string writePsd(const std::string& name, std::uint32_t side = 256) const;
+  // The goblins that a document carries.
+  static Blob blobOf(const std::string& file);
   // Writes a grey uncompressed 24-bit TGA image of 256 x 256 pixels.
   std::string writeTga(const std::string& name) const;
 };

@@ -15,25 +15,16 @@ std::string captured(Log log) {
   return ::testing::internal::GetCapturedStdout();
 }
 
-TEST(MessageLog, PrintsLevelsZeroToThree) {
+TEST(MessageLog, PrintsLevelsZeroToThreeFormattedOnceAndCut) {
   EXPECT_EQ(captured([] {
               for (int level = -1; level <= 4; ++level) logf(level, "%d\n", level);
-            }),
-            "0\n1\n2\n3\n");
-}
-
-TEST(MessageLog, CutsFormattedMessages) {
-  const std::string text(300, 'x');
-  EXPECT_EQ(captured([&] { logf(1, "%s", text.c_str()); }), text.substr(0, 255));
-  EXPECT_EQ(captured([&] { logText(1, text.c_str()); }), text);
-}
-
-TEST(MessageLog, FormatsOnceAndAddsNoLineFeed) {
-  EXPECT_EQ(captured([] {
               logf(1, "%s", "100%s %n");
               logText(1, "%d");
             }),
-            "100%s %n%d");
+            "0\n1\n2\n3\n100%s %n%d");
+  const std::string text(300, 'x');
+  EXPECT_EQ(captured([&] { logf(1, "%s", text.c_str()); }), text.substr(0, 255));
+  EXPECT_EQ(captured([&] { logText(1, text.c_str()); }), text);
 }
 
 TEST(SplitPath, CutsOffDirectoryAndExtension) {
