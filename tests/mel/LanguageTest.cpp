@@ -124,7 +124,7 @@ TEST_F(Language, SaysWhereItFailed) {
       {"1 + apple;", "s:1:5: expected a value before 'apple'"},
       {"`5`;", "s:1:2: expected a command before '5'"},
       {"{ 1;", "s:1:5: expected '}' before the end"},
-      {"global int 5;", "s:1:12: expected a variable before '5'"},
+      {"proc p(int 5) { }", "s:1:12: expected a variable before '5'"},
       {"global 5;", "s:1:8: expected 'proc' or a type before '5'"},
       {"proc int 5;", "s:1:10: expected the procedure's name before '5'"},
       {"proc p() 5;", "s:1:10: expected '{' before '5'"},
