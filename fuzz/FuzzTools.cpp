@@ -35,23 +35,6 @@ void installHooks() {
   require(installed, "no room for the hooks that count memory");
 }
 
-class Folder {
- public:
-  Folder()
-      : path_((std::filesystem::temp_directory_path() / ("fuzz-" + std::to_string(::getpid())))
-                  .string()) {
-    std::filesystem::create_directories(path_);
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
 }  // namespace
 
 void require(bool holds, const char* what) {
@@ -79,8 +62,13 @@ void MemoryWatch::requireAtMost(std::size_t multiple, std::size_t inputSize,
 }
 
 std::string scratchFolder() {
-  static const Folder folder;
-  return folder.path();
+  static const std::string folder = [] {
+    const auto path =
+        std::filesystem::temp_directory_path() / ("fuzz-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(path);
+    return path.string();
+  }();
+  return folder;
 }
 
 std::string scratchPath(const std::string& name) {

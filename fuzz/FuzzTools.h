@@ -30,8 +30,8 @@ class MemoryWatch {
 // What takes the same memory for every input: messages, streams' buffers, the default scene.
 constexpr std::size_t kSmallConstant = 64 << 10;
 
-// Files of this process, in a folder of its own below TMPDIR (in memory, where scripts/fuzz runs
-// it), which is removed when the process ends.
+// Files of this process, in a folder of its own below TMPDIR (which is in memory, and removed
+// afterwards, where scripts/fuzz runs it).
 std::string scratchFolder();
 std::string scratchPath(const std::string& name);
 std::string writeScratch(const std::string& name, std::string_view bytes);  // gives the path
