@@ -19,46 +19,15 @@ Matrix44 matrix(const Rows& rows) {
   return result;
 }
 
-struct InverseCase {
-  const char* name;
-  Rows matrix;
-  Rows inverse;
-};
-
-const InverseCase kInverses[] = {
-    {"translation",
-     {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 2, 3, 4, 1},
-     {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -2, -3, -4, 1}},
-    {"scale",
-     {2, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0.5f, 0, 0, 0, 0, 1},
-     {0.5f, 0, 0, 0, 0, 0.25f, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1}},
-    {"singular affine becomes the identity, translation and all",
-     {1, 2, 3, 0, 2, 4, 6, 0, 0, 0, 1, 0, 5, 6, 7, 1},
-     {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}},
-    {"a very small tile is not singular",
-     {1e-15f, 0, 0, 0, 0, 1e-15f, 0, 0, 0, 0, 1e-15f, 0, 0, 0, 0, 1},
-     {1e15f, 0, 0, 0, 0, 1e15f, 0, 0, 0, 0, 1e15f, 0, 0, 0, 0, 1}},
-    {"general, diagonal",
-     {1, 0, 0, 0, 0, 2, 0, 0, 0, 0, 4, 0, 0, 0, 0, 2},
-     {1, 0, 0, 0, 0, 0.5f, 0, 0, 0, 0, 0.25f, 0, 0, 0, 0, 0.5f}},
-};
-
-TEST(Matrix44, Inverts) {
-  for (const InverseCase& test : kInverses) {
-    SCOPED_TRACE(test.name);
-    Matrix44 inverse = matrix(test.matrix);
-    EXPECT_EQ(&inverse.invert(), &inverse);
-    for (int i = 0; i < 16; ++i) EXPECT_FLOAT_EQ(inverse.m[i], test.inverse[i]) << i;
-  }
-}
-
 TEST(Matrix44, TimesItsInverseIsTheIdentity) {
   const Rows cases[] = {{2, 1, 0.5f, 0, -1, 3, 2, 0, 0.25f, -2, 1, 0, 7, -8, 9, 1},
-                        {2, 1, 0.5f, 1, -1, 3, 2, 0.5f, 0.25f, -2, 1, -1, 7, -8, 9, 3}};
+                        {2, 1, 0.5f, 1, -1, 3, 2, 0.5f, 0.25f, -2, 1, -1, 7, -8, 9, 3},
+                        // Very small, which is not singular.
+                        {1e-15f, 0, 0, 0, 0, 1e-15f, 0, 0, 0, 0, 1e-15f, 0, 0, 0, 0, 1}};
   for (const Rows& rows : cases) {
     const Matrix44 m = matrix(rows);
     Matrix44 inverse = m;
-    inverse.invert();
+    EXPECT_EQ(&inverse.invert(), &inverse);
     for (int i = 0; i < 4; ++i) {
       for (int j = 0; j < 4; ++j) {
         float sum = 0;
@@ -69,18 +38,16 @@ TEST(Matrix44, TimesItsInverseIsTheIdentity) {
   }
 }
 
+// Translation and all.
+TEST(Matrix44, SingularAffineBecomesTheIdentity) {
+  Matrix44 m = matrix({1, 2, 3, 0, 2, 4, 6, 0, 0, 0, 1, 0, 5, 6, 7, 1});
+  m.invert();
+  for (int i = 0; i < 16; ++i) EXPECT_EQ(m.m[i], i % 5 == 0 ? 1 : 0) << i;
+}
+
 TEST(Matrix44, GeneralSingularGivesNoNumbers) {
   Matrix44 m = matrix({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 2});
   EXPECT_FALSE(std::isfinite(m.invert()(0, 0)));
-}
-
-TEST(Matrix44, SetsRowsAndScalesColumns) {
-  Matrix44 m = matrix({9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9});
-  m.setIdentity();
-  m.setRow(3, -1, -2, -3);
-  m.scaleColumns(2, 3, 4);
-  const Rows expected = {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, -1, -2, -3, 1};
-  for (int i = 0; i < 16; ++i) EXPECT_EQ(m.m[i], expected[i]) << i;
 }
 
 TEST(Quat, Normalises) {

@@ -2,7 +2,7 @@
 #define MORVANE_TESTS_UTIL_SCRATCHFOLDER_H_
 
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -11,30 +11,34 @@
 
 namespace morvane {
 
-// A test with an empty folder of its own, which is removed afterwards. In memory where there is
-// such a place: every save waits for the disk, which other programs may keep busy.
+// A test with an empty folder of its own, which is removed afterwards. Files are named relative to
+// it.
 class ScratchFolder : public ::testing::Test {
  protected:
-  ScratchFolder() {
-    const auto* const info = ::testing::UnitTest::GetInstance()->current_test_info();
-    const bool inMemory = std::filesystem::is_directory("/dev/shm");
-    folder_ = std::filesystem::path(inMemory ? "/dev/shm" : ::testing::TempDir()) /
-              (std::string("morvane_") + std::to_string(::getpid()) + "_" +
-               info->test_suite_name() + "_" + info->name());
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
+  // In memory where there is such a place: every save waits for the disk, which other programs may
+  // keep busy.
+  ScratchFolder()
+      : ScratchFolder(std::filesystem::is_directory("/dev/shm") ? "/dev/shm"
+                                                                : ::testing::TempDir()) {}
+  explicit ScratchFolder(const std::filesystem::path& parent) {
+    std::string name = (parent / "morvane-test-XXXXXX").string();
+    folder_ = std::filesystem::canonical(::mkdtemp(name.data()));
   }
-  ~ScratchFolder() override { std::filesystem::remove_all(folder_); }
+  ~ScratchFolder() override {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
 
   std::string path(const std::string& name) const { return (folder_ / name).string(); }
 
   std::string write(const std::string& name, const std::string& bytes) const {
+    std::filesystem::create_directories((folder_ / name).parent_path());
     std::ofstream(path(name), std::ios::binary) << bytes;
     return path(name);
   }
 
-  static std::string read(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
+  std::string read(const std::string& name) const {
+    std::ifstream in(path(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
   }
 
