@@ -1,13 +1,10 @@
 #include "tests/end_to_end/Program.h"
 
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace fs = std::filesystem;
 
@@ -21,25 +18,16 @@ bool hasCommand(const std::string& name) {
   return std::system(("command -v " + name + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-ProgramTest::ProgramTest() {
-  std::string name = (fs::temp_directory_path() / "morvane-test-XXXXXX").string();
-  folder_ = fs::canonical(mkdtemp(name.data())).string();
-}
-
-ProgramTest::~ProgramTest() {
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
-}
-
 Outcome ProgramTest::shell(const std::string& line) {
-  const std::string log = folder_ + ".log";
-  const std::string command = "cd " + shellWord(folder_) + " && morvane=" + shellWord(program_) +
-                              " && { " + line + "\n} </dev/null >" + log + ".out 2>" + log + ".err";
+  const std::string log = folder_.string() + ".log";
+  const std::string command = "cd " + shellWord(folder_.string()) +
+                              " && morvane=" + shellWord(program_) + " && { " + line +
+                              "\n} </dev/null >" + log + ".out 2>" + log + ".err";
   Outcome outcome;
   const int status = std::system(command.c_str());
   outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  outcome.out = read("../" + fs::path(log).filename().string() + ".out");
-  outcome.err = read("../" + fs::path(log).filename().string() + ".err");
+  outcome.out = read(log + ".out");
+  outcome.err = read(log + ".err");
   fs::remove(log + ".out");
   fs::remove(log + ".err");
   return outcome;
@@ -49,20 +37,6 @@ Outcome ProgramTest::morvane(const std::vector<std::string>& arguments) {
   std::string line = "\"$morvane\"";
   for (const std::string& argument : arguments) line += ' ' + shellWord(argument);
   return shell(line);
-}
-
-bool ProgramTest::exists(const std::string& name) const {
-  return fs::exists(path(name));
-}
-
-std::string ProgramTest::read(const std::string& name) const {
-  std::ifstream in(path(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void ProgramTest::write(const std::string& name, const std::string& bytes) const {
-  fs::create_directories(fs::path(path(name)).parent_path());
-  std::ofstream(path(name), std::ios::binary) << bytes;
 }
 
 std::vector<std::string> ProgramTest::names(const std::string& folder) const {

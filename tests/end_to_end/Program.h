@@ -1,10 +1,10 @@
 #ifndef MORVANE_TESTS_END_TO_END_PROGRAM_H_
 #define MORVANE_TESTS_END_TO_END_PROGRAM_H_
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
+
+#include "tests/util/ScratchFolder.h"
 
 // Runs the built program as a shell would, in a folder of the test's own.
 
@@ -17,24 +17,19 @@ struct Outcome {
   std::string err;
 };
 
-class ProgramTest : public testing::Test {
+class ProgramTest : public morvane::ScratchFolder {
  protected:
-  ProgramTest();
-  ~ProgramTest() override;
+  ProgramTest() : ScratchFolder(std::filesystem::temp_directory_path()) {}
 
   // Runs a shell command line in the folder; `shell` may use $morvane.
   Outcome shell(const std::string& line);
   // Runs the program with these arguments.
   Outcome morvane(const std::vector<std::string>& arguments);
 
-  std::string path(const std::string& name) const { return folder_ + '/' + name; }
-  bool exists(const std::string& name) const;
-  std::string read(const std::string& name) const;
-  void write(const std::string& name, const std::string& bytes) const;
+  bool exists(const std::string& name) const { return std::filesystem::exists(path(name)); }
   std::vector<std::string> names(const std::string& folder = ".") const;
 
   std::string program_ = MORVANE_BINARY_DIR "/bin/morvane";
-  std::string folder_;
 };
 
 // A scene with one tile for each texture named, called tile1, tile2, ... Each is a quad from (-2,

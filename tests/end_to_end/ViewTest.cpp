@@ -47,8 +47,8 @@ class View : public ProgramTest {
   }
 };
 
-TEST_F(View, GlbOfTheMeadowIsValid) {
-  NEEDS_NODE_MODULE("gltf-validator");
+// The scene's text names each goblin once; a file of meshes has the tile besides.
+TEST_F(View, MeshesOfTheMeadowAreAllThereAndValid) {
   copyMeadow();
   write("bare.ma", sceneOfTiles({"bare.tga"}, true));
   write("bare.tga", tgaBytes(8, 8));
@@ -60,13 +60,18 @@ TEST_F(View, GlbOfTheMeadowIsValid) {
   ASSERT_EQ(made.status, 0) << made.err;
   EXPECT_EQ(made.err.find("warning"), std::string::npos) << made.err;
   EXPECT_NE(made.err.find("wrote named.psd.glb: 15 goblins\n"), std::string::npos) << made.err;
+  const Outcome counts = shell(
+      "grep -c 'setAttr -k on \".goblinName\"' meadow.ma; cat textures/*.obj | grep -c '^o '");
+  EXPECT_EQ(counts.out, "59\n63\n");
+  EXPECT_NE(read("named.psd.glb").find("\"name\":\"toadstool\""), std::string::npos);
+
+  NEEDS_NODE_MODULE("gltf-validator");
   const Outcome judged = shell("node " + kTools + "/validate-glb.mjs *.glb textures/*.glb");
   EXPECT_EQ(
       judged.out,
       "bare.psd.glb: 0 errors, 0 warnings\nnamed.psd.glb: 0 errors, 0 warnings\n"
       "textures/field.psd.glb: 0 errors, 0 warnings\ntextures/hill.psd.glb: 0 errors, 0 warnings\n"
       "textures/path.psd.glb: 0 errors, 0 warnings\ntextures/pond.psd.glb: 0 errors, 0 warnings\n");
-  EXPECT_NE(read("named.psd.glb").find("\"name\":\"toadstool\""), std::string::npos);
 }
 
 TEST_F(View, FilesWithDamageAndHostileNamesMakeAPageThatWorks) {

@@ -1,15 +1,11 @@
 #include "tools/GoblinGlb.h"
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 #include <nlohmann/json.hpp>
 
 #include "tests/tools/Triangles.h"
+#include "tests/util/ScratchFolder.h"
 #include "util/ByteOrder.h"
 
 namespace tools {
@@ -17,6 +13,7 @@ namespace {
 
 using morvane::GoblinBlobKind;
 using Json = nlohmann::json;
+using GoblinGlb = morvane::ScratchFolder;
 
 std::string glbOf(const Goblins& goblins, const Picture* picture = nullptr) {
   std::string glb;
@@ -50,7 +47,7 @@ std::vector<float> attribute(const std::string& glb, std::size_t mesh, const cha
 
 // The triangle's corners are (0.25, 0.5, 0.25), (0.25, 0.5, 0.75), (0.75, 0.5, 0.75); the picture's
 // first row, where v is 0, lies along z = 0.
-TEST(GoblinGlb, BothLayoutsGiveTheSameMeshInTheFormatsOwnDirections) {
+TEST_F(GoblinGlb, BothLayoutsGiveTheSameMeshInTheFormatsOwnDirections) {
   for (const auto kind : {GoblinBlobKind::kTagged, GoblinBlobKind::kNamed}) {
     const std::string file = glbOf(triangle(kind, {"a"}));
     EXPECT_EQ(attribute(file, 1, "POSITION"),
@@ -65,7 +62,7 @@ TEST(GoblinGlb, BothLayoutsGiveTheSameMeshInTheFormatsOwnDirections) {
 }
 
 // Every odd case in one file each, judged by the format's own validator.
-TEST(GoblinGlb, IsValidWhateverTheGoblinsAre) {
+TEST_F(GoblinGlb, IsValidWhateverTheGoblinsAre) {
   const float nan = std::numeric_limits<float>::quiet_NaN();
   const float infinity = std::numeric_limits<float>::infinity();
   const float most = std::numeric_limits<float>::max();
@@ -96,20 +93,15 @@ TEST(GoblinGlb, IsValidWhateverTheGoblinsAre) {
   if (std::system("command -v node >/dev/null") != 0 ||
       !std::filesystem::exists(judge + "/node_modules/gltf-validator"))
     GTEST_SKIP() << "install Node.js and run npm ci in tests/view first";
-  const std::string folder = testing::TempDir() + "/glb-" + std::to_string(::getpid());
-  std::filesystem::create_directory(folder);
   std::string expected;
   for (const std::string& file : files) {
     const std::string name = std::to_string(&file - files) + ".glb";
-    std::ofstream(folder + '/' + name, std::ios::binary) << file;
+    write(name, file);
     expected += name + ": 0 errors, 0 warnings\n";
   }
-  EXPECT_EQ(std::system(
-                ("cd " + folder + " && node " + judge + "/validate-glb.mjs *.glb >judged").c_str()),
-            0);
-  std::ifstream in(folder + "/judged");
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), expected);
-  std::filesystem::remove_all(folder);
+  const std::string judging = "node " + judge + "/validate-glb.mjs *.glb >judged";
+  EXPECT_EQ(std::system(("cd " + folder_.string() + " && " + judging).c_str()), 0);
+  EXPECT_EQ(read(path("judged")), expected);
 }
 
 }  // namespace
