@@ -43,18 +43,10 @@ int failEachAllocation(Operation operation, Check check) {
   }
 }
 
-HandMade handMade() {
-  HandMade hand;
-  hand.resources = "8BIM" + be16(1026) + "\1n" + sized("odd") + "p";
-  hand.extras = {zeros(4) + sized(std::string(16, 'r')) + "\4name" + zeros(3) +
-                 block("luni", be32(1) + "AB") + block("lyid", be32(3))};
-  return hand;
-}
-
 TEST_F(PsdTest, LoadingWithoutMemoryFailsAndChangesNothing) {
   const std::string tga =
       zeros(2) + "\2" + zeros(9) + "\1" + zeros(1) + "\1" + zeros(1) + "\x18" + zeros(1) + "bgr";
-  for (const std::string& file : {write("f.psd", handMade().file()), write("f.tga", tga)}) {
+  for (const std::string& file : {write("f.psd", layeredFile().file()), write("f.tga", tga)}) {
     PsdDocument document(3, 3);
     const std::string before = saved(document);
     std::string error;
@@ -70,15 +62,15 @@ TEST_F(PsdTest, LoadingWithoutMemoryFailsAndChangesNothing) {
 TEST_F(PsdTest, ChangingWithoutMemoryFailsAndChangesNothing) {
   HandMade blank;
   blank.hasLayers = false;
-  for (const HandMade& hand : {handMade(), blank}) {
+  for (const HandMade& hand : {layeredFile(), blank}) {
     const auto document = loaded(hand.file());
     ASSERT_TRUE(document);
     std::string before = hand.file();
     const auto unchanged = [&] { EXPECT_TRUE(saved(*document) == before); };
-    failEachAllocation([&] { return addData(*document, "d", payload(9)); }, unchanged);
+    failEachAllocation([&] { return addData(*document, "new", payload(9)); }, unchanged);
     before = saved(*document);
     std::uint32_t size = 0;
-    failEachAllocation([&] { return document->readDataLayer("d", size) != nullptr; }, unchanged);
+    failEachAllocation([&] { return document->readDataLayer("new", size) != nullptr; }, unchanged);
     const std::uint8_t rgba[4] = {1, 2, 3, 4};
     const std::int32_t top = document->layerCount - 1;
     failEachAllocation([&] { return document->setLayerPixels(top, 0, 0, 1, 1, rgba); }, unchanged);

@@ -73,6 +73,27 @@ struct HandMade {
   std::string file() const { return header + colourMode + sized(resources) + section() + merged; }
 };
 
+// The first `size` bytes of a channel's plane, which stays unpacked.
+inline std::string planeOf(PsdDocument& document, std::int32_t layer, std::uint32_t channel,
+                           std::size_t size) {
+  EXPECT_TRUE(document.decompressChannel(layer, channel));
+  const std::uint8_t* const data = document.layerChannels(layer)[channel].data.get();
+  return {data, data + size};
+}
+
+// Two layers, one of them a data layer, resources, a mask, padding and blocks.
+inline HandMade layeredFile() {
+  HandMade hand;
+  hand.resources = "8BIM" + be16(1044) + zeros(2) + sized(be32(9)) + "8BIM" + be16(1026) + "\2ab" +
+                   zeros(1) + sized("odd") + "p";
+  hand.extras = {sized(std::string(28, 'm')) + sized(std::string(16, 'r')) + "\4name" + zeros(3) +
+                     block("luni", be32(1) + "AB") + block("lyid", be32(3)),
+                 zeros(8) + shortName("d")};
+  hand.infoPadding = "p";
+  hand.afterInfo = sized(std::string(14, 'g')) + block("Patt", "1234");
+  return hand;
+}
+
 class PsdTest : public ScratchFolder {
  protected:
   std::string saved(const PsdDocument& document) const {
@@ -86,6 +107,14 @@ class PsdTest : public ScratchFolder {
                                       const char* name = "loaded.psd") const {
     auto document = std::make_unique<PsdDocument>(1, 1);
     if (!document->load(write(name, bytes).c_str(), error)) document.reset();
+    return document;
+  }
+
+  // The same, of bytes that must not be refused.
+  PsdDocument sound(const std::string& bytes, const char* name = "loaded.psd") const {
+    PsdDocument document(1, 1);
+    std::string error;
+    EXPECT_TRUE(document.load(write(name, bytes).c_str(), &error)) << error;
     return document;
   }
 

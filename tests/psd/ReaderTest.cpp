@@ -10,11 +10,21 @@ const std::string kNoName = zeros(8) + zeros(4);  // empty mask, ranges and name
 struct Variant {
   const char* what;
   void (*change)(HandMade&);
+  std::string extra = "";  // in place of a change: the only layer's extra data
+
+  HandMade made() const {
+    HandMade hand;
+    if (change) {
+      change(hand);
+    } else {
+      hand.extras = {extra};
+    }
+    return hand;
+  }
 };
 
 // Files that other programs write, or might, and that no operation here ever makes.
 const Variant kKept[] = {
-    {"plain", [](HandMade&) {}},
     {"no layer section",
      [](HandMade& h) {
        h.hasLayers = false;
@@ -61,38 +71,22 @@ const Variant kKept[] = {
        h.extras.clear();
        h.infoPadding = "pp";
      }},
-    {"negative count", [](HandMade& h) { h.countWord = be16(0xFFFF); }},
-    {"mask of 20", [](HandMade& h) { h.extras = {sized(std::string(20, 'm')) + zeros(8)}; }},
-    {"mask of 36", [](HandMade& h) { h.extras = {sized(std::string(36, 'm')) + zeros(8)}; }},
-    {"mask that declares less than its 20 bytes",
-     [](HandMade& h) { h.extras = {be32(4) + std::string(20, 'm') + zeros(8)}; }},
-    {"blending ranges",
-     [](HandMade& h) { h.extras = {zeros(4) + sized(std::string(40, 'r')) + zeros(4)}; }},
-    {"blending ranges of no whole pairs",
-     [](HandMade& h) { h.extras = {zeros(4) + sized(std::string(21, 'r')) + zeros(4)}; }},
-    {"blending ranges that declare less than one pair",
-     [](HandMade& h) { h.extras = {zeros(4) + be32(3) + std::string(8, 'r') + zeros(4)}; }},
-    {"name with a zero byte",
-     [](HandMade& h) { h.extras = {zeros(8) + std::string("\3a\0b", 4)}; }},
-    {"name with odd padding",
-     [](HandMade& h) {
-       h.extras = {zeros(8) + "\1axy", zeros(8) + std::string("\0xyz", 4)};
-     }},
-    {"other first block",
-     [](HandMade& h) { h.extras = {kNoName + block("lsct", zeros(4)) + block("luni", zeros(4))}; }},
-    {"bytes too few for a block", [](HandMade& h) { h.extras = {kNoName + "8BIMluni"}; }},
-    {"odd Unicode name, padded",
-     [](HandMade& h) { h.extras = {kNoName + block("luni", be32(1) + "ABpp") + "rest"}; }},
-    {"odd Unicode name, not padded",
-     [](HandMade& h) { h.extras = {kNoName + block("luni", be32(1) + "AB") + "rest"}; }},
-    {"Unicode block longer than its name",
-     [](HandMade& h) { h.extras = {kNoName + block("luni", be32(2) + "ABCD" + "more and more")}; }},
-    {"Unicode block that declares less than its name",
-     [](HandMade& h) { h.extras = {kNoName + "8BIMluni" + be32(4) + be32(2) + "ABCD" + "rest"}; }},
-    {"several layers",
-     [](HandMade& h) {
-       h.extras = {kNoName, kNoName + block("luni", zeros(4)), zeros(8) + shortName("top")};
-     }},
+    {"mask that declares less than its 20 bytes", nullptr,
+     be32(4) + std::string(20, 'm') + zeros(8)},
+    {"blending ranges of no whole pairs", nullptr,
+     zeros(4) + sized(std::string(21, 'r')) + zeros(4)},
+    {"blending ranges that declare less than one pair", nullptr,
+     zeros(4) + be32(3) + std::string(8, 'r') + zeros(4)},
+    {"name with a zero byte", nullptr, zeros(8) + std::string("\3a\0b", 4)},
+    {"name with odd padding", nullptr, zeros(8) + "\1axy"},
+    {"no name, with odd padding", nullptr, zeros(8) + std::string("\0xyz", 4)},
+    {"other first block", nullptr, kNoName + block("lsct", zeros(4)) + block("luni", zeros(4))},
+    {"bytes too few for a block", nullptr, kNoName + "8BIMluni"},
+    {"odd Unicode name, not padded", nullptr, kNoName + block("luni", be32(1) + "AB") + "rest"},
+    {"Unicode block longer than its name", nullptr,
+     kNoName + block("luni", be32(2) + "ABCD" + "more and more")},
+    {"Unicode block that declares less than its name", nullptr,
+     kNoName + "8BIMluni" + be32(4) + be32(2) + "ABCD" + "rest"},
     {"channel of length 1",
      [](HandMade& h) {
        h.channelLength = be32(1);
@@ -107,7 +101,6 @@ const Variant kKept[] = {
      }},
     {"no global mask", [](HandMade& h) { h.afterInfo.clear(); }},
     {"half a global mask length", [](HandMade& h) { h.afterInfo = "ab"; }},
-    {"global mask of 14", [](HandMade& h) { h.afterInfo = sized(std::string(14, 'g')); }},
     {"global mask of 13", [](HandMade& h) { h.afterInfo = sized(std::string(13, 'g')); }},
     {"global mask of 16 and blocks",
      [](HandMade& h) { h.afterInfo = sized(std::string(16, 'g')) + block("Patt", "12"); }},
@@ -118,8 +111,7 @@ const Variant kKept[] = {
 TEST_F(PsdTest, KeepsEveryByteOfSoundFiles) {
   for (const Variant& variant : kKept) {
     SCOPED_TRACE(variant.what);
-    HandMade hand;
-    variant.change(hand);
+    const HandMade hand = variant.made();
     std::string error;
     const auto document = loaded(hand.file(), &error);
     ASSERT_TRUE(document) << error;
@@ -150,6 +142,7 @@ TEST_F(PsdTest, KeepsEveryByteOfSoundFiles) {
   }
 }
 
+// What most files have, in one that must be kept as well.
 TEST_F(PsdTest, ReadsTheFields) {
   HandMade hand;
   hand.resources = "8BIM" + be16(1036) + "\2ab" + zeros(1) + sized("odd") + "p";
@@ -161,10 +154,10 @@ TEST_F(PsdTest, ReadsTheFields) {
   hand.afterInfo = sized(be16(1) + be16(2) + be16(3) + be16(4) + be16(5) + be16(6) + "\7\x08");
   const auto document = loaded(hand.file());
   ASSERT_TRUE(document);
+  EXPECT_TRUE(saved(*document) == hand.file());
   EXPECT_EQ(document->path.get(), path("loaded.psd"));
   ASSERT_EQ(document->resources.size(), 1u);
   EXPECT_STREQ(document->resources[0]->name.get(), "ab");
-  EXPECT_EQ(document->resources[0]->size, 3u);
   EXPECT_EQ(document->resources[0]->data[3], 'p');
   EXPECT_EQ(document->layerCount, 2);
   EXPECT_TRUE(document->mergedAlpha);
@@ -176,18 +169,14 @@ TEST_F(PsdTest, ReadsTheFields) {
   EXPECT_EQ(layer.blendingRanges.grayDestination, 2u);
   EXPECT_EQ(layer.blendingRanges.ranges[0].destination, 4u);
   EXPECT_STREQ(layer.name.get(), "name");
-  EXPECT_EQ(layer.unicodeCount, 3u);
   EXPECT_EQ(layer.unicodeChars[0], 0x44F);
   EXPECT_EQ(layer.unicodeChars[3], 0);  // beyond the count, which is odd
   EXPECT_EQ(layer.trailingLength, 4u);
   EXPECT_EQ(std::memcmp(layer.trailingData.get(), "rest", 4), 0);
   EXPECT_EQ(document->findLayer("abc"), 1);
-  EXPECT_EQ(document->layers[1].unicodeBlockLength, 0u);
-  EXPECT_EQ(document->layers[1].trailingLength, 0u);
   EXPECT_EQ(document->layerChannels(1)[0].data[3], 'z');
   EXPECT_EQ(document->globalMask.colourComponents[3], 5);
   EXPECT_EQ(document->globalMask.filler, 8);
-  EXPECT_EQ(document->mergedLength, 12u);
   EXPECT_EQ(document->mergedData[4], 'g');
 }
 
@@ -202,21 +191,15 @@ const Variant kRefused[] = {
     {"layer info longer than the section", [](HandMade& h) { h.infoLengthError = 5; }},
     {"more layers than there is room", [](HandMade& h) { h.countWord = be16(30000); }},
     {"32768 layers", [](HandMade& h) { h.countWord = be16(0x8000); }},
-    {"no extra data", [](HandMade& h) { h.extras = {""}; }},
-    {"mask longer than the extra data", [](HandMade& h) { h.extras = {be32(80) + zeros(30)}; }},
-    {"mask cut by the extra data", [](HandMade& h) { h.extras = {be32(20) + zeros(12)}; }},
-    {"ranges longer than the extra data",
-     [](HandMade& h) { h.extras = {zeros(4) + be32(80) + zeros(30)}; }},
-    {"name longer than the extra data",
-     [](HandMade& h) {
-       h.extras = {zeros(8) +
-                   "\x09"
-                   "abc"};
-     }},
-    {"Unicode block longer than the extra data",
-     [](HandMade& h) { h.extras = {kNoName + "8BIMluni" + be32(900) + be32(1) + "AB"}; }},
-    {"more characters than the extra data",
-     [](HandMade& h) { h.extras = {kNoName + block("luni", be32(0x80000001) + "AB")}; }},
+    {"no extra data", nullptr, ""},
+    {"mask longer than the extra data", nullptr, be32(80) + zeros(30)},
+    {"mask cut by the extra data", nullptr, be32(20) + zeros(12)},
+    {"ranges longer than the extra data", nullptr, zeros(4) + be32(80) + zeros(30)},
+    {"name longer than the extra data", nullptr, zeros(8) + std::string(1, '\x09') + "abc"},
+    {"Unicode block longer than the extra data", nullptr,
+     kNoName + "8BIMluni" + be32(900) + be32(1) + "AB"},
+    {"more characters than the extra data", nullptr,
+     kNoName + block("luni", be32(0x80000001) + "AB")},
     {"channel longer than the section", [](HandMade& h) { h.channelLength = be32(0x7FFFFFFF); }},
     {"channel one byte over the layer info", [](HandMade& h) { h.channelLength = be32(7); }},
     {"channel over the layer info, into the blocks",
@@ -235,10 +218,8 @@ TEST_F(PsdTest, RefusesDamagedFilesAndStaysAsItWas) {
   const std::string before = saved(document);
   for (const Variant& variant : kRefused) {
     SCOPED_TRACE(variant.what);
-    HandMade hand;
-    variant.change(hand);
     std::string error;
-    EXPECT_FALSE(document.load(write("f.psd", hand.file()).c_str(), &error));
+    EXPECT_FALSE(document.load(write("f.psd", variant.made().file()).c_str(), &error));
     EXPECT_NE(error.find(" at byte "), std::string::npos) << error;
     EXPECT_EQ(document.path, nullptr);
     EXPECT_TRUE(saved(document) == before);
@@ -285,19 +266,15 @@ TEST_F(PsdTest, LoadsByExtension) {
 TEST_F(PsdTest, SavesTheSignOfTheLayerCount) {
   HandMade hand;
   hand.countWord = be16(0xFFFF);
-  const auto document = loaded(hand.file());
-  ASSERT_TRUE(document);
-  ASSERT_EQ(document->addLayer("x"), 1);
-  const std::string bytes = saved(*document);
-  EXPECT_EQ(bytes.substr(hand.header.size() + 4 + 4 + 4 + 4, 2), be16(0xFFFE));
+  PsdDocument document = sound(hand.file());
+  ASSERT_EQ(document.addLayer("x"), 1);
+  EXPECT_EQ(saved(document).substr(hand.header.size() + 4 + 4 + 4 + 4, 2), be16(0xFFFE));
 }
 
 TEST_F(PsdTest, ReportsFailedSavesAndLeavesTheOldFile) {
   PsdDocument document(2, 2);
   const std::string before = saved(document);
   std::string error;
-  EXPECT_FALSE(document.save(path("no/f.psd").c_str(), &error));
-  EXPECT_EQ(error, "cannot write " + path("no/f.psd") + ": No such file or directory");
   EXPECT_FALSE(document.save(nullptr, &error));
   ASSERT_EQ(document.addLayer(std::string(200, 'n').c_str()), 1);
   document.layerChannels(1)[2].data = nullptr;  // what a caller might do to the public members
