@@ -81,10 +81,13 @@ bool storeGoblins(const GoblinGeometryBuilder& builder, const std::string& textu
 }
 
 // Loads the texture and takes an earlier export's layer out of it.
-bool loadTexture(const std::string& texture, PsdDocument& document) {
+bool loadTexture(const MDagPath& tile, const std::string& texture, PsdDocument& document) {
   std::string reason;
   if (!document.load(texture.c_str(), &reason)) {
-    return fail("*** Error : couldn't load psd\n", texture + ": " + reason);
+    const std::string nameless =
+        tile.fullPathName().asChar() + std::string(": its file texture names no file");
+    return fail("*** Error : couldn't load psd\n",
+                texture.empty() ? nameless : texture + ": " + reason);
   }
   if (document.findLayer(kGoblinLayerName) >= 0) document.removeLayerByName(kGoblinLayerName);
   return true;
@@ -115,7 +118,7 @@ bool exportTileNode(MObject node) {
   const std::unique_ptr<char[]> texture = getTileTextureName(fnTileMesh);
   if (!texture) return false;
   PsdDocument document(kBlankDocumentSide, kBlankDocumentSide);
-  if (!loadTexture(texture.get(), document)) return false;
+  if (!loadTexture(tile, texture.get(), document)) return false;
   GoblinGeometryBuilder builder;
   walk.next();
   return appendGoblins(walk, tileMatrix, builder) &&

@@ -1,6 +1,7 @@
 #include "host/Host.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/api/PluginRegistry.h"
 #include "host/file/DirectoryMap.h"
@@ -63,12 +64,17 @@ NodePtr colourTexture(const DagPath& mesh) {
   return nullptr;
 }
 
-// Of the texture that gives the first mesh below a path its colour.
-std::optional<std::string> textureName(const DagPath& top) {
+// With the texture that gives the first mesh below the path its colour, where there is one.
+TileCandidate candidateAt(const DagPath& top) {
+  TileCandidate candidate{top.fullName(), "", ""};
   const DagPath mesh = firstMesh(top);
   const NodePtr texture = mesh.isEmpty() ? nullptr : colourTexture(mesh);
   const auto plug = texture == nullptr ? std::nullopt : Plug::find(texture, "fileTextureName");
-  return plug ? readText(*plug) : std::nullopt;
+  if (plug) {
+    candidate.texture = readText(*plug).value_or("");
+    candidate.textureNode = texture->name();
+  }
+  return candidate;
 }
 
 }  // namespace
@@ -82,9 +88,17 @@ void newScene() {
   startNewScene();
 }
 
-bool openScene(const std::string& path) {
+bool openScene(const std::string& path, std::string* reason) {
   std::string error;
-  return report(openFile({fromCaller(path), "mayaAscii", "", ""}, error), error);
+  const bool ok = report(openFile({fromCaller(path), "mayaAscii", "", ""}, error), error);
+  if (reason != nullptr) {
+    *reason = ok ? "" : error;
+  }
+  return ok;
+}
+
+SceneProblems takeSceneProblems() {
+  return std::exchange(SceneProblems::current(), SceneProblems());
 }
 
 bool saveScene(const std::string& path) {
@@ -94,6 +108,12 @@ bool saveScene(const std::string& path) {
 
 bool execute(const std::string& text, const std::string& origin) {
   return report(mel::Interpreter::current().execute(text, origin));
+}
+
+bool tryToExecute(const std::string& text, std::string& reason) {
+  const mel::Outcome outcome = mel::Interpreter::current().execute(text, "");
+  reason = outcome.failure.text;
+  return outcome.ok;
 }
 
 bool executeFile(const std::string& path) {
@@ -112,22 +132,29 @@ bool mapFolder(const std::string& from, const std::string& to) {
   return DirectoryMap::current().add(from, to);
 }
 
+std::vector<std::string> unusedFolders() {
+  return DirectoryMap::current().unused();
+}
+
+bool isMapped(const std::string& name) {
+  return DirectoryMap::current().hasGiven(name);
+}
+
 bool loadPlugin(const std::string& nameOrPath) {
   std::string error;
   return report(PluginRegistry::current().load(nameOrPath, error), error);
 }
 
-void beforeMessages(std::function<void()> listener) {
+void beforeMessages(std::function<void(std::string_view)> listener) {
   mel::beforeMessage() = std::move(listener);
 }
 
 std::vector<TileCandidate> texturedTopLevelTransforms() {
   std::vector<TileCandidate> candidates;
   for (const NodePtr& node : Scene::current().world()->children()) {
-    const DagPath path({node});
-    const auto name = node->isTransform() ? textureName(path) : std::nullopt;
-    if (name) {
-      candidates.push_back({path.fullName(), *name});
+    TileCandidate candidate = node->isTransform() ? candidateAt(DagPath({node})) : TileCandidate();
+    if (!candidate.textureNode.empty()) {
+      candidates.push_back(std::move(candidate));
     }
   }
   return candidates;
@@ -136,11 +163,7 @@ std::vector<TileCandidate> texturedTopLevelTransforms() {
 std::vector<TileCandidate> selectedCandidates() {
   std::vector<TileCandidate> candidates;
   for (const SelectionItem& item : Scene::current().selection.items()) {
-    TileCandidate candidate;
-    if (!item.path.isEmpty()) {
-      candidate = {item.path.fullName(), textureName(item.path).value_or("")};
-    }
-    candidates.push_back(std::move(candidate));
+    candidates.push_back(item.path.isEmpty() ? TileCandidate() : candidateAt(item.path));
   }
   return candidates;
 }

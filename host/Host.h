@@ -3,7 +3,10 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "host/file/SceneProblems.h"
 
 // What a program that embeds the stand-in host calls. There is one host a process, as there is one
 // scene. Every failure is explained on standard error ("Error: ...", with file, line and column
@@ -22,12 +25,16 @@ void newScene();
 // Reads a scene file in place of the scene. The process's working folder becomes the file's folder,
 // so that plug-ins, which open names as the scene gives them, find what lies beside the scene.
 // False when the file cannot be read or is no scene file; the scene is then empty. What the reader
-// cannot use is warned of.
+// cannot use is warned of, and handed out by takeSceneProblems. `reason` (may be null) is set to
+// why it failed.
 //
 // Files are not trusted. Opening n bytes (a file that others refer to counts each time it is read)
 // takes at most 400 n of memory, most of all for many empty nodes; beside that, primitives with
 // construction history have at most four million points together, a gigabyte.
-bool openScene(const std::string& path);
+bool openScene(const std::string& path, std::string* reason = nullptr);
+
+// What was found in all scene files that were read since the last call.
+SceneProblems takeSceneProblems();
 
 // Writes the scene as a scene file, replacing `path` only once every byte is on disk.
 bool saveScene(const std::string& path);
@@ -35,6 +42,8 @@ bool saveScene(const std::string& path);
 // Runs command-language text; `origin` names it in messages ("-c 1", a file name). False at the
 // first command that fails.
 bool execute(const std::string& text, const std::string& origin);
+// Shows no failure, but says in `reason` why, without a place.
+bool tryToExecute(const std::string& text, std::string& reason);
 bool executeFile(const std::string& path);
 
 // Folders searched by loadPlugin and by source, before MAYA_PLUG_IN_PATH and MAYA_SCRIPT_PATH.
@@ -44,17 +53,23 @@ void addScriptFolder(const std::string& folder);
 // Texture and reference names of scenes opened from now on that are at or below the folder `from`
 // of another machine mean the same name below `to`. False when one is empty.
 bool mapFolder(const std::string& from, const std::string& to);
+// Folders that were mapped, but in which nothing lies that a scene has named so far.
+std::vector<std::string> unusedFolders();
+// Whether the name is one that the mapping has given.
+bool isMapped(const std::string& name);
 
 // Loads a plug-in by name ("morvane") or path. False when it is not found, is no plug-in, or its
 // start-up fails.
 bool loadPlugin(const std::string& nameOrPath);
 
-// `listener` is called before each line that the host writes to standard error; none: nothing is.
-void beforeMessages(std::function<void()> listener);
+// `listener` is called with each line that the host, or the plug-in through it, will write to
+// standard error next; none: nothing is.
+void beforeMessages(std::function<void(std::string_view line)> listener);
 
 struct TileCandidate {
   std::string path;     // full DAG path of the transform
   std::string texture;  // fileTextureName of the file texture that its mesh's colour comes from
+  std::string textureNode{};  // that file texture
 };
 
 // Every top-level transform with a mesh below it whose colour comes from a file texture, in scene

@@ -6,6 +6,8 @@
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
 #include "tools/ExportScenes.h"
+#include "tools/OutputFile.h"
+#include "tools/SceneDamage.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
 #include "tools/TileSelection.h"
@@ -15,6 +17,7 @@ namespace {
 
 constexpr const char* kFooter =
     "A TGA texture stays as it is, and a PSD file of its name is written beside it.\n"
+    "A damaged scene is exported as far as it can be read, and the status is 1.\n"
     "Examples:\n"
     "  morvane export level.ma                    every tile, into its texture\n"
     "  morvane export level.ma 'shore*' pond      only these tiles\n"
@@ -29,10 +32,15 @@ struct Options {
   bool json = false;
 };
 
-// No node's name has a dot.
+bool endsIn(const std::string& word, const std::string& extension) {
+  if (word.size() < extension.size()) return false;
+  return std::equal(extension.rbegin(), extension.rend(), word.rbegin(),
+                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b); });
+}
+
+// No node's name has a dot or a slash. What is no scene that can be read is told of as one.
 bool isSceneName(const std::string& word) {
-  const std::size_t dot = word.rfind('.');
-  return dot != std::string::npos && (word.substr(dot) == ".ma" || word.substr(dot) == ".MA");
+  return endsIn(word, ".ma") || endsIn(word, ".mb") || word.find('/') != std::string::npos;
 }
 
 ExportJob jobOf(const Options& options) {
@@ -48,13 +56,21 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
         "--to takes exactly one scene and one node, since the file holds one tile, and no --json");
     return kUsage;
   }
+  if (!endsIn(file, ".psd")) {
+    complain("--to " + printable(file) +
+             ": a PSD file is written, so that the name must end in .psd");
+    return kUsage;
+  }
   const std::string to = absoluteName(file);
+  if (!canBeWritten(to)) return kFailed;
   const ExitStatus started = startSession(job.scenes[0], job.maps);
   if (started != kDone) return started;
+  const host::SceneProblems problems = host::takeSceneProblems();
   std::string told;
-  if (!selectTiles(job.scenes[0], job.nodes, told)) return kFailed;
+  if (!selectTiles(job.scenes[0], job.nodes, problems, told)) return kFailed;
   if (host::execute("file -force -exportSelected -type \"psd\" " + melString(to), "export")) {
-    return kDone;
+    tellUnusedMaps();
+    return tellDamage(job.scenes[0], problems);
   }
   complain("the export of " + printable(job.nodes[0]) + " to " + printable(file) +
            " failed; what is printed above says why");

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "tools/Platform.h"
@@ -28,6 +29,27 @@ std::string writtenFile(const std::string& texture) {
   for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
   if (extension != ".psd") file.replace_extension(".psd");
   return file.string();
+}
+
+// Each text of a file once, with its first line.
+Json warningsOf(const host::SceneProblems& problems) {
+  Json warnings = Json::array();
+  std::map<std::pair<std::string, std::string>, std::size_t> known;
+  for (const host::SceneProblem& problem : problems.list) {
+    const auto [place, isNew] = known.try_emplace({problem.file, problem.text}, warnings.size());
+    if (!isNew) {
+      Json& count = warnings[place->second]["count"];
+      count = count.get<std::size_t>() + 1;
+      continue;
+    }
+    warnings.push_back(
+        {{"text", toUtf8(problem.text)},
+         {"count", 1},
+         {"kind", problem.kind == host::SceneProblem::Kind::kDamage ? "damage" : "notice"},
+         {"file", problem.file.empty() ? Json() : Json(toUtf8(problem.file))},
+         {"line", problem.line == 0 ? Json() : Json(problem.line)}});
+  }
+  return warnings;
 }
 
 void addCounts(const std::string& file, Json& record) {
@@ -70,9 +92,11 @@ void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
   writeLine(record.dump());
 }
 
-void ExportRecords::writeFailure(const std::string& scene, const std::string& error) {
+void ExportRecords::writeScene(const std::string& scene, const host::SceneProblems& problems,
+                               const std::string& error) {
   Json record = emptyRecord(scene);
-  record["error"] = toUtf8(error);
+  record["warnings"] = warningsOf(problems);
+  if (!error.empty()) record["error"] = toUtf8(error);
   writeLine(record.dump());
 }
 

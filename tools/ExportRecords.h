@@ -20,8 +20,11 @@ class ExportRecords {
   // "milliseconds"}. `texture` is the file that holds the goblins now; what is not known is null.
   // The working folder must be the scene's.
   void write(const std::string& scene, const TileOutcome& tile, const std::string& texture);
-  // The scene could not be opened, or not be exported at all.
-  void writeFailure(const std::string& scene, const std::string& error);
+  // Of the scene as a whole: `tile` is null, a warning has also "kind" ("notice" or "damage"),
+  // "file" and "line", and `error`, where it is not empty, says why the scene was not exported or
+  // not wholly.
+  void writeScene(const std::string& scene, const host::SceneProblems& problems,
+                  const std::string& error);
 
   // False when a line could not be written.
   bool ok() const { return ok_; }

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "psd/PsdDocument.h"
+#include "tools/SceneTiles.h"
 #include "tools/Text.h"
 #include "tools/TileFile.h"
 
@@ -18,6 +19,8 @@ constexpr std::string_view kTileFailed = "*** Error exporting tile";
 constexpr std::string_view kWarnings[] = {"*** Warning : ", "Warning: "};
 
 constexpr std::string_view kLoadFailed = "couldn't load psd";
+constexpr std::string_view kSaveFailed = "couldn't save psd";
+constexpr std::string_view kHostError = "Error: ";
 
 // What the plug-in logs, and what the person at the terminal can do about it.
 struct Advice {
@@ -25,8 +28,7 @@ struct Advice {
   const char* text;
 };
 constexpr Advice kAdvice[] = {
-    {"couldn't save psd",
-     "check that the texture's folder can be written and the disk is not full"},
+    {kSaveFailed, "check that the texture's folder can be written and the disk is not full"},
     {"couldn't add goblin layer",
      "the line above says why; save the texture again as PSD: RGB, 8 bits a channel"},
     {"goblin geometry exceeds layer size", "use a larger texture, or fewer or simpler goblins"},
@@ -116,12 +118,34 @@ void ExportReport::endTile() {
       std::chrono::duration<double, std::milli>(Clock::now() - begin_).count();
 }
 
+void ExportReport::hearHost(std::string_view line) {
+  if (startsWith(line, kHostError)) reasons_.emplace_back(line.substr(kHostError.size()));
+}
+
+// Of a texture that could not be read or written: what was said of that file, or of the tile where
+// it has none.
+std::string ExportReport::reasonOf(const TileOutcome& tile) const {
+  const bool isSave = tile.error.find(kSaveFailed) != std::string::npos;
+  if (!isSave && tile.error.find(kLoadFailed) == std::string::npos) return "";
+  const std::string texture = textureOf(tile.path);
+  const std::string file = texture.empty() ? tile.path : texture;
+  const std::string stem = file.substr(0, file.rfind('.'));
+  for (const std::string& reason : reasons_) {
+    const bool fits =
+        isSave ? startsWith(reason, "cannot write " + stem + '.') : startsWith(reason, file + ": ");
+    if (fits) return reason;
+  }
+  return "";
+}
+
 bool ExportReport::conclude() {
   endTile();
-  for (const TileOutcome& tile : tiles_) {
+  for (TileOutcome& tile : tiles_) {
     if (tile.error.empty()) continue;
     complain("export failed for " + (tile.path.empty() ? "a selected node" : printable(tile.path)) +
              ": " + printable(tile.error) + "; " + advice(tile));
+    const std::string reason = reasonOf(tile);
+    if (!reason.empty()) tile.error += ": " + reason;
   }
   return failures() == 0;
 }
@@ -131,11 +155,16 @@ std::size_t ExportReport::failures() const {
       tiles_.begin(), tiles_.end(), [](const TileOutcome& tile) { return !tile.error.empty(); }));
 }
 
-std::string ExportReport::textureOf(const std::string& tile) const {
-  for (const host::TileCandidate& candidate : textures_) {
-    if (candidate.path == tile) return candidate.texture;
+const host::TileCandidate* ExportReport::candidate(const std::string& tile) const {
+  for (const host::TileCandidate& each : textures_) {
+    if (each.path == tile) return &each;
   }
-  return "";
+  return nullptr;
+}
+
+std::string ExportReport::textureOf(const std::string& tile) const {
+  const host::TileCandidate* const known = candidate(tile);
+  return known ? known->texture : "";
 }
 
 std::string ExportReport::advice(const TileOutcome& tile) const {
@@ -148,13 +177,17 @@ std::string ExportReport::advice(const TileOutcome& tile) const {
 
 // Loads the texture again to learn what the plug-in does not say.
 std::string ExportReport::textureAdvice(const std::string& tile) const {
+  const host::TileCandidate* const known = candidate(tile);
+  if (known && !known->textureNode.empty() && known->texture.empty()) {
+    return "set the fileTextureName of " + printable(known->textureNode);
+  }
   const std::string texture = textureOf(tile);
   if (!texture.empty()) {
-    const std::string shown = "its texture " + printable(texture);
-    std::error_code ignored;
-    if (!std::filesystem::exists(texture, ignored)) {
-      return shown + " does not exist; if it lies elsewhere on this machine, say where with " +
-             "--map FROM=TO";
+    std::error_code missing;
+    if (!std::filesystem::exists(texture, missing) && !missing) {
+      return "its texture " + printable(texture) +
+             (host::isMapped(texture) ? " does not exist; it is where --map leads: copy it there"
+                                      : kMissingTexture);
     }
     morvane::PsdDocument document(1, 1);
     std::string error;

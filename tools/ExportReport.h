@@ -34,6 +34,10 @@ class ExportReport {
   // can hold several.
   void hear(std::string_view line);
 
+  // A line that the host is writing to standard error, where the plug-in says what its output
+  // leaves out. May be called while another thread calls `hear`.
+  void hearHost(std::string_view line);
+
   // Names every failed tile, why, and what to do, on standard error. False when there are any.
   // Nothing is heard afterwards.
   bool conclude();
@@ -51,12 +55,15 @@ class ExportReport {
   void hearWarning(std::string_view message);
   void beginTile(std::string_view name);
   void endTile();
+  const host::TileCandidate* candidate(const std::string& tile) const;
+  std::string reasonOf(const TileOutcome& tile) const;
   std::string advice(const TileOutcome& tile) const;
   std::string textureAdvice(const std::string& tile) const;
 
   std::vector<host::TileCandidate> textures_;
   std::function<void(const TileOutcome&)> began_;
   std::vector<TileOutcome> tiles_;
+  std::vector<std::string> reasons_;
   bool open_ = false;  // the last tile is being exported
   Clock::time_point begin_{};
 };

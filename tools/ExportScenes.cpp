@@ -11,6 +11,7 @@
 #include "tools/OutputWatch.h"
 #include "tools/Platform.h"
 #include "tools/ProgressBar.h"
+#include "tools/SceneDamage.h"
 #include "tools/Text.h"
 #include "tools/TileSelection.h"
 
@@ -22,7 +23,10 @@ class Batch {
   explicit Batch(const ExportJob& job) : job_(job), bar_(standardErrorIsTerminal()) {
     if (job.json) records_.emplace();
     for (const std::string& scene : job.scenes) paths_.push_back(absoluteName(scene));
-    host::beforeMessages([this] { bar_.hide(); });
+    host::beforeMessages([this](std::string_view line) {
+      bar_.hide();
+      if (report_) report_->hearHost(line);
+    });
   }
   ~Batch() { host::beforeMessages({}); }
   Batch(const Batch&) = delete;
@@ -32,6 +36,7 @@ class Batch {
     ExitStatus worst = startSession("", job_.maps);
     if (worst != kDone) return worst;
     for (; scene_ < paths_.size(); ++scene_) worst = std::max(worst, exportScene());
+    tellUnusedMaps();
     if (paths_.size() > 1) summarise();
     if (!records_ || records_->ok()) return worst;
     complain(
@@ -44,23 +49,32 @@ class Batch {
 
   ExitStatus exportScene() {
     bar_.show(doneSoFar(0, 1), "opening " + printable(name()));
-    const bool opened = host::openScene(paths_[scene_]);
-    bar_.hide();
-    if (!opened) return failScene("the scene cannot be opened", kNotLoaded);
     std::string error;
-    if (!selectTiles(name(), job_.nodes, error)) return failScene(error, kFailed);
-    return exportSelected();
+    const bool opened = host::openScene(paths_[scene_], &error);
+    bar_.hide();
+    const host::SceneProblems problems = host::takeSceneProblems();
+    if (!opened) return failScene(problems, error, kNotLoaded);
+    if (!selectTiles(name(), job_.nodes, problems, error)) {
+      return failScene(problems, error, kFailed);
+    }
+    if (records_ && !problems.list.empty()) {
+      records_->writeScene(name(), problems, damageOf(problems));
+    }
+    const ExitStatus exported = exportSelected(problems.damages != 0);
+    return std::max(exported, tellDamage(name(), problems));
   }
 
-  ExitStatus exportSelected() {
+  ExitStatus exportSelected(bool isDamaged) {
     const auto tiles = host::selectedCandidates();
     ExportReport report(tiles,
                         [this, begun = std::size_t{0}, total = tiles.size()](
                             const TileOutcome& tile) mutable { showTile(tile, begun++, total); });
+    report_ = &report;
     OutputWatch watch([&report](std::string_view line) { report.hear(line); },
                       [this](const std::function<void()>& write) { bar_.makeRoom(write); });
     const bool executed = host::execute("exportTile", "exportTile");
     const bool heard = watch.finish();
+    report_ = nullptr;
     bar_.hide();
     if (!heard) {
       complain(
@@ -68,7 +82,7 @@ class Batch {
           "exported; is the disk full?");
     }
     const bool allExported = report.conclude();
-    keep(report);
+    keep(report, isDamaged);
     return executed && heard && allExported ? kDone : kFailed;
   }
 
@@ -88,16 +102,17 @@ class Batch {
     bar_.show(doneSoFar(number, tiles), what);
   }
 
-  ExitStatus failScene(const std::string& error, ExitStatus status) {
+  ExitStatus failScene(const host::SceneProblems& problems, const std::string& error,
+                       ExitStatus status) {
     ++failedScenes_;
-    if (records_) records_->writeFailure(name(), error);
+    if (records_) records_->writeScene(name(), problems, error);
     tell("not exported");
     return status;
   }
 
-  void keep(const ExportReport& report) {
+  void keep(const ExportReport& report, bool isDamaged) {
     const std::size_t failed = report.failures();
-    failedScenes_ += failed == 0 ? 0 : 1;
+    failedScenes_ += failed == 0 && !isDamaged ? 0 : 1;
     failedTiles_ += failed;
     exportedTiles_ += report.tiles().size() - failed;
     if (records_) {
@@ -106,7 +121,8 @@ class Batch {
       }
     }
     tell(counted(report.tiles().size() - failed, "tile") + " exported" +
-         (failed == 0 ? "" : ", " + std::to_string(failed) + " failed"));
+         (failed == 0 ? "" : ", " + std::to_string(failed) + " failed") +
+         (isDamaged ? "; the scene is damaged" : ""));
   }
 
   // Where no bar shows how far it is, a line for each of several scenes does.
@@ -129,6 +145,7 @@ class Batch {
   std::vector<std::string> paths_;  // absolute, before a scene moves the working folder
   std::optional<ExportRecords> records_;
   ProgressBar bar_;
+  ExportReport* report_ = nullptr;  // of the export that is going on
   std::size_t scene_ = 0;
   std::size_t failedScenes_ = 0;
   std::size_t exportedTiles_ = 0;

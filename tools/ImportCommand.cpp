@@ -1,12 +1,15 @@
+#include <algorithm>
 #include <string>
 
 #include "host/Host.h"
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
 #include "tools/OutputFile.h"
+#include "tools/SceneDamage.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
 #include "tools/TileFile.h"
+#include "tools/TileSelection.h"
 
 namespace tools {
 namespace {
@@ -51,9 +54,12 @@ ExitStatus importTile(const Options& options) {
   document.reset();  // the plug-in has one of its own
   const ExitStatus started = startSession(options.scene, options.maps);
   if (started != kDone) return started;
-  if (!host::execute("select -replace " + melString(options.node), "the tile")) {
+  const host::SceneProblems problems = host::takeSceneProblems();
+  std::string reason;
+  if (!host::tryToExecute("select -replace " + melString(options.node), reason)) {
     complain(printable(options.scene) + ": cannot select " + printable(options.node) +
-             "; name one transform of the scene");
+             whyNotSelected(options.node, reason) +
+             (problems.list.empty() ? "" : likelyLoss(problems)));
     return kFailed;
   }
   if (!host::execute(importScript(file), "import")) {
@@ -64,7 +70,8 @@ ExitStatus importTile(const Options& options) {
   }
   const ExitStatus saved = saveScene(output);
   if (saved == kDone && !output.empty()) tellWritten(options.output);
-  return saved;
+  tellUnusedMaps();
+  return std::max(saved, tellDamage(options.scene, problems));
 }
 
 }  // namespace
@@ -86,7 +93,8 @@ void addImport(CLI::App& program, int& status) {
       ->type_name("SCENE");
   addMapOption(*command, options->maps);
   command->footer(
-      "What stands below the tile already stays there.\n"
+      "What stands below the tile already stays there. A damaged scene is used as far\n"
+      "as it can be read, and the status is 1.\n"
       "Examples:\n"
       "  morvane export level.ma pond --to pond.psd\n"
       "  morvane import bare.ma pond pond.psd -o dressed.ma");

@@ -7,6 +7,7 @@
 #include "tools/Commands.h"
 #include "tools/DocumentReport.h"
 #include "tools/ExitStatus.h"
+#include "tools/SceneDamage.h"
 #include "tools/SceneOpener.h"
 #include "tools/SceneReport.h"
 #include "tools/Session.h"
@@ -119,9 +120,11 @@ ExitStatus reportAll(const Options& options) {
       status = reportDocument(paths[i], file, options.json) ? kDone : kFailed;
     } else {
       status = scenes.open(paths[i]) ? reportScene(file, options.json) : kNotLoaded;
+      status = std::max(status, tellDamage(file, scenes.problems()));
     }
     worst = std::max(worst, status);
   }
+  tellUnusedMaps();
   return worst;
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
 #include "tools/OutputFile.h"
+#include "tools/SceneDamage.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
 
@@ -49,6 +51,7 @@ ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
     const bool ok =
         step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
     if (ok) continue;
+    tellDamage(options.scene, host::takeSceneProblems());
     if (!output.empty()) {
       complain("a command failed, so " + printable(options.output) +
                " was not written; what is printed above says why");
@@ -57,7 +60,8 @@ ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
   }
   const ExitStatus saved = saveScene(output);
   if (saved == kDone && !output.empty()) tellWritten(options.output);
-  return saved;
+  tellUnusedMaps();
+  return std::max(saved, tellDamage(options.scene, host::takeSceneProblems()));
 }
 
 }  // namespace
@@ -82,7 +86,8 @@ void addRun(CLI::App& program, int& status) {
       ->type_name("SCENE");
   addMapOption(*command, options->maps);
   command->footer(
-      "Every -c and -f runs in the order given, up to the first that fails.\n"
+      "Every -c and -f runs in the order given, up to the first that fails. A damaged\n"
+      "scene is used as far as it can be read, and the status is 1.\n"
       "Examples:\n"
       "  morvane run level.ma -c 'print `ls -type mesh`'   ask for something\n"
       "  morvane run level.ma -f tidy.mel -o tidied.ma     change it and save\n"

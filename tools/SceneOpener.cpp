@@ -2,8 +2,6 @@
 
 #include <filesystem>
 
-#include "host/Host.h"
-
 namespace tools {
 
 bool isScene(const std::string& path) {
@@ -13,9 +11,12 @@ bool isScene(const std::string& path) {
 }
 
 bool SceneOpener::open(const std::string& path) {
-  if (started_) return host::openScene(path);
+  const bool opened =
+      started_ ? host::openScene(path, &reason_) : startSession(path, maps_, &reason_) == kDone;
   started_ = true;
-  return startSession(path, maps_) == kDone;
+  problems_ = host::takeSceneProblems();
+  if (!opened && reason_.empty()) reason_ = "the plug-in cannot be loaded";
+  return opened;
 }
 
 }  // namespace tools

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "host/Host.h"
 #include "tools/Session.h"
 
 namespace tools {
@@ -17,10 +18,15 @@ class SceneOpener {
 
   // `path` is absolute. False, with the reason on standard error, when it cannot be opened.
   bool open(const std::string& path);
+  // Of the last one: what was found in it, and why it was not opened.
+  const host::SceneProblems& problems() const { return problems_; }
+  const std::string& reason() const { return reason_; }
 
  private:
   const FolderMaps& maps_;
   bool started_ = false;
+  host::SceneProblems problems_;
+  std::string reason_;
 };
 
 }  // namespace tools

@@ -28,7 +28,7 @@ void addMapOption(CLI::App& command, FolderMaps& maps) {
           "");
 }
 
-ExitStatus startSession(const std::string& scene, const FolderMaps& maps) {
+ExitStatus startSession(const std::string& scene, const FolderMaps& maps, std::string* reason) {
   const std::string path = scene.empty() ? "" : absoluteName(scene);
   host::start(absoluteName("."));
   for (const std::string& pair : maps) {
@@ -42,7 +42,7 @@ ExitStatus startSession(const std::string& scene, const FolderMaps& maps) {
     host::addPlugInFolder((program.parent_path() / "plug-ins").string());
     host::addScriptFolder((program.parent_path() / "scripts").string());
   }
-  if (!path.empty() && !host::openScene(path)) return kNotLoaded;
+  if (!path.empty() && !host::openScene(path, reason)) return kNotLoaded;
   if (!host::loadPlugin("morvane")) {
     complain(
         "the plug-in cannot be loaded; it belongs into the folder plug-ins beside the program's "

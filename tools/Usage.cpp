@@ -1,45 +1,21 @@
 #include "tools/Usage.h"
 
 #include <algorithm>
-#include <utility>
 #include <vector>
 
+#include "host/NearestName.h"
 #include "tools/Text.h"
 
 namespace tools {
 namespace {
 
-// How many letters must be added, left out, changed, or exchanged with the next one.
-std::size_t difference(const std::string& a, const std::string& b) {
-  std::vector<std::size_t> beforeLast, last, row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    beforeLast = std::exchange(last, row);
-    row[0] = i;
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const bool same = a[i - 1] == b[j - 1];
-      row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (same ? 0 : 1)});
-      const bool exchanged = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
-      if (exchanged) row[j] = std::min(row[j], beforeLast[j - 2] + 1);
-    }
-  }
-  return row[b.size()];
-}
-
 // "; did you mean ...?" where something is near, else all that there is.
 std::string suggestion(const std::string& word, const std::vector<std::string>& known) {
-  constexpr std::size_t kNear = 2;
-  const std::string* nearest = nullptr;
-  std::size_t least = std::min(kNear + 1, word.size());
+  const std::string nearest = host::nearestName(word, known);
+  if (!nearest.empty()) return "; did you mean " + nearest + "?";
   std::string all;
-  for (const std::string& each : known) {
-    all += (all.empty() ? "" : ", ") + each;
-    const std::size_t d = difference(word, each);
-    if (d >= least) continue;
-    least = d;
-    nearest = &each;
-  }
-  return nearest ? "; did you mean " + *nearest + "?" : "; there are " + all;
+  for (const std::string& each : known) all += (all.empty() ? "" : ", ") + each;
+  return "; there are " + all;
 }
 
 std::vector<std::string> optionsOf(const CLI::App& command) {

@@ -7,6 +7,7 @@
 #include "tools/DocumentReport.h"
 #include "tools/ExitStatus.h"
 #include "tools/OutputFile.h"
+#include "tools/SceneDamage.h"
 #include "tools/SceneOpener.h"
 #include "tools/SceneTiles.h"
 #include "tools/Session.h"
@@ -68,6 +69,7 @@ class Viewer {
     tellWritten(options_.output, (files_ > 0 ? counted(files_, "file") + ", " : "") +
                                      (tiles_ > 0 ? counted(tiles_, "tile") + ", " : "") +
                                      counted(goblins_, "goblin"));
+    tellUnusedMaps();
     return status_;
   }
 
@@ -105,13 +107,15 @@ class Viewer {
     const std::vector<SceneTile> tiles = opened ? sceneTiles() : std::vector<SceneTile>();
     if (!tiles.empty()) {
       for (const SceneTile& tile : tiles) addTile(tile, shown);
+      status_ = std::max(status_, tellDamage(shown, scenes_.problems()));
       return;
     }
     ViewItem item;
     item.name = fs::path(path).filename().string();
     item.file = shown;
-    item.fault = opened ? kNoTile : "the scene cannot be loaded";
-    fail(printable(shown) + ": " + item.fault, opened ? kFailed : kNotLoaded);
+    item.fault = opened ? kNoTile + likelyLoss(scenes_.problems()) : scenes_.reason();
+    fail(printable(shown) + ": " + (opened ? item.fault : "the scene cannot be loaded"),
+         opened ? kFailed : kNotLoaded);
     add(item, files_);
   }
 

@@ -69,9 +69,26 @@ std::optional<std::string> DirectoryMap::convert(std::string_view name) const {
   if (!best) {
     return std::nullopt;
   }
+  used_.insert(best->first);
   std::string rest = asked.substr(best->first.size());
   if (!rest.empty() && rest.front() != '/') rest.insert(0, 1, '/');  // mapped from "/"
   return best->second == "/" && !rest.empty() ? rest : best->second + rest;
+}
+
+std::vector<std::string> DirectoryMap::unused() const {
+  std::vector<std::string> names;
+  for (const auto& entry : folders_) {
+    if (used_.count(entry.first) == 0) {
+      names.push_back(entry.first);
+    }
+  }
+  return names;
+}
+
+bool DirectoryMap::hasGiven(std::string_view name) const {
+  return std::any_of(folders_.begin(), folders_.end(), [&](const auto& entry) {
+    return used_.count(entry.first) != 0 && isIn(std::string(name), entry.second);
+  });
 }
 
 void DirectoryMap::convertTextures(std::size_t firstSerial) const {

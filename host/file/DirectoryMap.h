@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace host {
 
@@ -28,11 +30,17 @@ class DirectoryMap {
   // no folder fits, or the map is not enabled.
   std::optional<std::string> convert(std::string_view name) const;
 
+  // The mapped folders that no name was found in.
+  std::vector<std::string> unused() const;
+  // Whether `convert` gave this name.
+  bool hasGiven(std::string_view name) const;
+
   // Gives the file textures among the nodes from this serial on the names that they have here.
   void convertTextures(std::size_t firstSerial) const;
 
  private:
   std::map<std::string, std::string> folders_;
+  mutable std::set<std::string> used_;  // of `folders_`
 };
 
 }  // namespace host

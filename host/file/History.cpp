@@ -1,3 +1,4 @@
+#include "host/file/SceneProblems.h"
 #include "host/file/SceneReader.h"
 #include "host/mel/Messages.h"
 #include "host/scene/Connections.h"
@@ -42,6 +43,11 @@ std::optional<double> setNumber(const NodePtr& node, std::string_view shortName,
   return std::nullopt;
 }
 
+void note(SceneProblem::Kind kind, const std::string& text) {
+  mel::showWarning(text);
+  SceneProblems::current().add({kind, "", 0, text});
+}
+
 // `points` is how many points all primitives may still have; a few words of a file ask for many.
 void evaluate(const NodePtr& node, int& points) {
   const NodePtr maker = makerOf(node);
@@ -51,8 +57,8 @@ void evaluate(const NodePtr& node, int& points) {
   const std::string what = "mesh '" + Scene::current().displayName(node) + "' is made by '" +
                            maker->name() + "' (" + maker->type().name() + ")";
   if (!isPrimitive(maker->type().name())) {
-    mel::showWarning(what +
-                     ", which is not evaluated: it has no geometry; delete its history in Maya");
+    note(SceneProblem::Kind::kNotice,
+         what + ", which is not evaluated: it has no geometry; delete its history in Maya");
     return;
   }
   const std::string problem = points <= 0
@@ -65,8 +71,8 @@ void evaluate(const NodePtr& node, int& points) {
                                         *node->mesh);
   points -= node->mesh->pointCount();
   if (!problem.empty()) {
-    mel::showWarning(what + ", but " + problem +
-                     ": it has no geometry; delete its history in Maya");
+    note(SceneProblem::Kind::kNotice,
+         what + ", but " + problem + ": it has no geometry; delete its history in Maya");
   }
 }
 
@@ -81,8 +87,8 @@ void evaluateHistories() {
     if (node->mesh->storedFaceStarts().size() <= 1) {
       evaluate(node, points);
     } else if (!node->mesh->problem().empty()) {
-      mel::showWarning("mesh '" + Scene::current().displayName(node) +
-                       "' has no usable faces: " + node->mesh->problem());
+      note(SceneProblem::Kind::kDamage, "mesh '" + Scene::current().displayName(node) +
+                                            "' has no usable faces: " + node->mesh->problem());
     }
   }
 }

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/NearestName.h"
 #include "host/api/PluginRegistry.h"
 #include "host/file/DirectoryMap.h"
 #include "host/file/SceneInfo.h"
@@ -51,16 +52,40 @@ const Translator* findTranslator(const std::string& name) {
   return nullptr;
 }
 
+// "; did you mean meadow.ma?" for a file of the folder that has nearly this name.
+std::string likelyMeant(const fs::path& path) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(path.parent_path(), error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (entry->is_regular_file(error)) {
+      names.push_back(entry->path().filename().u8string());
+    }
+  }
+  const std::string nearest = nearestName(path.filename().u8string(), names);
+  return nearest.empty() ? "; check the name" : "; did you mean " + nearest + "?";
+}
+
 // Whether there is a file that can be read to its end. Files that are none, such as the system's
 // own that say they are empty and wait for what they have to tell, are no scenes or images either.
 bool exists(const std::string& path, std::string& error) {
-  std::error_code ignored;
-  if (!fs::is_regular_file(fs::u8path(path), ignored)) {
-    error = "no file named " + path;
-    return false;
+  std::error_code failed;
+  const fs::path file = fs::u8path(path);
+  const fs::file_type type = fs::status(file, failed).type();
+  if (type == fs::file_type::not_found) {
+    error = "no file named " + path + likelyMeant(file);
+  } else if (type == fs::file_type::directory) {
+    error = path + " is a folder; name a file in it";
+  } else if (failed) {
+    error = "cannot read " + path + ": " + failed.message() + "; check the file and its folders";
+  } else if (type != fs::file_type::regular) {
+    error = path + " is no file that can be read to its end; name a file";
+  } else if (fs::file_size(file, failed) == 0) {
+    error = path + " is empty; fetch it again, or save it again where it was made";
+  } else {
+    return true;
   }
-  error = path + " is empty";
-  return fs::file_size(fs::u8path(path), ignored) != 0;
+  return false;
 }
 
 // The type that the request names or the file is; false when it is none that is known.

@@ -17,6 +17,7 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
+using Kind = SceneProblem::Kind;
 
 // Files that are being read, one inside the other.
 std::vector<std::string>& openFiles() {
@@ -91,13 +92,10 @@ bool isSceneFileStart(std::string_view bytes) {
   return bytes.substr(0, 6) == "//Maya";
 }
 
-std::string SceneReader::where() const {
-  return path_ + ":" + std::to_string(statements_.line()) + ":" +
-         std::to_string(statements_.column()) + ": ";
-}
-
-void SceneReader::warn(const std::string& text) {
-  mel::showWarning(where() + text);
+void SceneReader::note(SceneProblem::Kind kind, const std::string& text) {
+  mel::showWarning(path_ + ":" + std::to_string(statements_.line()) + ":" +
+                   std::to_string(statements_.column()) + ": " + text);
+  SceneProblems::current().add({kind, path_, statements_.line(), text});
 }
 
 bool SceneReader::read(const std::string& path, const Options& options, std::string& error) {
@@ -118,7 +116,11 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
     return false;
   }
   if (!isSceneFileStart(statements_.firstLine())) {
-    error = path + " is no scene file: it does not begin with //Maya; save it as Maya ASCII";
+    const bool isBinary = statements_.firstLine().compare(0, 3, "FOR") == 0;
+    error = path + (isBinary ? " is a binary scene, of which nothing can be read; open it in Maya "
+                               "and save it as Maya ASCII, .ma"
+                             : " is no scene file: it does not begin with //Maya; save it as Maya "
+                               "ASCII");
     return false;
   }
   if (options.keepsInfo) {
@@ -130,7 +132,7 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   context_.keepsInfo = options.keepsInfo;
   context_.nameSpace = options.nameSpace;
   context_.folder = fs::u8path(absolute).parent_path().u8string();
-  context_.where = [this] { return where(); };
+  context_.onWarning = [this](const std::string& text) { note(Kind::kNotice, text); };
   const SceneUnits outerUnits = currentUnits();
   currentUnits() = SceneUnits();
   openFiles().push_back(absolute);
@@ -140,14 +142,32 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   }
   openFiles().pop_back();
   currentUnits() = outerUnits;
-  if (statements_.endedEarly()) {
-    warn("the file ends inside a statement; it is cut off, or lacks its last semicolon");
-  }
+  noteEnd();
   if (statements_.failed()) {
     error = "cannot read all of " + path;
     return false;
   }
   return true;
+}
+
+// A file that stops between two statements may be a scene that somebody wrote by hand.
+void SceneReader::noteEnd() {
+  using End = SceneProblems::End;
+  End end = statements_.hasEnd() ? End::kWhole : End::kUnmarked;
+  if (statements_.endedEarly()) {
+    end = End::kCut;
+    note(Kind::kDamage,
+         "the file ends inside a statement; it is cut off, or lacks its last semicolon");
+  } else if (!statements_.hasEnd() && statements_.isNamed()) {
+    end = End::kDoubtful;
+    note(
+        Kind::kNotice,
+        "the file may be cut off: it lacks the line // End of, with which Maya ends a scene; fetch "
+        "it again, or add that line where nothing is missing");
+  }
+  if (!context_.isReference) {
+    SceneProblems::current().end = std::max(SceneProblems::current().end, end);
+  }
 }
 
 // The bulk of a large scene: numbers go from the text into the mesh, with nothing between.
@@ -174,7 +194,7 @@ bool SceneReader::runMeshStatement(std::string_view statement) {
   const std::string problem =
       setMeshData(*context_.currentNode->mesh, path, rest, currentUnits().length);
   if (!problem.empty()) {
-    warn("'" + context_.currentNode->name() + "." + path + "' " + problem);
+    note(Kind::kDamage, "'" + context_.currentNode->name() + "." + path + "' " + problem);
   }
   return true;
 }
@@ -187,7 +207,7 @@ void SceneReader::runStatement(std::string_view statement) {
   }
   std::string error;
   if (!splitStatement(statement, name_, words_, error)) {
-    warn(error);
+    note(Kind::kDamage, error);
     return;
   }
   if (name_ == "file") {
@@ -196,7 +216,7 @@ void SceneReader::runStatement(std::string_view statement) {
   }
   const mel::CommandResult result = mel::runCommand(name_, words_, context_);
   if (!result.ok) {
-    warn(result.error);
+    note(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
   }
 }
 
@@ -215,7 +235,7 @@ void SceneReader::runFileStatement(const mel::Words& words) {
     }
   }
   if ((!loads && !declares) || words.empty()) {
-    warn("file: a scene file may refer to other files, and nothing else");
+    note(Kind::kNotice, "file: a scene file may refer to other files, and nothing else");
     return;
   }
   if (context_.keepsInfo) {
@@ -227,8 +247,8 @@ void SceneReader::runFileStatement(const mel::Words& words) {
   const std::string& name = words.back().text;
   const std::string found = findReference(name, context_.folder);
   if (found.empty()) {
-    warn("the referenced file " + name +
-         " was not found; tell where its folder is (--map, dirmap)");
+    note(Kind::kNotice, "the referenced file " + name +
+                            " was not found; tell where its folder is (--map, dirmap)");
     return;
   }
   Options options;
@@ -238,7 +258,7 @@ void SceneReader::runFileStatement(const mel::Words& words) {
   std::string error;
   SceneReader reader;
   if (!reader.read(found, options, error)) {
-    warn(error);
+    note(Kind::kNotice, error);
   }
 }
 

@@ -4,13 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "host/file/SceneProblems.h"
 #include "host/file/StatementReader.h"
 #include "host/mel/Command.h"
 
 namespace host {
 
 // Reads a scene file into the scene that is there: every statement runs as a command. What it
-// cannot use is named in a warning with the file's name, line and column, and passed over.
+// cannot use is named in a warning with the file's name, line and column, kept in `SceneProblems`,
+// and passed over.
 class SceneReader {
  public:
   struct Options {
@@ -27,8 +29,8 @@ class SceneReader {
   void runStatement(std::string_view statement);
   bool runMeshStatement(std::string_view statement);
   void runFileStatement(const mel::Words& words);
-  void warn(const std::string& text);
-  std::string where() const;
+  void noteEnd();
+  void note(SceneProblem::Kind kind, const std::string& text);
 
   std::string path_;
   StatementReader statements_;

@@ -46,7 +46,7 @@ class Writer {
     const std::vector<std::string> oldest{"requires maya \"2018\""};
     const std::string time = info.timeUnit.empty() ? "film" : info.timeUnit;
     return put((info.firstLine.empty() ? "//Maya ASCII 2018 scene" : info.firstLine) +
-               "\n//Codeset: UTF-8\n") &&
+               "\n//Name: scene\n//Codeset: UTF-8\n") &&
            putAll(info.references) &&
            putAll(info.requirements.empty() ? oldest : info.requirements) &&
            put("currentUnit -l centimeter -a degree -t " + time + ";\n") && putAll(info.fileInfo);

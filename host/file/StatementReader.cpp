@@ -29,7 +29,9 @@ constexpr std::array<bool, 256> kStops = stops();
 bool StatementReader::open(const std::string& path, std::string& error) {
   file_.reset(std::fopen(path.c_str(), "rb"));
   if (file_ == nullptr || (!fill() && failed_)) {
-    error = "cannot read " + path + ": " + std::strerror(errno);
+    const bool forbidden = errno == EACCES;
+    error = "cannot read " + path + ": " + std::strerror(errno) +
+            (forbidden ? "; make it readable for the user that runs this" : "");
     return false;
   }
   if (buffer_.compare(0, 3, "\xEF\xBB\xBF") == 0) {
@@ -71,6 +73,12 @@ void StatementReader::stepOver(std::size_t end) {
   begin_ = end;
 }
 
+// Of the line comment at `begin_`, of which the first words are in the buffer.
+void StatementReader::noteComment() {
+  isNamed_ = isNamed_ || buffer_.compare(begin_, 7, "//Name:") == 0;
+  hasEnd_ = buffer_.compare(begin_, 9, "// End of") == 0;
+}
+
 // Over blanks, comments and empty statements. False at the end of the file.
 bool StatementReader::skipToStatement() {
   while (true) {
@@ -93,11 +101,14 @@ bool StatementReader::skipToStatement() {
     while (close == std::string::npos) {
       const std::size_t searched = buffer_.size() - begin_;
       if (!fill()) {
+        endedEarly_ = !line;
+        if (line) noteComment();
         stepOver(buffer_.size());
         return false;
       }
       close = buffer_.find(line ? "\n" : "*/", begin_ + std::max<std::size_t>(searched - 1, 2));
     }
+    if (line) noteComment();
     stepOver(close + (line ? 1 : 2));
   }
 }
@@ -149,11 +160,13 @@ bool StatementReader::findEnd() {
 }
 
 bool StatementReader::next(std::string_view& statement) {
-  if (!skipToStatement()) {
-    return false;
-  }
+  const bool found = skipToStatement();
   line_ = nextLine_;
   column_ = nextColumn_;
+  if (!found) {
+    return false;
+  }
+  hasEnd_ = false;
   scan_ = begin_;
   inText_ = false;
   while (!findEnd()) {

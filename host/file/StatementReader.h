@@ -28,8 +28,11 @@ class StatementReader {
   int line() const { return line_; }
   int column() const { return column_; }
 
-  // The file ended inside a statement or a text; what was there is not given.
+  // The file ended inside a statement, a text or a comment; what was there is not given.
   bool endedEarly() const { return endedEarly_; }
+  // Maya begins a file with a comment of its name, and ends it with one.
+  bool isNamed() const { return isNamed_; }
+  bool hasEnd() const { return hasEnd_; }
   bool failed() const { return failed_; }
 
  private:
@@ -37,6 +40,7 @@ class StatementReader {
   bool findEnd();
   bool skipToStatement();
   void stepOver(std::size_t end);
+  void noteComment();
 
   struct Close {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -52,6 +56,8 @@ class StatementReader {
   int nextLine_ = 1;  // at `begin_`
   int nextColumn_ = 1;
   bool endedEarly_ = false;
+  bool isNamed_ = false;
+  bool hasEnd_ = false;
   bool failed_ = false;
 };
 

@@ -191,13 +191,13 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
   if (node->mesh != nullptr && isMeshData(path)) {
     error = setMeshData(*node->mesh, path, joined(values.words),
                         context.inSceneFile ? currentUnits().length : 1.0);
-    return error.empty() ? CommandResult::success() : CommandResult::failure(error);
+    return error.empty() ? CommandResult::success() : CommandResult::malformed(error);
   }
   const auto range = splitRange(path);
   if (range && range->last > range->first && !Plug::find(node, path)) {
     return setRange(node, *range, arguments, values, context, error)
                ? CommandResult::success()
-               : CommandResult::failure(error);
+               : CommandResult::malformed(error);
   }
   const auto plug = Plug::find(node, path);
   if (!plug) {
@@ -209,10 +209,10 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
       return refused(*plug);
     }
     if (!setOne(*plug, arguments, values, context, error)) {
-      return CommandResult::failure(error);
+      return CommandResult::malformed(error);
     }
     if (values.left() > 0) {
-      return CommandResult::failure("too many values for '" + plug->name() + "'");
+      return CommandResult::malformed("too many values for '" + plug->name() + "'");
     }
   }
   setFlags(*plug, arguments, true);
@@ -236,13 +236,13 @@ bool isToBeKept(const NodePtr& node, const std::string& path) {
 
 CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().empty()) {
-    return CommandResult::failure("setAttr: names no attribute");
+    return CommandResult::malformed("setAttr: names no attribute");
   }
   PlugName name;
   std::string error;
   const std::string& text = arguments.objects().front();
   if (!splitPlugName(text, context, name, error)) {
-    return CommandResult::failure("setAttr: " + error);
+    return notFound(text, "setAttr: " + error);
   }
   Values values{arguments.text("typ"),
                 {arguments.objects().begin() + 1, arguments.objects().end()}};

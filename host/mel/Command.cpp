@@ -6,6 +6,7 @@
 #include "host/mel/Messages.h"
 #include "host/mel/Numbers.h"
 #include "host/mel/Text.h"
+#include "host/scene/UniqueNames.h"
 
 namespace host::mel {
 
@@ -68,8 +69,14 @@ CommandResult CommandResult::failure(std::string error) {
   return result;
 }
 
+CommandResult CommandResult::malformed(std::string error) {
+  CommandResult result = failure(std::move(error));
+  result.isMalformed = true;
+  return result;
+}
+
 void CommandContext::warn(const std::string& text) const {
-  showWarning((where ? where() : std::string()) + text);
+  onWarning ? onWarning(text) : showWarning(text);
 }
 
 const Arguments::Use* Arguments::lastUse(std::string_view shortName) const {
@@ -152,11 +159,14 @@ class ArgumentParser {
     return true;
   }
 
+  bool metUnknown() const { return metUnknown_; }
+
  private:
   bool parseFlag(const std::string& name, Arguments& arguments, std::string& error) {
     const FlagSpec* flag = findFlag(flags_, std::string_view(name).substr(1));
     if (flag == nullptr) {
       error = std::string(command_) + ": unknown flag " + name;
+      metUnknown_ = true;
       return false;
     }
     const std::string_view kinds = query_ ? std::string_view() : flag->arguments;
@@ -183,11 +193,17 @@ class ArgumentParser {
   const Words& words_;
   std::size_t at_ = 0;
   bool query_ = false;
+  bool metUnknown_ = false;
 };
 
 bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags,
-                    const Words& words, Arguments& arguments, std::string& error) {
-  return ArgumentParser(command, flags, words).parse(arguments, error);
+                    const Words& words, Arguments& arguments, std::string& error, bool* isUnknown) {
+  ArgumentParser parser(command, flags, words);
+  const bool ok = parser.parse(arguments, error);
+  if (isUnknown != nullptr) {
+    *isUnknown = parser.metUnknown();
+  }
+  return ok;
 }
 
 CommandTable& CommandTable::current() {
@@ -232,10 +248,28 @@ const Command* CommandTable::find(std::string_view name) const {
   return found == commands_.end() ? nullptr : &found->second;
 }
 
+namespace {
+
+// Whether a plug-in or another version of the host may know the command. In a scene file, texts
+// stand in quotes; and one statement inside another lacks the semicolon before it.
+bool couldBeCommand(std::string_view name, const Words& words) {
+  const bool hasArguments = std::any_of(
+      words.begin(), words.end(), [](const Word& word) { return word.quoted || isFlag(word); });
+  const bool swallows = std::any_of(words.begin(), words.end(), [](const Word& word) {
+    return !word.quoted && (word.text == "createNode" || word.text == "setAttr" ||
+                            word.text == "connectAttr" || word.text == "addAttr");
+  });
+  return hasArguments && !swallows && isLegalName(name);
+}
+
+}  // namespace
+
 CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
   const Command* command = CommandTable::current().find(name);
   if (command == nullptr) {
-    return CommandResult::failure("unknown command '" + std::string(name) + "'");
+    const std::string error = "unknown command '" + std::string(name) + "'";
+    return couldBeCommand(name, words) ? CommandResult::failure(error)
+                                       : CommandResult::malformed(error);
   }
   if (command->words) {
     if (context.inSceneFile) {
@@ -247,8 +281,10 @@ CommandResult runCommand(std::string_view name, const Words& words, CommandConte
   }
   Arguments arguments;
   std::string error;
-  if (!parseArguments(name, command->flags, words, arguments, error)) {
-    return CommandResult::failure(std::move(error));
+  bool isUnknown = false;
+  if (!parseArguments(name, command->flags, words, arguments, error, &isUnknown)) {
+    return isUnknown ? CommandResult::failure(std::move(error))
+                     : CommandResult::malformed(std::move(error));
   }
   return command->function(arguments, context);
 }

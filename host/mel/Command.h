@@ -33,10 +33,12 @@ struct CommandResult {
   bool ok = true;
   Value value;
   std::string error;             // why it failed, without a position
+  bool isMalformed = false;      // no sound scene file has such a statement
   std::optional<Failure> inner;  // set instead of `error` when a text that the command ran failed
 
   static CommandResult success(Value value = Value());
   static CommandResult failure(std::string error);
+  static CommandResult malformed(std::string error);
 };
 
 // Who runs a command, and what stands around it.
@@ -53,8 +55,8 @@ struct CommandContext {
   // one twice), and what those are called that could not get their names.
   std::unordered_map<std::string, NodePtr> ownNodes;
   std::map<std::string, std::string, std::less<>> renames;
-  std::function<std::string()> where;        // "scene.ma:3:1: ", for warnings
-  void warn(const std::string& text) const;  // one line on standard error
+  std::function<void(const std::string&)> onWarning;  // shows what `warn` is given, with its place
+  void warn(const std::string& text) const;
 };
 
 // One flag: its names without dashes and its arguments, one letter each: 's' text, 'n' number, 'i'
@@ -100,9 +102,11 @@ class Arguments {
   const Words* words_ = nullptr;
 };
 
-// False with the reason in `error` for an unknown flag, a missing argument, or one of another kind.
+// False with the reason in `error` for a missing argument, one of another kind, or an unknown flag,
+// which is no fault of a text that another version of the host wrote: then `isUnknown` is set.
 bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags,
-                    const Words& words, Arguments& arguments, std::string& error);
+                    const Words& words, Arguments& arguments, std::string& error,
+                    bool* isUnknown = nullptr);
 
 using CommandFunction = CommandResult (*)(const Arguments&, CommandContext&);
 // What a plug-in registered: it sees its words as they are.
@@ -129,6 +133,7 @@ class CommandTable {
   std::map<std::string, Command, std::less<>> commands_;
 };
 
+// In a scene file, `isMalformed` tells what no sound one says: see `SceneProblem`.
 CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context);
 
 // One for each family, in the file named after it.

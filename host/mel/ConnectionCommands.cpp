@@ -42,13 +42,13 @@ bool feedsAnElement(const Plug& source, const Plug& array) {
 
 CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 2) {
-    return CommandResult::failure("connectAttr: needs a source and a destination");
+    return CommandResult::malformed("connectAttr: needs a source and a destination");
   }
   std::string error;
   Plug source = endOf(arguments.objects()[0], context, error);
   Plug destination = source.isNull() ? Plug() : endOf(arguments.objects()[1], context, error);
   if (source.isNull() || destination.isNull()) {
-    return CommandResult::failure("connectAttr: " + error);
+    return notFound(arguments.objects()[source.isNull() ? 0 : 1], "connectAttr: " + error);
   }
   source = source.orFirstElement();
   if (arguments.has("na") && destination.isArray()) {

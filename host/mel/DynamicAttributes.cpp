@@ -69,7 +69,7 @@ CommandResult addTo(const NodePtr& node, const Arguments& arguments) {
   const AttributePtr attribute = makeAttribute(arguments);
   const std::string& name = attribute->longName();
   if (!isLegalName(name) || !isLegalName(attribute->shortName())) {
-    return CommandResult::failure("addAttr: '" + name + "' is no name for an attribute");
+    return CommandResult::malformed("addAttr: '" + name + "' is no name for an attribute");
   }
   const AttributePtr taken = node->findAttribute(name);
   if (taken != nullptr && taken->kind() != Attribute::Kind::kLoose) {
@@ -105,7 +105,7 @@ bool targets(const Arguments& arguments, const CommandContext& context, std::vec
 
 CommandResult addAttr(const Arguments& arguments, CommandContext& context) {
   if (!arguments.has("ln") && !arguments.has("sn")) {
-    return CommandResult::failure("addAttr: -ln is missing");
+    return CommandResult::malformed("addAttr: -ln is missing");
   }
   std::vector<NodePtr> nodes;
   std::string error;

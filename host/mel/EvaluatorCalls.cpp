@@ -124,7 +124,7 @@ bool Evaluator::callCommand(const AstNode& node, const std::vector<Argument>& ar
   }
   CommandContext context;
   context.folder = state_.callerFolder;
-  context.where = [this, &node] { return where(node); };
+  context.onWarning = [this, &node](const std::string& text) { showWarning(where(node) + text); };
   CommandResult result = runCommand(node.text, words, context);
   value = std::move(result.value);
   if (result.ok) {

@@ -22,18 +22,20 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
   if (!context.inSceneFile) {
     return CommandResult::failure("currentUnit: the units are centimetres and degrees");
   }
-  if (arguments.has("l") && !setLengthUnit(currentUnits(), arguments.text("l"))) {
-    context.warn("currentUnit: unknown unit of length '" + arguments.text("l") +
-                 "'; taken as centimetres");
-  }
-  if (arguments.has("a") && !setAngleUnit(currentUnits(), arguments.text("a"))) {
-    context.warn("currentUnit: unknown unit of angle '" + arguments.text("a") +
-                 "'; taken as degrees");
-  }
   if (arguments.has("t") && !isWord(arguments.text("t"))) {
     context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
   } else if (arguments.has("t") && context.keepsInfo) {
     SceneInfo::current().timeUnit = arguments.text("t");
+  }
+  const bool length = !arguments.has("l") || setLengthUnit(currentUnits(), arguments.text("l"));
+  const bool angle = !arguments.has("a") || setAngleUnit(currentUnits(), arguments.text("a"));
+  if (!length) {
+    return CommandResult::malformed("currentUnit: unknown unit of length '" + arguments.text("l") +
+                                    "'; taken as centimetres");
+  }
+  if (!angle) {
+    return CommandResult::malformed("currentUnit: unknown unit of angle '" + arguments.text("a") +
+                                    "'; taken as degrees");
   }
   return CommandResult::success();
 }

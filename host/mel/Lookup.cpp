@@ -64,6 +64,11 @@ NodePtr findNode(std::string_view name, const CommandContext& context, std::stri
   return Scene::current().findNode(qualifiedName(name, context), &error);
 }
 
+CommandResult notFound(std::string_view name, const std::string& error) {
+  const bool isOwn = name.find(':') == name.npos && name.substr(0, 1) != ".";
+  return isOwn ? CommandResult::malformed(error) : CommandResult::failure(error);
+}
+
 bool splitPlugName(std::string_view text, const CommandContext& context, PlugName& name,
                    std::string& error) {
   const std::string_view node = nodePart(text);

@@ -20,6 +20,11 @@ std::string qualifiedName(std::string_view name, const CommandContext& context);
 // Null with the reason in `error`.
 NodePtr findNode(std::string_view name, const CommandContext& context, std::string& error);
 
+// The failure of a command that did not find `name`. A name without a namespace is one of the scene
+// file's own, so that what made it is missing there; any other may be a file's that is not here, or
+// the current node's that could not be made.
+CommandResult notFound(std::string_view name, const std::string& error);
+
 // "node.path", or ".path" of the current node (in a script: the first selected one). In a scene
 // file, a path that the node does not have gives the null plug with `error` empty, and `node` and
 // `path` say what was meant.

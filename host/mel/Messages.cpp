@@ -16,18 +16,18 @@ void showLine(const char* prefix, std::string_view text) {
     line += control && text[i] != '\t' ? ' ' : text[i];
     i += second ? 1 : 0;
   }
-  line += '\n';
   std::fflush(stdout);
   if (beforeMessage()) {
-    beforeMessage()();
+    beforeMessage()(line);
   }
+  line += '\n';
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
 }  // namespace
 
-std::function<void()>& beforeMessage() {
-  static std::function<void()> called;
+std::function<void(std::string_view)>& beforeMessage() {
+  static std::function<void(std::string_view)> called;
   return called;
 }
 

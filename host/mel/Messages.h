@@ -9,8 +9,8 @@
 // output.
 namespace host::mel {
 
-// Called before each of these lines, by a program that has to clear its place on the terminal.
-std::function<void()>& beforeMessage();
+// Called with each of these lines, without its line feed, before it is written.
+std::function<void(std::string_view)>& beforeMessage();
 
 void showError(std::string_view text);    // "Error: text"
 void showWarning(std::string_view text);  // "Warning: text"

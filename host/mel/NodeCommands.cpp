@@ -65,7 +65,7 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
   // Whatever goes wrong, the statements that follow do not belong to the node before.
   context.currentNode = nullptr;
   if (arguments.objects().size() != 1) {
-    return CommandResult::failure("createNode: needs one node type");
+    return CommandResult::malformed("createNode: needs one node type");
   }
   std::string error;
   NodePtr parent;
@@ -75,7 +75,7 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
       parent = Scene::current().findNode(arguments.text("p"), &error);
     }
     if (parent == nullptr) {
-      return CommandResult::failure("createNode: " + error);
+      return notFound(arguments.text("p"), "createNode: " + error);
     }
   }
   NodePtr node = arguments.has("s") ? findShared(arguments, parent, context) : nullptr;
@@ -83,7 +83,7 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
     const std::string& typeName = arguments.objects().front();
     const NodeType* type = typeFor(typeName, parent != nullptr, context);
     if (type == nullptr) {
-      return CommandResult::failure("createNode: unknown node type '" + typeName + "'");
+      return CommandResult::malformed("createNode: unknown node type '" + typeName + "'");
     }
     const std::string wanted = arguments.text("n");
     const std::string name = wanted.empty() ? wanted : context.nameSpace + wanted;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -70,9 +71,51 @@ TEST_F(Batch, WritesARecordForEachTile) {
                 record("one/a.ma", "|tile1", "one/a.psd", 1, nullptr),
                 record("one/a.ma", "|tile2", "one/b.psd", 1, nullptr),
                 record("two/b.ma", "|tile1", "two/a.psd", 1, nullptr),
-                record("two/b.ma", "|tile2", "two/gone.psd", nullptr, "couldn't load psd"),
-                record("broken.ma", nullptr, nullptr, nullptr, "the scene cannot be opened"),
+                record("two/b.ma", "|tile2", "two/gone.psd", nullptr,
+                       "couldn't load psd: gone.psd: No such file or directory"),
+                record("broken.ma", nullptr, nullptr, nullptr,
+                       path("broken.ma") + " is no scene file: it does not begin with //Maya; save "
+                                           "it as Maya ASCII"),
                 record("c.ma", "|tile1", "art/c.psd", 1, nullptr)}));
+}
+
+TEST_F(Batch, ADamagedSceneIsExportedAndTold) {
+  const std::string whole = "//Maya ASCII 2018 scene\n//Name: d.ma\n" + sceneOfTiles({"a.psd"});
+  const std::size_t lines = static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n'));
+  const struct {
+    std::string scene;
+    int status;
+    std::string told;  // on standard error
+    Json damaged;      // the line; a notice has none
+  } cases[] = {
+      {whole + "// End of d.ma\n", 0, "", nullptr},
+      {whole, 0, "the file may be cut off", nullptr},
+      {whole + "\tsetAttr \".v\" \"n", 1,
+       "the scene is cut off; 1 place of the scene is damaged: d.ma:" + std::to_string(lines + 1),
+       lines + 1},
+      {"//Maya\n}{;\n" + whole, 1, "1 place of the scene is damaged: d.ma:2", 2},
+      {whole.substr(0, whole.find("requires")), 1,
+       "no tile found: no top-level transform has a mesh whose colour comes from a file texture; "
+       "the scene looks cut off",
+       nullptr},
+  };
+  for (const auto& c : cases) {
+    write("one/d.ma", c.scene);
+    const Outcome outcome = morvane({"export", "one/d.ma", "--json"});
+    EXPECT_EQ(outcome.status, c.status) << outcome.err;
+    EXPECT_NE(outcome.err.find(c.told), std::string::npos) << outcome.err;
+    const Json record = Json::parse(outcome.out.substr(0, outcome.out.find('\n')), nullptr, false);
+    const bool exported = outcome.out.find("\"goblins\":1") != std::string::npos;
+    EXPECT_EQ(exported, c.told.find("no tile") == std::string::npos) << outcome.out;
+    if (c.told.empty()) continue;
+    EXPECT_EQ(record["error"].is_null(), c.status == 0) << outcome.out;
+    const Json& warning = record["warnings"].at(0);
+    EXPECT_EQ(warning["kind"], c.damaged.is_null() ? "notice" : "damage") << outcome.out;
+    EXPECT_TRUE(c.damaged.is_null() || warning["line"] == c.damaged) << outcome.out;
+    EXPECT_EQ(warning["file"], path("one/d.ma"));
+    EXPECT_EQ(morvane({"run", "one/d.ma", "-o", "e.ma"}).status, c.damaged.is_null() ? 0 : 1);
+    EXPECT_TRUE(exists("e.ma"));
+  }
 }
 
 TEST_F(Batch, ShowsABarOnATerminal) {

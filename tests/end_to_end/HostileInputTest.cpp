@@ -66,10 +66,10 @@ TEST_F(HostileInput, ASceneOnlyDescribesItself) {
   const std::string report = " -c 'print `pluginInfo -q -listPlugins`; print `file -q -shortName`'";
   for (const char* const open : {"evil.ma", "-c 'file -open \"evil.ma\"'"}) {
     const Outcome outcome = shell("$morvane run " + std::string(open) + report);
-    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.status, 1) << outcome.err;
     EXPECT_EQ(outcome.out, "morvane\nevil.ma");
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'),
-              static_cast<std::ptrdiff_t>(statements.size()))
+              static_cast<std::ptrdiff_t>(statements.size()) + 1)
         << outcome.err;
     EXPECT_EQ(names(), before);
     EXPECT_EQ(read("a.psd"), psdBytes(32, 32));

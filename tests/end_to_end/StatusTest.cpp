@@ -35,10 +35,31 @@ TEST_F(Status, WrongUsageIs2) {
 
 TEST_F(Status, WhatCannotBeLoadedIs3) {
   write("not-a-scene.ma", "\x89PNG\r\n\x1A\n");
-  refuses("$morvane export missing.ma", 3, "missing.ma");
+  write("empty.ma", "");
+  write("binary.mb", "FOR4....");
+  refuses("$morvane export missing.ma", 3, "missing.ma; check the name");
+  refuses("$morvane export Not-A-Scene.ma", 3, "; did you mean not-a-scene.ma?");
+  refuses("$morvane export empty.ma", 3, "empty.ma is empty");
+  refuses("$morvane export binary.mb", 3, "save it as Maya ASCII, .ma");
   refuses("$morvane run missing.ma -o saved.ma", 3, "missing.ma");
   refuses("$morvane export not-a-scene.ma", 3, "not-a-scene.ma");
-  refuses("$morvane export .", 3, "");
+  refuses("$morvane export .", 3, " is a folder; name a file in it");
+}
+
+TEST_F(Status, WhatTheSceneLacksIs1) {
+  write("scene.ma", sceneOfTiles({"a.psd", "", "P:/art/a.psd"}));
+  refuses("$morvane export scene.ma Tile2", 1,
+          "did you mean tile2? The tiles are tile1, tile2, tile3");
+  refuses("$morvane export scene.ma tile1 --to a.png", 2, "must end in .psd");
+  refuses("$morvane export scene.ma tile1 --to no/such/a.psd", 1, "no/such/a.psd");
+  const Outcome outcome = shell("$morvane export scene.ma --map P:/art=. --map P:/arts=.");
+  EXPECT_EQ(outcome.status, 1);
+  for (const char* line :
+       {"Error: |tile2: its file texture names no file\n",
+        "; set the fileTextureName of picture2\n", "/a.psd does not exist; it is where --map leads",
+        "--map P:/arts: no texture and no reference lies in that folder"}) {
+    EXPECT_NE(outcome.err.find(line), std::string::npos) << line << outcome.err;
+  }
 }
 
 // The program alone, without the plug-in that belongs beside it.

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "host/file/SceneFiles.h"
+#include "host/file/SceneProblems.h"
 #include "host/file/SceneWriter.h"
 #include "host/scene/Scene.h"
 #include "tests/mel/Script.h"
@@ -58,6 +59,7 @@ class SceneFiles : public testing::Test {
   }
   static std::string openPath(const std::string& path) {
     testing::internal::CaptureStderr();
+    SceneProblems::current() = SceneProblems();
     std::string error;
     const bool ok = openFile({path, "mayaAscii", "", ""}, error);
     const std::string warnings = testing::internal::GetCapturedStderr();

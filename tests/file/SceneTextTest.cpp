@@ -36,18 +36,19 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
   const struct {
     const char* statement;
     const char* warning;
+    bool isDamage = false;
   } kCases[] = {
       {"nosuch -x 1;", "unknown command 'nosuch'"},
       {"createNode transform -zz;", "createNode: unknown flag -zz"},
-      {"setAttr;", "setAttr: names no attribute"},
-      {"addAttr -at long;", "addAttr: -ln is missing"},
+      {"setAttr;", "setAttr: names no attribute", true},
+      {"addAttr -at long;", "addAttr: -ln is missing", true},
       {"parent \"persp\";", "parent: needs objects and a parent"},
-      {"setAttr \"gone.tx\" 1;", "setAttr: No object matches name: gone"},
-      {"connectAttr \"a.b\" \"c.d\";", "connectAttr: No object matches name: a"},
-      {"createNode transform -p \"gone\";", "createNode: No object matches name: gone"},
+      {"setAttr \"gone.tx\" 1;", "setAttr: No object matches name: gone", true},
+      {"connectAttr \"a.b\" \"c.d\";", "connectAttr: No object matches name: a", true},
+      {"createNode transform -p \"gone\";", "createNode: No object matches name: gone", true},
       {"setAttr \".tx\" 1;", "setAttr: '.tx' names no node, and none is selected"},
-      {"print `ls`;", "'`' has no place in a scene file"},
-      {"$x = 1;", "'$' has no place in a scene file"},
+      {"print `ls`;", "'`' has no place in a scene file", true},
+      {"$x = 1;", "'$' has no place in a scene file", true},
       {"file -save;", "file: a scene file may refer to other files, and nothing else"},
       {"source \"x.mel\";", "a scene file may not run scripts"},
       {"loadPlugin \"morvane\";", "a scene file may not load plug-ins"},
@@ -55,15 +56,31 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
       {"file -r -ns \"rock\" \"gone/rock.ma\";",
        "the referenced file gone/rock.ma was not found; tell where its folder is (--map, dirmap)"},
       {"setAttr \".v\" no",
-       "the file ends inside a statement; it is cut off, or lacks its last semicolon"},
+       "the file ends inside a statement; it is cut off, or lacks its last semicolon", true},
       {"setAttr \".v\" \"no;",
-       "the file ends inside a statement; it is cut off, or lacks its last semicolon"},
+       "the file ends inside a statement; it is cut off, or lacks its last semicolon", true},
+      {"/* no", "the file ends inside a statement; it is cut off, or lacks its last semicolon",
+       true},
+      {"connectAttr \"rock:a.b\" \"persp.v\";", "connectAttr: No object matches name: rock:a"},
+      {"no statement;", "unknown command 'no'", true},
+      {"nosuch \"x\"\nsetAttr \"persp.v\" 1;", "unknown command 'nosuch'", true},
+      {"setAttr \"persp.t\" -type \"double3\" 1 2;",
+       "setAttr: too few values for 'persp.translateZ'", true},
+      {"setAttr \"perspShape.fl\" x;", "setAttr: 'x' is no number for 'perspShape.focalLength'",
+       true},
+      {"connectAttr \"persp.v\";", "connectAttr: needs a source and a destination", true},
+      {"currentUnit -l cubit;", "currentUnit: unknown unit of length 'cubit'; taken as centimetres",
+       true},
   };
   for (const auto& c : kCases) {
     const std::string warnings = open(std::string("requires maya \"2018\";\n  ") + c.statement);
     EXPECT_NE(warnings.find(std::string(": ") + c.warning + "\n"), std::string::npos) << warnings;
     const bool atEnd = std::string(c.warning).find("ends inside") != std::string::npos;
     EXPECT_TRUE(atEnd || warnings.find("scene.ma:3:3: ") != std::string::npos) << warnings;
+    const SceneProblems& problems = SceneProblems::current();
+    EXPECT_EQ(problems.damages, c.isDamage ? 1u : 0u) << warnings;
+    EXPECT_EQ(problems.list.size(), 1u) << warnings;
+    EXPECT_EQ(problems.list.at(0).line, 3) << warnings;
   }
 }
 
@@ -72,7 +89,8 @@ TEST_F(SceneText, FilesThatAreNoSceneLeaveAnEmptyOne) {
   EXPECT_EQ(openPath(pathOf("not.ma")),
             "failed: " + pathOf("not.ma") +
                 " is no scene file: it does not begin with //Maya; save it as Maya ASCII");
-  EXPECT_EQ(openPath(pathOf("gone.ma")), "failed: no file named " + pathOf("gone.ma"));
+  EXPECT_EQ(openPath(pathOf("gone.ma")),
+            "failed: no file named " + pathOf("gone.ma") + "; check the name");
   EXPECT_EQ(run("objExists a"), "0");
   EXPECT_EQ(run("objExists persp"), "1");
 }
