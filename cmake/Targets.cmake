@@ -9,6 +9,8 @@ function(morvane_target name)
     target_compile_options(${name} PRIVATE
       -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
       -Wold-style-cast $<$<BOOL:${MORVANE_WERROR}>:-Werror>)
+    # Every processor writes the same bytes: no multiplication and addition become one with a rounding less.
+    target_compile_options(${name} PRIVATE -ffp-contract=off)
   endif()
 endfunction()
 
