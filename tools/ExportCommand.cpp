@@ -6,7 +6,6 @@
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
 #include "tools/ExportScenes.h"
-#include "tools/OutputFile.h"
 #include "tools/SceneDamage.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
@@ -62,7 +61,6 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
     return kUsage;
   }
   const std::string to = absoluteName(file);
-  if (!canBeWritten(to)) return kFailed;
   const ExitStatus started = startSession(job.scenes[0], job.maps);
   if (started != kDone) return started;
   const host::SceneProblems problems = host::takeSceneProblems();
@@ -73,7 +71,7 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
     return tellDamage(job.scenes[0], problems);
   }
   complain("the export of " + printable(job.nodes[0]) + " to " + printable(file) +
-           " failed; what is printed above says why");
+           " failed; what is printed above says why; name a file in a folder that can be written");
   return kFailed;
 }
 

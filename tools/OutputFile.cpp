@@ -7,13 +7,6 @@
 
 namespace tools {
 
-bool canBeWritten(const std::string& path) {
-  morvane::FileReplacer out;
-  if (out.open(path.c_str())) return true;
-  complain(printable(out.error()) + "; name a file in a folder that can be written");
-  return false;
-}
-
 bool writeOutput(const std::string& path, const std::string& text) {
   morvane::FileReplacer out;
   if (out.open(path.c_str()) && out.append(text.data(), text.size()) && out.commit()) return true;

@@ -15,9 +15,6 @@ void tellWritten(const std::string& path, const std::string& what = "");
 
 // Whether `output` names one of the files that are to be read; the reason is then on standard
 // error.
-// Says why when `path` cannot be written. Nothing is there afterwards that was not there before.
-bool canBeWritten(const std::string& path);
-
 bool wouldReplaceInput(const std::string& output, const std::vector<std::string>& inputs);
 
 }  // namespace tools
