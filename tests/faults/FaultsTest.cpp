@@ -30,6 +30,7 @@ const Save kSaves[] = {
     {"runSave", "$morvane run scene.ma -c 'setAttr pebble1.translateX 1' -o scene.ma", ""},
     {"fileSave", "$morvane run scene.ma -c 'setAttr pebble1.translateX 1; file -save'", ""},
     {"goblinsObj", "$morvane goblins a.psd --obj a.obj", "", "$morvane export pebbled.ma"},
+    {"goblinsGlb", "$morvane goblins a.psd --glb a.glb", "", "$morvane export pebbled.ma"},
 };
 
 const struct Kind {
