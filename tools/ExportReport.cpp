@@ -20,6 +20,7 @@ constexpr std::string_view kWarnings[] = {"*** Warning : ", "Warning: "};
 
 constexpr std::string_view kLoadFailed = "couldn't load psd";
 constexpr std::string_view kSaveFailed = "couldn't save psd";
+constexpr std::string_view kLayerFailed = "couldn't add goblin layer";
 constexpr std::string_view kHostError = "Error: ";
 
 // What the plug-in logs, and what the person at the terminal can do about it.
@@ -29,8 +30,7 @@ struct Advice {
 };
 constexpr Advice kAdvice[] = {
     {kSaveFailed, "check that the texture's folder can be written and the disk is not full"},
-    {"couldn't add goblin layer",
-     "the line above says why; save the texture again as PSD: RGB, 8 bits a channel"},
+    {kLayerFailed, "save the texture again as PSD: RGB, 8 bits a channel"},
     {"goblin geometry exceeds layer size", "use a larger texture, or fewer or simpler goblins"},
     {"tile has no extent", "the tile's mesh must reach over some width in x and in z"},
     {"No mesh", "a tile is a transform with its mesh directly below it"},
@@ -122,11 +122,14 @@ void ExportReport::hearHost(std::string_view line) {
   if (startsWith(line, kHostError)) reasons_.emplace_back(line.substr(kHostError.size()));
 }
 
-// Of a texture that could not be read or written: what was said of that file, or of the tile where
-// it has none.
+// Of a texture that could not be read or written, or takes no layer: what was said of that file, or
+// of the tile where it has none.
 std::string ExportReport::reasonOf(const TileOutcome& tile) const {
-  const bool isSave = tile.error.find(kSaveFailed) != std::string::npos;
-  if (!isSave && tile.error.find(kLoadFailed) == std::string::npos) return "";
+  const auto failedAt = [&](std::string_view step) {
+    return tile.error.find(step) != std::string::npos;
+  };
+  const bool isSave = failedAt(kSaveFailed);
+  if (!isSave && !failedAt(kLoadFailed) && !failedAt(kLayerFailed)) return "";
   const std::string texture = textureOf(tile.path);
   const std::string file = texture.empty() ? tile.path : texture;
   const std::string stem = file.substr(0, file.rfind('.'));
@@ -142,10 +145,12 @@ bool ExportReport::conclude() {
   endTile();
   for (TileOutcome& tile : tiles_) {
     if (tile.error.empty()) continue;
-    complain("export failed for " + (tile.path.empty() ? "a selected node" : printable(tile.path)) +
-             ": " + printable(tile.error) + "; " + advice(tile));
     const std::string reason = reasonOf(tile);
-    if (!reason.empty()) tile.error += ": " + reason;
+    const std::string why = reason.empty() ? tile.error : tile.error + ": " + reason;
+    const bool isInAdvice = tile.error.find(kLoadFailed) != std::string::npos;
+    complain("export failed for " + (tile.path.empty() ? "a selected node" : printable(tile.path)) +
+             ": " + printable(isInAdvice ? tile.error : why) + "; " + advice(tile));
+    tile.error = why;
   }
   return failures() == 0;
 }
