@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/Platform.h"
-#include "tools/Session.h"
+#include "tools/SharedTextures.h"
 #include "tools/Text.h"
 #include "tools/TileFile.h"
 
@@ -19,16 +19,7 @@ using Json = nlohmann::ordered_json;
 Json emptyRecord(const std::string& scene) {
   return {{"scene", toUtf8(scene)}, {"tile", nullptr},     {"texture", nullptr},
           {"goblins", nullptr},     {"vertices", nullptr}, {"warnings", Json::array()},
-          {"error", nullptr},       {"milliseconds", 0}};
-}
-
-// The file that an export of this texture writes.
-std::string writtenFile(const std::string& texture) {
-  std::filesystem::path file = absoluteName(texture);
-  std::string extension = file.extension().string();
-  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  if (extension != ".psd") file.replace_extension(".psd");
-  return file.string();
+          {"error", nullptr},       {"status", kDone},     {"milliseconds", 0}};
 }
 
 // Each text of a file once, with its first line.
@@ -79,24 +70,27 @@ void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
                           const std::string& texture) {
   Json record = emptyRecord(scene);
   if (!tile.path.empty()) record["tile"] = toUtf8(tile.path);
-  if (!texture.empty()) record["texture"] = toUtf8(writtenFile(texture));
+  const std::string file = texture.empty() ? "" : writtenFile(texture);
   for (const auto& [text, count] : tile.warnings) {
     record["warnings"].push_back({{"text", toUtf8(text)}, {"count", count}});
   }
   record["milliseconds"] = std::round(tile.milliseconds * 1000) / 1000;
   if (!tile.error.empty()) {
     record["error"] = toUtf8(tile.error);
-  } else if (!texture.empty()) {
-    addCounts(writtenFile(texture), record);
+    record["status"] = kFailed;
+  } else if (!file.empty()) {
+    record["texture"] = toUtf8(file);
+    addCounts(file, record);
   }
   writeLine(record.dump());
 }
 
 void ExportRecords::writeScene(const std::string& scene, const host::SceneProblems& problems,
-                               const std::string& error) {
+                               const std::string& error, ExitStatus status) {
   Json record = emptyRecord(scene);
   record["warnings"] = warningsOf(problems);
   if (!error.empty()) record["error"] = toUtf8(error);
+  record["status"] = status;
   writeLine(record.dump());
 }
 

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tools/ExitStatus.h"
 #include "tools/ExportReport.h"
 
 namespace tools {
@@ -17,14 +18,15 @@ class ExportRecords {
   ExportRecords& operator=(const ExportRecords&) = delete;
 
   // {"scene", "tile", "texture", "goblins", "vertices", "warnings": [{"text", "count"}], "error",
-  // "milliseconds"}. `texture` is the file that holds the goblins now; what is not known is null.
+  // "status", "milliseconds"}. `texture` is the scene's name of it, and the record's the file that
+  // holds the goblins now; what is not known is null.
   // The working folder must be the scene's.
   void write(const std::string& scene, const TileOutcome& tile, const std::string& texture);
   // Of the scene as a whole: `tile` is null, a warning has also "kind" ("notice" or "damage"),
   // "file" and "line", and `error`, where it is not empty, says why the scene was not exported or
-  // not wholly.
+  // not wholly, `status` how it ended.
   void writeScene(const std::string& scene, const host::SceneProblems& problems,
-                  const std::string& error);
+                  const std::string& error, ExitStatus status);
 
   // False when a line could not be written.
   bool ok() const { return ok_; }

@@ -21,6 +21,7 @@ constexpr std::string_view kWarnings[] = {"*** Warning : ", "Warning: "};
 constexpr std::string_view kLoadFailed = "couldn't load psd";
 constexpr std::string_view kSaveFailed = "couldn't save psd";
 constexpr std::string_view kLayerFailed = "couldn't add goblin layer";
+constexpr std::string_view kReplaced = "its goblins were replaced";
 constexpr std::string_view kHostError = "Error: ";
 
 // What the plug-in logs, and what the person at the terminal can do about it.
@@ -31,6 +32,7 @@ struct Advice {
 constexpr Advice kAdvice[] = {
     {kSaveFailed, "check that the texture's folder can be written and the disk is not full"},
     {kLayerFailed, "save the texture again as PSD: RGB, 8 bits a channel"},
+    {kReplaced, "give each tile a texture of its own, and export again"},
     {"goblin geometry exceeds layer size", "use a larger texture, or fewer or simpler goblins"},
     {"tile has no extent", "the tile's mesh must reach over some width in x and in z"},
     {"No mesh", "a tile is a transform with its mesh directly below it"},
@@ -139,6 +141,18 @@ std::string ExportReport::reasonOf(const TileOutcome& tile) const {
     if (fits) return reason;
   }
   return "";
+}
+
+bool ExportReport::isExported(const std::string& tile) const {
+  return std::any_of(tiles_.begin(), tiles_.end(), [&](const TileOutcome& each) {
+    return each.path == tile && each.error.empty();
+  });
+}
+
+void ExportReport::lose(const std::string& tile, const std::string& error) {
+  for (TileOutcome& each : tiles_) {
+    if (each.path == tile && each.error.empty()) each.error = error;
+  }
 }
 
 bool ExportReport::conclude() {

@@ -38,6 +38,11 @@ class ExportReport {
   // leaves out. May be called while another thread calls `hear`.
   void hearHost(std::string_view line);
 
+  bool isExported(const std::string& tile) const;
+
+  // The tile's goblins are not in its file any more, for the reason in `error`.
+  void lose(const std::string& tile, const std::string& error);
+
   // Names every failed tile, why, and what to do, on standard error. False when there are any.
   // Nothing is heard afterwards.
   bool conclude();

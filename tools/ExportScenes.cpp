@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <optional>
+#include <set>
 
 #include "host/Host.h"
 #include "tools/ExportRecords.h"
@@ -12,6 +13,7 @@
 #include "tools/Platform.h"
 #include "tools/ProgressBar.h"
 #include "tools/SceneDamage.h"
+#include "tools/SharedTextures.h"
 #include "tools/Text.h"
 #include "tools/TileSelection.h"
 
@@ -33,8 +35,9 @@ class Batch {
   Batch& operator=(const Batch&) = delete;
 
   ExitStatus run() {
-    ExitStatus worst = startSession("", job_.maps);
-    if (worst != kDone) return worst;
+    std::string error;
+    ExitStatus worst = startSession("", job_.maps, &error);
+    if (worst != kDone) return failAll(error, worst);
     for (; scene_ < paths_.size(); ++scene_) worst = std::max(worst, exportScene());
     tellUnusedMaps();
     if (paths_.size() > 1) summarise();
@@ -58,7 +61,8 @@ class Batch {
       return failScene(problems, error, kFailed);
     }
     if (records_ && !problems.list.empty()) {
-      records_->writeScene(name(), problems, damageOf(problems));
+      records_->writeScene(name(), problems, damageOf(problems),
+                           problems.damages == 0 ? kDone : kFailed);
     }
     const ExitStatus exported = exportSelected(problems.damages != 0);
     return std::max(exported, tellDamage(name(), problems));
@@ -72,7 +76,7 @@ class Batch {
     report_ = &report;
     OutputWatch watch([&report](std::string_view line) { report.hear(line); },
                       [this](const std::function<void()>& write) { bar_.makeRoom(write); });
-    const bool executed = host::execute("exportTile", "exportTile");
+    const bool executed = exportRounds(tiles);
     const bool heard = watch.finish();
     report_ = nullptr;
     bar_.hide();
@@ -81,9 +85,67 @@ class Batch {
           "standard output could not be written, so nobody can tell whether every tile was "
           "exported; is the disk full?");
     }
+    const bool nothingLost = settle(report);
     const bool allExported = report.conclude();
     keep(report, isDamaged);
-    return executed && heard && allExported ? kDone : kFailed;
+    return executed && heard && allExported && nothingLost ? kDone : kFailed;
+  }
+
+  // All that is selected; tiles with one texture not in one go, so that what each writes is seen.
+  bool exportRounds(const std::vector<host::TileCandidate>& tiles) {
+    bool ok = true;
+    const auto rounds = SharedTextures::rounds(tiles);
+    for (std::size_t i = 0; i < rounds.size(); ++i) {
+      if (rounds.size() > 1) ok = selectRound(tiles, rounds, i) && ok;
+      textures_.beginRound(tiles, rounds[i]);
+      ok = host::execute("exportTile", "exportTile") && ok;
+      textures_.endRound();
+    }
+    return ok;
+  }
+
+  // The first round is what is left of the selection without the others.
+  static bool selectRound(const std::vector<host::TileCandidate>& tiles,
+                          const std::vector<std::vector<std::size_t>>& rounds, std::size_t round) {
+    std::string script = round == 0 ? "" : "select -clear; ";
+    for (std::size_t i = round == 0 ? 1 : round; i < rounds.size(); ++i) {
+      for (const std::size_t tile : rounds[i]) {
+        script += (round == 0 ? "select -deselect " : "select -add ") +
+                  melString(tiles[tile].path) + "; ";
+      }
+      if (round != 0) break;
+    }
+    return host::execute(script, "selection");
+  }
+
+  // Tiles whose goblins are gone have failed after all. False when they are another scene's.
+  bool settle(ExportReport& report) {
+    bool ok = true;
+    const auto isExported = [&](const std::string& tile) { return report.isExported(tile); };
+    for (const SharedTextures::Loss& loss : textures_.settle(name(), isExported)) {
+      for (const SharedTextures::Tile& tile : loss.lost) {
+        const bool isHere = tile.scene == name();
+        const std::string error = "its goblins were replaced by those of " + loss.winner.path +
+                                  (isHere ? "" : " of " + name()) + ", which writes " + loss.file +
+                                  ", too";
+        if (isHere) {
+          report.lose(tile.path, error);
+        } else {
+          loseEarlier(tile, error);
+          ok = false;
+        }
+      }
+    }
+    return ok;
+  }
+
+  void loseEarlier(const SharedTextures::Tile& tile, const std::string& error) {
+    failedScenes_.insert(tile.scene);
+    --exportedTiles_;
+    ++failedTiles_;
+    complain(printable(tile.scene) + ": " + printable(tile.path) + ": " + printable(error) +
+             "; give each tile a texture of its own, and export again");
+    if (records_) records_->write(tile.scene, {tile.path, error, {}, 0}, "");
   }
 
   double doneSoFar(std::size_t tile, std::size_t tiles) const {
@@ -102,17 +164,24 @@ class Batch {
     bar_.show(doneSoFar(number, tiles), what);
   }
 
+  ExitStatus failAll(const std::string& error, ExitStatus status) {
+    for (const std::string& scene : job_.scenes) {
+      if (records_) records_->writeScene(scene, {}, error, status);
+    }
+    return status;
+  }
+
   ExitStatus failScene(const host::SceneProblems& problems, const std::string& error,
                        ExitStatus status) {
-    ++failedScenes_;
-    if (records_) records_->writeScene(name(), problems, error);
+    failedScenes_.insert(name());
+    if (records_) records_->writeScene(name(), problems, error, status);
     tell("not exported");
     return status;
   }
 
   void keep(const ExportReport& report, bool isDamaged) {
     const std::size_t failed = report.failures();
-    failedScenes_ += failed == 0 && !isDamaged ? 0 : 1;
+    if (failed != 0 || isDamaged) failedScenes_.insert(name());
     failedTiles_ += failed;
     exportedTiles_ += report.tiles().size() - failed;
     if (records_) {
@@ -136,7 +205,7 @@ class Batch {
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start_;
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.1f s", time.count());
-    complain(counted(paths_.size(), "scene") + ", " + std::to_string(failedScenes_) +
+    complain(counted(paths_.size(), "scene") + ", " + std::to_string(failedScenes_.size()) +
              " with failures; " + counted(exportedTiles_, "tile") + " exported, " +
              std::to_string(failedTiles_) + " failed; " + seconds);
   }
@@ -144,10 +213,11 @@ class Batch {
   const ExportJob& job_;
   std::vector<std::string> paths_;  // absolute, before a scene moves the working folder
   std::optional<ExportRecords> records_;
+  SharedTextures textures_;
   ProgressBar bar_;
   ExportReport* report_ = nullptr;  // of the export that is going on
   std::size_t scene_ = 0;
-  std::size_t failedScenes_ = 0;
+  std::set<std::string> failedScenes_;
   std::size_t exportedTiles_ = 0;
   std::size_t failedTiles_ = 0;
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();

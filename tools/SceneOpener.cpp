@@ -15,7 +15,6 @@ bool SceneOpener::open(const std::string& path) {
       started_ ? host::openScene(path, &reason_) : startSession(path, maps_, &reason_) == kDone;
   started_ = true;
   problems_ = host::takeSceneProblems();
-  if (!opened && reason_.empty()) reason_ = "the plug-in cannot be loaded";
   return opened;
 }
 

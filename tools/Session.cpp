@@ -43,13 +43,12 @@ ExitStatus startSession(const std::string& scene, const FolderMaps& maps, std::s
     host::addScriptFolder((program.parent_path() / "scripts").string());
   }
   if (!path.empty() && !host::openScene(path, reason)) return kNotLoaded;
-  if (!host::loadPlugin("morvane")) {
-    complain(
-        "the plug-in cannot be loaded; it belongs into the folder plug-ins beside the program's "
-        "folder, or into one that MAYA_PLUG_IN_PATH names");
-    return kNotLoaded;
-  }
-  return kDone;
+  if (host::loadPlugin("morvane")) return kDone;
+  if (reason) *reason = "the plug-in cannot be loaded";
+  complain(
+      "the plug-in cannot be loaded; it belongs into the folder plug-ins beside the program's "
+      "folder, or into one that MAYA_PLUG_IN_PATH names");
+  return kNotLoaded;
 }
 
 ExitStatus saveScene(const std::string& output) {

@@ -21,7 +21,8 @@ void addMapOption(CLI::App& command, FolderMaps& maps);
 // Starts the host, opens `scene` (none: the empty text), and loads the plug-in that belongs to this
 // program: beside it in ../plug-ins, with its scripts in ../scripts. kDone or, with the reason on
 // standard error, kNotLoaded. Names given on the command line must be absolute before: a scene
-// moves the working folder. `reason` (may be null) is set to why the scene cannot be opened.
+// moves the working folder. `reason` (may be null) is set to why the scene or the plug-in
+// cannot be loaded.
 ExitStatus startSession(const std::string& scene, const FolderMaps& maps,
                         std::string* reason = nullptr);
 

@@ -57,26 +57,51 @@ TEST_F(Batch, WritesARecordForEachTile) {
     records.back().erase("milliseconds");
   }
   const Json none = Json::array();
-  const auto record = [&](const char* scene, Json tile, Json texture, Json goblins, Json error) {
+  const auto record = [&](const char* scene, Json tile, Json texture, Json goblins, Json error,
+                          int status = 0) {
     return Json{{"scene", scene},
                 {"tile", tile},
                 {"texture", texture.is_null() ? texture : Json(path(texture))},
                 {"goblins", goblins},
                 {"vertices", goblins.is_null() ? Json() : Json(3)},
                 {"warnings", none},
-                {"error", error}};
+                {"error", error},
+                {"status", status}};
   };
   EXPECT_EQ(records,
             (std::vector<Json>{
                 record("one/a.ma", "|tile1", "one/a.psd", 1, nullptr),
                 record("one/a.ma", "|tile2", "one/b.psd", 1, nullptr),
                 record("two/b.ma", "|tile1", "two/a.psd", 1, nullptr),
-                record("two/b.ma", "|tile2", "two/gone.psd", nullptr,
-                       "couldn't load psd: gone.psd: No such file or directory"),
+                record("two/b.ma", "|tile2", nullptr, nullptr,
+                       "couldn't load psd: gone.psd: No such file or directory", 1),
                 record("broken.ma", nullptr, nullptr, nullptr,
                        path("broken.ma") + " is no scene file: it does not begin with //Maya; save "
-                                           "it as Maya ASCII"),
+                                           "it as Maya ASCII",
+                       3),
                 record("c.ma", "|tile1", "art/c.psd", 1, nullptr)}));
+}
+
+// A file holds the goblins of one tile only. Tiles that are alike lose nothing.
+TEST_F(Batch, GoblinsThatAnotherTileReplacedAreNotExported) {
+  const std::string same = sceneOfTiles({"a.psd", "./a.psd"});
+  const std::string pebble = "createNode transform -n \"pebble2\" -p \"tile2\";\n";
+  std::string moved = same;
+  moved.insert(same.find(pebble) + pebble.size(), "\tsetAttr \".t\" 0.5 0 0;\n");
+  write("one/same.ma", same);
+  write("one/moved.ma", moved);
+  EXPECT_EQ(morvane({"export", "one/same.ma", "one/same.ma"}).status, 0);
+  const Outcome outcome = morvane({"export", "one/same.ma", "one/moved.ma", "--json"});
+  EXPECT_EQ(outcome.status, 1);
+  for (const char* line :
+       {"one/same.ma: |tile2: its goblins were replaced by those of |tile2 of one/moved.ma",
+        "|tile1: its goblins were replaced by those of |tile2, which writes ",
+        "2 scenes, 2 with failures; 1 tile exported, 3 failed"}) {
+    EXPECT_NE(outcome.err.find(line), std::string::npos) << line << outcome.err;
+  }
+  EXPECT_NE(outcome.out.find("{\"scene\":\"one/same.ma\",\"tile\":\"|tile1\",\"texture\":null"),
+            std::string::npos)
+      << outcome.out;
 }
 
 TEST_F(Batch, ADamagedSceneIsExportedAndTold) {
