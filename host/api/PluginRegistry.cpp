@@ -58,6 +58,12 @@ std::string asPlugin(const fs::path& path) {
   return isFile(longer) ? longer.u8string() : std::string();
 }
 
+// A name without a folder means no file but a plug-in: programs and folders often have it, too.
+bool isPluginName(const fs::path& name) {
+  const std::string suffix = name.extension().u8string();
+  return suffix == SharedLibrary::pluginSuffix() || suffix == ".dylib";
+}
+
 }  // namespace
 
 mel::Value& commandResult() {
@@ -76,27 +82,45 @@ void PluginRegistry::addFolder(const std::string& folder) {
   folders_.push_back(folder);
 }
 
-std::string PluginRegistry::findFile(const std::string& nameOrPath) const {
-  const std::string caller = mel::Interpreter::current().callerFolder();
-  const fs::path given = fs::u8path(nameOrPath);
-  if (given.has_parent_path()) {
-    return asPlugin(fs::u8path(mel::resolvedPath(nameOrPath, caller)));
-  }
+std::vector<std::string> PluginRegistry::searched() const {
   std::vector<std::string> folders = folders_;
   const std::vector<std::string> listed = mel::foldersOf("MAYA_PLUG_IN_PATH");
   folders.insert(folders.end(), listed.begin(), listed.end());
   const std::string program = programFolder();
   if (!program.empty()) {
     folders.push_back(program);
-    folders.push_back(program + "/../plug-ins");
+    folders.push_back(fs::u8path(program + "/../plug-ins").lexically_normal().u8string());
   }
+  std::vector<std::string> once;
   for (const std::string& folder : folders) {
-    std::string found =
-        asPlugin(fs::u8path(mel::resolvedPath(nameOrPath, mel::resolvedPath(folder, caller))));
-    if (!found.empty()) {
-      return found;
+    std::string path = mel::resolvedPath(folder, mel::Interpreter::current().callerFolder());
+    if (std::find(once.begin(), once.end(), path) == once.end()) {
+      once.push_back(std::move(path));
     }
   }
+  return once;
+}
+
+std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string& error) const {
+  const fs::path given = fs::u8path(nameOrPath);
+  if (given.has_parent_path()) {
+    std::string found = asPlugin(
+        fs::u8path(mel::resolvedPath(nameOrPath, mel::Interpreter::current().callerFolder())));
+    if (found.empty()) {
+      error = "no plug-in named " + nameOrPath + " was found; check the path";
+    }
+    return found;
+  }
+  const std::string name = nameOrPath + (isPluginName(given) ? "" : SharedLibrary::pluginSuffix());
+  error = "no plug-in named " + nameOrPath + " was found: " + name + " is missing in ";
+  for (const std::string& folder : searched()) {
+    std::string path = mel::resolvedPath(name, folder);
+    if (isFile(fs::u8path(path))) {
+      return path;
+    }
+    error += (error.back() == ' ' ? "" : ", ") + folder;
+  }
+  error += "; give its path, or its folder in MAYA_PLUG_IN_PATH";
   return std::string();
 }
 
@@ -111,10 +135,8 @@ PluginPtr PluginRegistry::find(const std::string& nameOrPath) const {
 }
 
 bool PluginRegistry::load(const std::string& nameOrPath, std::string& error) {
-  const std::string path = findFile(nameOrPath);
+  const std::string path = findFile(nameOrPath, error);
   if (path.empty()) {
-    error = "no plug-in named " + nameOrPath +
-            " was found; give its path, or its folder in MAYA_PLUG_IN_PATH";
     return false;
   }
   if (const PluginPtr known = find(path)) {

@@ -70,7 +70,9 @@ class PluginRegistry {
   std::shared_ptr<MPxFileTranslator> make(const Translator& translator);
 
  private:
-  std::string findFile(const std::string& nameOrPath) const;
+  std::vector<std::string> searched() const;  // the folders, in order
+  // Empty, with the reason in `error`, when there is none.
+  std::string findFile(const std::string& nameOrPath, std::string& error) const;
   bool start(const PluginPtr& plugin, std::string& error);
   void dropRegistrations(const PluginPtr& plugin);
 

@@ -61,13 +61,16 @@ TEST_F(PluginLoading, AFailedStartLeavesWhatWasRegistered) {
 }
 
 TEST_F(PluginLoading, WhatIsNoPluginIsRefused) {
-  EXPECT_EQ(run("loadPlugin gone;"),
-            "failed: loadPlugin: no plug-in named gone was found; give its path, or its folder in "
-            "MAYA_PLUG_IN_PATH");
+  const std::string probes = MORVANE_PROBE_FOLDER;
+  std::ofstream(probes + "/gone") << "no plug-in";
+  const std::string gone = run("loadPlugin gone;");
+  EXPECT_EQ(gone.find("failed: loadPlugin: no plug-in named gone was found: gone."), 0u) << gone;
+  EXPECT_NE(gone.find(" is missing in " + probes + ", "), gone.npos) << gone;
+  std::filesystem::remove(probes + "/gone");
   EXPECT_NE(run("loadPlugin probe_lacks_removal;").find("does not export uninitializePlugin"),
             std::string::npos);
   EXPECT_EQ(run("probe;"), "failed: unknown command 'probe'");
-  const std::string text = std::string(MORVANE_PROBE_FOLDER) + "/text.so";
+  const std::string text = probes + "/text.so";
   std::ofstream(text) << "no library";
   EXPECT_NE(run("loadPlugin \"" + text + "\";").find("cannot load " + text), std::string::npos);
   std::filesystem::remove(text);
