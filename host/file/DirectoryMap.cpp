@@ -1,6 +1,7 @@
 #include "host/file/DirectoryMap.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "host/scene/Plug.h"
 #include "host/scene/Scene.h"
@@ -24,8 +25,15 @@ std::string folderName(std::string_view name) {
   return text;
 }
 
+bool isSameDrive(char a, char b) {
+  const auto upper = [](char c) { return std::toupper(static_cast<unsigned char>(c)); };
+  return std::isalpha(static_cast<unsigned char>(a)) != 0 && upper(a) == upper(b);
+}
+
 bool isIn(const std::string& name, const std::string& folder) {
-  if (name.compare(0, folder.size(), folder) != 0) {
+  const bool areOnDrives = folder.compare(1, 1, ":") == 0 && !name.empty();
+  const std::size_t same = areOnDrives && isSameDrive(name[0], folder[0]) ? 1 : 0;
+  if (name.compare(same, folder.size() - same, folder, same, folder.npos) != 0) {
     return false;
   }
   return name.size() == folder.size() || folder == "/" || name[folder.size()] == '/';
@@ -62,14 +70,17 @@ std::optional<std::string> DirectoryMap::convert(std::string_view name) const {
   const std::string asked = portable(name);
   const std::pair<const std::string, std::string>* best = nullptr;
   for (const auto& entry : folders_) {
-    if (isIn(asked, entry.first) && (!best || entry.first.size() > best->first.size())) {
+    if (!isIn(asked, entry.first)) {
+      continue;
+    }
+    used_.insert(entry.first);
+    if (!best || entry.first.size() > best->first.size()) {
       best = &entry;
     }
   }
   if (!best) {
     return std::nullopt;
   }
-  used_.insert(best->first);
   std::string rest = asked.substr(best->first.size());
   if (!rest.empty() && rest.front() != '/') rest.insert(0, 1, '/');  // mapped from "/"
   return best->second == "/" && !rest.empty() ? rest : best->second + rest;

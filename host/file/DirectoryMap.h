@@ -13,7 +13,7 @@ namespace host {
 
 // Where folders of another machine are on this one. There is one map a process; opening a scene
 // does not change it. Folders are separated by '/' ('\' is taken for it) and compared letter by
-// letter.
+// letter, but for the letter of a drive, which may be in either case.
 class DirectoryMap {
  public:
   static DirectoryMap& current();
