@@ -12,6 +12,8 @@ using End = host::SceneProblems::End;
 constexpr std::size_t kMostNamed = 3;
 constexpr const char* kNoEnd = "it lacks the line // End of, with which Maya ends one";
 constexpr const char* kAdvice = "fetch the scene again, or open it in Maya and save it again";
+constexpr const char* kEndAdvice =
+    "fetch the scene again or, where nothing is missing, add the line // End of at its end";
 
 bool isDamage(const host::SceneProblem& problem) {
   return problem.kind == host::SceneProblem::Kind::kDamage;
@@ -23,11 +25,17 @@ std::string placeOf(const host::SceneProblem& problem) {
          std::to_string(problem.line);
 }
 
+const char* adviceFor(const host::SceneProblems& problems) {
+  return problems.end == End::kDoubtful && problems.damages == 1 ? kEndAdvice : kAdvice;
+}
+
 }  // namespace
 
 std::string damageOf(const host::SceneProblems& problems) {
   if (problems.damages == 0) return "";
-  std::string text = problems.end == End::kCut ? "the scene is cut off; " : "";
+  std::string text = problems.end == End::kCut        ? "the scene is cut off; "
+                     : problems.end == End::kDoubtful ? "the scene looks cut off; "
+                                                      : "";
   text += problems.damages == 1
               ? "1 place of the scene is damaged"
               : std::to_string(problems.damages) + " places of the scene are damaged";
@@ -40,22 +48,17 @@ std::string damageOf(const host::SceneProblems& problems) {
 }
 
 std::string likelyLoss(const host::SceneProblems& problems) {
-  if (problems.damages > 0) return "; " + damageOf(problems) + "; " + kAdvice;
+  if (problems.damages > 0) return "; " + damageOf(problems) + "; " + adviceFor(problems);
   if (problems.end == End::kWhole) return "";
   return std::string("; the scene looks cut off: ") + kNoEnd + "; " + kAdvice;
 }
 
 ExitStatus tellDamage(const std::string& scene, const host::SceneProblems& problems) {
+  if (problems.damages == 0) return kDone;
   const std::string shown = scene.empty() ? "" : printable(scene) + ": ";
-  if (problems.damages > 0) {
-    complain(shown + damageOf(problems) + "; what stood there is missing, and the rest was done; " +
-             kAdvice);
-    return kFailed;
-  }
-  if (problems.end == End::kDoubtful) {
-    complain(shown + "the scene may be cut off: " + kNoEnd + "; see whether something is missing");
-  }
-  return kDone;
+  complain(shown + damageOf(problems) + "; what stood there is missing, and the rest was done; " +
+           adviceFor(problems));
+  return kFailed;
 }
 
 void tellUnusedMaps() {

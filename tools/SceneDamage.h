@@ -17,8 +17,8 @@ std::string damageOf(const host::SceneProblems& problems);
 // speaks for it.
 std::string likelyLoss(const host::SceneProblems& problems);
 
-// After the work on `scene` (as the user named it): the damage and what to do, on standard error,
-// and the doubt whether the file is whole. kFailed when there was damage.
+// After the work on `scene` (as the user named it): the damage and what to do, on standard error.
+// kFailed when there was damage.
 ExitStatus tellDamage(const std::string& scene, const host::SceneProblems& problems);
 
 // At the end of a session: names on standard error what --map gave in vain.

@@ -30,7 +30,7 @@ struct SceneProblems {
   enum class End {
     kWhole,     // with the comment that Maya ends its scenes with
     kUnmarked,  // without it
-    kDoubtful,  // without it, although the file begins as Maya's own do
+    kDoubtful,  // without it, although the file begins as Maya's own do: damage
     kCut,       // inside a statement
   };
   End end = End::kWhole;

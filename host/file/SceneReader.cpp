@@ -92,6 +92,19 @@ bool isSceneFileStart(std::string_view bytes) {
   return bytes.substr(0, 6) == "//Maya";
 }
 
+// Disks and copies that lost a block leave such bytes; Maya never writes one.
+bool SceneReader::noteZeroBytes(std::string_view text) {
+  const std::size_t first = text.find('\0');
+  if (first == text.npos) {
+    return false;
+  }
+  const auto end = text.begin() + static_cast<std::ptrdiff_t>(first);
+  const auto line = statements_.line() + std::count(text.begin(), end, '\n');
+  note(Kind::kDamage, "zero bytes stand in the file from line " + std::to_string(line) +
+                          " on, where a part of it was lost");
+  return true;
+}
+
 void SceneReader::note(SceneProblem::Kind kind, const std::string& text) {
   mel::showWarning(path_ + ":" + std::to_string(statements_.line()) + ":" +
                    std::to_string(statements_.column()) + ": " + text);
@@ -150,20 +163,21 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   return true;
 }
 
-// A file that stops between two statements may be a scene that somebody wrote by hand.
+// A file that stops between two statements is whole only if it never was one of Maya's own.
 void SceneReader::noteEnd() {
   using End = SceneProblems::End;
   End end = statements_.hasEnd() ? End::kWhole : End::kUnmarked;
   if (statements_.endedEarly()) {
-    end = End::kCut;
-    note(Kind::kDamage,
-         "the file ends inside a statement; it is cut off, or lacks its last semicolon");
+    if (!noteZeroBytes(statements_.unfinished())) {
+      end = End::kCut;
+      note(Kind::kDamage,
+           "the file ends inside a statement; it is cut off, or lacks its last semicolon");
+    }
   } else if (!statements_.hasEnd() && statements_.isNamed()) {
     end = End::kDoubtful;
-    note(
-        Kind::kNotice,
-        "the file may be cut off: it lacks the line // End of, with which Maya ends a scene; fetch "
-        "it again, or add that line where nothing is missing");
+    note(Kind::kDamage,
+         "the file looks cut off here: it lacks the line // End of, with which Maya ends a scene; "
+         "fetch it again or, where nothing is missing, add that line at its end");
   }
   if (!context_.isReference) {
     SceneProblems::current().end = std::max(SceneProblems::current().end, end);
@@ -200,6 +214,9 @@ bool SceneReader::runMeshStatement(std::string_view statement) {
 }
 
 void SceneReader::runStatement(std::string_view statement) {
+  if (noteZeroBytes(statement)) {
+    return;
+  }
   const bool isSetAttr =
       statement.substr(0, 7) == "setAttr" && statement.size() > 7 && isBlank(statement[7]);
   if (isSetAttr && runMeshStatement(statement)) {

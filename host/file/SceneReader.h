@@ -2,6 +2,7 @@
 #define MORVANE_HOST_FILE_SCENEREADER_H_
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/file/SceneProblems.h"
@@ -30,6 +31,7 @@ class SceneReader {
   bool runMeshStatement(std::string_view statement);
   void runFileStatement(const mel::Words& words);
   void noteEnd();
+  bool noteZeroBytes(std::string_view text);  // false when there are none
   void note(SceneProblem::Kind kind, const std::string& text);
 
   std::string path_;

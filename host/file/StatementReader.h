@@ -30,6 +30,8 @@ class StatementReader {
 
   // The file ended inside a statement, a text or a comment; what was there is not given.
   bool endedEarly() const { return endedEarly_; }
+  // From the place of the statement that the file ended in, good until this object goes.
+  std::string_view unfinished() const { return std::string_view(buffer_).substr(begin_); }
   // Maya begins a file with a comment of its name, and ends it with one.
   bool isNamed() const { return isNamed_; }
   bool hasEnd() const { return hasEnd_; }

@@ -114,15 +114,16 @@ TEST_F(Batch, ADamagedSceneIsExportedAndTold) {
     Json damaged;      // the line; a notice has none
   } cases[] = {
       {whole + "// End of d.ma\n", 0, "", nullptr},
-      {whole, 0, "the file may be cut off", nullptr},
+      {whole, 1, "d.ma:" + std::to_string(lines + 1) + "; what stood there", lines + 1},
       {whole + "\tsetAttr \".v\" \"n", 1,
        "the scene is cut off; 1 place of the scene is damaged: d.ma:" + std::to_string(lines + 1),
        lines + 1},
-      {"//Maya\n}{;\n" + whole, 1, "1 place of the scene is damaged: d.ma:2", 2},
+      {"//Maya\n}{;\n" + whole + "// End of d.ma\n", 1, "1 place of the scene is damaged: d.ma:2",
+       2},
       {whole.substr(0, whole.find("requires")), 1,
        "no tile found: no top-level transform has a mesh whose colour comes from a file texture; "
-       "the scene looks cut off",
-       nullptr},
+       "the scene looks cut off; 1 place of the scene is damaged: d.ma:4; fetch the scene again or",
+       4},
   };
   for (const auto& c : cases) {
     write("one/d.ma", c.scene);

@@ -51,8 +51,10 @@ TEST_F(Status, WhatTheSceneLacksIs1) {
   refuses("$morvane export scene.ma Tile2", 1,
           "did you mean tile2? The tiles are tile1, tile2, tile3");
   refuses("$morvane export scene.ma tile1 --to a.png", 2, "must end in .psd");
-  const Outcome outcome = shell("$morvane export scene.ma --map P:/art=. --map P:/arts=.");
+  const Outcome outcome =
+      shell("$morvane export scene.ma --map p:/art=. --map P:/=no --map P:/arts=.");
   EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err.find("--map P:: "), std::string::npos) << outcome.err;
   for (const char* line :
        {"Error: |tile2: its file texture names no file\n",
         "; set the fileTextureName of picture2\n", "/a.psd does not exist; it is where --map leads",
@@ -67,7 +69,7 @@ TEST_F(Status, AMissingPlugInIs3) {
                                shellWord(MORVANE_BINARY_DIR "/lib") + " alone/lib");
   ASSERT_EQ(copied.status, 0) << copied.err;
   program_ = path("alone/bin/morvane");
-  refuses("env -u MAYA_PLUG_IN_PATH $morvane run -c 'print 1'", 3, "morvane");
+  refuses("env -u MAYA_PLUG_IN_PATH $morvane run -c 'print 1'", 3, "is missing in ");
   const Outcome found = shell("MAYA_PLUG_IN_PATH=" + shellWord(MORVANE_BINARY_DIR "/plug-ins") +
                               " MAYA_SCRIPT_PATH=" + shellWord(MORVANE_BINARY_DIR "/scripts") +
                               " $morvane run -c 'print \"here\\n\"'");

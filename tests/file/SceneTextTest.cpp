@@ -34,7 +34,7 @@ TEST_F(SceneText, StatementsMayBeWrittenInManyWays) {
 
 TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
   const struct {
-    const char* statement;
+    std::string statement;
     const char* warning;
     bool isDamage = false;
   } kCases[] = {
@@ -59,6 +59,10 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
        "the file ends inside a statement; it is cut off, or lacks its last semicolon", true},
       {"setAttr \".v\" \"no;",
        "the file ends inside a statement; it is cut off, or lacks its last semicolon", true},
+      {std::string("setAttr \".v\" \0\0;", 16),
+       "zero bytes stand in the file from line 3 on, where a part of it was lost", true},
+      {"setAttr \".v\" \"\n" + std::string(4096, '\0'),
+       "zero bytes stand in the file from line 4 on, where a part of it was lost", true},
       {"/* no", "the file ends inside a statement; it is cut off, or lacks its last semicolon",
        true},
       {"connectAttr \"rock:a.b\" \"persp.v\";", "connectAttr: No object matches name: rock:a"},
@@ -73,7 +77,7 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
        true},
   };
   for (const auto& c : kCases) {
-    const std::string warnings = open(std::string("requires maya \"2018\";\n  ") + c.statement);
+    const std::string warnings = open("requires maya \"2018\";\n  " + c.statement);
     EXPECT_NE(warnings.find(std::string(": ") + c.warning + "\n"), std::string::npos) << warnings;
     const bool atEnd = std::string(c.warning).find("ends inside") != std::string::npos;
     EXPECT_TRUE(atEnd || warnings.find("scene.ma:3:3: ") != std::string::npos) << warnings;
