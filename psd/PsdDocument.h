@@ -104,6 +104,12 @@ class PsdDocument {
   // layer can be added; empty for any other.
   std::string headerFault() const;
 
+  // Where the merged image has fewer bytes than the header (of a packed one: the table of row
+  // lengths, too) promises: that it is cut off, and how many bytes are wanted and there. Such a
+  // document is kept, and saved as it is. Of a compression other than raw and packed, only an empty
+  // image is found. Empty for any other document, and where headerFault() is not.
+  std::string mergedFault() const;
+
   // Writes the document as a PSD file. True only when every byte is on the disk; whatever happens,
   // the path holds the old file or the new one whole (see util/ReplaceFile.h). `error`, where
   // given, gets the reason.

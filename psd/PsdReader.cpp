@@ -8,6 +8,7 @@
 #include "psd/FileKind.h"
 #include "psd/PsdNames.h"
 #include "psd/TgaImport.h"
+#include "util/ByteOrder.h"
 #include "util/ReserveMore.h"
 #include "util/WholeFile.h"
 
@@ -117,6 +118,31 @@ void readSections(PsdInput& in, PsdDocument& document) {
   readMergedImage(in, document);
 }
 
+// Stops at what no file can hold.
+std::uint64_t cappedProduct(std::uint64_t a, std::uint64_t b) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+  return b != 0 && a > kMost / b ? kMost : a * b;
+}
+
+// Of the table of row lengths alone where that is not whole.
+std::uint64_t packedMergedSize(const PsdDocument& document, std::uint64_t rowCount) {
+  std::uint64_t size = 2 * rowCount;
+  if (size > document.mergedLength) return size;
+  const std::uint8_t* length = document.mergedData.get();
+  for (std::uint64_t row = 0; row < rowCount; ++row, length += 2) size += loadBe16(length);
+  return size;
+}
+
+// In bytes, behind the compression word.
+std::uint64_t promisedMergedSize(const PsdDocument& document) {
+  const std::uint64_t rowCount = std::uint64_t{document.channels} * document.rows;
+  const std::uint64_t rowSize = (std::uint64_t{document.columns} * document.depth + 7) / 8;
+  if (rowSize == 0) return 0;
+  if (document.mergedCompression == 0) return cappedProduct(rowCount, rowSize);
+  if (document.mergedCompression == 1) return packedMergedSize(document, rowCount);
+  return rowCount == 0 ? 0 : 1;
+}
+
 // What explains a file that cannot be read better than the place where reading ended does.
 std::string refusal(const PsdDocument& document, std::size_t size, const std::string& error) {
   constexpr std::size_t kVersionEnd = 4 + 2;
@@ -199,6 +225,13 @@ std::string PsdDocument::headerFault() const {
   if (version == 1) return std::string();
   return "version " + std::to_string(version) + " is not supported" +
          (version == 2 ? ": a large document (PSB), not a PSD file" : "");
+}
+
+std::string PsdDocument::mergedFault() const {
+  const std::uint64_t promised = headerFault().empty() ? promisedMergedSize(*this) : 0;
+  if (promised <= mergedLength) return std::string();
+  return "the merged image is cut off: at least " + std::to_string(promised) + " bytes wanted, " +
+         std::to_string(mergedLength) + " there";
 }
 
 bool PsdDocument::load(const char* loadPath, std::string* error) {

@@ -89,7 +89,7 @@ Json documentJson(const std::string& file, std::uintmax_t bytes, const PsdDocume
   }
   Json layers = Json::array();
   for (std::int32_t i = 0; i < document.layerCount; ++i) layers.push_back(layerJson(document, i));
-  const std::string fault = document.headerFault();
+  const std::string fault = documentFault(document);
   return {{"file", toUtf8(file)},
           {"bytes", bytes},
           {"fault", fault.empty() ? Json() : Json(fault)},

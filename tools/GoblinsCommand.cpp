@@ -136,6 +136,7 @@ ExitStatus showGoblins(const Options& options) {
   if (!document) return kFailed;
   const Goblins goblins = readGoblins(*document);
   const std::string shown = printable(options.file);
+  const bool isSound = tellFaults(options.file, *document, goblins);
   if (!goblins.present) {
     complain(shown + ": no layer \"" + morvane::kGoblinLayerName + "\"; export the tile first");
     return kFailed;
@@ -145,12 +146,8 @@ ExitStatus showGoblins(const Options& options) {
   } else if (options.obj.empty() && options.glb.empty()) {
     printTable(goblins, options.file);
   }
-  if (!goblins.fault.empty()) {
-    complain(shown + ": the goblin geometry is damaged: " + goblins.fault +
-             "; export the tile again");
-    return kFailed;
-  }
-  return writeModels(*document, goblins, options) ? kDone : kFailed;
+  if (!goblins.fault.empty()) return kFailed;
+  return writeModels(*document, goblins, options) && isSound ? kDone : kFailed;
 }
 
 }  // namespace

@@ -62,7 +62,8 @@ void printReport(const std::string& file, std::uintmax_t bytes, const PsdDocumen
               document.columns, document.rows, static_cast<int>(document.depth),
               colourModeName(document.colourMode).c_str(), static_cast<int>(document.channels),
               static_cast<unsigned long long>(bytes));
-  if (!document.headerFault().empty()) std::printf("  %s\n", document.headerFault().c_str());
+  const std::string fault = documentFault(document);
+  if (!fault.empty()) std::printf("  %s\n", fault.c_str());
   for (const auto& resource : document.resources) {
     const std::string name = resource->name ? resource->name.get() : resourceName(resource->id);
     std::printf("  resource %u%s%s: %u bytes\n", static_cast<unsigned>(resource->id),
@@ -91,15 +92,7 @@ bool reportDocument(const std::string& path, const std::string& file, bool json)
   } else {
     printReport(file, bytes, *document, goblins);
   }
-  const std::string fault = document->headerFault();
-  if (!fault.empty()) {
-    complain(printable(file) + ": " + fault + ": it takes no goblins; save it again as PSD");
-  }
-  if (!goblins.fault.empty()) {
-    complain(printable(file) + ": the goblin geometry is damaged: " + goblins.fault +
-             "; export the tile again");
-  }
-  return fault.empty() && goblins.fault.empty();
+  return tellFaults(file, *document, goblins);
 }
 
 struct Options {

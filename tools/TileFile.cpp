@@ -142,6 +142,11 @@ std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
   return nullptr;
 }
 
+std::string documentFault(const morvane::PsdDocument& document) {
+  const std::string fault = document.headerFault();
+  return fault.empty() ? document.mergedFault() : fault;
+}
+
 Goblins readGoblins(morvane::PsdDocument& document) {
   Goblins goblins;
   if (document.findLayer(morvane::kGoblinLayerName) < 0) return goblins;
@@ -151,6 +156,22 @@ Goblins readGoblins(morvane::PsdDocument& document) {
   goblins.present = true;
   goblins.fault = "the layer's channels do not hold as many bytes as it says";
   return goblins;
+}
+
+bool tellFaults(const std::string& shown, const morvane::PsdDocument& document,
+                const Goblins& goblins) {
+  const std::string fault = documentFault(document);
+  if (!fault.empty()) {
+    complain(printable(shown) + ": " + fault +
+             (document.headerFault().empty()
+                  ? "; fetch the file again, or save it again where it was made"
+                  : ": it takes no goblins; save it again as PSD"));
+  }
+  if (!goblins.fault.empty()) {
+    complain(printable(shown) + ": the goblin geometry is damaged: " + goblins.fault +
+             "; export the tile again");
+  }
+  return fault.empty() && goblins.fault.empty();
 }
 
 }  // namespace tools

@@ -42,8 +42,17 @@ std::string unreadable(const std::string& path, const std::string& error, const 
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
                                                    const std::string& shown);
 
+// What is wrong with a document that could be loaded all the same: its header, or its merged image.
+// Empty when nothing is.
+std::string documentFault(const morvane::PsdDocument& document);
+
 // Decodes the document's goblins. Not const: reading a layer unpacks it for the while.
 Goblins readGoblins(morvane::PsdDocument& document);
+
+// Says on standard error, by the name `shown`, what is wrong with a loaded document or with its
+// goblins, and what to do. True when nothing is.
+bool tellFaults(const std::string& shown, const morvane::PsdDocument& document,
+                const Goblins& goblins);
 
 }  // namespace tools
 

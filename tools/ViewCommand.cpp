@@ -25,9 +25,10 @@ struct Options {
   FolderMaps maps;
 };
 
-// Fills in what a file holds, its goblins included. False, with the reason, for a damaged file.
-bool readDocument(const std::string& path, ViewItem& item, std::string& fault) {
-  morvane::PsdDocument document(1, 1);
+// Fills in what a file holds, its goblins included. False, with the reason, for a file that cannot
+// be loaded.
+bool readDocument(const std::string& path, morvane::PsdDocument& document, ViewItem& item,
+                  std::string& fault) {
   if (!document.load(path.c_str(), &fault)) return false;
   item.goblins = readGoblins(document);
   std::error_code ignored;
@@ -93,11 +94,11 @@ class Viewer {
     ViewItem item;
     item.name = fs::path(path).filename().string();
     item.file = shown;
-    if (!readDocument(path, item, item.fault)) {
+    morvane::PsdDocument document(1, 1);
+    if (!readDocument(path, document, item, item.fault)) {
       fail(unreadable(path, item.fault, shown));
-    } else if (!item.goblins.fault.empty()) {
-      fail(printable(shown) + ": the goblin geometry is damaged: " + item.goblins.fault +
-           "; export the tile again");
+    } else if (!tellFaults(shown, document, item.goblins)) {
+      status_ = std::max(status_, kFailed);
     }
     add(item, files_);
   }
@@ -126,15 +127,18 @@ class Viewer {
     item.file = tile.texture;
     item.fault = tile.fault;
     std::string fault;
+    morvane::PsdDocument document(1, 1);
     if (!tile.fault.empty()) {
       fail(printable(scene) + ": " + printable(tile.name) + ": " + tile.fault);
-    } else if (!readDocument(tile.texture, item, fault)) {
+    } else if (!readDocument(tile.texture, document, item, fault)) {
       item.pictureFault = fault;
       std::error_code ignored;
       const bool exists = fs::exists(tile.texture, ignored);
       fail(printable(scene) + ": " + printable(tile.name) + ": texture " +
            (exists ? unreadable(tile.texture, fault, tile.texture)
                    : printable(tile.texture) + kMissingTexture));
+    } else if (!tellFaults(scene + ": " + tile.name + ": texture " + tile.texture, document, {})) {
+      status_ = std::max(status_, kFailed);
     }
     item.goblins = tile.goblins;
     if (!tile.mesh.triangles.empty()) item.tile = tile.mesh;

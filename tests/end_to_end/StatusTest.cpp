@@ -117,6 +117,15 @@ TEST_F(Status, DamagedFilesAre1AndNamed) {
   refuses("$morvane info png.tga", 1, "not a TGA image: begins with 89 50 4E 47, a PNG image");
   refuses("$morvane info empty.psd", 1, "is empty");
   refuses("$morvane info folder", 1, "is a folder");
+  write("short.psd", psdBytes(16, 16).substr(0, psdBytes(16, 16).size() - 1));
+  for (const std::string command : {"info", "goblins", "view -o page.html"}) {
+    const Outcome outcome = shell("$morvane " + command + " short.psd");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find("short.psd: the merged image is cut off: at least 768 bytes wanted, "
+                               "767 there"),
+              std::string::npos)
+        << outcome.err;
+  }
   const Outcome some = shell("$morvane info cut.psd plain.psd");
   EXPECT_EQ(some.status, 1);
   EXPECT_NE(some.out.find("plain.psd: 16 x 16 pixels"), std::string::npos) << some.out;

@@ -90,6 +90,7 @@ TEST_F(Corpus, SoundFilesAreKeptAndDamagedOnesAreNot) {
       ++sound;
       ASSERT_TRUE(document) << error;
       expectFound(*document, row);
+      EXPECT_EQ(document->mergedFault(), "");
     }
     if (!document) {
       EXPECT_EQ(error.find("version 2 is not supported") == 0, row.at("version") == "2") << error;

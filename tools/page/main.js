@@ -16,7 +16,7 @@ try {
 const list = new GoblinList(stage);
 
 const goblinCount = (item) => item.goblins?.meshes.length ?? 0;
-const isDamaged = (item) => Boolean(item.fault || item.goblins?.fault);
+const isDamaged = (item) => Boolean(item.fault || item.report?.fault || item.goblins?.fault);
 
 function note(item) {
   if (item.fault) return 'cannot be shown';
@@ -55,6 +55,7 @@ function facts(item) {
 function faultTexts(item) {
   const texts = [];
   if (item.fault) texts.push(['This cannot be shown', item.fault]);
+  if (item.report?.fault) texts.push(['The file is damaged', item.report.fault]);
   if (item.goblins?.fault) texts.push(['The goblin geometry is damaged', `${item.goblins.fault}. What could be read before that is shown. Export the tile again.`]);
   if (item.goblins?.dropped) texts.push(['Some triangles are left out', `${count(item.goblins.dropped, 'triangle')} with coordinates that are no finite numbers.`]);
   if (item.pictureFault) texts.push(['There is no picture', item.pictureFault]);
