@@ -79,6 +79,17 @@ TileCandidate candidateAt(const DagPath& top) {
 
 }  // namespace
 
+std::vector<std::string> textureNames() {
+  std::vector<std::string> names;
+  for (const auto& [serial, node] : Scene::current().nodes()) {
+    const auto plug =
+        node->hasFn(MFn::kFileTexture) ? Plug::find(node, "fileTextureName") : std::nullopt;
+    const auto name = plug ? readText(*plug) : std::nullopt;
+    if (name && !name->empty()) names.push_back(*name);
+  }
+  return names;
+}
+
 void start(const std::string& callerFolder) {
   mel::Interpreter::current().setCallerFolder(callerFolder);
   startNewScene();

@@ -76,6 +76,9 @@ struct TileCandidate {
 // order.
 std::vector<TileCandidate> texturedTopLevelTransforms();
 
+// What the file textures of the open scene name, as they name it.
+std::vector<std::string> textureNames();
+
 // What is selected, in order. The path is empty for what is not in the DAG, the texture where there
 // is none.
 std::vector<TileCandidate> selectedCandidates();

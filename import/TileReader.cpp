@@ -45,7 +45,11 @@ bool isPlain(const MString& text) {
 
 // The attribute is locked against edits by hand, and must be there already.
 MStatus recordPath(MObject tile, const MString& path) {
-  if (!isPlain(path)) return MStatus::kFailure;
+  if (!isPlain(path)) {
+    MGlobal::displayError(path + ": the name has a quote, a backslash or a line break, which " +
+                          "cannot be recorded in the scene; rename the file");
+    return MStatus::kFailure;
+  }
   const MString plug = commandName(getShapeNode(tile)) + ".psdFileName";
   MGlobal::executeCommand(MString("setAttr -lock false ") + plug, false, false);
   const MStatus set = MGlobal::executeCommand(

@@ -6,7 +6,9 @@
 #include "tools/Commands.h"
 #include "tools/ExitStatus.h"
 #include "tools/ExportScenes.h"
+#include "tools/OutputFile.h"
 #include "tools/SceneDamage.h"
+#include "tools/SceneOpener.h"
 #include "tools/Session.h"
 #include "tools/Text.h"
 #include "tools/TileSelection.h"
@@ -31,15 +33,25 @@ struct Options {
   bool json = false;
 };
 
-bool endsIn(const std::string& word, const std::string& extension) {
-  if (word.size() < extension.size()) return false;
-  return std::equal(extension.rbegin(), extension.rend(), word.rbegin(),
-                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b); });
+// No node's name has a slash.
+bool isSceneName(const std::string& word) {
+  return isScene(word) || word.find('/') != std::string::npos;
 }
 
-// No node's name has a dot or a slash. What is no scene that can be read is told of as one.
-bool isSceneName(const std::string& word) {
-  return endsIn(word, ".ma") || endsIn(word, ".mb") || word.find('/') != std::string::npos;
+// Tiles before scenes would be taken for scenes that are missing, and the scenes exported whole.
+bool isInOrder(const std::vector<std::string>& words) {
+  // Nor has it a dot: a file of another kind, or a folder, is told of as what it is.
+  if (!isSceneName(words[0]) && words[0].find('.') == std::string::npos) {
+    complain(printable(words[0]) +
+             " is no name of a scene: name scenes (*.ma) first, then tiles; nothing was exported");
+    return false;
+  }
+  const auto node = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
+  const auto scene = std::find_if(node, words.end(), isSceneName);
+  if (scene == words.end()) return true;
+  complain("the scene " + printable(*scene) + " comes after the tile " + printable(*node) +
+           ": name scenes first, then tiles; nothing was exported");
+  return false;
 }
 
 ExportJob jobOf(const Options& options) {
@@ -55,23 +67,28 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
         "--to takes exactly one scene and one node, since the file holds one tile, and no --json");
     return kUsage;
   }
-  if (!endsIn(file, ".psd")) {
-    complain("--to " + printable(file) +
-             ": a PSD file is written, so that the name must end in .psd");
-    return kUsage;
-  }
   const std::string to = absoluteName(file);
+  if (wouldReplaceInput(to, job.scenes)) return kUsage;
   const ExitStatus started = startSession(job.scenes[0], job.maps);
   if (started != kDone) return started;
+  if (wouldReplaceTexture(to)) return kUsage;
   const host::SceneProblems problems = host::takeSceneProblems();
   std::string told;
   if (!selectTiles(job.scenes[0], job.nodes, problems, told)) return kFailed;
+  const std::size_t selected = host::selectedCandidates().size();
+  if (selected != 1) {
+    complain(printable(job.nodes[0]) + " means " + counted(selected, "object") + ", and " +
+             printable(file) + " holds one tile; name exactly one");
+    return kFailed;
+  }
   if (host::execute("file -force -exportSelected -type \"psd\" " + melString(to), "export")) {
     tellUnusedMaps();
     return tellDamage(job.scenes[0], problems);
   }
-  complain("the export of " + printable(job.nodes[0]) + " to " + printable(file) +
-           " failed; what is printed above says why; name a file in a folder that can be written");
+  complain(
+      "the export of " + printable(job.nodes[0]) + " to " + printable(file) +
+      " failed; what is printed above says why; it takes a tile with a mesh, and a folder that "
+      "can be written");
   return kFailed;
 }
 
@@ -87,14 +104,21 @@ void addExport(CLI::App& program, int& status) {
                    "(none: each with a file texture)")
       ->type_name("")
       ->required();
-  command->add_option("--to", options->to, "Write one tile, with its goblins' names, to a new file")
-      ->type_name("FILE");
+  checkOutput(*command
+                   ->add_option("--to", options->to,
+                                "Write one tile, with its goblins' names, to a new file")
+                   ->type_name("FILE"),
+              {"a PSD file", {".psd"}});
   command->add_flag("--json", options->json,
                     "A JSON record a line for each tile; the plug-in's own\n"
                     "lines go to standard error");
   addMapOption(*command, options->maps);
   command->footer(kFooter);
   command->callback([options, &status] {
+    if (!isInOrder(options->words)) {
+      status = kUsage;
+      return;
+    }
     const ExportJob job = jobOf(*options);
     status = options->to.empty() ? exportScenes(job) : exportToFile(job, options->to);
   });

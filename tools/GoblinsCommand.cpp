@@ -160,11 +160,16 @@ void addGoblins(CLI::App& program, int& status) {
   CLI::Option* json = command->add_flag("--json", options->json, "One JSON object");
   command->add_flag("--full", options->full, "With --json: the vertices and triangles too")
       ->needs(json);
-  command
-      ->add_option("--obj", options->obj, "Write the goblins over the unit tile as Wavefront OBJ")
-      ->type_name("OUT");
-  command->add_option("--glb", options->glb, "The same with the tile's picture, as binary glTF")
-      ->type_name("OUT");
+  checkOutput(*command
+                   ->add_option("--obj", options->obj,
+                                "Write the goblins over the unit tile as Wavefront OBJ")
+                   ->type_name("OUT"),
+              {"Wavefront OBJ", {".obj"}});
+  checkOutput(
+      *command
+           ->add_option("--glb", options->glb, "The same with the tile's picture, as binary glTF")
+           ->type_name("OUT"),
+      {"binary glTF", {".glb"}});
   command->footer(
       "Examples:\n"
       "  morvane goblins pond.psd                 a table of the goblins\n"

@@ -48,12 +48,14 @@ const char* advice(bool isTagged) {
 ExitStatus importTile(const Options& options) {
   const std::string file = absoluteName(options.file);
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
+  if (!output.empty() && wouldReplaceInput(output, {file})) return kUsage;
   auto document = loadDocument(file, options.file);
   if (!document) return kFailed;
   const bool isTagged = readGoblins(*document).kind == morvane::GoblinBlobKind::kTagged;
   document.reset();  // the plug-in has one of its own
   const ExitStatus started = startSession(options.scene, options.maps);
   if (started != kDone) return started;
+  if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
   const host::SceneProblems problems = host::takeSceneProblems();
   std::string reason;
   if (!host::tryToExecute("select -replace " + melString(options.node), reason)) {
@@ -69,7 +71,11 @@ ExitStatus importTile(const Options& options) {
     return kFailed;
   }
   const ExitStatus saved = saveScene(output);
-  if (saved == kDone && !output.empty()) tellWritten(options.output);
+  if (output.empty()) {
+    complain("the import succeeded, but nothing was saved: name with -o where to save the scene");
+  } else if (saved == kDone) {
+    tellWritten(options.output);
+  }
   tellUnusedMaps();
   return std::max(saved, tellDamage(options.scene, problems));
 }
@@ -88,9 +94,11 @@ void addImport(CLI::App& program, int& status) {
       ->add_option("FILE", options->file, "A PSD file from `export --to`; a TGA has only a texture")
       ->type_name("")
       ->required();
-  command
-      ->add_option("-o,--output", options->output, "Save the scene here when the import succeeded")
-      ->type_name("SCENE");
+  checkOutput(*command
+                   ->add_option("-o,--output", options->output,
+                                "Save the scene here when the import succeeded")
+                   ->type_name("SCENE"),
+              kSceneOutput);
   addMapOption(*command, options->maps);
   command->footer(
       "What stands below the tile already stays there. A damaged scene is used as far\n"

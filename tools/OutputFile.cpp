@@ -1,11 +1,39 @@
 #include "tools/OutputFile.h"
 
+#include <algorithm>
 #include <filesystem>
 
+#include "host/Host.h"
 #include "tools/Text.h"
 #include "util/ReplaceFile.h"
 
 namespace tools {
+namespace {
+
+bool isSame(const std::string& one, const std::string& other) {
+  std::error_code missing;
+  return std::filesystem::equivalent(one, other, missing);
+}
+
+// Empty when `name` is one of that kind.
+std::string whyNoOutput(const std::string& name, const OutputKind& kind) {
+  const auto& allowed = kind.extensions;
+  std::string needed = allowed.front();
+  for (std::size_t i = 1; i < allowed.size(); ++i) needed += " or " + allowed[i];
+  const std::string rule = kind.written + " is written, so that the name must end in " + needed;
+  if (name.empty()) return "the name is empty (a variable that is not set?); " + rule;
+  const std::string extension = extensionOf(name);
+  if (std::find(allowed.begin(), allowed.end(), extension) != allowed.end()) return "";
+  return printable(name) + ": " + rule + (extension.empty() ? ", with something before it" : "");
+}
+
+}  // namespace
+
+const OutputKind kSceneOutput = {"only Maya ASCII", {".ma"}};
+
+void checkOutput(CLI::Option& option, const OutputKind& kind) {
+  option.check([kind](const std::string& name) { return whyNoOutput(name, kind); }, "");
+}
 
 bool writeOutput(const std::string& path, const std::string& text) {
   morvane::FileReplacer out;
@@ -20,9 +48,17 @@ void tellWritten(const std::string& path, const std::string& what) {
 
 bool wouldReplaceInput(const std::string& output, const std::vector<std::string>& inputs) {
   for (const std::string& input : inputs) {
-    std::error_code missing;
-    if (!std::filesystem::equivalent(output, input, missing)) continue;
+    if (!isSame(output, input)) continue;
     complain(printable(output) + " is a file to be read; give the output another name");
+    return true;
+  }
+  return false;
+}
+
+bool wouldReplaceTexture(const std::string& output) {
+  for (const std::string& texture : host::textureNames()) {
+    if (!isSame(output, texture)) continue;
+    complain(printable(output) + " is a texture of the scene; give the output another name");
     return true;
   }
   return false;

@@ -45,8 +45,10 @@ std::vector<Step> stepsInOrder(const CLI::App& command) {
 
 ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
+  if (!output.empty() && wouldReplaceInput(output, options.files)) return kUsage;
   const ExitStatus started = startSession(options.scene, options.maps);
   if (started != kDone) return started;
+  if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
   for (const Step& step : steps) {
     const bool ok =
         step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
@@ -80,10 +82,11 @@ void addRun(CLI::App& program, int& status) {
       ->type_name("FILE")
       ->expected(1)
       ->take_all();
-  command
-      ->add_option("-o,--output", options->output,
-                   "Save the scene here when all commands succeeded")
-      ->type_name("SCENE");
+  checkOutput(*command
+                   ->add_option("-o,--output", options->output,
+                                "Save the scene here when all commands succeeded")
+                   ->type_name("SCENE"),
+              kSceneOutput);
   addMapOption(*command, options->maps);
   command->footer(
       "Every -c and -f runs in the order given, up to the first that fails. A damaged\n"

@@ -1,13 +1,12 @@
 #include "tools/SceneOpener.h"
 
-#include <filesystem>
+#include "tools/Text.h"
 
 namespace tools {
 
 bool isScene(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return extension == ".ma";
+  const std::string extension = extensionOf(path);
+  return extension == ".ma" || extension == ".mb";
 }
 
 bool SceneOpener::open(const std::string& path) {

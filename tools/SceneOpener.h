@@ -8,7 +8,7 @@
 
 namespace tools {
 
-// By its extension.
+// By its extension. One that is binary is told of as a scene that cannot be read.
 bool isScene(const std::string& path);
 
 // Opens scenes to be looked at, one after another.

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 
 namespace tools {
 namespace {
@@ -110,6 +111,12 @@ std::string melString(std::string_view text) {
     }
   }
   return result + '"';
+}
+
+std::string extensionOf(const std::string& file) {
+  std::string extension = std::filesystem::path(file).extension().string();
+  for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+  return extension;
 }
 
 std::string counted(std::size_t count, const std::string& thing) {

@@ -52,7 +52,6 @@ class Viewer {
       return kFailed;
     }
     if (wouldReplaceInput(options_.output, options_.files)) return kUsage;
-    const std::string output = absoluteName(options_.output);
     std::vector<std::string> paths;
     for (const std::string& file : options_.files) paths.push_back(absoluteName(file));
     for (std::size_t i = 0; i < paths.size(); ++i) {
@@ -62,11 +61,12 @@ class Viewer {
         addFile(paths[i], options_.files[i]);
       }
     }
+    if (replacesTexture_) return kUsage;
     if (!page_.showsSomething()) {
       complain("there is nothing to show; no page was written");
       return status_ == kDone ? kFailed : status_;
     }
-    if (!writeOutput(output, page_.html())) return kFailed;
+    if (!writeOutput(output_, page_.html())) return kFailed;
     tellWritten(options_.output, (files_ > 0 ? counted(files_, "file") + ", " : "") +
                                      (tiles_ > 0 ? counted(tiles_, "tile") + ", " : "") +
                                      counted(goblins_, "goblin"));
@@ -105,6 +105,7 @@ class Viewer {
 
   void addScene(const std::string& path, const std::string& shown) {
     const bool opened = scenes_.open(path);
+    replacesTexture_ = (opened && wouldReplaceTexture(output_)) || replacesTexture_;
     const std::vector<SceneTile> tiles = opened ? sceneTiles() : std::vector<SceneTile>();
     if (!tiles.empty()) {
       for (const SceneTile& tile : tiles) addTile(tile, shown);
@@ -146,6 +147,8 @@ class Viewer {
   }
 
   const Options& options_;
+  const std::string output_ = absoluteName(options_.output);  // before a scene moves the folder
+  bool replacesTexture_ = false;
   ViewPage page_;
   SceneOpener scenes_{options_.maps};
   ExitStatus status_ = kDone;
@@ -163,9 +166,12 @@ void addView(CLI::App& program, int& status) {
   command->add_option("FILE", options->files, "PSD or TGA files, or scenes (*.ma)")
       ->type_name("")
       ->required();
-  command->add_option("-o,--output", options->output, "The page; it needs no network and no server")
-      ->type_name("PAGE")
-      ->required();
+  checkOutput(*command
+                   ->add_option("-o,--output", options->output,
+                                "The page; it needs no network and no server")
+                   ->type_name("PAGE")
+                   ->required(),
+              {"a web page", {".html", ".htm"}});
   addMapOption(*command, options->maps);
   command->footer(
       "A damaged file is named, and shown as such among the others.\n"

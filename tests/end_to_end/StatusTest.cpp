@@ -31,6 +31,14 @@ TEST_F(Status, WrongUsageIs2) {
   refuses("$morvane goblins a.psd --full", 2, "--json");
   refuses("$morvane goblins a.psd b.psd", 2, "b.psd");
   refuses("$morvane run scene.ma other.ma", 2, "other.ma");
+  refuses("$morvane export tile1 scene.ma", 2, "tile1 is no name of a scene");
+  refuses("$morvane export scene.ma tile1 other.ma", 2, "other.ma comes after the tile tile1");
+  for (const char* output : {"run -o", "import a.ma t a.psd -o", "view a.psd -o",
+                             "goblins a.psd --obj", "goblins a.psd --glb", "export a.ma t --to"}) {
+    refuses("$morvane " + std::string(output) + " ''", 2, "the name is empty");
+    refuses("$morvane " + std::string(output) + " a.mb", 2, "the name must end in .");
+  }
+  refuses("$morvane export a.ma t --to .psd", 2, "with something before it");
 }
 
 TEST_F(Status, WhatCannotBeLoadedIs3) {
@@ -40,7 +48,9 @@ TEST_F(Status, WhatCannotBeLoadedIs3) {
   refuses("$morvane export missing.ma", 3, "missing.ma; check the name");
   refuses("$morvane export Not-A-Scene.ma", 3, "; did you mean not-a-scene.ma?");
   refuses("$morvane export empty.ma", 3, "empty.ma is empty");
-  refuses("$morvane export binary.mb", 3, "save it as Maya ASCII, .ma");
+  for (const std::string command : {"export", "info"}) {
+    refuses("$morvane " + command + " binary.mb", 3, "save it as Maya ASCII, .ma");
+  }
   refuses("$morvane run missing.ma -o saved.ma", 3, "missing.ma");
   refuses("$morvane export not-a-scene.ma", 3, "not-a-scene.ma");
   refuses("$morvane export .", 3, " is a folder; name a file in it");
@@ -50,7 +60,7 @@ TEST_F(Status, WhatTheSceneLacksIs1) {
   write("scene.ma", sceneOfTiles({"a.psd", "", "P:/art/a.psd"}));
   refuses("$morvane export scene.ma Tile2", 1,
           "did you mean tile2? The tiles are tile1, tile2, tile3");
-  refuses("$morvane export scene.ma tile1 --to a.png", 2, "must end in .psd");
+  refuses("$morvane export scene.ma 'tile*' --to b.psd", 1, "tile* means 3 objects");
   const Outcome outcome =
       shell("$morvane export scene.ma --map p:/art=. --map P:/=no --map P:/arts=.");
   EXPECT_EQ(outcome.status, 1);
@@ -61,6 +71,9 @@ TEST_F(Status, WhatTheSceneLacksIs1) {
         "--map P:/arts: no texture and no reference lies in that folder"}) {
     EXPECT_NE(outcome.err.find(line), std::string::npos) << line << outcome.err;
   }
+  write("a.psd", "the artist's");
+  refuses("$morvane export scene.ma tile1 --to ./a.psd", 2, "a.psd is a texture of the scene");
+  EXPECT_EQ(read("a.psd"), "the artist's");
 }
 
 // The program alone, without the plug-in that belongs beside it.

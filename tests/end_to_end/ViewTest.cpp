@@ -154,8 +154,8 @@ TEST_F(View, WhatCannotBeShownLeavesAnOldPageAlone) {
       {"view -o page.html", 2, "FILE"},
       {"view plain.psd -o ./plain.psd", 2, "plain.psd"},
       {"view plain.psd -o no/such/page.html", 1, "no/such/page.html"},
-      {"goblins plain.psd --glb plain.psd", 2, "plain.psd"},
-      {"goblins cut.psd --glb page.html", 1, "cut.psd"},
+      {"view binary.mb -o page.html", 3, "binary.mb"},
+      {"goblins cut.psd --glb page.glb", 1, "cut.psd"},
   };
   for (const auto& test : cases) {
     const Outcome outcome = shell(std::string("$morvane ") + test.line);

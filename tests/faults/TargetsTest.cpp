@@ -8,14 +8,28 @@
 
 namespace {
 
-// Every way to write a.psd. The first reads it before.
-const std::string kSaves[] = {"export pebbled.ma", "export pebbled.ma tile1 --to a.psd",
-                              "run bare.ma -o a.psd", "goblins g.psd --obj a.psd"};
+// Every way to write a file. The first reads it before.
+const std::string kSaves[] = {"export pebbled.ma", "export pebbled.ma tile1 --to c.psd",
+                              "run bare.ma -o a.ma", "goblins g.psd --obj a.obj"};
+
+// Which file it writes.
+std::string targetOf(const std::string& save) {
+  return save == "export pebbled.ma" ? "a.psd" : save.substr(save.rfind(' ') + 1);
+}
+
+// A shell command line about a.psd, about the file that `save` writes instead.
+std::string aimed(const std::string& save, std::string line) {
+  const std::string target = targetOf(save);
+  for (std::size_t at = 0; (at = line.find("a.psd", at)) != line.npos; at += target.size()) {
+    line.replace(at, 5, target);
+  }
+  return line;
+}
 
 struct Case {
   std::string setup;
   std::string reason;
-  bool loads = true;  // a.psd can be read
+  bool loads = true;  // a.psd, which stands for each save's target, can be read
 };
 
 class Targets : public SaveFolder {
@@ -23,6 +37,7 @@ class Targets : public SaveFolder {
   Targets() {
     reset(scenesAndTextures());
     EXPECT_EQ(inWork("$morvane export pebbled.ma tile1 --to g.psd").status, 0);
+    inWork("cp a.psd a.ma; cp a.psd a.obj");
     old_ = look();
   }
 
@@ -36,11 +51,11 @@ class Targets : public SaveFolder {
   }
   bool canRunAsUser() { return runAsUser("--version").status == 0; }
 
-  // What a.psd is after a shell command line in the folder as it was at first.
-  std::string resultOf(const std::string& line) {
+  // What a file is after a shell command line in the folder as it was at first.
+  std::string resultOf(const std::string& line, const std::string& target) {
     reset(old_);
     EXPECT_EQ(inWork(line).status, 0) << line;
-    return look()["a.psd"];
+    return look()[target];
   }
 
   Files old_;
@@ -53,14 +68,15 @@ TEST_F(Targets, LinksAreFollowed) {
       {"mkdir real; mv a.psd real/x.psd; ln -s x.psd real/y; ln -s $PWD/real/y a.psd", ""},
       {"mkdir real; ln -sf real/x.psd a.psd", "", false}};
   for (const std::string& save : kSaves) {
-    const std::string expected = resultOf("$morvane " + save);
+    const std::string expected = resultOf("$morvane " + save, targetOf(save));
     for (const Case& linked : cases) {
       if (!linked.loads && &save == kSaves) continue;
       reset(old_);
-      const Outcome outcome = inWork(linked.setup + "; $morvane " + save);
+      const Outcome outcome = inWork(aimed(save, linked.setup) + "; $morvane " + save);
       EXPECT_EQ(outcome.status, 0) << linked.setup << outcome.err;
       EXPECT_TRUE(look()["real/x.psd"] == expected) << linked.setup << save;
-      EXPECT_TRUE(std::filesystem::is_symlink(path("work/a.psd"))) << linked.setup << save;
+      EXPECT_TRUE(std::filesystem::is_symlink(path("work/" + targetOf(save))))
+          << linked.setup << save;
     }
   }
 }
@@ -78,12 +94,12 @@ TEST_F(Targets, WhatCannotBeWrittenStaysAsItWas) {
     for (const Case& refused : cases) {
       if (!refused.loads && &save == kSaves) continue;
       reset(old_);
-      inWork(asUser(refused.setup));
+      inWork(asUser(aimed(save, refused.setup)));
       const Files before = look();
       const Outcome outcome = runAsUser(save);
       inWork("chmod 755 .");
       EXPECT_EQ(outcome.status, 1) << save << refused.setup;
-      EXPECT_NE(outcome.err.find("a.psd: " + refused.reason), std::string::npos)
+      EXPECT_NE(outcome.err.find(targetOf(save) + ": " + refused.reason), std::string::npos)
           << save << ": " << refused.setup << '\n'
           << outcome.err;
       EXPECT_TRUE(look() == before && leftovers_ == 0) << save << refused.setup;
@@ -97,9 +113,10 @@ TEST_F(Targets, OwnersGroupsAndPermissionsAreKept) {
   for (const std::string& save : kSaves) {
     const auto kept = [&](const std::string& setup, bool asRoot) {
       reset(old_);
-      inWork(asUser("true") + ';' + setup);
+      inWork(asUser("true") + ';' + aimed(save, setup));
       const Outcome outcome = asRoot ? inWork("$morvane " + save) : runAsUser(save);
-      return std::to_string(outcome.status) + ' ' + inWork("stat -c '%u %g %a' a.psd").out;
+      return std::to_string(outcome.status) + ' ' +
+             inWork("stat -c '%u %g %a' " + targetOf(save)).out;
     };
     EXPECT_EQ(kept("chown 65534:4242 a.psd; chmod 640 a.psd", true), "0 65534 4242 640\n");
     EXPECT_EQ(kept("chown 0:4242 a.psd; chmod 664 a.psd", false), "0 65534 4242 664\n");
@@ -117,20 +134,22 @@ TEST_F(Targets, AFullDiskKeepsTheOldFile) {
   std::size_t pages = 0;
   for (const auto& [name, bytes] : old_) pages += (bytes.size() + 4095) / 4096;
   for (const std::string& save : kSaves) {
-    const std::string expected = resultOf("$morvane " + save);
+    const std::string expected = resultOf("$morvane " + save, targetOf(save));
     int saved = 0;
     for (const std::size_t room : {0, 1, 2, 20, 40, 80}) {
       reset(old_);
       const std::string size = std::to_string(4 * (pages + room)) + "k";
-      const Outcome outcome =
-          inWork("export morvane\n" + apart + "sh -c '" + mount + size +
-                 " && cp -r . ../full && cd ../full && \"$morvane\" " + save +
-                 "; status=$?; ls -A >../listing; cp a.psd ../work; exit $status'");
+      const Outcome outcome = inWork("export morvane\n" + apart + "sh -c '" + mount + size +
+                                     " && cp -r . ../full && cd ../full && \"$morvane\" " + save +
+                                     "; status=$?; ls -A >../listing; cp " + targetOf(save) +
+                                     " ../work; exit $status'");
       const bool fits = outcome.status == 0;
       saved += fits ? 1 : 0;
-      EXPECT_TRUE(look()["a.psd"] == (fits ? expected : old_["a.psd"])) << save << outcome.err;
+      EXPECT_TRUE(look()[targetOf(save)] == (fits ? expected : old_[targetOf(save)]))
+          << save << outcome.err;
       EXPECT_EQ(read("listing").find(".tmp"), std::string::npos) << save;
-      EXPECT_NE(outcome.err.find("a.psd: No space left on device") == std::string::npos, !fits)
+      EXPECT_NE(outcome.err.find(targetOf(save) + ": No space left on device") == std::string::npos,
+                !fits)
           << save << outcome.err;
     }
     EXPECT_TRUE(saved > 0 && saved < 6) << save << ' ' << saved;
@@ -140,16 +159,18 @@ TEST_F(Targets, AFullDiskKeepsTheOldFile) {
 TEST_F(Targets, TwoProcessesAtOnceEachWriteAWholeFile) {
   const std::string pairs[][2] = {
       {"export pebbled.ma", "export bare.ma"},
-      {"export pebbled.ma tile1 --to a.psd", "export bare.ma tile1 --to a.psd"},
-      {"run pebbled.ma -o a.psd", "run bare.ma -o a.psd"}};
+      {"export pebbled.ma tile1 --to c.psd", "export bare.ma tile1 --to c.psd"},
+      {"run pebbled.ma -o a.ma", "run bare.ma -o a.ma"}};
   for (const auto& [first, second] : pairs) {
     const std::string one = "$morvane " + first;
     const std::string other = "$morvane " + second;
-    const std::string whole[] = {resultOf(one), resultOf(other), resultOf(one + " && " + other),
-                                 resultOf(other + " && " + one)};
+    const std::string target = targetOf(first);
+    const std::string whole[] = {resultOf(one, target), resultOf(other, target),
+                                 resultOf(one + " && " + other, target),
+                                 resultOf(other + " && " + one, target)};
     for (int round = 0; round < 10; ++round) {
       const std::string found =
-          resultOf(one + " & " + other + " && wait $! && test -z \"$(ls -A | grep tmp)\"");
+          resultOf(one + " & " + other + " && wait $! && test -z \"$(ls -A | grep tmp)\"", target);
       EXPECT_NE(std::find(std::begin(whole), std::end(whole), found), std::end(whole)) << first;
     }
   }
@@ -160,7 +181,7 @@ TEST_F(Targets, LittleMemoryKeepsTheOldFile) {
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "the sanitizers need more memory than can be limited";
 #endif
-  const std::string expected = resultOf("$morvane " + kSaves[0]);
+  const std::string expected = resultOf("$morvane " + kSaves[0], "a.psd");
   int saved = 0;
   for (int megabytes = 20; saved < 3 && megabytes < 500; ++megabytes) {
     reset(old_);
