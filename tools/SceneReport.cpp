@@ -5,8 +5,11 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "export/GoblinGeometry.h"
+#include "psd/PsdDocument.h"
 #include "tools/SceneTiles.h"
 #include "tools/Text.h"
+#include "tools/TileFile.h"
 
 namespace tools {
 namespace {
@@ -19,14 +22,26 @@ bool hasTexture(const SceneTile& tile) {
   return std::filesystem::exists(tile.texture, ignored);
 }
 
+// Why the texture takes no goblins; empty when it does. It is tried on what was loaded alone.
+std::string textureFault(const std::string& texture) {
+  constexpr std::uint8_t kSample = 0;
+  morvane::PsdDocument document(1, 1);
+  std::string error;
+  if (!document.load(texture.c_str(), &error)) return unreadable(texture, error, texture);
+  document.removeLayerByName(morvane::kGoblinLayerName);
+  if (document.addDataLayer(morvane::kGoblinLayerName, sizeof kSample, &kSample, &error)) return "";
+  return texture + ": " + error + "; save it again as PSD: RGB, 8 bits a channel";
+}
+
 // With what to do about it; empty when nothing is wrong.
 std::string faultOf(const SceneTile& tile) {
   if (!tile.fault.empty()) return tile.fault + "; mend the tile's mesh in Maya";
-  return hasTexture(tile) ? "" : "texture " + tile.texture + kMissingTexture;
+  if (!hasTexture(tile)) return "texture " + tile.texture + kMissingTexture;
+  const std::string fault = textureFault(tile.texture);
+  return fault.empty() ? "" : "texture " + fault;
 }
 
-Json tileJson(const SceneTile& tile) {
-  const std::string fault = faultOf(tile);
+Json tileJson(const SceneTile& tile, const std::string& fault) {
   return {{"tile", toUtf8('|' + tile.name)},
           {"texture", toUtf8(tile.texture)},
           {"exists", hasTexture(tile)},
@@ -34,9 +49,10 @@ Json tileJson(const SceneTile& tile) {
           {"fault", fault.empty() ? Json() : Json(toUtf8(fault))}};
 }
 
-void printJson(const std::string& file, const std::vector<SceneTile>& tiles) {
+void printJson(const std::string& file, const std::vector<SceneTile>& tiles,
+               const std::vector<std::string>& faults) {
   Json list = Json::array();
-  for (const SceneTile& tile : tiles) list.push_back(tileJson(tile));
+  for (std::size_t i = 0; i < tiles.size(); ++i) list.push_back(tileJson(tiles[i], faults[i]));
   const Json json = {{"file", toUtf8(file)}, {"tiles", list}};
   std::printf("%s\n", printableJson(json.dump()).c_str());
 }
@@ -54,17 +70,18 @@ void printTable(const std::string& file, const std::vector<SceneTile>& tiles) {
 
 ExitStatus reportScene(const std::string& file, bool json) {
   const std::vector<SceneTile> tiles = sceneTiles();
+  std::vector<std::string> faults;
+  for (const SceneTile& tile : tiles) faults.push_back(faultOf(tile));
   if (json) {
-    printJson(file, tiles);
+    printJson(file, tiles, faults);
   } else {
     printTable(file, tiles);
   }
   ExitStatus status = kDone;
-  for (const SceneTile& tile : tiles) {
-    const std::string fault = faultOf(tile);
-    if (fault.empty()) continue;
+  for (std::size_t i = 0; i < tiles.size(); ++i) {
+    if (faults[i].empty()) continue;
     status = kFailed;
-    complain(printable(file) + ": " + printable(tile.name) + ": " + printable(fault));
+    complain(printable(file) + ": " + printable(tiles[i].name) + ": " + printable(faults[i]));
   }
   if (!tiles.empty()) return status;
   complain(printable(file) + ": " + kNoTile);

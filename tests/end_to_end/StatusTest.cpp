@@ -148,7 +148,8 @@ TEST_F(Status, DamagedFilesAre1AndNamed) {
 TEST_F(Status, AnotherSignatureIs1AndNamed) {
   write("other.psd", psdBytes(16, 16).replace(3, 1, "X"));
   write("scene.ma", sceneOfTiles({"other.psd"}));
-  for (const char* command : {"info other.psd", "info --json other.psd", "export scene.ma"}) {
+  for (const char* command :
+       {"info other.psd", "info --json other.psd", "export scene.ma", "info scene.ma"}) {
     const Outcome outcome = shell(std::string("$morvane ") + command);
     EXPECT_EQ(outcome.status, 1) << command;
     EXPECT_NE(outcome.out, "") << command;
