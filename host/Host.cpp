@@ -112,9 +112,13 @@ SceneProblems takeSceneProblems() {
   return std::exchange(SceneProblems::current(), SceneProblems());
 }
 
-bool saveScene(const std::string& path) {
+bool saveScene(const std::string& path, std::string* reason) {
   std::string error;
-  return report(writeScene(fromCaller(path), error), error);
+  const bool ok = report(writeScene(fromCaller(path), error), error);
+  if (reason != nullptr) {
+    *reason = error;
+  }
+  return ok;
 }
 
 bool execute(const std::string& text, const std::string& origin) {
@@ -174,7 +178,8 @@ std::vector<TileCandidate> texturedTopLevelTransforms() {
 std::vector<TileCandidate> selectedCandidates() {
   std::vector<TileCandidate> candidates;
   for (const SelectionItem& item : Scene::current().selection.items()) {
-    candidates.push_back(item.path.isEmpty() ? TileCandidate() : candidateAt(item.path));
+    candidates.push_back(item.path.isEmpty() ? TileCandidate{item.node->name(), "", ""}
+                                             : candidateAt(item.path));
   }
   return candidates;
 }

@@ -37,7 +37,8 @@ bool openScene(const std::string& path, std::string* reason = nullptr);
 SceneProblems takeSceneProblems();
 
 // Writes the scene as a scene file, replacing `path` only once every byte is on disk.
-bool saveScene(const std::string& path);
+// `reason` (may be null) says why not.
+bool saveScene(const std::string& path, std::string* reason = nullptr);
 
 // Runs command-language text; `origin` names it in messages ("-c 1", a file name). False at the
 // first command that fails.
@@ -79,8 +80,8 @@ std::vector<TileCandidate> texturedTopLevelTransforms();
 // What the file textures of the open scene name, as they name it.
 std::vector<std::string> textureNames();
 
-// What is selected, in order. The path is empty for what is not in the DAG, the texture where there
-// is none.
+// What is selected, in order. The path is the mere name, without a '|' before it, for what is not
+// in the DAG; the texture is empty where there is none.
 std::vector<TileCandidate> selectedCandidates();
 
 }  // namespace host

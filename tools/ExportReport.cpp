@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "psd/PsdDocument.h"
+#include "tools/OutputFile.h"
 #include "tools/SceneTiles.h"
 #include "tools/Text.h"
 #include "tools/TileFile.h"
@@ -81,7 +82,7 @@ void ExportReport::hearMessage(std::string_view message) {
 }
 
 void ExportReport::hearError(std::string_view message) {
-  if (!open_) beginTile("");
+  if (!open_) beginTile(nextNameless());
   const bool isLast = startsWith(message, kTileFailed);
   std::string& error = tiles_.back().error;
   if (error.empty()) error = trimmed(isLast ? message : message.substr(kError.size()));
@@ -111,6 +112,15 @@ void ExportReport::beginTile(std::string_view name) {
   open_ = true;
   begin_ = Clock::now();
   if (began_) began_(tiles_.back());
+}
+
+// The plug-in does not name what is no DAG object, but it goes through the selection in order.
+std::string ExportReport::nextNameless() {
+  while (nextTexture_ < textures_.size()) {
+    const std::string& path = textures_[nextTexture_++].path;
+    if (!startsWith(path, "|")) return path;
+  }
+  return "";
 }
 
 void ExportReport::endTile() {
@@ -163,7 +173,7 @@ bool ExportReport::conclude() {
     const std::string why = reason.empty() ? tile.error : tile.error + ": " + reason;
     const bool isInAdvice = tile.error.find(kLoadFailed) != std::string::npos;
     complain("export failed for " + (tile.path.empty() ? "a selected node" : printable(tile.path)) +
-             ": " + printable(isInAdvice ? tile.error : why) + "; " + advice(tile));
+             ": " + printable(isInAdvice ? tile.error : why) + "; " + advice(tile, reason));
     tile.error = why;
   }
   return failures() == 0;
@@ -186,10 +196,11 @@ std::string ExportReport::textureOf(const std::string& tile) const {
   return known ? known->texture : "";
 }
 
-std::string ExportReport::advice(const TileOutcome& tile) const {
+std::string ExportReport::advice(const TileOutcome& tile, const std::string& reason) const {
   if (tile.error.find(kLoadFailed) != std::string::npos) return textureAdvice(tile.path);
   for (const Advice& known : kAdvice) {
-    if (tile.error.find(known.error) != std::string::npos) return known.text;
+    if (tile.error.find(known.error) == std::string::npos) continue;
+    return known.error == kSaveFailed ? writingAdvice(reason, known.text) : known.text;
   }
   return "its texture was not changed";
 }

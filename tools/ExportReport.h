@@ -15,7 +15,7 @@ namespace tools {
 
 // What became of one tile.
 struct TileOutcome {
-  std::string path;   // empty for a node that the plug-in could not name
+  std::string path;   // the mere name for a node that is no DAG object
   std::string error;  // the first that the plug-in logged; empty: exported
   std::vector<std::pair<std::string, std::size_t>> warnings;  // each text once, and how often
   double milliseconds = 0;
@@ -59,17 +59,19 @@ class ExportReport {
   void hearError(std::string_view message);
   void hearWarning(std::string_view message);
   void beginTile(std::string_view name);
+  std::string nextNameless();
   void endTile();
   const host::TileCandidate* candidate(const std::string& tile) const;
   std::string reasonOf(const TileOutcome& tile) const;
-  std::string advice(const TileOutcome& tile) const;
+  std::string advice(const TileOutcome& tile, const std::string& reason) const;
   std::string textureAdvice(const std::string& tile) const;
 
   std::vector<host::TileCandidate> textures_;
   std::function<void(const TileOutcome&)> began_;
   std::vector<TileOutcome> tiles_;
   std::vector<std::string> reasons_;
-  bool open_ = false;  // the last tile is being exported
+  std::size_t nextTexture_ = 0;  // where the next node that is no DAG object is looked for
+  bool open_ = false;            // the last tile is being exported
   Clock::time_point begin_{};
 };
 

@@ -1,7 +1,10 @@
 #include "tools/OutputFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
+#include <fstream>
+#include <system_error>
 
 #include "host/Host.h"
 #include "tools/Text.h"
@@ -27,6 +30,37 @@ std::string whyNoOutput(const std::string& name, const OutputKind& kind) {
   return printable(name) + ": " + rule + (extension.empty() ? ", with something before it" : "");
 }
 
+constexpr const char* kFreeSpace = "free some space there";
+constexpr const char* kOtherFolder = "use a folder that can be written";
+constexpr const char* kReadOnly = "the file is read-only: make it writable (check it out)";
+constexpr const char* kNoPermission = "make its folder writable, or use another";
+
+struct Advice {
+  int error;
+  const char* text;
+};
+constexpr Advice kAdvice[] = {
+    {ENOSPC, kFreeSpace},
+#ifdef EDQUOT
+    {EDQUOT, kFreeSpace},
+#endif
+    {EROFS, kOtherFolder}, {EACCES, kNoPermission}, {EPERM, kNoPermission},
+};
+
+bool endsWith(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// Opening to append changes nothing in the file.
+bool isReadOnly(const std::string& file) {
+  std::error_code missing;
+  const auto status = std::filesystem::status(file, missing);
+  if (!std::filesystem::is_regular_file(status)) return false;
+  using Perms = std::filesystem::perms;
+  constexpr Perms kWrite = Perms::owner_write | Perms::group_write | Perms::others_write;
+  return (status.permissions() & kWrite) == Perms::none || !std::ofstream(file, std::ios::app);
+}
+
 }  // namespace
 
 const OutputKind kSceneOutput = {"only Maya ASCII", {".ma"}};
@@ -35,10 +69,23 @@ void checkOutput(CLI::Option& option, const OutputKind& kind) {
   option.check([kind](const std::string& name) { return whyNoOutput(name, kind); }, "");
 }
 
+std::string writingAdvice(const std::string& reason, const std::string& otherwise) {
+  static const std::string kBegin = "cannot write ";
+  for (const Advice& known : kAdvice) {
+    const std::string why = ": " + std::generic_category().message(known.error);
+    if (reason.compare(0, kBegin.size(), kBegin) != 0 || !endsWith(reason, why)) continue;
+    const std::size_t length = reason.size() - why.size() - kBegin.size();
+    const bool isFile = known.text == kNoPermission;
+    return isFile && isReadOnly(reason.substr(kBegin.size(), length)) ? kReadOnly : known.text;
+  }
+  return otherwise;
+}
+
 bool writeOutput(const std::string& path, const std::string& text) {
   morvane::FileReplacer out;
   if (out.open(path.c_str()) && out.append(text.data(), text.size()) && out.commit()) return true;
-  complain(printable(out.error()) + "; name a file in a folder that can be written");
+  complain(printable(out.error()) + "; " +
+           writingAdvice(out.error(), "name a file in a folder that can be written"));
   return false;
 }
 

@@ -22,6 +22,10 @@ void checkOutput(CLI::Option& option, const OutputKind& kind);
 // False, with the reason on standard error, when that failed.
 bool writeOutput(const std::string& path, const std::string& text);
 
+// What to do about a file that could not be written, by a reason of the form "cannot write FILE:
+// WHY" (how FileReplacer and the host say it); `otherwise` where the reason tells nothing.
+std::string writingAdvice(const std::string& reason, const std::string& otherwise);
+
 // Tells on standard error that `path` was written, and what it holds (nothing: the empty text).
 void tellWritten(const std::string& path, const std::string& what = "");
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "host/Host.h"
+#include "tools/OutputFile.h"
 #include "tools/Platform.h"
 #include "tools/Text.h"
 
@@ -52,8 +53,10 @@ ExitStatus startSession(const std::string& scene, const FolderMaps& maps, std::s
 }
 
 ExitStatus saveScene(const std::string& output) {
-  if (output.empty() || host::saveScene(output)) return kDone;
-  complain("the scene was not saved; name a file in a folder that can be written");
+  std::string reason;
+  if (output.empty() || host::saveScene(output, &reason)) return kDone;
+  complain("the scene was not saved; " +
+           writingAdvice(reason, "name a file in a folder that can be written"));
   return kFailed;
 }
 

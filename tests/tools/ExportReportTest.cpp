@@ -20,8 +20,9 @@ class ExportReportTest : public testing::Test {
   }
 
   std::vector<std::string> begun_;
-  ExportReport report_{{{"|missing", "no/such/texture.psd"}},
-                       [this](const TileOutcome& tile) { begun_.push_back(tile.path); }};
+  ExportReport report_{
+      {{"|missing", "no/such/texture.psd"}, {"picture", ""}, {"|full", "full.psd"}},
+      [this](const TileOutcome& tile) { begun_.push_back(tile.path); }};
 };
 
 TEST_F(ExportReportTest, WarningsAreNoFailure) {
@@ -38,6 +39,7 @@ TEST_F(ExportReportTest, WarningsAreNoFailure) {
 }
 
 TEST_F(ExportReportTest, NamesEachFailedTileOnceWithItsReason) {
+  report_.hearHost("Error: cannot write full.psd: No space left on device");
   const std::string said = concludeAfter(
       {"Exporting tile |good...", "Exporting tile |missing...", "*** Error : couldn't load psd",
        "*** Error exporting tile 1", "Exporting tile |full...", "*** Error : couldn't save psd",
@@ -47,9 +49,8 @@ TEST_F(ExportReportTest, NamesEachFailedTileOnceWithItsReason) {
       "morvane: export failed for |missing: couldn't load psd; its texture "
       "no/such/texture.psd does not exist; if it lies elsewhere on this machine, say where with "
       "--map FROM=TO\n"
-      "morvane: export failed for |full: couldn't save psd; check that the texture's folder "
-      "can be written and "
-      "the disk is not full\n");
+      "morvane: export failed for |full: couldn't save psd: cannot write full.psd: No space left "
+      "on device; free some space there\n");
 }
 
 // The first error ends without a line feed, and the last is of a node that has no path.
@@ -62,7 +63,7 @@ TEST_F(ExportReportTest, HearsErrorsThatStandOnNoLineOfTheirOwn) {
                      "*** Error exporting tile 1", "*** Error : couldn't get DAG path",
                      "*** Error exporting tile 2"});
   for (const char* named : {"for |a: transform weirdness on goblin;", "for |b: No mesh;",
-                            "for a selected node: couldn't get DAG path"})
+                            "for picture: couldn't get DAG path"})
     EXPECT_NE(said.find(named), std::string::npos) << named << said;
 }
 
