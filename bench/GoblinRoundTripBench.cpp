@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "bench/BenchHost.h"
-#include "export/GoblinGeometry.h"
+#include "geometry/GoblinGeometry.h"
 #include "host/Host.h"
 #include "psd/PsdDocument.h"
 

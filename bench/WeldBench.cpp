@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "bench/Comparison.h"
-#include "export/TileMesh.h"
+#include "geometry/TileMesh.h"
 
 // Welding the corners of a grid of triangles into unique vertices.
 namespace bench {

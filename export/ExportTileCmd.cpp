@@ -11,13 +11,13 @@
 #include <new>
 #include <string>
 
-#include "export/GoblinExtraction.h"
-#include "export/GoblinGeometry.h"
-#include "export/MaterialLookup.h"
-#include "export/TileMatrix.h"
-#include "plugin/MessageLog.h"
-#include "plugin/Platform.h"
+#include "geometry/GoblinGeometry.h"
+#include "geometry/TileMatrix.h"
 #include "psd/PsdDocument.h"
+#include "tile/GoblinExtraction.h"
+#include "tile/MaterialLookup.h"
+#include "tile/MessageLog.h"
+#include "util/Platform.h"
 
 namespace morvane {
 namespace {

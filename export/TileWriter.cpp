@@ -7,12 +7,12 @@
 #include <memory>
 #include <string>
 
-#include "export/GoblinExtraction.h"
-#include "export/GoblinGeometry.h"
 #include "export/SelectedTile.h"
-#include "export/TileMatrix.h"
-#include "plugin/SceneAttributes.h"
+#include "geometry/GoblinGeometry.h"
+#include "geometry/TileMatrix.h"
 #include "psd/PsdDocument.h"
+#include "tile/GoblinExtraction.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 namespace {

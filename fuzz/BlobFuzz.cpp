@@ -4,16 +4,16 @@
 #include <string>
 #include <vector>
 
-#include "export/GoblinGeometry.h"
 #include "fuzz/FuzzTools.h"
-#include "import/GoblinMesh.h"
+#include "geometry/GoblinGeometry.h"
+#include "geometry/GoblinMesh.h"
 
 using namespace morvane;
 using namespace morvane::fuzz;
 
 namespace {
 
-constexpr std::size_t kReadMultiple = 16;  // export/GoblinGeometry.h
+constexpr std::size_t kReadMultiple = 16;  // geometry/GoblinGeometry.h
 constexpr GoblinLayout kLayouts[] = {GoblinLayout::kNamed, GoblinLayout::kTagged};
 
 // Reads what there is. True when that is a whole blob.

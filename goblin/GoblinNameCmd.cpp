@@ -8,7 +8,7 @@
 #include <new>
 
 #include "goblin/GoblinSearch.h"
-#include "plugin/SceneAttributes.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 

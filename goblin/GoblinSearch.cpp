@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-#include "plugin/SceneAttributes.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 

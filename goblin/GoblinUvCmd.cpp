@@ -12,7 +12,7 @@
 
 #include "goblin/GoblinSearch.h"
 #include "goblin/SurfaceSampling.h"
-#include "plugin/SceneAttributes.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 

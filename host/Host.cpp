@@ -4,16 +4,17 @@
 #include <utility>
 
 #include "host/api/PluginRegistry.h"
+#include "host/commands/Builtin.h"
 #include "host/file/DirectoryMap.h"
 #include "host/file/SceneFiles.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
-#include "host/mel/Messages.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Shading.h"
 #include "host/scene/Values.h"
+#include "host/text/Messages.h"
 
 namespace host {
 namespace {
@@ -91,6 +92,7 @@ std::vector<std::string> textureNames() {
 }
 
 void start(const std::string& callerFolder) {
+  mel::addBuiltinCommands(mel::CommandTable::current());
   mel::Interpreter::current().setCallerFolder(callerFolder);
   startNewScene();
 }

@@ -9,11 +9,11 @@
 
 #include <cstdio>
 
-#include "export/GoblinGeometry.h"
-#include "export/TileMatrix.h"
-#include "import/GoblinMesh.h"
+#include "geometry/GoblinGeometry.h"
+#include "geometry/GoblinMesh.h"
+#include "geometry/TileMatrix.h"
 #include "import/TextureNetwork.h"
-#include "plugin/SceneAttributes.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 namespace {

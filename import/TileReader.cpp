@@ -10,14 +10,14 @@
 #include <memory>
 #include <string>
 
-#include "export/GoblinExtraction.h"
-#include "export/GoblinGeometry.h"
 #include "export/SelectedTile.h"
 #include "export/TileWriter.h"
+#include "geometry/GoblinGeometry.h"
 #include "import/GoblinRebuild.h"
 #include "import/TextureNetwork.h"
-#include "plugin/SceneAttributes.h"
 #include "psd/PsdDocument.h"
+#include "tile/GoblinExtraction.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 namespace {

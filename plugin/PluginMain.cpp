@@ -14,7 +14,7 @@
 #include "goblin/GoblinNameCmd.h"
 #include "goblin/GoblinUvCmd.h"
 #include "import/PsdTranslator.h"
-#include "plugin/Platform.h"
+#include "util/Platform.h"
 
 // Start-up and removal: what the host calls when it loads and unloads the plug-in.
 namespace morvane {

@@ -4,6 +4,7 @@
 
 #include "psd/PackBits.h"
 #include "psd/PsdDocument.h"
+#include "psd/PsdFormat.h"
 #include "util/ByteOrder.h"
 #include "util/ReserveMore.h"
 
@@ -14,7 +15,7 @@ namespace morvane {
 
 namespace {
 
-constexpr std::uint8_t kHiddenFlags = 10;
+constexpr std::uint8_t kHiddenFlags = kLayerHidden | kLayerFlagsAreNew;
 constexpr std::uint32_t kPlanes = 4;
 constexpr std::uint32_t kLengthSize = 4;
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "psd/PackBits.h"
+#include "psd/PsdFormat.h"
 #include "psd/PsdNames.h"
 #include "util/ReserveMore.h"
 
@@ -20,7 +21,7 @@ void PsdDocument::reset(std::uint32_t width, std::uint32_t height) {
   version = 1;
   channels = 3;
   depth = 8;
-  colourMode = 3;
+  colourMode = kRgbMode;
   mergedCompression = 1;
   constexpr std::uint32_t kPlanes = 3;  // one below the other, packed as one
   mergedLength = 1;  // promised and not there: without its merged image no document is saved

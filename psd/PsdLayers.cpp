@@ -7,6 +7,7 @@
 
 #include "psd/PackBits.h"
 #include "psd/PsdDocument.h"
+#include "psd/PsdFormat.h"
 #include "psd/PsdNames.h"
 #include "psd/PsdTrailing.h"
 #include "util/ByteOrder.h"
@@ -207,8 +208,8 @@ bool PsdDocument::buildLayer(BuiltLayer& built, const PsdLayer& below, const cha
                              std::uint8_t flags, const std::uint8_t* content,
                              std::uint64_t contentLength) const {
   PsdLayer& record = built.record;
-  if (!setChannels(record, {0xFFFF, 0, 1, 2}) || !fillRecord(record, *this, name, flags) ||
-      !inheritTrailingData(below, record)) {
+  if (!setChannels(record, {kTransparencyChannel, 0, 1, 2}) ||
+      !fillRecord(record, *this, name, flags) || !inheritTrailingData(below, record)) {
     return false;
   }
   setExtraLength(record);

@@ -3,13 +3,13 @@
 
 #include "psd/PackBits.h"
 #include "psd/PsdDocument.h"
+#include "psd/PsdFormat.h"
 
 namespace morvane {
 
 namespace {
 
 constexpr std::uint32_t kPixelSize = 4;
-constexpr std::uint16_t kRgb = 3;
 
 struct Rectangle {
   std::int64_t left, top, right, bottom;
@@ -42,7 +42,7 @@ void storePlane(const Rectangle& source, const std::uint8_t* rgba, std::uint32_t
 bool PsdDocument::setLayerPixels(std::int32_t layer, std::uint32_t left, std::uint32_t top,
                                  std::uint32_t right, std::uint32_t bottom,
                                  const std::uint8_t* rgba) {
-  if (layer < 0 || layer >= layerCount || colourMode != kRgb || depth != 8) return false;
+  if (layer < 0 || layer >= layerCount || colourMode != kRgbMode || depth != 8) return false;
   const PsdLayer& record = layers[layer];
   if (record.channelCount != kPixelSize) return false;
   const Rectangle source = {left, top, right, bottom};

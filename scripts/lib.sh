@@ -4,7 +4,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
 
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-dev libtinygltf-dev libstb-dev)
-test_packages=(clang clang-format git libgtest-dev imagemagick openimageio-tools util-linux chromium dpkg-dev groff-base
+test_packages=(clang clang-format python3 git libgtest-dev imagemagick openimageio-tools util-linux chromium dpkg-dev groff-base
   parallel pkg-config)
 fuzz_packages=(clang libclang-rt-14-dev)
 judge_packages=(imagemagick openimageio-tools python3 python3-psd-tools)

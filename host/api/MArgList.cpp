@@ -1,7 +1,7 @@
 #include <maya/MArgList.h>
 
 #include "host/api/Status.h"
-#include "host/mel/Numbers.h"
+#include "host/text/Numbers.h"
 
 using namespace host;
 

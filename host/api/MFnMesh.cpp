@@ -1,9 +1,9 @@
 #include <maya/MFnMesh.h>
 
 #include "host/api/MeshSpace.h"
-#include "host/scene/MeshBuild.h"
-#include "host/scene/MeshIndex.h"
-#include "host/scene/MeshTransform.h"
+#include "host/mesh/MeshBuild.h"
+#include "host/mesh/MeshIndex.h"
+#include "host/mesh/MeshTransform.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 

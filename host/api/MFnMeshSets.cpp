@@ -3,7 +3,7 @@
 #include <maya/MFnMesh.h>
 
 #include "host/api/MeshSpace.h"
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
 #include "host/scene/Shading.h"
 

@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "host/mel/Interpreter.h"
-#include "host/mel/Messages.h"
 #include "host/scene/Scene.h"
+#include "host/text/Messages.h"
 
 using host::Scene;
 using host::Selection;

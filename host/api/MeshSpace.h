@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-#include "host/scene/MeshVector.h"
+#include "host/math/MeshVector.h"
 
 // Between the API classes for meshes.
 namespace host {

@@ -1,12 +1,12 @@
 #include "host/file/SceneProblems.h"
 #include "host/file/SceneReader.h"
-#include "host/mel/Messages.h"
+#include "host/mesh/MeshData.h"
+#include "host/mesh/MeshPrimitives.h"
 #include "host/scene/Connections.h"
-#include "host/scene/MeshData.h"
-#include "host/scene/MeshPrimitives.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/text/Messages.h"
 
 namespace host {
 namespace {

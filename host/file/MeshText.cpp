@@ -3,10 +3,10 @@
 #include <optional>
 #include <vector>
 
-#include "host/file/TextScanner.h"
-#include "host/mel/Numbers.h"
-#include "host/mel/Text.h"
 #include "host/scene/Plug.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
+#include "host/text/TextScanner.h"
 
 namespace host {
 namespace {

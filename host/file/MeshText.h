@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 
 namespace host {
 

@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "host/file/NodeText.h"
-#include "host/mel/Numbers.h"
-#include "host/mel/Text.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
 
 namespace host {
 namespace {

@@ -1,9 +1,9 @@
 #include "host/file/NodeText.h"
 
-#include "host/mel/Numbers.h"
-#include "host/mel/Text.h"
 #include "host/scene/Plug.h"
 #include "host/scene/Scene.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
 
 namespace host {
 namespace {

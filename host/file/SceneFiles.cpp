@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <memory>
 
-#include "host/NearestName.h"
 #include "host/api/PluginRegistry.h"
 #include "host/file/DirectoryMap.h"
 #include "host/file/SceneInfo.h"
@@ -14,6 +13,7 @@
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
 #include "host/scene/Scene.h"
+#include "host/text/NearestName.h"
 
 namespace host {
 namespace {

@@ -8,10 +8,10 @@
 #include "host/file/SceneInfo.h"
 #include "host/file/SceneUnits.h"
 #include "host/mel/Interpreter.h"
-#include "host/mel/Messages.h"
-#include "host/mel/Text.h"
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
+#include "host/text/Messages.h"
+#include "host/text/Text.h"
 
 namespace host {
 namespace {

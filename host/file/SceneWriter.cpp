@@ -5,12 +5,12 @@
 
 #include "host/file/NodeText.h"
 #include "host/file/SceneInfo.h"
-#include "host/mel/Text.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
 #include "host/scene/Shading.h"
+#include "host/text/Text.h"
 #include "util/ReplaceFile.h"
 
 namespace host {

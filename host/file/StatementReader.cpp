@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "host/mel/Text.h"
+#include "host/text/Text.h"
 
 namespace host {
 namespace {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/mel/Messages.h"
-#include "host/mel/Numbers.h"
-#include "host/mel/Text.h"
 #include "host/scene/UniqueNames.h"
+#include "host/text/Messages.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
 
 namespace host::mel {
 
@@ -209,21 +209,6 @@ bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags
 CommandTable& CommandTable::current() {
   static CommandTable table;
   return table;
-}
-
-CommandTable::CommandTable() {
-  addAttributeCommands(*this);
-  addConnectionCommands(*this);
-  addNodeCommands(*this);
-  addDagCommands(*this);
-  addSetCommands(*this);
-  addSelectionCommands(*this);
-  addFileCommands(*this);
-  addDirectoryMapCommand(*this);
-  addPluginCommands(*this);
-  addOutputCommands(*this);
-  addMeshCommands(*this);
-  addHeaderCommands(*this);
 }
 
 void CommandTable::add(std::string_view name, std::vector<FlagSpec> flags,

@@ -118,7 +118,7 @@ struct Command {
   WordsFunction words;
 };
 
-// All commands by name. There is one table; the built-in commands are in it from the start.
+// All commands by name. There is one table.
 class CommandTable {
  public:
   static CommandTable& current();
@@ -129,29 +129,12 @@ class CommandTable {
   const Command* find(std::string_view name) const;
 
  private:
-  CommandTable();
+  CommandTable() = default;
   std::map<std::string, Command, std::less<>> commands_;
 };
 
 // In a scene file, `isMalformed` tells what no sound one says: see `SceneProblem`.
 CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context);
-
-// One for each family, in the file named after it.
-void addAttributeCommands(CommandTable& table);
-void addDynamicAttributeCommands(CommandTable& table);
-void addConnectionCommands(CommandTable& table);
-void addNodeCommands(CommandTable& table);
-void addDagCommands(CommandTable& table);
-void addSetCommands(CommandTable& table);
-void addSelectionCommands(CommandTable& table);
-void addFileCommands(CommandTable& table);
-void addDirectoryMapCommand(CommandTable& table);
-void addPluginCommands(CommandTable& table);
-void addOutputCommands(CommandTable& table);
-void addMeshCommands(CommandTable& table);
-// What scene files say beside nodes (requires, fileInfo, currentUnit, relationship...): see
-// SceneInfo.
-void addHeaderCommands(CommandTable& table);
 
 }  // namespace host::mel
 

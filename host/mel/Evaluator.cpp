@@ -1,7 +1,7 @@
 #include "host/mel/Evaluator.h"
 
 #include "host/mel/Parser.h"
-#include "host/mel/Text.h"
+#include "host/text/Text.h"
 
 namespace host::mel {
 namespace {

@@ -1,6 +1,6 @@
 #include "host/mel/Evaluator.h"
-#include "host/mel/Messages.h"
 #include "host/mel/Parser.h"
+#include "host/text/Messages.h"
 
 namespace host::mel {
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "host/mel/Interpreter.h"
-#include "host/mel/Messages.h"
+#include "host/text/Messages.h"
 
 namespace host::mel {
 namespace {

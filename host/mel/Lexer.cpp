@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/mel/Text.h"
+#include "host/text/Text.h"
 
 namespace host::mel {
 namespace {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/mel/ParserImpl.h"
-#include "host/mel/Text.h"
+#include "host/text/Text.h"
 
 namespace host::mel {
 namespace {

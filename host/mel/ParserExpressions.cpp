@@ -1,7 +1,7 @@
-#include "host/mel/Numbers.h"
 #include "host/mel/Parser.h"
 #include "host/mel/ParserImpl.h"
-#include "host/mel/Text.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
 
 namespace host::mel {
 namespace {

@@ -1,6 +1,6 @@
 #include "host/mel/Value.h"
 
-#include "host/mel/Numbers.h"
+#include "host/text/Numbers.h"
 
 namespace host::mel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/Values.h"
 
 namespace host {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/ObjectGroups.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Shading.h"

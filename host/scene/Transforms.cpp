@@ -5,8 +5,8 @@
 #include <optional>
 #include <unordered_map>
 
+#include "host/mesh/MeshData.h"
 #include "host/scene/Dag.h"
-#include "host/scene/MeshData.h"
 #include "host/scene/Values.h"
 
 namespace host {

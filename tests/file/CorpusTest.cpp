@@ -3,7 +3,7 @@
 #include <map>
 #include <regex>
 
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
 #include "tests/file/SceneText.h"
 

@@ -1,7 +1,7 @@
 
-#include "host/mel/Text.h"
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
+#include "host/text/Text.h"
 #include "tests/file/SceneText.h"
 
 namespace host {

@@ -1,4 +1,4 @@
-#include "host/scene/MeshData.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
 #include "tests/file/SceneText.h"
 

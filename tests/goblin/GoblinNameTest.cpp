@@ -1,6 +1,6 @@
 #include "goblin/GoblinSearch.h"
-#include "plugin/SceneAttributes.h"
 #include "tests/plugin/HostFixture.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 namespace {

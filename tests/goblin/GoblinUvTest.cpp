@@ -8,8 +8,8 @@
 #include <cmath>
 #include <functional>
 
-#include "plugin/SceneAttributes.h"
 #include "tests/plugin/HostFixture.h"
+#include "tile/SceneAttributes.h"
 
 namespace morvane {
 namespace {

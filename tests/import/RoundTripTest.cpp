@@ -12,9 +12,9 @@
 #include <set>
 
 #include "host/Host.h"
-#include "plugin/SceneAttributes.h"
 #include "tests/import/TranslatorFixture.h"
 #include "tests/util/Corpus.h"
+#include "tile/SceneAttributes.h"
 
 // Goblins of real scenes, out through the translator and back in, compared with what the scene says
 // of them.

@@ -4,9 +4,9 @@
 
 #include <cmath>
 
-#include "export/TileMatrix.h"
-#include "plugin/SceneAttributes.h"
+#include "geometry/TileMatrix.h"
 #include "tests/import/TranslatorFixture.h"
+#include "tile/SceneAttributes.h"
 #include "util/ByteOrder.h"
 
 namespace morvane {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "export/GoblinGeometry.h"
+#include "geometry/GoblinGeometry.h"
 #include "psd/PsdDocument.h"
 #include "tests/plugin/HostFixture.h"
 

@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-#include "plugin/Platform.h"
+#include "util/Platform.h"
 
 #ifdef __clang__
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"

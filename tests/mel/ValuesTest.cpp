@@ -5,8 +5,8 @@
 #include <limits>
 #include <random>
 
-#include "host/mel/Numbers.h"
-#include "host/mel/Text.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
 
 namespace host::mel {
 namespace {

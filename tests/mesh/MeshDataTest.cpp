@@ -3,7 +3,7 @@
 #include <climits>
 #include <cstdint>
 
-#include "host/scene/MeshIndex.h"
+#include "host/mesh/MeshIndex.h"
 #include "tests/mesh/MeshFixtures.h"
 
 namespace host {

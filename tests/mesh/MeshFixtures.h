@@ -6,8 +6,8 @@
 #include <functional>
 #include <vector>
 
-#include "host/scene/MeshBuild.h"
-#include "host/scene/MeshPrimitives.h"
+#include "host/mesh/MeshBuild.h"
+#include "host/mesh/MeshPrimitives.h"
 
 namespace host {
 

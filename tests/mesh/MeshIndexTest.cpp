@@ -1,9 +1,9 @@
-#include "host/scene/MeshIndex.h"
+#include "host/mesh/MeshIndex.h"
 
 #include <cmath>
 #include <random>
 
-#include "host/scene/MeshUvAtPoint.h"
+#include "host/mesh/MeshUvAtPoint.h"
 #include "tests/mesh/MeshFixtures.h"
 
 namespace host {

@@ -1,4 +1,4 @@
-#include "host/scene/MeshPrimitives.h"
+#include "host/mesh/MeshPrimitives.h"
 
 #include <cmath>
 #include <map>

@@ -1,4 +1,4 @@
-#include "host/scene/MeshTriangulation.h"
+#include "host/mesh/MeshTriangulation.h"
 
 #include <chrono>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include <cstring>
 
-#include "export/GoblinGeometry.h"
+#include "geometry/GoblinGeometry.h"
 #include "psd/PsdDocument.h"
 #include "tests/plugin/HostFixture.h"
 #include "util/ByteOrder.h"

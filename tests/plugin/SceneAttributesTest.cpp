@@ -1,4 +1,4 @@
-#include "plugin/SceneAttributes.h"
+#include "tile/SceneAttributes.h"
 
 #include "tests/plugin/HostFixture.h"
 

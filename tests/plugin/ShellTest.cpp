@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "plugin/MessageLog.h"
-#include "plugin/Platform.h"
+#include "tile/MessageLog.h"
+#include "util/Platform.h"
 
 namespace morvane {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/scene/MeshPrimitives.h"
+#include "host/mesh/MeshPrimitives.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
 

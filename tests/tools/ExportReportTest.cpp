@@ -1,8 +1,8 @@
-#include "tools/ExportReport.h"
+#include "tools/batch/ExportReport.h"
 
 #include <gtest/gtest.h>
 
-#include "tools/ProgressBar.h"
+#include "tools/terminal/ProgressBar.h"
 
 namespace tools {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/GoblinGlb.h"
+#include "tools/model/GoblinGlb.h"
 
 #include <cstdlib>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "tools/GoblinObj.h"
+#include "tools/model/GoblinObj.h"
 
 #include <gtest/gtest.h>
 

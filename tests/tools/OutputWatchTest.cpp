@@ -1,4 +1,4 @@
-#include "tools/OutputWatch.h"
+#include "tools/batch/OutputWatch.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "tools/Picture.h"
+#include "tools/image/Picture.h"
 
 #include <gtest/gtest.h>
 

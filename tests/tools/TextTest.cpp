@@ -1,4 +1,4 @@
-#include "tools/Text.h"
+#include "tools/terminal/Text.h"
 
 #include <gtest/gtest.h>
 

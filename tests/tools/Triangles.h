@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/TileFile.h"
+#include "tools/model/TileFile.h"
 
 namespace tools {
 

@@ -1,10 +1,10 @@
-#include "tools/ViewPage.h"
+#include "tools/view/ViewPage.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/tools/Triangles.h"
-#include "tools/DocumentReport.h"
-#include "tools/PictureFile.h"
+#include "tools/image/PictureFile.h"
+#include "tools/model/DocumentReport.h"
 
 namespace tools {
 namespace {

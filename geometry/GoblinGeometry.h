@@ -1,0 +1,134 @@
+#ifndef MORVANE_GEOMETRY_GOBLINGEOMETRY_H_
+#define MORVANE_GEOMETRY_GOBLINGEOMETRY_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "geometry/TileMesh.h"
+#include "util/Matrix44.h"
+
+// The goblin geometry blob: all goblins of one tile as bytes, the content of a tile file's
+// "GoblinGeometry" layer.
+//
+// Words are 32-bit little-endian, reals IEEE single floats, a text is a byte count and that many
+// bytes; nothing is padded. A face is a corner count and that many indices into the pool, which all
+// goblins share.
+//
+//   named:  pool size, pool, goblin count, then for each goblin name, texture file name, face
+//   count, faces tagged: the word 1, pool size, pool, goblin count, then for each goblin face
+//   count, faces
+namespace morvane {
+
+inline constexpr const char* kGoblinLayerName = "GoblinGeometry";
+
+enum class GoblinLayout { kNamed, kTagged };
+
+inline constexpr std::uint32_t kTaggedLayoutTag = 1;
+
+// Tile-space position, normal, and texture coordinates that repeat the position's x and z.
+struct GoblinPoolVertex {
+  float x = 0;
+  float y = 0;
+  float z = 0;
+  float nx = 0;
+  float ny = 0;
+  float nz = 0;
+  float u = 0;
+  float v = 0;
+};
+static_assert(sizeof(GoblinPoolVertex) == 32, "the blob's pool record has 32 bytes");
+
+struct GoblinFace {
+  std::int32_t cornerCount = 0;
+  std::unique_ptr<std::int32_t[]> indices;  // cornerCount pool indices; may be null for none
+};
+
+// Texts end with a zero and may be null, which the blob cannot tell from the empty text.
+struct GoblinRecord {
+  std::unique_ptr<char[]> name;
+  std::unique_ptr<char[]> textureFileName;
+  std::int32_t faceCount = 0;
+  std::unique_ptr<GoblinFace[]> faces;  // faceCount of them
+};
+
+struct GoblinGeometryBuilder {
+  std::vector<GoblinPoolVertex> pool;
+  std::vector<std::unique_ptr<GoblinRecord>> records;
+};
+
+// Appends a goblin: its vertices mapped by `toTile` from the mesh's object space into tile space,
+// and its triangles. The tagged layout mirrors z and keeps the corner order; the named one reverses
+// the corners. The texts are copied; null leaves the record's text unset. Returns how many of the
+// vertices lie more than 0.01 outside [0, 1] in tile-space x or z.
+std::size_t appendGoblin(const WeldedMesh& mesh, const Matrix44& toTile, GoblinLayout layout,
+                         const char* name, const char* textureFileName,
+                         GoblinGeometryBuilder& builder);
+
+// A copy of `text`, of its length + 1 bytes.
+std::unique_ptr<char[]> copyText(const char* text);
+
+// Stores `value` at `offset` and returns the offset behind it.
+std::ptrdiff_t writeU32At(std::uint8_t* bytes, std::ptrdiff_t offset, std::uint32_t value);
+
+// Fetches the word at `offset` and returns the offset behind it; -1, reading nothing, without a
+// destination.
+std::ptrdiff_t readU32At(const std::uint8_t* bytes, std::ptrdiff_t offset,
+                         std::uint32_t* destination);
+
+// The exact number of bytes that encodeGoblinGeometry writes.
+std::uint64_t encodedGoblinGeometrySize(const GoblinGeometryBuilder& builder, GoblinLayout layout);
+
+// Writes the blob and returns its size; 0, writing nothing, when `capacity` bytes do not hold it.
+std::uint32_t encodeGoblinGeometry(const GoblinGeometryBuilder& builder, GoblinLayout layout,
+                                   std::uint8_t* bytes, std::uint64_t capacity);
+
+// Reads a blob step by step: the pool, the goblin count, then one record after the other. It stops
+// for good at the first value that does not fit: a count or length that reaches past the blob's
+// end, a count with its top bit set, an index outside the pool. It allocates at most a small
+// multiple of the bytes that are there: reading a blob of n bytes and keeping all of it takes at
+// most 16 n, most of all for goblins without faces.
+class GoblinGeometryReader {
+ public:
+  // `bytes` must outlive the reader.
+  GoblinGeometryReader(const std::uint8_t* bytes, std::size_t size, GoblinLayout layout);
+
+  bool readPool(std::vector<GoblinPoolVertex>& pool);
+  bool readGoblinCount(std::uint32_t& count);
+  bool readGoblin(GoblinRecord& record);
+
+  // How many bytes were read: those before the first value that does not fit, when one did not.
+  std::size_t consumed() const { return offset_; }
+
+ private:
+  friend bool fitsLayout(const std::uint8_t* bytes, std::size_t size, GoblinLayout layout);
+
+  std::size_t left() const { return size_ - offset_; }
+  bool peekWord(std::uint32_t& word) const;
+  bool readCount(std::size_t bytesEach, std::uint32_t& count);
+  bool readPoolSize();
+  // The destinations may be null: the bytes are then checked and stepped over.
+  bool readText(std::unique_ptr<char[]>* text);
+  bool readFace(GoblinFace* face);
+  bool readRecord(GoblinRecord* record);
+  bool skipBlob();
+
+  const std::uint8_t* bytes_;
+  std::size_t size_;
+  std::size_t offset_ = 0;
+  std::uint32_t poolSize_ = 0;
+  GoblinLayout layout_;
+};
+
+// Whether the blob reads in `layout` from its first to exactly its last byte. Allocates nothing.
+bool fitsLayout(const std::uint8_t* bytes, std::size_t size, GoblinLayout layout);
+
+enum class GoblinBlobKind { kNamed, kTagged, kDamaged };
+
+// The layout that fits; the named one where both do.
+GoblinBlobKind classifyGoblinBlob(const std::uint8_t* bytes, std::size_t size);
+
+}  // namespace morvane
+
+#endif  // MORVANE_GEOMETRY_GOBLINGEOMETRY_H_

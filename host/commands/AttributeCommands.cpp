@@ -1,0 +1,369 @@
+#include "host/commands/Builtin.h"
+
+#include <algorithm>
+
+#include "host/commands/Lookup.h"
+#include "host/file/MeshText.h"
+#include "host/file/SceneUnits.h"
+#include "host/mel/Command.h"
+#include "host/mesh/MeshData.h"
+#include "host/scene/Connections.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Values.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
+
+namespace host::mel {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// --- setAttr
+
+// The values of a setAttr, taken one plug after another.
+struct Values {
+  std::string type;  // the word after -type
+  Texts words;
+  std::size_t next = 0;
+
+  std::size_t left() const { return words.size() - next; }
+};
+
+bool isNumberData(const std::string& type) {
+  return type == "matrix" || type == "doubleArray" || type == "Int32Array" ||
+         type == "vectorArray" || type == "floatArray" || type == "pointArray";
+}
+bool isTextData(const std::string& type) {
+  return type == "stringArray" || type == "componentList";
+}
+
+std::string joined(const Texts& words) {
+  std::string text;
+  for (const std::string& word : words) {
+    text += (text.empty() ? "" : " ") + word;
+  }
+  return text;
+}
+
+bool takeNumber(const Plug& plug, Values& values, const CommandContext& context, double& number,
+                std::string& error) {
+  if (values.left() == 0) {
+    error = "too few values for '" + plug.name() + "'";
+    return false;
+  }
+  const std::string& word = values.words[values.next++];
+  const auto read = parseNumber(word);
+  const auto truth = parseTruth(word);
+  if (!read && !truth) {
+    error = "'" + word + "' is no number for '" + plug.name() + "'";
+    return false;
+  }
+  number = read ? *read : (*truth ? 1.0 : 0.0);
+  if (context.inSceneFile) {
+    number *= unitFactor(currentUnits(), *plug.attribute());
+  }
+  return true;
+}
+
+// Data that is a count and as many entries, or just entries. False when it is not as it should be.
+bool takeCounted(Values& values, AttributeValue& value) {
+  const Texts entries(values.words.begin() + static_cast<std::ptrdiff_t>(values.next),
+                      values.words.end());
+  if (isTextData(values.type)) {
+    value = Texts(entries.begin() + (entries.empty() ? 0 : 1), entries.end());
+    return true;
+  }
+  std::vector<double> numbers;
+  for (std::size_t i = values.type == "matrix" ? 0 : 1; i < entries.size(); ++i) {
+    const auto number = parseNumber(entries[i]);
+    if (!number) {
+      return false;
+    }
+    numbers.push_back(*number);
+  }
+  value = std::move(numbers);
+  return values.type != "matrix" || entries.size() == 16;
+}
+
+// Words that are kept stand as they do in a scene file: texts keep their quotes.
+KeptWords keptWords(const Arguments& arguments, const std::string& plugText, std::string type) {
+  KeptWords kept{std::move(type), {}};
+  bool passedPlug = false;
+  for (std::size_t i = 0; i < arguments.words().size(); ++i) {
+    const Word& word = arguments.words()[i];
+    if (isFlag(word)) {
+      i += word.text == "-av" || word.text == "-alteredValue" ? 0 : 1;
+    } else if (!passedPlug && word.text == plugText) {
+      passedPlug = true;
+    } else {
+      kept.words.push_back(word.quoted ? quoted(word.text) : word.text);
+    }
+  }
+  return kept;
+}
+
+// Data of the attribute's own type is held as such; any other is kept as written.
+AttributeValue takeData(const Plug& plug, const Arguments& arguments, Values& values) {
+  AttributeValue value;
+  const bool held = values.type == plug.attribute()->typeWord() &&
+                    (isNumberData(values.type) || isTextData(values.type)) &&
+                    takeCounted(values, value);
+  values.next = values.words.size();
+  return held ? value
+              : AttributeValue(keptWords(arguments, arguments.objects().front(), values.type));
+}
+
+bool setOne(const Plug& plug, const Arguments& arguments, Values& values,
+            const CommandContext& context, std::string& error) {
+  AttributeValue value;
+  double number = 0;
+  switch (plug.attribute()->kind()) {
+    case Attribute::Kind::kNumber:
+      if (!takeNumber(plug, values, context, number, error)) {
+        return false;
+      }
+      value = number;
+      break;
+    case Attribute::Kind::kText:
+      if (values.left() == 0 || values.type != "string") {
+        error = "'" + plug.name() + "' needs -type \"string\" and a text";
+        return false;
+      }
+      value = values.words[values.next++];
+      break;
+    case Attribute::Kind::kCompound:
+      for (const Plug& child : plug.children()) {
+        if (!setOne(child, arguments, values, context, error)) {
+          return false;
+        }
+      }
+      return true;
+    default:
+      value = takeData(plug, arguments, values);
+  }
+  if (!writeValue(plug, std::move(value))) {
+    error = "'" + plug.name() + "' cannot hold this value";
+    return false;
+  }
+  return true;
+}
+
+// A range such as ".tk[3:9]" stands for its elements in order; no more of them are touched than
+// values are given.
+bool setRange(const NodePtr& node, const PathRange& range, const Arguments& arguments,
+              Values& values, const CommandContext& context, std::string& error) {
+  for (int i = range.first; i <= range.last && values.left() > 0; ++i) {
+    const std::string path = std::string(range.stem) + "[" + std::to_string(i) + "]";
+    const auto plug = Plug::find(node, path);
+    if (!plug) {
+      error = "no attribute '" + path + "' on '" + node->name() + "'";
+      return false;
+    }
+    if (!setOne(*plug, arguments, values, context, error)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+CommandResult refused(const Plug& plug) {
+  return CommandResult::failure("The attribute '" + plug.name() +
+                                "' is locked or connected and cannot be modified.");
+}
+
+bool isInputConnected(const Plug& plug) {
+  return sourceOf(plug).has_value() || !plug.node()->connections.intoAtOrBelow(plug.path()).empty();
+}
+
+void setFlags(const Plug& plug, const Arguments& arguments, bool locks) {
+  if (arguments.has("l") && arguments.truth("l") == locks) {
+    setLocked(plug, locks);
+  }
+  if (locks && arguments.has("k")) {
+    setKeyable(plug, arguments.truth("k"));
+  }
+  if (locks && arguments.has("cb")) {
+    setInChannelBox(plug, arguments.truth("cb"));
+  }
+}
+
+CommandResult setValues(const NodePtr& node, const std::string& path, const Arguments& arguments,
+                        Values& values, const CommandContext& context) {
+  std::string error;
+  if (node->mesh != nullptr && isMeshData(path)) {
+    error = setMeshData(*node->mesh, path, joined(values.words),
+                        context.inSceneFile ? currentUnits().length : 1.0);
+    return error.empty() ? CommandResult::success() : CommandResult::malformed(error);
+  }
+  const auto range = splitRange(path);
+  if (range && range->last > range->first && !Plug::find(node, path)) {
+    return setRange(node, *range, arguments, values, context, error)
+               ? CommandResult::success()
+               : CommandResult::malformed(error);
+  }
+  const auto plug = Plug::find(node, path);
+  if (!plug) {
+    return CommandResult::failure("no attribute '" + path + "' on '" + node->name() + "'");
+  }
+  setFlags(*plug, arguments, false);
+  if (values.left() > 0) {
+    if (!context.inSceneFile && (isLocked(*plug) || isInputConnected(*plug))) {
+      return refused(*plug);
+    }
+    if (!setOne(*plug, arguments, values, context, error)) {
+      return CommandResult::malformed(error);
+    }
+    if (values.left() > 0) {
+      return CommandResult::malformed("too many values for '" + plug->name() + "'");
+    }
+  }
+  setFlags(*plug, arguments, true);
+  return CommandResult::success();
+}
+
+// What the host does not know of a node from a scene file is kept for the file that is saved.
+bool isToBeKept(const NodePtr& node, const std::string& path) {
+  if (node->mesh != nullptr && isMeshData(path)) {
+    return false;
+  }
+  const std::size_t end = path.find_first_of(".[");
+  const AttributePtr first = node->findAttribute(std::string_view(path).substr(0, end));
+  if (first == nullptr || first->kind() == Attribute::Kind::kLoose) {
+    return true;
+  }
+  const auto range = splitRange(path);
+  const std::string stem = range ? std::string(range->stem) + "[0]" : path;
+  return !Plug::find(node, path) && !Plug::find(node, stem);
+}
+
+CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
+  if (arguments.objects().empty()) {
+    return CommandResult::malformed("setAttr: names no attribute");
+  }
+  PlugName name;
+  std::string error;
+  const std::string& text = arguments.objects().front();
+  if (!splitPlugName(text, context, name, error)) {
+    return notFound(text, "setAttr: " + error);
+  }
+  Values values{arguments.text("typ"),
+                {arguments.objects().begin() + 1, arguments.objects().end()}};
+  const bool onlyShape =
+      values.words.empty() && !arguments.has("l") && !arguments.has("k") && !arguments.has("cb");
+  if (context.inSceneFile && isToBeKept(name.node, name.path)) {
+    if (!onlyShape) {
+      keepAsWritten(name.node, name.path, keptWords(arguments, text, values.type));
+      if (const auto plug = Plug::find(name.node, name.path)) {
+        setFlags(*plug, arguments, true);
+      }
+    }
+    return CommandResult::success();
+  }
+  if (onlyShape) {
+    return CommandResult::success();
+  }
+  CommandResult result = setValues(name.node, name.path, arguments, values, context);
+  if (!result.ok) {
+    result.error = "setAttr: " + result.error;
+  }
+  return result;
+}
+
+// --- getAttr
+
+bool isWhole(const Attribute& attribute) {
+  const std::string& type = attribute.typeWord();
+  return type == "bool" || type == "byte" || type == "short" || type == "long" || type == "enum" ||
+         type == "char";
+}
+
+Value numbersAsValue(const Attribute& attribute, const std::vector<double>& numbers) {
+  const auto& children = attribute.children();
+  const bool whole =
+      !children.empty() && std::all_of(children.begin(), children.end(),
+                                       [](const AttributePtr& child) { return isWhole(*child); });
+  if (whole || attribute.typeWord() == "Int32Array") {
+    Value::Ints ints;
+    for (const double number : numbers) {
+      ints.push_back(toInteger(number));
+    }
+    return Value(std::move(ints));
+  }
+  return Value(numbers);
+}
+
+CommandResult valueOf(const Plug& plug) {
+  const Attribute& attribute = *plug.attribute();
+  if (attribute.kind() == Attribute::Kind::kNumber && !plug.isArray()) {
+    const double number = readNumber(plug).value_or(0.0);
+    return CommandResult::success(isWhole(attribute) ? Value(toInteger(number)) : Value(number));
+  }
+  if (attribute.kind() == Attribute::Kind::kText && !plug.isArray()) {
+    return CommandResult::success(readText(plug).value_or(""));
+  }
+  const AttributeValue value = readValue(plug);
+  if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
+    return CommandResult::success(numbersAsValue(attribute, *numbers));
+  }
+  if (const auto* texts = std::get_if<Texts>(&value)) {
+    return CommandResult::success(*texts);
+  }
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    return CommandResult::success(*text);
+  }
+  return CommandResult::failure("getAttr: '" + plug.name() +
+                                "' holds nothing that a command can give");
+}
+
+CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("getAttr: needs one attribute");
+  }
+  std::string error;
+  const Plug plug = findPlug(arguments.objects().front(), context, error);
+  if (plug.isNull()) {
+    return CommandResult::failure("getAttr: " + error);
+  }
+  if (arguments.has("l")) {
+    return CommandResult::success(Value::ofTruth(isLocked(plug)));
+  }
+  if (arguments.has("k")) {
+    return CommandResult::success(Value::ofTruth(isKeyable(plug)));
+  }
+  if (arguments.has("cb")) {
+    return CommandResult::success(Value::ofTruth(isInChannelBox(plug)));
+  }
+  if (arguments.has("se")) {
+    return CommandResult::success(Value::ofTruth(!isLocked(plug) && !isInputConnected(plug)));
+  }
+  if (arguments.has("typ")) {
+    return CommandResult::success(plug.attribute()->typeWord());
+  }
+  return valueOf(plug);
+}
+
+}  // namespace
+
+void addAttributeCommands(CommandTable& table) {
+  table.add("setAttr",
+            {{"k", "keyable", "b"},
+             {"l", "lock", "b"},
+             {"cb", "channelBox", "b"},
+             {"ca", "caching", "b"},
+             {"s", "size", "i"},
+             {"ch", "capacityHint", "i"},
+             {"av", "alteredValue", ""},
+             {"c", "clamp", ""},
+             {"typ", "type", "s"}},
+            setAttr);
+  table.add("getAttr",
+            {{"l", "lock", ""},
+             {"k", "keyable", ""},
+             {"cb", "channelBox", ""},
+             {"se", "settable", ""},
+             {"typ", "type", ""}},
+            getAttr);
+  addDynamicAttributeCommands(table);
+}
+
+}  // namespace host::mel

@@ -1,0 +1,20 @@
+#include "host/commands/Builtin.h"
+
+namespace host::mel {
+
+void addBuiltinCommands(CommandTable& table) {
+  addAttributeCommands(table);
+  addConnectionCommands(table);
+  addNodeCommands(table);
+  addDagCommands(table);
+  addSetCommands(table);
+  addSelectionCommands(table);
+  addFileCommands(table);
+  addDirectoryMapCommand(table);
+  addPluginCommands(table);
+  addOutputCommands(table);
+  addMeshCommands(table);
+  addHeaderCommands(table);
+}
+
+}  // namespace host::mel

@@ -1,0 +1,206 @@
+#include "host/commands/Builtin.h"
+
+#include <algorithm>
+
+#include "host/commands/Lookup.h"
+#include "host/mel/Command.h"
+#include "host/scene/Connections.h"
+#include "host/scene/Node.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Values.h"
+
+namespace host::mel {
+namespace {
+
+// In a scene file, what is connected need not be known to the host.
+Plug endOf(const std::string& text, CommandContext& context, std::string& error) {
+  PlugName name;
+  if (!splitPlugName(text, context, name, error)) {
+    return Plug();
+  }
+  auto plug = Plug::find(name.node, name.path);
+  if (!plug && context.inSceneFile) {
+    name.node->findOrKeepLoose(
+        std::string_view(name.path).substr(0, name.path.find_first_of(".[")));
+    plug = Plug::find(name.node, name.path);
+  }
+  if (!plug) {
+    error = "no attribute '" + name.path + "' on '" + name.node->name() + "'";
+    return Plug();
+  }
+  return *plug;
+}
+
+// The default nodes of a scene come connected: what a file says of them again is said already.
+bool feedsAnElement(const Plug& source, const Plug& array) {
+  for (const Plug& end : destinationsOf(source)) {
+    const auto range = splitRange(end.path());
+    if (end.node() == array.node() && range && range->stem == array.path()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
+  if (arguments.objects().size() != 2) {
+    return CommandResult::malformed("connectAttr: needs a source and a destination");
+  }
+  std::string error;
+  Plug source = endOf(arguments.objects()[0], context, error);
+  Plug destination = source.isNull() ? Plug() : endOf(arguments.objects()[1], context, error);
+  if (source.isNull() || destination.isNull()) {
+    return notFound(arguments.objects()[source.isNull() ? 0 : 1], "connectAttr: " + error);
+  }
+  source = source.orFirstElement();
+  if (arguments.has("na") && destination.isArray()) {
+    if (context.inSceneFile && feedsAnElement(source, destination)) {
+      return CommandResult::success();
+    }
+    destination = nextElement(destination);
+  }
+  destination = destination.orFirstElement();
+  if (!context.inSceneFile && isLocked(destination)) {
+    return CommandResult::failure("connectAttr: '" + destination.name() + "' is locked");
+  }
+  if (!connect(source, destination, arguments.has("f") || context.inSceneFile, &error)) {
+    return CommandResult::failure("connectAttr: " + error);
+  }
+  if (arguments.has("l")) {
+    setLocked(destination, arguments.truth("l"));
+  }
+  return CommandResult::success("Connected " + source.name() + " to " + destination.name() + ".");
+}
+
+CommandResult disconnectAttr(const Arguments& arguments, CommandContext& context) {
+  if (arguments.objects().size() != 2) {
+    return CommandResult::failure("disconnectAttr: needs a source and a destination");
+  }
+  std::string error;
+  const Plug source = findPlug(arguments.objects()[0], context, error).orFirstElement();
+  if (source.isNull()) {
+    return CommandResult::failure("disconnectAttr: " + error);
+  }
+  Plug destination = findPlug(arguments.objects()[1], context, error);
+  if (destination.isNull()) {
+    return CommandResult::failure("disconnectAttr: " + error);
+  }
+  if (arguments.has("na") || destination.isArray()) {
+    for (const Plug& end : destinationsOf(source)) {
+      if (end.node() == destination.node() &&
+          end.path().compare(0, destination.path().size(), destination.path()) == 0) {
+        destination = end;
+        break;
+      }
+    }
+  }
+  if (!disconnect(source, destination)) {
+    return CommandResult::failure("disconnectAttr: '" + source.name() + "' is not connected to '" +
+                                  destination.name() + "'");
+  }
+  return CommandResult::success();
+}
+
+bool hasType(const NodePtr& node, const std::string& type, bool exactly) {
+  return type.empty() || (exactly ? node->type().name() == type : node->type().isA(type));
+}
+
+// A plug lists its own connections; a node lists all.
+std::vector<ConnectionPtr> connectionsOf(const std::string& text, const CommandContext& context,
+                                         NodePtr& node, bool asDestination, bool asSource,
+                                         std::string& error) {
+  if (text.find('.') != std::string::npos) {
+    const Plug plug = findPlug(text, context, error);
+    if (plug.isNull()) {
+      return {};
+    }
+    node = plug.node();
+    return connectionsAtOrBelow(plug, asDestination, asSource);
+  }
+  node = findNode(text, context, error);
+  std::vector<ConnectionPtr> connections;
+  if (node == nullptr) {
+    return connections;
+  }
+  for (const ConnectionPtr& connection : node->connections.inOrder()) {
+    const bool incoming = connection->destination.node() == node;
+    if ((incoming && asDestination) || (connection->source.node() == node && asSource)) {
+      connections.push_back(connection);
+    }
+  }
+  return connections;
+}
+
+CommandResult listConnections(const Arguments& arguments, CommandContext& context) {
+  std::vector<std::string> names = arguments.objects();
+  if (names.empty()) {
+    for (const SelectionItem& item : Scene::current().selection.items()) {
+      names.push_back(shownName(item));
+    }
+  }
+  const bool sources = arguments.truth("s", true);
+  const bool destinations = arguments.truth("d", true);
+  Value::Strings result;
+  for (const std::string& name : names) {
+    NodePtr node;
+    std::string error;
+    const auto connections = connectionsOf(name, context, node, sources, destinations, error);
+    if (node == nullptr) {
+      return CommandResult::failure("listConnections: " + error);
+    }
+    for (const ConnectionPtr& connection : connections) {
+      const bool incoming = connection->destination.node() == node && sources;
+      const Plug& near = incoming ? connection->destination : connection->source;
+      const Plug& far = incoming ? connection->source : connection->destination;
+      if (!hasType(far.node(), arguments.text("t"), arguments.truth("et"))) {
+        continue;
+      }
+      if (arguments.truth("c")) {
+        result.push_back(near.name());
+      }
+      result.push_back(arguments.truth("p") ? far.name()
+                                            : Scene::current().displayName(far.node()));
+    }
+  }
+  return CommandResult::success(std::move(result));
+}
+
+CommandResult isConnectedCommand(const Arguments& arguments, CommandContext& context) {
+  if (arguments.objects().size() != 2) {
+    return CommandResult::failure("isConnected: needs a source and a destination");
+  }
+  std::string error;
+  const Plug source = findPlug(arguments.objects()[0], context, error);
+  const Plug destination =
+      source.isNull() ? Plug() : findPlug(arguments.objects()[1], context, error);
+  if (destination.isNull()) {
+    return CommandResult::failure("isConnected: " + error);
+  }
+  const auto from = sourceOf(destination.orFirstElement());
+  return CommandResult::success(Value::ofTruth(from && *from == source.orFirstElement()));
+}
+
+}  // namespace
+
+void addConnectionCommands(CommandTable& table) {
+  table.add("connectAttr",
+            {{"f", "force", ""},
+             {"na", "nextAvailable", ""},
+             {"l", "lock", "b"},
+             {"rd", "referenceDest", "s"}},
+            connectAttr);
+  table.add("disconnectAttr", {{"na", "nextAvailable", ""}}, disconnectAttr);
+  table.add("listConnections",
+            {{"s", "source", "b"},
+             {"d", "destination", "b"},
+             {"p", "plugs", "b"},
+             {"c", "connections", "b"},
+             {"t", "type", "s"},
+             {"et", "exactType", "b"},
+             {"scn", "skipConversionNodes", "b"},
+             {"sh", "shapes", "b"}},
+            listConnections);
+  table.add("isConnected", {}, isConnectedCommand);
+}
+
+}  // namespace host::mel

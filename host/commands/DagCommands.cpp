@@ -1,0 +1,328 @@
+#include "host/commands/Builtin.h"
+
+#include <algorithm>
+
+#include "host/commands/Lookup.h"
+#include "host/commands/TransformValues.h"
+#include "host/mel/Command.h"
+#include "host/scene/Dag.h"
+#include "host/scene/Node.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Values.h"
+
+namespace host::mel {
+namespace {
+
+using Items = std::vector<SelectionItem>;
+
+std::string shownPath(const NodePtr& node) {
+  return shownName(SelectionItem::of(node));
+}
+
+NodePtr parentOf(const SelectionItem& item) {
+  const auto& nodes = item.path.nodes();
+  return nodes.size() > 1 ? nodes[nodes.size() - 2] : nullptr;
+}
+
+// --- parent
+
+// Moves a node and keeps where it stands in the world, unless told to keep its own values.
+bool moveBelow(const SelectionItem& item, const SelectionItem* parent, bool relative,
+               std::string& error) {
+  const MMatrix before = item.path.inclusiveMatrix();
+  if (!Scene::current().reparent(item.node, parentOf(item),
+                                 parent == nullptr ? nullptr : parent->node, &error)) {
+    return false;
+  }
+  if (relative || !item.node->isTransform()) {
+    return true;
+  }
+  const MMatrix above = parent == nullptr ? MMatrix() : parent->path.inclusiveMatrix();
+  const MMatrix wanted = before * above.inverse();
+  return wanted.isEquivalent(localMatrix(item.node), 0.0) ||
+         setLocalMatrix(item.node, wanted, error);
+}
+
+CommandResult removeInstances(const Items& items) {
+  for (const SelectionItem& item : items) {
+    std::string error;
+    if (!Scene::current().removeInstance(item.node, parentOf(item), &error)) {
+      return CommandResult::failure("parent: " + error);
+    }
+  }
+  return CommandResult::success();
+}
+
+CommandResult parent(const Arguments& arguments, CommandContext& context) {
+  Items items;
+  std::string error;
+  if (!findItems(arguments.objects(), context, items, error)) {
+    return CommandResult::failure("parent: " + error);
+  }
+  items.erase(std::remove_if(items.begin(), items.end(),
+                             [](const SelectionItem& item) { return item.path.isEmpty(); }),
+              items.end());
+  if (arguments.has("rm")) {
+    return removeInstances(items);
+  }
+  const bool toWorld = arguments.has("w");
+  if (items.size() < (toWorld ? 1u : 2u)) {
+    return CommandResult::failure("parent: needs objects and a parent");
+  }
+  SelectionItem target;
+  if (!toWorld) {
+    target = items.back();
+    items.pop_back();
+  }
+  Value::Strings names;
+  for (const SelectionItem& item : items) {
+    if (item.node->isShape() && !arguments.has("s")) {
+      return CommandResult::failure("parent: '" + shownName(item) +
+                                    "' is a shape; give -shape to move it");
+    }
+    const bool ok = arguments.has("add")
+                        ? Scene::current().addInstance(item.node, target.node, &error)
+                        : moveBelow(item, toWorld ? nullptr : &target, arguments.has("r"), error);
+    if (!ok) {
+      return CommandResult::failure("parent: " + error);
+    }
+    names.push_back(shownPath(item.node));
+  }
+  return CommandResult::success(std::move(names));
+}
+
+// --- instance, group
+
+// Copies what is set on the transform itself; its children are shared.
+NodePtr makeInstance(const SelectionItem& item, const std::string& name, bool leaf,
+                     std::string& error) {
+  Scene& scene = Scene::current();
+  const NodePtr above = parentOf(item);
+  const NodePtr source = item.node->isShape() ? above : item.node;
+  if (source == nullptr) {
+    error = "a shape at the top cannot be instanced";
+    return nullptr;
+  }
+  const NodePtr copy = scene.createNode(source->type(), name.empty() ? source->name() : name,
+                                        item.node->isShape() ? nullptr : above, &error);
+  if (copy == nullptr) {
+    return nullptr;
+  }
+  for (const AttributeState& state : source->values.inWrittenOrder()) {
+    if (state.path.find('[') == std::string::npos &&
+        copy->findAttribute(state.path.substr(0, state.path.find('.'))) != nullptr) {
+      copy->values.at(state.path) = state;
+    }
+  }
+  const std::vector<NodePtr> children =
+      item.node->isShape() ? std::vector<NodePtr>{item.node} : source->children();
+  for (const NodePtr& child : children) {
+    if ((!leaf || child->isShape()) && !scene.addInstance(child, copy, &error)) {
+      return nullptr;
+    }
+  }
+  return copy;
+}
+
+CommandResult instance(const Arguments& arguments, CommandContext& context) {
+  Items items;
+  std::string error;
+  if (!findItems(arguments.objects(), context, items, error)) {
+    return CommandResult::failure("instance: " + error);
+  }
+  Value::Strings names;
+  for (const SelectionItem& item : items) {
+    if (item.path.isEmpty()) {
+      return CommandResult::failure("instance: '" + shownName(item) + "' is not in the DAG");
+    }
+    const NodePtr copy = makeInstance(item, arguments.text("n"), arguments.has("lf"), error);
+    if (copy == nullptr) {
+      return CommandResult::failure("instance: " + error);
+    }
+    names.push_back(shownPath(copy));
+  }
+  return CommandResult::success(std::move(names));
+}
+
+CommandResult group(const Arguments& arguments, CommandContext& context) {
+  Items items;
+  std::string error;
+  if (!arguments.has("em") && !findItems(arguments.objects(), context, items, error)) {
+    return CommandResult::failure("group: " + error);
+  }
+  if (!arguments.has("em") && items.empty()) {
+    return CommandResult::failure("group: nothing is named or selected");
+  }
+  NodePtr above;
+  if (arguments.has("p")) {
+    above = findNode(arguments.text("p"), context, error);
+    if (above == nullptr) {
+      return CommandResult::failure("group: " + error);
+    }
+  } else if (!items.empty() && !arguments.has("w")) {
+    above = parentOf(items.front());
+  }
+  const std::string name = arguments.has("n")    ? arguments.text("n")
+                           : arguments.has("em") ? "null1"
+                                                 : "group1";
+  const NodePtr node =
+      Scene::current().createNode(*NodeType::find("transform"), name, above, &error);
+  if (node == nullptr) {
+    return CommandResult::failure("group: " + error);
+  }
+  const SelectionItem target = SelectionItem::of(node);
+  for (const SelectionItem& item : items) {
+    if (!item.node->isTransform() || !moveBelow(item, &target, arguments.has("r"), error)) {
+      return CommandResult::failure(
+          "group: " + (error.empty() ? "'" + shownName(item) + "' is no transform" : error));
+    }
+  }
+  Scene::current().selection.clear();
+  Scene::current().selection.add(target);
+  return CommandResult::success(shownName(target));
+}
+
+// --- xform
+
+struct TransformFlag {
+  std::string_view flag;
+  const char* attribute;
+};
+constexpr TransformFlag kObjectSpaceFlags[] = {
+    {"t", "translate"},   {"ro", "rotate"}, {"s", "scale"},      {"rp", "rotatePivot"},
+    {"sp", "scalePivot"}, {"sh", "shear"},  {"ra", "rotateAxis"}};
+
+Value::Floats flat(const MMatrix& matrix) {
+  return Value::Floats(&matrix.matrix[0][0], &matrix.matrix[0][0] + 16);
+}
+
+CommandResult queryXform(const Arguments& arguments, const SelectionItem& item) {
+  const bool world = arguments.has("ws");
+  if (item.component != nullptr) {
+    return CommandResult::success(componentPositions(item, world));
+  }
+  if (arguments.has("m")) {
+    return CommandResult::success(
+        flat(world ? item.path.inclusiveMatrix() : localMatrix(item.node)));
+  }
+  if (arguments.has("bb")) {
+    return CommandResult::success(boxNumbers(item, world));
+  }
+  if (world && arguments.has("t")) {
+    const MMatrix matrix = item.path.inclusiveMatrix();
+    return CommandResult::success(Value::Floats{matrix[3][0], matrix[3][1], matrix[3][2]});
+  }
+  if (world && (arguments.has("ro") || arguments.has("s"))) {
+    const TransformParts parts = decompose(item.path.inclusiveMatrix(), rotateOrderOf(item.node));
+    const double* numbers = arguments.has("ro") ? parts.rotate : parts.scale;
+    return CommandResult::success(Value::Floats(numbers, numbers + 3));
+  }
+  for (const TransformFlag& flag : kObjectSpaceFlags) {
+    const auto plug =
+        arguments.has(flag.flag) ? Plug::find(item.node, flag.attribute) : std::nullopt;
+    if (plug) {
+      return CommandResult::success(readNumbers(*plug).value_or(Value::Floats(3, 0.0)));
+    }
+  }
+  return CommandResult::failure("xform: nothing to query");
+}
+
+bool applyFlag(const Arguments& arguments, const TransformFlag& flag, const SelectionItem& item,
+               std::string& error) {
+  const auto plug = Plug::find(item.node, flag.attribute);
+  Value::Floats numbers = arguments.allNumbers(flag.flag).back();
+  if (!plug || isLocked(*plug)) {
+    error = "'" + shownName(item) + "." + flag.attribute + "' is locked or missing";
+    return false;
+  }
+  if (arguments.has("ws") && flag.flag == "t") {
+    return setWorldTranslation(item, numbers, arguments.has("r"), error);
+  }
+  if (arguments.has("r")) {
+    const Value::Floats old = readNumbers(*plug).value_or(Value::Floats(3, 0.0));
+    for (std::size_t i = 0; i < 3; ++i) {
+      numbers[i] = flag.flag == "s" ? numbers[i] * old[i] : numbers[i] + old[i];
+    }
+  }
+  return writeValue(*plug, numbers);
+}
+
+bool applyMatrix(const Arguments& arguments, const SelectionItem& item, std::string& error) {
+  const Value::Floats numbers = arguments.allNumbers("m").back();
+  MMatrix matrix;
+  std::copy(numbers.begin(), numbers.end(), &matrix.matrix[0][0]);
+  if (arguments.has("ws")) {
+    matrix = matrix * item.path.exclusiveMatrix().inverse();
+  }
+  return setLocalMatrix(item.node, matrix, error);
+}
+
+CommandResult xform(const Arguments& arguments, CommandContext& context) {
+  Items items;
+  std::string error;
+  if (!findItems(arguments.objects(), context, items, error)) {
+    return CommandResult::failure("xform: " + error);
+  }
+  if (items.empty()) {
+    return CommandResult::failure("xform: nothing is named or selected");
+  }
+  if (arguments.query()) {
+    return queryXform(arguments, items.front());
+  }
+  for (const SelectionItem& item : items) {
+    if (!item.node->isTransform() || item.component != nullptr) {
+      return CommandResult::failure("xform: '" + shownName(item) + "' is no transform");
+    }
+    bool ok = !arguments.has("m") || applyMatrix(arguments, item, error);
+    for (const TransformFlag& flag : kObjectSpaceFlags) {
+      ok = ok && (!arguments.has(flag.flag) || applyFlag(arguments, flag, item, error));
+    }
+    if (!ok) {
+      return CommandResult::failure("xform: " + error);
+    }
+  }
+  return CommandResult::success();
+}
+
+}  // namespace
+
+void addDagCommands(CommandTable& table) {
+  table.add("parent",
+            {{"s", "shape", ""},
+             {"nc", "noConnections", ""},
+             {"r", "relative", ""},
+             {"a", "absolute", ""},
+             {"add", "addObject", ""},
+             {"w", "world", ""},
+             {"rm", "removeObject", ""},
+             {"nis", "noInvScale", ""}},
+            parent);
+  table.add("instance", {{"n", "name", "s"}, {"lf", "leaf", ""}, {"st", "smartTransform", ""}},
+            instance);
+  table.add("group",
+            {{"n", "name", "s"},
+             {"em", "empty", ""},
+             {"w", "world", ""},
+             {"p", "parent", "s"},
+             {"r", "relative", ""},
+             {"a", "absolute", ""}},
+            group);
+  table.add("xform",
+            {{"q", "query", ""},
+             {"t", "translation", "nnn"},
+             {"ro", "rotation", "nnn"},
+             {"s", "scale", "nnn"},
+             {"rp", "rotatePivot", "nnn"},
+             {"sp", "scalePivot", "nnn"},
+             {"sh", "shear", "nnn"},
+             {"ra", "rotateAxis", "nnn"},
+             {"m", "matrix", "nnnnnnnnnnnnnnnn"},
+             {"bb", "boundingBox", ""},
+             {"ws", "worldSpace", ""},
+             {"os", "objectSpace", ""},
+             {"r", "relative", ""},
+             {"a", "absolute", ""}},
+            xform);
+}
+
+}  // namespace host::mel

@@ -1,0 +1,228 @@
+#include "host/commands/Builtin.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "host/commands/Lookup.h"
+#include "host/mel/Command.h"
+#include "host/scene/Attribute.h"
+#include "host/scene/Node.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Values.h"
+
+namespace host::mel {
+namespace {
+
+std::vector<std::string> splitEnum(const std::string& text) {
+  std::vector<std::string> names;
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const std::size_t end = std::min(text.find(':', at), text.size());
+    names.push_back(text.substr(at, end - at));
+    at = end + 1;
+  }
+  return names;
+}
+
+std::optional<double> limit(const Arguments& arguments, std::string_view flag) {
+  return arguments.has(flag) ? std::optional<double>(arguments.number(flag)) : std::nullopt;
+}
+
+AttributePtr makeAttribute(const Arguments& arguments) {
+  const std::string longName = arguments.has("ln") ? arguments.text("ln") : arguments.text("sn");
+  const std::string shortName = arguments.has("sn") ? arguments.text("sn") : longName;
+  std::string type = arguments.has("dt") ? arguments.text("dt") : arguments.text("at");
+  auto attribute = std::make_shared<Attribute>(longName, shortName, type.empty() ? "double" : type);
+  attribute->isDynamic = true;
+  attribute->isArray = arguments.has("m");
+  attribute->keyable = arguments.truth("k");
+  attribute->hidden = arguments.truth("h");
+  attribute->writable = arguments.truth("w", true);
+  attribute->isColour = arguments.has("uac");
+  attribute->niceName = arguments.text("nn");
+  attribute->enumNames = splitEnum(arguments.text("en"));
+  attribute->min = limit(arguments, "min");
+  attribute->max = limit(arguments, "max");
+  attribute->softMin = limit(arguments, "smn");
+  attribute->softMax = limit(arguments, "smx");
+  if (arguments.has("dv")) {
+    attribute->defaultValue = arguments.number("dv");
+  }
+  attribute->declaration = arguments.flagsAsWritten();
+  return attribute;
+}
+
+bool addToNode(const NodePtr& node, const AttributePtr& attribute, const std::string& parentName,
+               std::string& error) {
+  if (parentName.empty()) {
+    error = "a name of '" + attribute->longName() + "' is taken on '" + node->name() + "'";
+    return node->addAttribute(attribute);
+  }
+  const AttributePtr parent = node->findAttribute(parentName);
+  if (parent == nullptr || !parent->isDynamic || parent->kind() != Attribute::Kind::kCompound) {
+    error = "no compound '" + parentName + "' was added to '" + node->name() + "'";
+    return false;
+  }
+  error = "'" + parentName + "' cannot take '" + attribute->longName() + "'";
+  return node->addChildAttribute(parent, attribute);
+}
+
+CommandResult addTo(const NodePtr& node, const Arguments& arguments) {
+  const AttributePtr attribute = makeAttribute(arguments);
+  const std::string& name = attribute->longName();
+  if (!isLegalName(name) || !isLegalName(attribute->shortName())) {
+    return CommandResult::malformed("addAttr: '" + name + "' is no name for an attribute");
+  }
+  const AttributePtr taken = node->findAttribute(name);
+  if (taken != nullptr && taken->kind() != Attribute::Kind::kLoose) {
+    return CommandResult::failure("addAttr: '" + node->name() + "' has an attribute '" + name +
+                                  "' already");
+  }
+  std::string error;
+  return addToNode(node, attribute, arguments.text("p"), error)
+             ? CommandResult::success()
+             : CommandResult::failure("addAttr: " + error);
+}
+
+bool targets(const Arguments& arguments, const CommandContext& context, std::vector<NodePtr>& nodes,
+             std::string& error) {
+  if (context.inSceneFile && arguments.objects().empty()) {
+    if (context.currentNode == nullptr) {
+      error = "there is no node";
+      return false;
+    }
+    nodes.push_back(context.currentNode);
+    return true;
+  }
+  std::vector<SelectionItem> items;
+  if (!findItems(arguments.objects(), context, items, error)) {
+    return false;
+  }
+  for (const SelectionItem& item : items) {
+    nodes.push_back(item.node);
+  }
+  error = nodes.empty() ? "nothing is named or selected" : "";
+  return !nodes.empty();
+}
+
+CommandResult addAttr(const Arguments& arguments, CommandContext& context) {
+  if (!arguments.has("ln") && !arguments.has("sn")) {
+    return CommandResult::malformed("addAttr: -ln is missing");
+  }
+  std::vector<NodePtr> nodes;
+  std::string error;
+  if (!targets(arguments, context, nodes, error)) {
+    return CommandResult::failure("addAttr: " + error);
+  }
+  for (const NodePtr& node : nodes) {
+    CommandResult result = addTo(node, arguments);
+    if (!result.ok) {
+      return result;
+    }
+  }
+  return CommandResult::success();
+}
+
+CommandResult deleteAttr(const Arguments& arguments, CommandContext& context) {
+  for (std::string text : arguments.objects()) {
+    if (arguments.has("at")) {
+      text += "." + arguments.text("at");
+    }
+    std::string error;
+    const Plug plug = findPlug(text, context, error);
+    if (plug.isNull()) {
+      return CommandResult::failure("deleteAttr: " + error);
+    }
+    if (isLocked(plug)) {
+      return CommandResult::failure("deleteAttr: '" + plug.name() + "' is locked");
+    }
+    if (!plug.node()->removeAttribute(plug.attribute())) {
+      return CommandResult::failure("deleteAttr: '" + plug.name() + "' was not added by addAttr");
+    }
+  }
+  return CommandResult::success();
+}
+
+CommandResult attributeQuery(const Arguments& arguments, CommandContext& context) {
+  std::string error;
+  const NodePtr node = findNode(arguments.text("n"), context, error);
+  if (node == nullptr) {
+    return CommandResult::failure("attributeQuery: " + error);
+  }
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("attributeQuery: needs one attribute");
+  }
+  const AttributePtr attribute = node->findAttribute(arguments.objects().front());
+  if (arguments.has("ex")) {
+    const bool exists = attribute != nullptr && attribute->kind() != Attribute::Kind::kLoose;
+    return CommandResult::success(Value::ofTruth(exists));
+  }
+  if (attribute == nullptr) {
+    return CommandResult::failure("attributeQuery: no attribute '" + arguments.objects().front() +
+                                  "' on '" + node->name() + "'");
+  }
+  if (arguments.has("at")) {
+    return CommandResult::success(attribute->typeWord());
+  }
+  if (arguments.has("ln")) {
+    return CommandResult::success(attribute->longName());
+  }
+  if (arguments.has("sn")) {
+    return CommandResult::success(attribute->shortName());
+  }
+  const bool truth =
+      (arguments.has("k") && attribute->keyable) || (arguments.has("m") && attribute->isArray) ||
+      (arguments.has("h") && attribute->hidden) || (arguments.has("w") && attribute->writable);
+  return CommandResult::success(Value::ofTruth(truth));
+}
+
+}  // namespace
+
+void addDynamicAttributeCommands(CommandTable& table) {
+  table.add("addAttr",
+            {{"ln", "longName", "s"},
+             {"sn", "shortName", "s"},
+             {"nn", "niceName", "s"},
+             {"at", "attributeType", "s"},
+             {"dt", "dataType", "s"},
+             {"dv", "defaultValue", "n"},
+             {"min", "minValue", "n"},
+             {"max", "maxValue", "n"},
+             {"smn", "softMinValue", "n"},
+             {"smx", "softMaxValue", "n"},
+             {"hnv", "hasMinValue", "b"},
+             {"hxv", "hasMaxValue", "b"},
+             {"k", "keyable", "b"},
+             {"h", "hidden", "b"},
+             {"p", "parent", "s"},
+             {"nc", "numberOfChildren", "i"},
+             {"ci", "cachedInternally", "b"},
+             {"is", "internalSet", "b"},
+             {"r", "readable", "b"},
+             {"w", "writable", "b"},
+             {"s", "storable", "b"},
+             {"m", "multi", ""},
+             {"im", "indexMatters", "b"},
+             {"en", "enumName", "s"},
+             {"uac", "usedAsColor", ""},
+             {"uaf", "usedAsFilename", ""},
+             {"uap", "usedAsProxy", ""},
+             {"ct", "category", "s"},
+             {"bt", "binaryTag", "s"},
+             {"pxy", "proxy", "s"}},
+            addAttr);
+  table.add("deleteAttr", {{"at", "attribute", "s"}}, deleteAttr);
+  table.add("attributeQuery",
+            {{"n", "node", "s"},
+             {"ex", "exists", ""},
+             {"at", "attributeType", ""},
+             {"ln", "longName", ""},
+             {"sn", "shortName", ""},
+             {"k", "keyable", ""},
+             {"m", "multi", ""},
+             {"h", "hidden", ""},
+             {"w", "writable", ""}},
+            attributeQuery);
+}
+
+}  // namespace host::mel

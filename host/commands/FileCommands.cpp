@@ -1,0 +1,95 @@
+#include "host/commands/Builtin.h"
+
+#include <filesystem>
+
+#include "host/file/SceneFiles.h"
+#include "host/mel/Command.h"
+#include "host/scene/Scene.h"
+
+namespace host::mel {
+namespace {
+
+CommandResult query(const Arguments& arguments) {
+  const std::string& name = Scene::current().fileName;
+  if (arguments.has("shn")) {
+    return CommandResult::success(std::filesystem::u8path(name).filename().u8string());
+  }
+  if (arguments.has("sn") || arguments.has("exn")) {
+    return CommandResult::success(name);
+  }
+  return CommandResult::failure("file: -query gives -sceneName, -shortName or -expandName");
+}
+
+CommandResult finish(bool ok, const std::string& path, const std::string& error) {
+  return ok ? CommandResult::success(path) : CommandResult::failure("file: " + error);
+}
+
+CommandResult file(const Arguments& arguments, CommandContext& context) {
+  if (context.inSceneFile) {
+    return CommandResult::failure("a scene file may not read or write files");
+  }
+  if (arguments.query()) {
+    return query(arguments);
+  }
+  std::string error;
+  if (arguments.has("new")) {
+    startNewScene();
+    return CommandResult::success("untitled");
+  }
+  if (arguments.has("s")) {
+    const bool ok = saveFile(error);
+    return finish(ok, Scene::current().fileName, error);
+  }
+  if (arguments.has("rn")) {
+    Scene::current().fileName = resolvedPath(arguments.text("rn"), context.folder);
+    return CommandResult::success(Scene::current().fileName);
+  }
+  if (arguments.objects().size() != 1 || arguments.objects().front().empty()) {
+    return CommandResult::failure("file: needs one file name");
+  }
+  FileRequest request;
+  request.path = resolvedPath(arguments.objects().front(), context.folder);
+  request.type = arguments.text("typ");
+  request.options = arguments.text("op");
+  request.nameSpace = arguments.text("ns");
+  if (arguments.has("o")) {
+    return finish(openFile(request, error), request.path, error);
+  }
+  if (arguments.has("i")) {
+    return finish(importFile(request, error), request.path, error);
+  }
+  if (arguments.has("es") || arguments.has("ea")) {
+    return finish(exportFile(request, arguments.has("es"), error), request.path, error);
+  }
+  return CommandResult::failure(
+      "file: needs -open, -import, -exportSelected, -exportAll, -save, -rename or -newFile");
+}
+
+}  // namespace
+
+void addFileCommands(CommandTable& table) {
+  table.add("file",
+            {{"q", "query", ""},
+             {"o", "open", ""},
+             {"i", "import", ""},
+             {"es", "exportSelected", ""},
+             {"ea", "exportAll", ""},
+             {"s", "save", ""},
+             {"rn", "rename", "s"},
+             {"new", "newFile", ""},
+             {"typ", "type", "s"},
+             {"f", "force", ""},
+             {"op", "options", "s"},
+             {"ns", "namespace", "s"},
+             {"iv", "ignoreVersion", ""},
+             {"pmt", "prompt", "b"},
+             {"pr", "preserveReferences", ""},
+             {"ra", "renameAll", "b"},
+             {"mnc", "mergeNamespacesOnClash", "b"},
+             {"sn", "sceneName", ""},
+             {"shn", "shortName", ""},
+             {"exn", "expandName", ""}},
+            file);
+}
+
+}  // namespace host::mel

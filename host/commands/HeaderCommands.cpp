@@ -1,0 +1,99 @@
+#include "host/commands/Builtin.h"
+
+#include "host/file/SceneInfo.h"
+#include "host/file/SceneUnits.h"
+#include "host/mel/Command.h"
+
+namespace host::mel {
+namespace {
+
+CommandResult requiresPlugin(const Arguments& arguments, CommandContext& context) {
+  if (context.keepsInfo) {
+    SceneInfo::current().requirements.push_back(asStatement("requires", arguments.words()));
+  }
+  return CommandResult::success();
+}
+
+// As the names of time units are ("film", "23.976fps"); one stands in a saved scene without quotes.
+bool isWord(const std::string& text) {
+  constexpr char kLetters[] = ".0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  return !text.empty() && text.find_first_not_of(kLetters) == std::string::npos;
+}
+
+CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
+  if (!context.inSceneFile) {
+    return CommandResult::failure("currentUnit: the units are centimetres and degrees");
+  }
+  if (arguments.has("t") && !isWord(arguments.text("t"))) {
+    context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
+  } else if (arguments.has("t") && context.keepsInfo) {
+    SceneInfo::current().timeUnit = arguments.text("t");
+  }
+  const bool length = !arguments.has("l") || setLengthUnit(currentUnits(), arguments.text("l"));
+  const bool angle = !arguments.has("a") || setAngleUnit(currentUnits(), arguments.text("a"));
+  if (!length) {
+    return CommandResult::malformed("currentUnit: unknown unit of length '" + arguments.text("l") +
+                                    "'; taken as centimetres");
+  }
+  if (!angle) {
+    return CommandResult::malformed("currentUnit: unknown unit of angle '" + arguments.text("a") +
+                                    "'; taken as degrees");
+  }
+  return CommandResult::success();
+}
+
+CommandResult fileInfo(const Arguments& arguments, CommandContext& context) {
+  if (context.keepsInfo) {
+    SceneInfo::current().fileInfo.push_back(asStatement("fileInfo", arguments.words()));
+  }
+  return CommandResult::success();
+}
+
+CommandResult dataStructure(const Arguments& arguments, CommandContext& context) {
+  if (context.keepsInfo) {
+    SceneInfo::current().metadata.push_back(asStatement("dataStructure", arguments.words()));
+  }
+  return CommandResult::success();
+}
+
+CommandResult applyMetadata(const Arguments& arguments, CommandContext& context) {
+  if (context.keepsInfo) {
+    SceneInfo::current().metadata.push_back(asStatement("applyMetadata", arguments.words()));
+  }
+  return CommandResult::success();
+}
+
+// Which lights light which shading groups, as pairs of plug names.
+CommandResult relationship(const Arguments& arguments, CommandContext& context) {
+  const std::vector<std::string>& names = arguments.objects();
+  if (context.keepsInfo && names.size() >= 3) {
+    SceneInfo::current().relationships.push_back(
+        {names[2].substr(0, names[2].find('.')), asStatement("relationship", arguments.words())});
+  }
+  return CommandResult::success();
+}
+
+}  // namespace
+
+void addHeaderCommands(CommandTable& table) {
+  table.add("requires", {{"nodeType", "nodeType", "s"}, {"dataType", "dataType", "s"}},
+            requiresPlugin);
+  table.add("currentUnit",
+            {{"l", "linear", "s"},
+             {"a", "angle", "s"},
+             {"t", "time", "s"},
+             {"ua", "updateAnimation", "b"}},
+            currentUnit);
+  table.add("fileInfo", {}, fileInfo);
+  table.add("dataStructure", {{"fmt", "format", "s"}, {"as", "asString", "s"}}, dataStructure);
+  table.add("applyMetadata", {{"fmt", "format", "s"}, {"v", "value", "s"}, {"scn", "scene", ""}},
+            applyMetadata);
+  table.add("relationship", {{"b", "break", ""}}, relationship);
+  // A scene file's own state of the interface, of which there is none here.
+  for (const char* name :
+       {"lightLinker", "lightlink", "displayColor", "displayRGBColor", "workspace"}) {
+    table.add(name, {}, [](const Arguments&, CommandContext&) { return CommandResult::success(); });
+  }
+}
+
+}  // namespace host::mel

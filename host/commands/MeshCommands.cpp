@@ -1,0 +1,57 @@
+#include "host/commands/Builtin.h"
+
+#include "host/mel/Command.h"
+#include "host/mesh/MeshBuild.h"
+#include "host/mesh/MeshData.h"
+#include "host/scene/Node.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Sets.h"
+
+namespace host::mel {
+namespace {
+
+// A polygon with these corners, in a transform of its own, shaded like every new object.
+CommandResult polyCreateFacet(const Arguments& arguments, CommandContext&) {
+  MeshPolygons polygon;
+  for (const std::vector<double>& xyz : arguments.allNumbers("p")) {
+    polygon.connects.push_back(static_cast<int>(polygon.points.size()));
+    polygon.points.push_back({xyz[0], xyz[1], xyz[2]});
+  }
+  polygon.counts.push_back(static_cast<int>(polygon.points.size()));
+  MeshData mesh;
+  std::string error = buildMesh(polygon, mesh);
+  if (!error.empty()) {
+    return CommandResult::failure("polyCreateFacet: " + error);
+  }
+  Scene& scene = Scene::current();
+  const std::string name = arguments.has("n") ? arguments.text("n") : "polySurface1";
+  const NodePtr transform = scene.createNode(*NodeType::find("transform"), name, nullptr, &error);
+  const NodePtr shape = transform == nullptr
+                            ? nullptr
+                            : scene.createNode(*NodeType::find("mesh"), transform->name() + "Shape",
+                                               transform, &error);
+  if (shape == nullptr) {
+    return CommandResult::failure("polyCreateFacet: " + error);
+  }
+  *shape->mesh = std::move(mesh);
+  for (const NodePtr& group : scene.nodesNamed("initialShadingGroup")) {
+    addMember(group, SelectionItem::of(shape));
+  }
+  scene.selection.clear();
+  scene.selection.add(SelectionItem::of(transform));
+  return CommandResult::success(Value::Strings{scene.displayName(transform)});
+}
+
+}  // namespace
+
+void addMeshCommands(CommandTable& table) {
+  table.add("polyCreateFacet",
+            {{"p", "point", "nnn"},
+             {"n", "name", "s"},
+             {"ch", "constructionHistory", "b"},
+             {"tx", "texture", "i"},
+             {"s", "subdivision", "i"}},
+            polyCreateFacet);
+}
+
+}  // namespace host::mel

@@ -1,0 +1,353 @@
+#include "host/commands/Builtin.h"
+
+#include <algorithm>
+
+#include "host/commands/Lookup.h"
+#include "host/mel/Command.h"
+#include "host/scene/Connections.h"
+#include "host/scene/Node.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Sets.h"
+
+namespace host::mel {
+namespace {
+
+std::string shown(const NodePtr& node) {
+  return Scene::current().displayName(node);
+}
+
+// --- createNode
+
+const NodeType* typeFor(const std::string& name, bool hasParent, const CommandContext& context) {
+  const NodeType* known = NodeType::find(name);
+  // A scene file may use types of plug-ins that are not here: what it sets on them is kept. A type
+  // stands in a saved scene without quotes.
+  const bool invents = known == nullptr && context.inSceneFile && isLegalName(name);
+  return invents ? &NodeType::findOrInvent(name, hasParent) : known;
+}
+
+void finishCreated(const NodePtr& node, const Arguments& arguments, CommandContext& context) {
+  if (context.inSceneFile) {
+    context.currentNode = node;
+  } else if (!arguments.has("ss")) {
+    Scene::current().selection.clear();
+    Scene::current().selection.add(SelectionItem::of(node));
+  }
+}
+
+// A shared node is made only when the scene has none of that name; a referenced file shares those
+// of the scene.
+NodePtr findShared(const Arguments& arguments, const NodePtr& parent,
+                   const CommandContext& context) {
+  const std::string name = arguments.text("n");
+  for (const std::string& candidate : {name, qualifiedName(name, context)}) {
+    for (const NodePtr& node : Scene::current().nodesNamed(candidate)) {
+      const auto& parents = node->parents();
+      if (parent == nullptr ||
+          std::find(parents.begin(), parents.end(), parent.get()) != parents.end()) {
+        return node;
+      }
+    }
+  }
+  return nullptr;
+}
+
+void rememberOwn(const std::string& wanted, const std::string& name, const NodePtr& node,
+                 CommandContext& context) {
+  const auto [own, isFirst] = context.ownNodes.emplace(wanted, node);
+  if (!isFirst) {
+    own->second = nullptr;
+  }
+  if (node->name() != name) {
+    context.renames[wanted] = node->name();
+  }
+}
+
+CommandResult createNode(const Arguments& arguments, CommandContext& context) {
+  // Whatever goes wrong, the statements that follow do not belong to the node before.
+  context.currentNode = nullptr;
+  if (arguments.objects().size() != 1) {
+    return CommandResult::malformed("createNode: needs one node type");
+  }
+  std::string error;
+  NodePtr parent;
+  if (arguments.has("p")) {
+    parent = findNode(arguments.text("p"), context, error);
+    if (parent == nullptr && arguments.has("s") && !context.nameSpace.empty()) {
+      parent = Scene::current().findNode(arguments.text("p"), &error);
+    }
+    if (parent == nullptr) {
+      return notFound(arguments.text("p"), "createNode: " + error);
+    }
+  }
+  NodePtr node = arguments.has("s") ? findShared(arguments, parent, context) : nullptr;
+  if (node == nullptr) {
+    const std::string& typeName = arguments.objects().front();
+    const NodeType* type = typeFor(typeName, parent != nullptr, context);
+    if (type == nullptr) {
+      return CommandResult::malformed("createNode: unknown node type '" + typeName + "'");
+    }
+    const std::string wanted = arguments.text("n");
+    const std::string name = wanted.empty() ? wanted : context.nameSpace + wanted;
+    node = Scene::current().createNode(*type, name, parent, &error);
+    if (node == nullptr) {
+      return CommandResult::failure("createNode: " + error);
+    }
+    node->isShared = arguments.has("s");
+    node->isReferenced = context.isReference;
+    if (context.inSceneFile && !wanted.empty()) {
+      rememberOwn(wanted, name, node, context);
+    }
+  }
+  finishCreated(node, arguments, context);
+  return CommandResult::success(shown(node));
+}
+
+// --- shadingNode, hyperShade
+
+// Nodes for shading are listed by one of the scene's default nodes, which is how the host finds
+// them.
+void listNode(const NodePtr& node, const char* list, const char* plugName) {
+  const auto listNodes = Scene::current().nodesNamed(list);
+  const auto array = listNodes.empty() ? std::nullopt : Plug::find(listNodes.front(), plugName);
+  const auto message = Plug::find(node, "message");
+  if (array && message) {
+    connect(*message, nextElement(*array), false);
+  }
+}
+
+void listByKind(const NodePtr& node) {
+  if (node->hasFn(MFn::kLambert)) {
+    listNode(node, "defaultShaderList1", "shaders");
+  } else if (node->type().isA("texture2d") || node->hasFn(MFn::kFileTexture)) {
+    listNode(node, "defaultTextureList1", "textures");
+  }
+}
+
+CommandResult createShadingNode(const std::string& command, const std::string& typeName,
+                                const std::string& name, bool select) {
+  const NodeType* type = NodeType::find(typeName);
+  if (type == nullptr) {
+    return CommandResult::failure(command + ": unknown node type '" + typeName + "'");
+  }
+  std::string error;
+  const NodePtr node = Scene::current().createNode(*type, name, nullptr, &error);
+  if (node == nullptr) {
+    return CommandResult::failure(command + ": " + error);
+  }
+  listByKind(node);
+  if (select) {
+    Scene::current().selection.clear();
+    Scene::current().selection.add(SelectionItem::of(node));
+  }
+  return CommandResult::success(shown(node));
+}
+
+CommandResult shadingNode(const Arguments& arguments, CommandContext&) {
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("shadingNode: needs one node type");
+  }
+  return createShadingNode("shadingNode", arguments.objects().front(), arguments.text("n"),
+                           !arguments.has("ss"));
+}
+
+NodePtr shadingGroupOf(const NodePtr& shader) {
+  const auto colour = Plug::find(shader, "outColor");
+  for (const Plug& end : colour ? destinationsOf(*colour) : std::vector<Plug>()) {
+    if (end.node()->type().isA("shadingEngine")) {
+      return end.node();
+    }
+  }
+  return nullptr;
+}
+
+CommandResult hyperShade(const Arguments& arguments, CommandContext& context) {
+  if (arguments.has("cn")) {
+    return createShadingNode("hyperShade", arguments.text("cn"), "", true);
+  }
+  if (!arguments.has("a") && !arguments.has("o")) {
+    return CommandResult::failure("hyperShade: needs -createNode, -assign or -objects");
+  }
+  std::string error;
+  const NodePtr shader = findNode(arguments.text(arguments.has("a") ? "a" : "o"), context, error);
+  const NodePtr group = shader == nullptr ? nullptr : shadingGroupOf(shader);
+  if (group == nullptr) {
+    return CommandResult::failure(
+        "hyperShade: " +
+        (shader == nullptr ? error : "'" + shown(shader) + "' has no shading group"));
+  }
+  Selection& selection = Scene::current().selection;
+  if (arguments.has("o")) {
+    selection.clear();
+    for (const SelectionItem& item : membersOf(group)) {
+      selection.add(item);
+    }
+    return CommandResult::success();
+  }
+  for (const SelectionItem& item : selection.items()) {
+    if (!forceMember(group, item, &error)) {
+      return CommandResult::failure("hyperShade: " + error);
+    }
+  }
+  return CommandResult::success();
+}
+
+// --- rename, delete, lockNode
+
+CommandResult renameNode(const Arguments& arguments, CommandContext& context) {
+  const std::vector<std::string>& names = arguments.objects();
+  if (arguments.has("uid") && context.inSceneFile) {
+    if (context.currentNode != nullptr && !names.empty()) {
+      context.currentNode->uuid = names.back();
+    }
+    return CommandResult::success();
+  }
+  if (names.empty() || names.size() > 2) {
+    return CommandResult::failure("rename: needs a name, or an object and a name");
+  }
+  std::vector<SelectionItem> items;
+  std::string error;
+  if (!findItems(
+          names.size() == 2 ? std::vector<std::string>{names[0]} : std::vector<std::string>(),
+          context, items, error)) {
+    return CommandResult::failure("rename: " + error);
+  }
+  if (items.size() != 1) {
+    return CommandResult::failure("rename: needs exactly one object");
+  }
+  if (!Scene::current().rename(items[0].node, names.back(), !arguments.has("is"), &error)) {
+    return CommandResult::failure("rename: " + error);
+  }
+  return CommandResult::success(shownName(SelectionItem::of(items[0].node)));
+}
+
+CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
+  if (context.inSceneFile) {
+    return CommandResult::failure("a scene file may not delete nodes");
+  }
+  std::vector<SelectionItem> items;
+  std::string error;
+  if (!findItems(arguments.objects(), context, items, error)) {
+    return CommandResult::failure("delete: " + error);
+  }
+  if (arguments.has("ch")) {
+    return CommandResult::success();
+  }
+  for (const SelectionItem& item : items) {
+    if (item.component != nullptr) {
+      return CommandResult::failure("delete: components cannot be deleted");
+    }
+    if (item.node->isAlive() && !Scene::current().deleteNode(item.node, &error)) {
+      return CommandResult::failure("delete: " + error);
+    }
+  }
+  Scene::current().selection.removeDeleted();
+  return CommandResult::success();
+}
+
+CommandResult lockNode(const Arguments& arguments, CommandContext& context) {
+  std::vector<NodePtr> nodes;
+  if (context.inSceneFile && arguments.objects().empty()) {
+    nodes.push_back(context.currentNode);
+  } else {
+    std::vector<SelectionItem> items;
+    std::string error;
+    if (!findItems(arguments.objects(), context, items, error)) {
+      return CommandResult::failure("lockNode: " + error);
+    }
+    for (const SelectionItem& item : items) {
+      nodes.push_back(item.node);
+    }
+  }
+  Value::Ints locked;
+  for (const NodePtr& node : nodes) {
+    if (node != nullptr && !arguments.query()) {
+      node->isLocked = arguments.truth("l", true);
+    }
+    locked.push_back(node != nullptr && node->isLocked ? 1 : 0);
+  }
+  return arguments.query() ? CommandResult::success(std::move(locked)) : CommandResult::success();
+}
+
+// --- Questions
+
+CommandResult objExists(const Arguments& arguments, CommandContext& context) {
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("objExists: needs one name");
+  }
+  const std::string& name = arguments.objects().front();
+  bool exists = !Scene::current().match(qualifiedName(name, context)).empty();
+  if (!exists && name.find('.') != std::string::npos) {
+    std::string error;
+    exists = !findPlug(name, context, error).isNull();
+  }
+  return CommandResult::success(Value::ofTruth(exists));
+}
+
+CommandResult typeOf(const Arguments& arguments, CommandContext& context) {
+  if (arguments.has("d")) {
+    return CommandResult::failure("nodeType: -derived is not supported");
+  }
+  std::string error;
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("needs one object");
+  }
+  const std::string& name = arguments.objects().front();
+  const NodePtr node = findNode(std::string_view(name).substr(0, name.find('.')), context, error);
+  if (node == nullptr) {
+    return CommandResult::failure(error);
+  }
+  if (arguments.has("isa")) {
+    return CommandResult::success(Value::ofTruth(node->type().isA(arguments.text("isa"))));
+  }
+  if (arguments.has("i")) {
+    Value::Strings names;
+    for (const NodeType* type = &node->type(); type != nullptr; type = type->base()) {
+      names.insert(names.begin(), type->name());
+    }
+    return CommandResult::success(std::move(names));
+  }
+  if (arguments.has("api")) {
+    return CommandResult::success(nameOf(node->apiType()));
+  }
+  return CommandResult::success(node->type().name());
+}
+
+}  // namespace
+
+void addNodeCommands(CommandTable& table) {
+  table.add(
+      "createNode",
+      {{"n", "name", "s"}, {"p", "parent", "s"}, {"s", "shared", ""}, {"ss", "skipSelect", ""}},
+      createNode);
+  table.add("shadingNode",
+            {{"as", "asShader", ""},
+             {"at", "asTexture", ""},
+             {"al", "asLight", ""},
+             {"au", "asUtility", ""},
+             {"ar", "asRendering", ""},
+             {"app", "asPostProcess", ""},
+             {"icm", "isColorManaged", ""},
+             {"n", "name", "s"},
+             {"p", "parent", "s"},
+             {"s", "shared", ""},
+             {"ss", "skipSelect", ""}},
+            shadingNode);
+  table.add("hyperShade", {{"cn", "createNode", "s"}, {"a", "assign", "s"}, {"o", "objects", "s"}},
+            hyperShade);
+  table.add("rename", {{"uid", "uuid", ""}, {"is", "ignoreShape", ""}}, renameNode);
+  table.add("delete", {{"ch", "constructionHistory", ""}}, deleteNodes);
+  table.add("lockNode",
+            {{"l", "lock", "b"},
+             {"lu", "lockUnpublished", "b"},
+             {"ln", "lockName", "b"},
+             {"ic", "ignoreComponents", ""},
+             {"q", "query", ""}},
+            lockNode);
+  table.add("objExists", {}, objExists);
+  table.add("objectType", {{"isa", "isAType", "s"}}, typeOf);
+  table.add("nodeType", {{"i", "inherited", ""}, {"api", "apiType", ""}, {"d", "derived", ""}},
+            typeOf);
+}
+
+}  // namespace host::mel

@@ -1,0 +1,326 @@
+#include "host/commands/Builtin.h"
+
+#include <algorithm>
+
+#include "host/commands/Lookup.h"
+#include "host/mel/Command.h"
+#include "host/scene/Dag.h"
+#include "host/scene/Node.h"
+#include "host/scene/Scene.h"
+#include "host/scene/Sets.h"
+#include "host/text/Numbers.h"
+
+namespace host::mel {
+namespace {
+
+using Items = std::vector<SelectionItem>;
+
+void addPathsBelow(const DagPath& path, bool shapes, Items& items) {
+  // No recursion: a scene may be as deep as the scene allows.
+  std::vector<DagPath> waiting{path};
+  while (!waiting.empty()) {
+    const DagPath next = waiting.back();
+    waiting.pop_back();
+    if (!shapes || next.node()->isShape()) {
+      items.push_back(SelectionItem::of(next));
+    }
+    const auto& children = next.node()->children();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+      waiting.push_back(next.extendedBy(*child));
+    }
+  }
+}
+
+// --- select
+
+// Without -noExpand a set stands for its members.
+Items expandSets(const Items& items) {
+  Items expanded;
+  for (const SelectionItem& item : items) {
+    if (item.node->isSet()) {
+      const Items members = flattenedMembersOf(item.node);
+      expanded.insert(expanded.end(), members.begin(), members.end());
+    } else {
+      expanded.push_back(item);
+    }
+  }
+  return expanded;
+}
+
+Items withHierarchy(const Items& items) {
+  Items all;
+  for (const SelectionItem& item : items) {
+    if (item.path.isEmpty()) {
+      all.push_back(item);
+    } else {
+      addPathsBelow(item.path, false, all);
+    }
+  }
+  return all;
+}
+
+Items allSelectable() {
+  Items items;
+  for (const NodePtr& node : Scene::current().world()->children()) {
+    if (!node->isDefault) {
+      items.push_back(SelectionItem::of(node));
+    }
+  }
+  return items;
+}
+
+void applySelection(const Arguments& arguments, const Items& items) {
+  Selection& selection = Scene::current().selection;
+  const bool keeps =
+      arguments.has("add") || arguments.has("d") || arguments.has("tgl") || arguments.has("af");
+  if (!keeps) {
+    selection.clear();
+  }
+  for (const SelectionItem& item : items) {
+    const bool removes = arguments.has("d") || (arguments.has("tgl") && selection.contains(item));
+    if (removes) {
+      selection.remove(item);
+    } else {
+      selection.addIfMissing(item);
+    }
+  }
+}
+
+CommandResult selectInSceneFile(const Arguments& arguments, CommandContext& context) {
+  context.currentNode = nullptr;
+  if (arguments.objects().empty()) {
+    return CommandResult::success();
+  }
+  std::string error;
+  context.currentNode = findNode(arguments.objects().front(), context, error);
+  return context.currentNode != nullptr ? CommandResult::success()
+                                        : CommandResult::failure("select: " + error);
+}
+
+CommandResult select(const Arguments& arguments, CommandContext& context) {
+  if (context.inSceneFile) {
+    return selectInSceneFile(arguments, context);
+  }
+  if (arguments.has("cl")) {
+    Scene::current().selection.clear();
+    return CommandResult::success();
+  }
+  Items items;
+  std::string error;
+  if (arguments.has("all")) {
+    items = allSelectable();
+  } else if (!findItems(arguments.objects(), context, items, error)) {
+    return CommandResult::failure("select: " + error);
+  }
+  if (!arguments.has("ne")) {
+    items = expandSets(items);
+  }
+  if (arguments.has("hi")) {
+    items = withHierarchy(items);
+  }
+  applySelection(arguments, items);
+  return CommandResult::success();
+}
+
+// --- ls
+
+bool isMaterial(const Node& node) {
+  return node.type().isA("lambert") || node.type().isA("surfaceShader");
+}
+bool isTexture(const Node& node) {
+  return node.type().isA("texture2d") || node.type().isA("layeredTexture");
+}
+
+bool admits(const Arguments& arguments, const Node& node) {
+  const std::vector<std::string> types = arguments.texts("typ");
+  const bool typed =
+      types.empty() || std::any_of(types.begin(), types.end(),
+                                   [&](const std::string& type) { return node.type().isA(type); });
+  const std::vector<std::string> exact = arguments.texts("et");
+  const bool exactly =
+      exact.empty() || std::find(exact.begin(), exact.end(), node.type().name()) != exact.end();
+  const auto only = [&](std::string_view flag, bool holds) {
+    return !arguments.has(flag) || holds;
+  };
+  return typed && exactly && only("s", node.isShape()) && only("tr", node.isTransform()) &&
+         only("g", node.isShape() && node.type().isA("geometryShape")) &&
+         only("mat", isMaterial(node)) && only("tex", isTexture(node)) &&
+         only("set", node.isSet()) && only("ca", node.type().isA("camera")) &&
+         only("ro", node.isReferenced) && only("ni", !node.isIntermediate());
+}
+
+Items everything(const Arguments& arguments) {
+  Items items;
+  for (const auto& [serial, node] : Scene::current().nodes()) {
+    if (node->isDag() && (arguments.has("ap") || arguments.has("dag"))) {
+      for (const DagPath& path : allPaths(node)) {
+        items.push_back(SelectionItem::of(path));
+      }
+    } else {
+      items.push_back(SelectionItem::of(node));
+    }
+  }
+  return items;
+}
+
+std::vector<std::string> shownNames(const Arguments& arguments, const SelectionItem& item) {
+  if (arguments.has("uid")) {
+    return {item.node->uuid};
+  }
+  if (arguments.has("l") && !item.path.isEmpty()) {
+    std::vector<std::string> names{item.path.fullName()};
+    if (item.component != nullptr && !arguments.has("o")) {
+      names = item.component->toTexts();
+      for (std::string& name : names) {
+        name = item.path.fullName() + "." + name;
+      }
+    }
+    return names;
+  }
+  return item.component != nullptr && !arguments.has("o")
+             ? item.names()
+             : std::vector<std::string>{shownName(item)};
+}
+
+void addAllPaths(const Items& found, Items& items) {
+  for (const SelectionItem& item : found) {
+    if (item.path.isEmpty()) {
+      items.push_back(item);
+    }
+    for (const DagPath& path : allPaths(item.node)) {
+      items.push_back(SelectionItem::of(path, item.component));
+    }
+  }
+}
+
+CommandResult ls(const Arguments& arguments, CommandContext& context) {
+  Items items;
+  if (arguments.has("sl")) {
+    items = Scene::current().selection.items();
+  } else if (arguments.objects().empty()) {
+    items = everything(arguments);
+  }
+  for (const std::string& name : arguments.objects()) {
+    const Items found = Scene::current().match(qualifiedName(name, context));
+    if (arguments.has("ap") && name.find('|') == std::string::npos) {
+      addAllPaths(found, items);
+    } else {
+      items.insert(items.end(), found.begin(), found.end());
+    }
+  }
+  if (arguments.has("dag")) {
+    Items below;
+    for (const SelectionItem& item : items) {
+      if (!item.path.isEmpty()) {
+        arguments.objects().empty() && !arguments.has("sl")
+            ? below.push_back(item)
+            : addPathsBelow(item.path, false, below);
+      }
+    }
+    items = std::move(below);
+  }
+  Value::Strings names;
+  for (const SelectionItem& item : items) {
+    const bool assembly = !arguments.has("as") || item.path.nodes().size() == 1;
+    if (assembly && admits(arguments, *item.node)) {
+      const std::vector<std::string> shown = shownNames(arguments, item);
+      names.insert(names.end(), shown.begin(), shown.end());
+    }
+  }
+  if (arguments.has("hd")) {
+    const auto count = static_cast<std::size_t>(std::max(0, toInteger(arguments.number("hd"))));
+    names.resize(std::min(names.size(), count));
+  }
+  return CommandResult::success(std::move(names));
+}
+
+// --- listRelatives
+
+Items childrenOf(const DagPath& path, const Arguments& arguments) {
+  Items items;
+  if (arguments.has("ad")) {
+    addPathsBelow(path, false, items);
+    items.erase(items.begin());
+    std::reverse(items.begin(), items.end());
+    return items;
+  }
+  for (const NodePtr& child : path.node()->children()) {
+    items.push_back(SelectionItem::of(path.extendedBy(child)));
+  }
+  return items;
+}
+
+Items parentsOf(const DagPath& path, const Arguments& arguments) {
+  Items items;
+  for (const DagPath& each :
+       arguments.has("ap") ? allPaths(path.node()) : std::vector<DagPath>{path}) {
+    if (each.nodes().size() > 1) {
+      items.push_back(SelectionItem::of(each.parent()));
+    }
+  }
+  return items;
+}
+
+CommandResult listRelatives(const Arguments& arguments, CommandContext& context) {
+  Items items;
+  std::string error;
+  if (!findItems(arguments.objects(), context, items, error)) {
+    return CommandResult::failure("listRelatives: " + error);
+  }
+  Value::Strings names;
+  for (const SelectionItem& item : items) {
+    if (item.path.isEmpty()) {
+      continue;
+    }
+    const Items relatives = arguments.has("p") || arguments.has("ap")
+                                ? parentsOf(item.path, arguments)
+                                : childrenOf(item.path, arguments);
+    for (const SelectionItem& relative : relatives) {
+      if (admits(arguments, *relative.node)) {
+        names.push_back(arguments.has("f") ? relative.path.fullName() : shownName(relative));
+      }
+    }
+  }
+  return CommandResult::success(std::move(names));
+}
+
+}  // namespace
+
+void addSelectionCommands(CommandTable& table) {
+  table.add("select",
+            {{"r", "replace", ""},
+             {"add", "add", ""},
+             {"d", "deselect", ""},
+             {"tgl", "toggle", ""},
+             {"cl", "clear", ""},
+             {"all", "all", ""},
+             {"hi", "hierarchy", ""},
+             {"ne", "noExpand", ""},
+             {"af", "addFirst", ""}},
+            select);
+  table.add("ls", {{"sl", "selection", ""},       {"l", "long", ""},
+                   {"typ", "type", "s"},          {"et", "exactType", "s"},
+                   {"dag", "dagObjects", ""},     {"s", "shapes", ""},
+                   {"tr", "transforms", ""},      {"g", "geometry", ""},
+                   {"mat", "materials", ""},      {"tex", "textures", ""},
+                   {"set", "sets", ""},           {"ca", "cameras", ""},
+                   {"ap", "allPaths", ""},        {"as", "assemblies", ""},
+                   {"o", "objectsOnly", ""},      {"ro", "readOnly", ""},
+                   {"ni", "noIntermediate", ""},  {"hd", "head", "i"},
+                   {"uid", "uuid", ""},           {"sn", "shortNames", ""},
+                   {"os", "orderedSelection", ""}},
+            ls);
+  table.add("listRelatives",
+            {{"c", "children", ""},
+             {"p", "parent", ""},
+             {"ap", "allParents", ""},
+             {"ad", "allDescendents", ""},
+             {"s", "shapes", ""},
+             {"f", "fullPath", ""},
+             {"pa", "path", ""},
+             {"typ", "type", "s"},
+             {"ni", "noIntermediate", ""}},
+            listRelatives);
+}
+
+}  // namespace host::mel

@@ -1,0 +1,34 @@
+#ifndef MORVANE_HOST_MESH_MESHDERIVED_H_
+#define MORVANE_HOST_MESH_MESHDERIVED_H_
+
+#include <maya/MMatrix.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/mesh/MeshData.h"
+#include "host/mesh/MeshIndex.h"
+
+namespace host {
+
+// What a mesh computed from its stored data; each part exists once somebody asked for it.
+struct MeshData::Derived {
+  struct Index {
+    MMatrix matrix;
+    std::unique_ptr<SurfaceIndex> index;
+  };
+
+  std::string problem;
+  std::vector<int> cornerVertices;
+  std::optional<std::vector<Vec3>> tweakedPoints;
+  std::optional<MeshNormals> normals;
+  std::optional<MeshTriangles> triangles;
+  std::optional<MeshBox> box;
+  std::vector<Index> indices;  // the most recently made last
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_MESH_MESHDERIVED_H_

@@ -1,0 +1,63 @@
+#ifndef MORVANE_HOST_MESH_MESHPRIMITIVESHAPE_H_
+#define MORVANE_HOST_MESH_MESHPRIMITIVESHAPE_H_
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/mesh/MeshBuild.h"
+#include "host/mesh/MeshPrimitives.h"
+
+// Between the files that make primitives; others include MeshPrimitives.h.
+namespace host {
+
+struct PrimitiveShape {
+  MeshPolygons polygons;
+  std::vector<MeshUv> uvs;
+  std::vector<int> uvIds;
+  std::function<bool(int, int)> isHard;
+
+  int addPoint(double x, double y, double z) {
+    polygons.points.push_back({x, y, z});
+    return static_cast<int>(polygons.points.size()) - 1;
+  }
+  int addUv(double u, double v) {
+    uvs.push_back({static_cast<float>(u), static_cast<float>(v)});
+    return static_cast<int>(uvs.size()) - 1;
+  }
+  // A point and a UV for each corner.
+  void addFace(std::initializer_list<std::pair<int, int>> corners) {
+    polygons.counts.push_back(static_cast<int>(corners.size()));
+    for (const auto& [point, uv] : corners) {
+      polygons.connects.push_back(point);
+      uvIds.push_back(uv);
+    }
+  }
+};
+
+// Reads a node's parameters.
+class PrimitiveParameters {
+ public:
+  explicit PrimitiveParameters(const PrimitiveParameter& get) : get_(get) {}
+
+  // The default also stands for what is no finite number.
+  double size(const char* shortName, const char* longName, double otherwise) const;
+  int subdivisions(const char* shortName, const char* longName, int otherwise, int least) const;
+
+ private:
+  const PrimitiveParameter& get_;
+};
+
+// What is wrong when a primitive would have this many points, or nothing.
+std::string checkPointCount(double points);
+
+// All with Y as the axis. `createUvs` is the node's attribute: 1 no normalisation, 3 fill the unit
+// square, else fit it in proportion.
+std::string makeCube(const PrimitiveParameters& get, int createUvs, PrimitiveShape& shape);
+std::string makeSphere(const PrimitiveParameters& get, PrimitiveShape& shape);
+std::string makeCylinder(const PrimitiveParameters& get, PrimitiveShape& shape);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_MESH_MESHPRIMITIVESHAPE_H_

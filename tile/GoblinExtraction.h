@@ -1,0 +1,45 @@
+#ifndef MORVANE_TILE_GOBLINEXTRACTION_H_
+#define MORVANE_TILE_GOBLINEXTRACTION_H_
+
+#include <maya/MDagPath.h>
+#include <maya/MFnMesh.h>
+#include <maya/MItDag.h>
+#include <maya/MObject.h>
+
+#include "geometry/TileMesh.h"
+#include "util/Matrix44.h"
+
+// What both exporters do with a tile and the goblins below it.
+namespace morvane {
+
+// Visits every mesh below a tile, depth first: the tile's own mesh, then the goblins.
+class MeshWalk {
+ public:
+  explicit MeshWalk(MDagPath tile);
+
+  bool isDone() const { return walk_.isDone(); }
+  MObject mesh() const;
+  void next();
+
+ private:
+  void skipToMesh();
+
+  MItDag walk_;
+};
+
+// Computes the matrix that takes the tile's object space to tile space, from the points of the mesh
+// directly below the tile or, when that is not one, of `firstMesh`. False when the mesh has no
+// extent in x or z.
+bool getTileMatrix(MDagPath tile, MObject firstMesh, Matrix44& matrix);
+bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix);
+
+// Reads a goblin's mesh, triangulates and welds it. False when it has no triangle.
+bool extractGoblin(MObject goblin, WeldedMesh& welded);
+
+// The local matrix of the goblin's one parent; the identity when it has several parents or none.
+// False, with the identity, when that parent is no transform; `parent` is then set.
+bool getGoblinMatrix(MObject goblin, Matrix44& matrix, MObject& parent);
+
+}  // namespace morvane
+
+#endif  // MORVANE_TILE_GOBLINEXTRACTION_H_

@@ -1,0 +1,102 @@
+#include "tools/batch/ExportRecords.h"
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "tools/batch/SharedTextures.h"
+#include "tools/model/TileFile.h"
+#include "tools/terminal/Platform.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json emptyRecord(const std::string& scene) {
+  return {{"scene", toUtf8(scene)}, {"tile", nullptr},     {"texture", nullptr},
+          {"goblins", nullptr},     {"vertices", nullptr}, {"warnings", Json::array()},
+          {"error", nullptr},       {"status", kDone},     {"milliseconds", 0}};
+}
+
+// Each text of a file once, with its first line.
+Json warningsOf(const host::SceneProblems& problems) {
+  Json warnings = Json::array();
+  std::map<std::pair<std::string, std::string>, std::size_t> known;
+  for (const host::SceneProblem& problem : problems.list) {
+    const auto [place, isNew] = known.try_emplace({problem.file, problem.text}, warnings.size());
+    if (!isNew) {
+      Json& count = warnings[place->second]["count"];
+      count = count.get<std::size_t>() + 1;
+      continue;
+    }
+    warnings.push_back(
+        {{"text", toUtf8(problem.text)},
+         {"count", 1},
+         {"kind", problem.kind == host::SceneProblem::Kind::kDamage ? "damage" : "notice"},
+         {"file", problem.file.empty() ? Json() : Json(toUtf8(problem.file))},
+         {"line", problem.line == 0 ? Json() : Json(problem.line)}});
+  }
+  return warnings;
+}
+
+void addCounts(const std::string& file, Json& record) {
+  const auto document = loadDocument(file, file);
+  if (!document) return;
+  const Goblins goblins = readGoblins(*document);
+  record["goblins"] = goblins.goblins.size();
+  record["vertices"] = goblins.pool.size();
+}
+
+}  // namespace
+
+ExportRecords::ExportRecords() {
+  std::fflush(stdout);
+  original_ = duplicate(kStandardOutput);
+  ok_ = original_ >= 0 && redirect(kStandardOutput, kStandardError);
+}
+
+ExportRecords::~ExportRecords() {
+  if (original_ < 0) return;
+  std::fflush(stdout);
+  redirect(kStandardOutput, original_);
+  closeFile(original_);
+}
+
+void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
+                          const std::string& texture) {
+  Json record = emptyRecord(scene);
+  if (!tile.path.empty()) record["tile"] = toUtf8(tile.path);
+  const std::string file = texture.empty() ? "" : writtenFile(texture);
+  for (const auto& [text, count] : tile.warnings) {
+    record["warnings"].push_back({{"text", toUtf8(text)}, {"count", count}});
+  }
+  record["milliseconds"] = std::round(tile.milliseconds * 1000) / 1000;
+  if (!tile.error.empty()) {
+    record["error"] = toUtf8(tile.error);
+    record["status"] = kFailed;
+  } else if (!file.empty()) {
+    record["texture"] = toUtf8(file);
+    addCounts(file, record);
+  }
+  writeLine(record.dump());
+}
+
+void ExportRecords::writeScene(const std::string& scene, const host::SceneProblems& problems,
+                               const std::string& error, ExitStatus status) {
+  Json record = emptyRecord(scene);
+  record["warnings"] = warningsOf(problems);
+  if (!error.empty()) record["error"] = toUtf8(error);
+  record["status"] = status;
+  writeLine(record.dump());
+}
+
+void ExportRecords::writeLine(const std::string& line) {
+  const std::string text = line + '\n';
+  if (!ok_ || !writeAll(original_, text.data(), text.size())) ok_ = false;
+}
+
+}  // namespace tools

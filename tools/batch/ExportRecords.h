@@ -1,0 +1,43 @@
+#ifndef MORVANE_TOOLS_BATCH_EXPORTRECORDS_H_
+#define MORVANE_TOOLS_BATCH_EXPORTRECORDS_H_
+
+#include <string>
+
+#include "tools/batch/ExportReport.h"
+#include "tools/terminal/ExitStatus.h"
+
+namespace tools {
+
+// One line of JSON for each tile on standard output, which it keeps for these lines alone: while
+// it lives, everything else that the process writes there goes to standard error.
+class ExportRecords {
+ public:
+  ExportRecords();
+  ~ExportRecords();
+  ExportRecords(const ExportRecords&) = delete;
+  ExportRecords& operator=(const ExportRecords&) = delete;
+
+  // {"scene", "tile", "texture", "goblins", "vertices", "warnings": [{"text", "count"}], "error",
+  // "status", "milliseconds"}. `texture` is the scene's name of it, and the record's the file that
+  // holds the goblins now; what is not known is null.
+  // The working folder must be the scene's.
+  void write(const std::string& scene, const TileOutcome& tile, const std::string& texture);
+  // Of the scene as a whole: `tile` is null, a warning has also "kind" ("notice" or "damage"),
+  // "file" and "line", and `error`, where it is not empty, says why the scene was not exported or
+  // not wholly, `status` how it ended.
+  void writeScene(const std::string& scene, const host::SceneProblems& problems,
+                  const std::string& error, ExitStatus status);
+
+  // False when a line could not be written.
+  bool ok() const { return ok_; }
+
+ private:
+  void writeLine(const std::string& line);
+
+  int original_ = -1;
+  bool ok_ = true;
+};
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_BATCH_EXPORTRECORDS_H_

@@ -1,0 +1,80 @@
+#ifndef MORVANE_TOOLS_BATCH_EXPORTREPORT_H_
+#define MORVANE_TOOLS_BATCH_EXPORTREPORT_H_
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/Host.h"
+
+namespace tools {
+
+// What became of one tile.
+struct TileOutcome {
+  std::string path;   // the mere name for a node that is no DAG object
+  std::string error;  // the first that the plug-in logged; empty: exported
+  std::vector<std::pair<std::string, std::size_t>> warnings;  // each text once, and how often
+  double milliseconds = 0;
+};
+
+// Follows an export by what the plug-in logs, the only place where it tells of a tile's failure.
+class ExportReport {
+ public:
+  // `textures` says which texture belongs to which tile. `began` (may be empty) is called at the
+  // beginning of each tile.
+  ExportReport(std::vector<host::TileCandidate> textures,
+               std::function<void(const TileOutcome&)> began)
+      : textures_(std::move(textures)), began_(std::move(began)) {}
+
+  // One line of the plug-in's output. Some of its messages end without a line feed, so that a line
+  // can hold several.
+  void hear(std::string_view line);
+
+  // A line that the host is writing to standard error, where the plug-in says what its output
+  // leaves out. May be called while another thread calls `hear`.
+  void hearHost(std::string_view line);
+
+  bool isExported(const std::string& tile) const;
+
+  // The tile's goblins are not in its file any more, for the reason in `error`.
+  void lose(const std::string& tile, const std::string& error);
+
+  // Names every failed tile, why, and what to do, on standard error. False when there are any.
+  // Nothing is heard afterwards.
+  bool conclude();
+
+  const std::vector<TileOutcome>& tiles() const { return tiles_; }
+  std::size_t failures() const;
+  // As the scene names it; empty when that is not known.
+  std::string textureOf(const std::string& tile) const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void hearMessage(std::string_view message);
+  void hearError(std::string_view message);
+  void hearWarning(std::string_view message);
+  void beginTile(std::string_view name);
+  std::string nextNameless();
+  void endTile();
+  const host::TileCandidate* candidate(const std::string& tile) const;
+  std::string reasonOf(const TileOutcome& tile) const;
+  std::string advice(const TileOutcome& tile, const std::string& reason) const;
+  std::string textureAdvice(const std::string& tile) const;
+
+  std::vector<host::TileCandidate> textures_;
+  std::function<void(const TileOutcome&)> began_;
+  std::vector<TileOutcome> tiles_;
+  std::vector<std::string> reasons_;
+  std::size_t nextTexture_ = 0;  // where the next node that is no DAG object is looked for
+  bool open_ = false;            // the last tile is being exported
+  Clock::time_point begin_{};
+};
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_BATCH_EXPORTREPORT_H_

@@ -1,0 +1,232 @@
+#include "tools/batch/ExportScenes.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <optional>
+#include <set>
+
+#include "host/Host.h"
+#include "tools/batch/ExportRecords.h"
+#include "tools/batch/ExportReport.h"
+#include "tools/batch/OutputWatch.h"
+#include "tools/batch/SharedTextures.h"
+#include "tools/scene/SceneDamage.h"
+#include "tools/scene/TileSelection.h"
+#include "tools/terminal/Platform.h"
+#include "tools/terminal/ProgressBar.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+class Batch {
+ public:
+  explicit Batch(const ExportJob& job) : job_(job), bar_(standardErrorIsTerminal()) {
+    if (job.json) records_.emplace();
+    for (const std::string& scene : job.scenes) paths_.push_back(absoluteName(scene));
+    host::beforeMessages([this](std::string_view line) {
+      bar_.hide();
+      if (report_) report_->hearHost(line);
+    });
+  }
+  ~Batch() { host::beforeMessages({}); }
+  Batch(const Batch&) = delete;
+  Batch& operator=(const Batch&) = delete;
+
+  ExitStatus run() {
+    std::string error;
+    ExitStatus worst = startSession("", job_.maps, &error);
+    if (worst != kDone) return failAll(error, worst);
+    for (; scene_ < paths_.size(); ++scene_) worst = std::max(worst, exportScene());
+    tellUnusedMaps();
+    if (paths_.size() > 1) summarise();
+    if (!records_ || records_->ok()) return worst;
+    complain(
+        "standard output could not be written: records of tiles are missing; is the disk full?");
+    return std::max(worst, kFailed);
+  }
+
+ private:
+  const std::string& name() const { return job_.scenes[scene_]; }
+
+  ExitStatus exportScene() {
+    bar_.show(doneSoFar(0, 1), "opening " + printable(name()));
+    std::string error;
+    const bool opened = host::openScene(paths_[scene_], &error);
+    bar_.hide();
+    const host::SceneProblems problems = host::takeSceneProblems();
+    if (!opened) return failScene(problems, error, kNotLoaded);
+    if (!selectTiles(name(), job_.nodes, problems, error)) {
+      return failScene(problems, error, kFailed);
+    }
+    if (records_ && !problems.list.empty()) {
+      records_->writeScene(name(), problems, damageOf(problems),
+                           problems.damages == 0 ? kDone : kFailed);
+    }
+    const ExitStatus exported = exportSelected(problems.damages != 0);
+    return std::max(exported, tellDamage(name(), problems));
+  }
+
+  ExitStatus exportSelected(bool isDamaged) {
+    const auto tiles = host::selectedCandidates();
+    ExportReport report(tiles,
+                        [this, begun = std::size_t{0}, total = tiles.size()](
+                            const TileOutcome& tile) mutable { showTile(tile, begun++, total); });
+    report_ = &report;
+    OutputWatch watch([&report](std::string_view line) { report.hear(line); },
+                      [this](const std::function<void()>& write) { bar_.makeRoom(write); });
+    const bool executed = exportRounds(tiles);
+    const bool heard = watch.finish();
+    report_ = nullptr;
+    bar_.hide();
+    if (!heard) {
+      complain(
+          "standard output could not be written, so nobody can tell whether every tile was "
+          "exported; is the disk full?");
+    }
+    const bool nothingLost = settle(report);
+    const bool allExported = report.conclude();
+    keep(report, isDamaged);
+    return executed && heard && allExported && nothingLost ? kDone : kFailed;
+  }
+
+  // All that is selected; tiles with one texture not in one go, so that what each writes is seen.
+  bool exportRounds(const std::vector<host::TileCandidate>& tiles) {
+    bool ok = true;
+    const auto rounds = SharedTextures::rounds(tiles);
+    for (std::size_t i = 0; i < rounds.size(); ++i) {
+      if (rounds.size() > 1) ok = selectRound(tiles, rounds, i) && ok;
+      textures_.beginRound(tiles, rounds[i]);
+      ok = host::execute("exportTile", "exportTile") && ok;
+      textures_.endRound();
+    }
+    return ok;
+  }
+
+  // The first round is what is left of the selection without the others.
+  static bool selectRound(const std::vector<host::TileCandidate>& tiles,
+                          const std::vector<std::vector<std::size_t>>& rounds, std::size_t round) {
+    std::string script = round == 0 ? "" : "select -clear; ";
+    for (std::size_t i = round == 0 ? 1 : round; i < rounds.size(); ++i) {
+      for (const std::size_t tile : rounds[i]) {
+        script += (round == 0 ? "select -deselect " : "select -add ") +
+                  melString(tiles[tile].path) + "; ";
+      }
+      if (round != 0) break;
+    }
+    return host::execute(script, "selection");
+  }
+
+  // Tiles whose goblins are gone have failed after all. False when they are another scene's.
+  bool settle(ExportReport& report) {
+    bool ok = true;
+    const auto isExported = [&](const std::string& tile) { return report.isExported(tile); };
+    for (const SharedTextures::Loss& loss : textures_.settle(name(), isExported)) {
+      for (const SharedTextures::Tile& tile : loss.lost) {
+        const bool isHere = tile.scene == name();
+        const std::string error = "its goblins were replaced by those of " + loss.winner.path +
+                                  (isHere ? "" : " of " + name()) + ", which writes " + loss.file +
+                                  ", too";
+        if (isHere) {
+          report.lose(tile.path, error);
+        } else {
+          loseEarlier(tile, error);
+          ok = false;
+        }
+      }
+    }
+    return ok;
+  }
+
+  void loseEarlier(const SharedTextures::Tile& tile, const std::string& error) {
+    failedScenes_.insert(tile.scene);
+    --exportedTiles_;
+    ++failedTiles_;
+    complain(printable(tile.scene) + ": " + printable(tile.path) + ": " + printable(error) +
+             "; give each tile a texture of its own, and export again");
+    if (records_) records_->write(tile.scene, {tile.path, error, {}, 0}, "");
+  }
+
+  double doneSoFar(std::size_t tile, std::size_t tiles) const {
+    const double inScene =
+        static_cast<double>(tile) / static_cast<double>(std::max<std::size_t>(tiles, 1));
+    return (static_cast<double>(scene_) + inScene) / static_cast<double>(paths_.size());
+  }
+
+  void showTile(const TileOutcome& tile, std::size_t number, std::size_t tiles) {
+    std::string what =
+        std::to_string(number + 1) + "/" + std::to_string(tiles) + " " + printable(tile.path);
+    if (paths_.size() > 1) {
+      what = "scene " + std::to_string(scene_ + 1) + "/" + std::to_string(paths_.size()) +
+             " tile " + what;
+    }
+    bar_.show(doneSoFar(number, tiles), what);
+  }
+
+  ExitStatus failAll(const std::string& error, ExitStatus status) {
+    for (const std::string& scene : job_.scenes) {
+      if (records_) records_->writeScene(scene, {}, error, status);
+    }
+    return status;
+  }
+
+  ExitStatus failScene(const host::SceneProblems& problems, const std::string& error,
+                       ExitStatus status) {
+    failedScenes_.insert(name());
+    if (records_) records_->writeScene(name(), problems, error, status);
+    tell("not exported");
+    return status;
+  }
+
+  void keep(const ExportReport& report, bool isDamaged) {
+    const std::size_t failed = report.failures();
+    if (failed != 0 || isDamaged) failedScenes_.insert(name());
+    failedTiles_ += failed;
+    exportedTiles_ += report.tiles().size() - failed;
+    if (records_) {
+      for (const TileOutcome& tile : report.tiles()) {
+        records_->write(name(), tile, report.textureOf(tile.path));
+      }
+    }
+    tell(counted(report.tiles().size() - failed, "tile") + " exported" +
+         (failed == 0 ? "" : ", " + std::to_string(failed) + " failed") +
+         (isDamaged ? "; the scene is damaged" : ""));
+  }
+
+  // Where no bar shows how far it is, a line for each of several scenes does.
+  void tell(const std::string& outcome) const {
+    if (paths_.size() == 1 || standardErrorIsTerminal()) return;
+    complain(std::to_string(scene_ + 1) + "/" + std::to_string(paths_.size()) + " " +
+             printable(name()) + ": " + outcome);
+  }
+
+  void summarise() const {
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start_;
+    char seconds[32];
+    std::snprintf(seconds, sizeof seconds, "%.1f s", time.count());
+    complain(counted(paths_.size(), "scene") + ", " + std::to_string(failedScenes_.size()) +
+             " with failures; " + counted(exportedTiles_, "tile") + " exported, " +
+             std::to_string(failedTiles_) + " failed; " + seconds);
+  }
+
+  const ExportJob& job_;
+  std::vector<std::string> paths_;  // absolute, before a scene moves the working folder
+  std::optional<ExportRecords> records_;
+  SharedTextures textures_;
+  ProgressBar bar_;
+  ExportReport* report_ = nullptr;  // of the export that is going on
+  std::size_t scene_ = 0;
+  std::set<std::string> failedScenes_;
+  std::size_t exportedTiles_ = 0;
+  std::size_t failedTiles_ = 0;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace
+
+ExitStatus exportScenes(const ExportJob& job) {
+  return Batch(job).run();
+}
+
+}  // namespace tools

@@ -1,0 +1,45 @@
+#ifndef MORVANE_TOOLS_BATCH_OUTPUTWATCH_H_
+#define MORVANE_TOOLS_BATCH_OUTPUTWATCH_H_
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <thread>
+
+namespace tools {
+
+// Listens to the process's own standard output. While a watch lives, whatever is written there, by
+// a loaded library too, goes on unchanged to where it would have gone, and every line of it is
+// given to a listener. There can be one watch at a time.
+class OutputWatch {
+ public:
+  // Calls what it is given, which writes to where the output goes.
+  using Around = std::function<void(const std::function<void()>& write)>;
+
+  // `listener` is called on another thread, after the line (its end cut off) has gone on; `around`,
+  // when there is one, on the same thread for each piece of output.
+  explicit OutputWatch(std::function<void(std::string_view)> listener, Around around = {});
+  ~OutputWatch();
+  OutputWatch(const OutputWatch&) = delete;
+  OutputWatch& operator=(const OutputWatch&) = delete;
+
+  // Ends the watch. Afterwards the listener has heard everything. False when the output could not
+  // be watched or did not all arrive.
+  bool finish();
+
+ private:
+  void passOn();
+  void hear(std::string_view bytes);
+
+  std::function<void(std::string_view)> listener_;
+  Around around_;
+  std::string line_;
+  std::thread thread_;
+  int original_ = -1;
+  int readEnd_ = -1;
+  bool ok_ = true;
+};
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_BATCH_OUTPUTWATCH_H_

@@ -1,0 +1,93 @@
+#include "tools/batch/SharedTextures.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include "geometry/GoblinGeometry.h"
+#include "psd/PsdDocument.h"
+#include "tools/scene/Session.h"
+
+namespace tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+// One name for each file, whatever links lead to it.
+std::string identityOf(const std::string& texture) {
+  const std::string file = writtenFile(texture);
+  std::error_code failed;
+  const fs::path real = fs::weakly_canonical(file, failed);
+  return failed ? file : real.string();
+}
+
+std::size_t digestOfGoblins(const std::string& file) {
+  morvane::PsdDocument document(1, 1);
+  if (!document.load(file.c_str())) return 0;
+  std::uint32_t size = 0;
+  const auto bytes = document.readDataLayer(morvane::kGoblinLayerName, size);
+  if (!bytes) return 0;
+  return std::hash<std::string_view>()({reinterpret_cast<const char*>(bytes.get()), size});
+}
+
+}  // namespace
+
+std::string writtenFile(const std::string& texture) {
+  fs::path file = absoluteName(texture);
+  std::string extension = file.extension().string();
+  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  if (extension != ".psd") file.replace_extension(".psd");
+  return file.string();
+}
+
+std::vector<std::vector<std::size_t>> SharedTextures::rounds(
+    const std::vector<host::TileCandidate>& tiles) {
+  std::vector<std::vector<std::size_t>> rounds(1);
+  std::map<std::string, std::size_t> uses;
+  for (std::size_t i = 0; i < tiles.size(); ++i) {
+    const std::size_t round = tiles[i].texture.empty() ? 0 : uses[identityOf(tiles[i].texture)]++;
+    if (round == rounds.size()) rounds.emplace_back();
+    rounds[round].push_back(i);
+  }
+  return rounds;
+}
+
+void SharedTextures::beginRound(const std::vector<host::TileCandidate>& tiles,
+                                const std::vector<std::size_t>& round) {
+  roundStart_ = writes_.size();
+  for (const std::size_t i : round) {
+    if (tiles[i].texture.empty()) continue;
+    Write write{tiles[i].path, identityOf(tiles[i].texture), std::nullopt};
+    const bool isWritten =
+        owners_.count(write.file) != 0 ||
+        std::any_of(writes_.begin(), writes_.begin() + static_cast<std::ptrdiff_t>(roundStart_),
+                    [&](const Write& earlier) { return earlier.file == write.file; });
+    if (isWritten) write.before = digestOfGoblins(write.file);
+    writes_.push_back(std::move(write));
+  }
+}
+
+void SharedTextures::endRound() {
+  for (std::size_t i = roundStart_; i < writes_.size(); ++i) {
+    Write& write = writes_[i];
+    write.changed = write.before && *write.before != digestOfGoblins(write.file);
+  }
+}
+
+std::vector<SharedTextures::Loss> SharedTextures::settle(
+    const std::string& scene, const std::function<bool(const std::string&)>& isExported) {
+  std::vector<Loss> losses;
+  for (const Write& write : std::exchange(writes_, {})) {
+    if (!isExported(write.path)) continue;
+    std::vector<Tile>& owners = owners_[write.file];
+    const Tile tile{scene, write.path};
+    if (write.changed && !owners.empty()) {
+      losses.push_back({std::exchange(owners, {}), tile, write.file});
+    }
+    owners.push_back(tile);
+  }
+  return losses;
+}
+
+}  // namespace tools

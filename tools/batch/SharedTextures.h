@@ -1,0 +1,63 @@
+#ifndef MORVANE_TOOLS_BATCH_SHAREDTEXTURES_H_
+#define MORVANE_TOOLS_BATCH_SHAREDTEXTURES_H_
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/Host.h"
+
+namespace tools {
+
+// The absolute name of the file that an export of a tile with this texture writes. The working
+// folder must be the scene's.
+std::string writtenFile(const std::string& texture);
+
+// A file has room for one tile's goblins, and the tile that is exported last leaves its own there.
+// Finds out whose others were lost in a run. Tiles with the same goblins lose nothing: levels
+// repeat tiles.
+class SharedTextures {
+ public:
+  struct Tile {
+    std::string scene;
+    std::string path;
+  };
+  struct Loss {
+    std::vector<Tile> lost;  // whose goblins the file held before
+    Tile winner;
+    std::string file;
+  };
+
+  // Indices of `tiles`, in rounds that write each file once at most. One round where none is
+  // shared.
+  static std::vector<std::vector<std::size_t>> rounds(
+      const std::vector<host::TileCandidate>& tiles);
+
+  // Around the export of a round. Files that the run has not written before are not looked at.
+  void beginRound(const std::vector<host::TileCandidate>& tiles,
+                  const std::vector<std::size_t>& round);
+  void endRound();
+
+  // After a scene's rounds. `isExported` tells of the path of a tile whether it succeeded.
+  std::vector<Loss> settle(const std::string& scene,
+                           const std::function<bool(const std::string&)>& isExported);
+
+ private:
+  struct Write {
+    std::string path;
+    std::string file;
+    std::optional<std::size_t> before;  // digest of the goblins, where they are someone's
+    bool changed = false;
+  };
+
+  std::map<std::string, std::vector<Tile>> owners_;  // of the goblins in each file
+  std::vector<Write> writes_;                        // of this scene, in order
+  std::size_t roundStart_ = 0;                       // in `writes_`
+};
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_BATCH_SHAREDTEXTURES_H_

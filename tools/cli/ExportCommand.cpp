@@ -1,0 +1,127 @@
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "host/Host.h"
+#include "tools/batch/ExportScenes.h"
+#include "tools/cli/Commands.h"
+#include "tools/scene/SceneDamage.h"
+#include "tools/scene/SceneOpener.h"
+#include "tools/scene/Session.h"
+#include "tools/scene/TileSelection.h"
+#include "tools/terminal/ExitStatus.h"
+#include "tools/terminal/OutputFile.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+constexpr const char* kFooter =
+    "A TGA texture stays as it is, and a PSD file of its name is written beside it.\n"
+    "A damaged scene is exported as far as it can be read, and the status is 1.\n"
+    "Examples:\n"
+    "  morvane export level.ma                    every tile, into its texture\n"
+    "  morvane export level.ma 'shore*' pond      only these tiles\n"
+    "  morvane export scenes/*.ma --json          many scenes; a record for each tile\n"
+    "  morvane export level.ma --map P:/art=/mnt/art\n"
+    "  morvane export level.ma pond --to pond.psd one tile into a file of its own";
+
+struct Options {
+  std::vector<std::string> words;  // scenes, then nodes
+  std::string to;
+  FolderMaps maps;
+  bool json = false;
+};
+
+// No node's name has a slash.
+bool isSceneName(const std::string& word) {
+  return isScene(word) || word.find('/') != std::string::npos;
+}
+
+// Tiles before scenes would be taken for scenes that are missing, and the scenes exported whole.
+bool isInOrder(const std::vector<std::string>& words) {
+  // Nor has it a dot: a file of another kind, or a folder, is told of as what it is.
+  if (!isSceneName(words[0]) && words[0].find('.') == std::string::npos) {
+    complain(printable(words[0]) +
+             " is no name of a scene: name scenes (*.ma) first, then tiles; nothing was exported");
+    return false;
+  }
+  const auto node = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
+  const auto scene = std::find_if(node, words.end(), isSceneName);
+  if (scene == words.end()) return true;
+  complain("the scene " + printable(*scene) + " comes after the tile " + printable(*node) +
+           ": name scenes first, then tiles; nothing was exported");
+  return false;
+}
+
+ExportJob jobOf(const Options& options) {
+  const auto& words = options.words;
+  const auto firstNode = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
+  return {{words.begin(), firstNode}, {firstNode, words.end()}, options.maps, options.json};
+}
+
+// Through the translator, into a file of its own.
+ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
+  if (job.scenes.size() != 1 || job.nodes.size() != 1 || job.json) {
+    complain(
+        "--to takes exactly one scene and one node, since the file holds one tile, and no --json");
+    return kUsage;
+  }
+  const std::string to = absoluteName(file);
+  if (wouldReplaceInput(to, job.scenes)) return kUsage;
+  const ExitStatus started = startSession(job.scenes[0], job.maps);
+  if (started != kDone) return started;
+  if (wouldReplaceTexture(to)) return kUsage;
+  const host::SceneProblems problems = host::takeSceneProblems();
+  std::string told;
+  if (!selectTiles(job.scenes[0], job.nodes, problems, told)) return kFailed;
+  const std::size_t selected = host::selectedCandidates().size();
+  if (selected != 1) {
+    complain(printable(job.nodes[0]) + " means " + counted(selected, "object") + ", and " +
+             printable(file) + " holds one tile; name exactly one");
+    return kFailed;
+  }
+  if (host::execute("file -force -exportSelected -type \"psd\" " + melString(to), "export")) {
+    tellUnusedMaps();
+    return tellDamage(job.scenes[0], problems);
+  }
+  complain(
+      "the export of " + printable(job.nodes[0]) + " to " + printable(file) +
+      " failed; what is printed above says why; it takes a tile with a mesh, and a folder that "
+      "can be written");
+  return kFailed;
+}
+
+}  // namespace
+
+void addExport(CLI::App& program, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      program.add_subcommand("export", "Write the goblins of tiles into the tiles' texture files");
+  command
+      ->add_option("SCENE", options->words,
+                   "Scenes (*.ma), then names or patterns of tiles in them\n"
+                   "(none: each with a file texture)")
+      ->type_name("")
+      ->required();
+  checkOutput(*command
+                   ->add_option("--to", options->to,
+                                "Write one tile, with its goblins' names, to a new file")
+                   ->type_name("FILE"),
+              {"a PSD file", {".psd"}});
+  command->add_flag("--json", options->json,
+                    "A JSON record a line for each tile; the plug-in's own\n"
+                    "lines go to standard error");
+  addMapOption(*command, options->maps);
+  command->footer(kFooter);
+  command->callback([options, &status] {
+    if (!isInOrder(options->words)) {
+      status = kUsage;
+      return;
+    }
+    const ExportJob job = jobOf(*options);
+    status = options->to.empty() ? exportScenes(job) : exportToFile(job, options->to);
+  });
+}
+
+}  // namespace tools

@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+
+#include "tools/cli/Commands.h"
+#include "tools/image/Picture.h"
+#include "tools/model/GoblinGlb.h"
+#include "tools/model/GoblinMeshes.h"
+#include "tools/model/GoblinObj.h"
+#include "tools/model/TileFile.h"
+#include "tools/terminal/ExitStatus.h"
+#include "tools/terminal/OutputFile.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::uint32_t kMaxGlbPicture = 4096;  // pixels a side
+
+struct Options {
+  std::string file;
+  std::string obj;
+  std::string glb;
+  bool json = false;
+  bool full = false;
+};
+
+Json goblinJson(const Goblin& goblin, bool full) {
+  Json json = {{"name", toUtf8(goblin.name)},
+               {"texture", toUtf8(goblin.texture)},
+               {"vertices", goblin.vertices},
+               {"faces", goblin.faces.size()}};
+  if (full) json["triangles"] = goblin.faces;
+  return json;
+}
+
+void printJson(const Goblins& goblins, bool full) {
+  Json json = {{"layout", goblins.layoutName()}, {"vertices", goblins.pool.size()}};
+  if (full) {
+    Json pool = Json::array();
+    for (const auto& p : goblins.pool) pool.push_back({p.x, p.y, p.z, p.nx, p.ny, p.nz, p.u, p.v});
+    json["pool"] = std::move(pool);
+  }
+  Json list = Json::array();
+  for (const Goblin& goblin : goblins.goblins) list.push_back(goblinJson(goblin, full));
+  json["goblins"] = std::move(list);
+  std::printf("%s\n", printableJson(json.dump()).c_str());
+}
+
+// In tile space: the tagged layout stores z mirrored.
+struct Bounds {
+  float min[3] = {};
+  float max[3] = {};
+
+  Bounds(const Goblins& goblins, const Goblin& goblin) {
+    const bool tagged = goblins.kind == morvane::GoblinBlobKind::kTagged;
+    bool first = true;
+    for (const auto& face : goblin.faces) {
+      for (const std::int32_t corner : face) {
+        const morvane::GoblinPoolVertex& p = goblins.pool[static_cast<std::size_t>(corner)];
+        include({p.x, p.y, tagged ? 1 - p.z : p.z}, first);
+        first = false;
+      }
+    }
+  }
+
+ private:
+  void include(const std::array<float, 3>& point, bool first) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      min[axis] = first ? point[axis] : std::min(min[axis], point[axis]);
+      max[axis] = first ? point[axis] : std::max(max[axis], point[axis]);
+    }
+  }
+};
+
+void printTable(const Goblins& goblins, const std::string& file) {
+  std::printf("%s: %zu goblins, %zu vertices, %s layout\n", printable(file).c_str(),
+              goblins.goblins.size(), goblins.pool.size(), goblins.layoutName());
+  if (goblins.goblins.empty()) return;
+  std::printf("  %4s  %-20s %8s %6s   %-15s %-15s %-15s\n", "", "name", "vertices", "faces", "x",
+              "y", "z");
+  std::size_t number = 0;
+  for (const Goblin& goblin : goblins.goblins) {
+    const Bounds b(goblins, goblin);
+    std::printf("  %4zu  %-20s %8u %6zu  ", ++number,
+                goblin.name.empty() ? "-" : printable(goblin.name).c_str(), goblin.vertices,
+                goblin.faces.size());
+    for (int axis = 0; axis < 3; ++axis) {
+      std::printf(" %6.3f .. %-5.3f", static_cast<double>(b.min[axis]),
+                  static_cast<double>(b.max[axis]));
+    }
+    std::printf("\n");
+  }
+}
+
+// Warns of what the file cannot show, which is no failure: the rest of it is right.
+bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
+  const std::string shown = printable(options.file);
+  Picture picture;
+  std::string fault;
+  const bool hasPicture = readPicture(document, kMaxGlbPicture, picture, fault);
+  if (!hasPicture) complain("warning: " + shown + ": " + fault + "; its goblins are left gray");
+  const GoblinMeshes meshes = goblinMeshes(goblins);
+  if (meshes.dropped > 0) {
+    complain("warning: " + shown + ": " + std::to_string(meshes.dropped) +
+             " triangles are left out, since they have coordinates that are no finite numbers");
+  }
+  std::string glb;
+  if (writeGlb(meshes, hasPicture ? &picture : nullptr, glb, fault)) {
+    return writeOutput(options.glb, glb);
+  }
+  complain(shown + ": " + fault + "; nothing was written");
+  return false;
+}
+
+bool writeModels(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
+  const bool objDone = options.obj.empty() || writeOutput(options.obj, goblinsToObj(goblins));
+  const bool glbDone = options.glb.empty() || writeGlb(document, goblins, options);
+  for (const auto& [path, done] :
+       {std::pair(options.obj, objDone), std::pair(options.glb, glbDone)}) {
+    if (path.empty() || !done || options.json) continue;
+    tellWritten(path, counted(goblins.goblins.size(), "goblin"));
+  }
+  return objDone && glbDone;
+}
+
+ExitStatus showGoblins(const Options& options) {
+  for (const std::string& output : {options.obj, options.glb}) {
+    if (wouldReplaceInput(output, {options.file})) return kUsage;
+  }
+  const auto document = loadDocument(options.file, options.file);
+  if (!document) return kFailed;
+  const Goblins goblins = readGoblins(*document);
+  const std::string shown = printable(options.file);
+  const bool isSound = tellFaults(options.file, *document, goblins);
+  if (!goblins.present) {
+    complain(shown + ": no layer \"" + morvane::kGoblinLayerName + "\"; export the tile first");
+    return kFailed;
+  }
+  if (options.json) {
+    printJson(goblins, options.full);
+  } else if (options.obj.empty() && options.glb.empty()) {
+    printTable(goblins, options.file);
+  }
+  if (!goblins.fault.empty()) return kFailed;
+  return writeModels(*document, goblins, options) && isSound ? kDone : kFailed;
+}
+
+}  // namespace
+
+void addGoblins(CLI::App& program, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      program.add_subcommand("goblins", "Show the goblins that a tile's file carries");
+  command->add_option("FILE", options->file, "The tile's PSD file")->type_name("")->required();
+  CLI::Option* json = command->add_flag("--json", options->json, "One JSON object");
+  command->add_flag("--full", options->full, "With --json: the vertices and triangles too")
+      ->needs(json);
+  checkOutput(*command
+                   ->add_option("--obj", options->obj,
+                                "Write the goblins over the unit tile as Wavefront OBJ")
+                   ->type_name("OUT"),
+              {"Wavefront OBJ", {".obj"}});
+  checkOutput(
+      *command
+           ->add_option("--glb", options->glb, "The same with the tile's picture, as binary glTF")
+           ->type_name("OUT"),
+      {"binary glTF", {".glb"}});
+  command->footer(
+      "Examples:\n"
+      "  morvane goblins pond.psd                 a table of the goblins\n"
+      "  morvane goblins pond.psd --glb pond.glb  tile and goblins for a 3D viewer\n"
+      "  morvane goblins pond.psd --json --full   every vertex and triangle");
+  command->callback([options, &status] { status = showGoblins(*options); });
+}
+
+}  // namespace tools

@@ -1,0 +1,73 @@
+#include <cstdio>
+#include <new>
+#include <string>
+#include <system_error>
+
+#include "tools/cli/Commands.h"
+#include "tools/cli/Usage.h"
+#include "tools/terminal/ExitStatus.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  morvane export level.ma                  every tile's goblins into its texture\n"
+    "  morvane export level.ma 'pond*'          only of the tiles of that name\n"
+    "  morvane run level.ma -c '...' -o new.ma  run commands on a scene and save it\n"
+    "  morvane goblins textures/pond.psd        show what a tile's file carries\n"
+    "  morvane view textures/*.psd -o all.html  look at files in a browser\n"
+    "Status: 0 done, 1 something failed, 2 wrong usage, 3 scene or plug-in not loaded";
+
+// Leaves the texts of options 56 columns of a terminal that has 80.
+constexpr std::size_t kHelpColumn = 24;
+
+// Standard output that could not be written (a full disk) must not pass for success.
+int flushed(int status) {
+  const bool ok = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  if (ok) return status;
+  std::fprintf(stderr, "morvane: standard output could not be written; is the disk full?\n");
+  return status == kDone ? kFailed : status;
+}
+
+int run(int argc, char** argv) {
+  int status = kDone;
+  CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
+  program.set_version_flag("--version", "morvane " MORVANE_VERSION);
+  program.get_formatter()->column_width(kHelpColumn);
+  addRun(program, status);
+  addExport(program, status);
+  addImport(program, status);
+  addInfo(program, status);
+  addGoblins(program, status);
+  addView(program, status);
+  program.footer(kExamples);
+  program.failure_message(wrongUsage);
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return program.exit(error) == 0 ? kDone : kUsage;
+  }
+  if (program.get_subcommands().empty()) {
+    std::fputs("morvane: a subcommand is required; morvane --help shows them\n", stderr);
+    return kUsage;
+  }
+  return status;
+}
+
+}  // namespace
+}  // namespace tools
+
+// What is thrown past everything is the lack of memory or of threads. Files that were being written
+// are cleared away on the way here.
+int main(int argc, char** argv) {
+  try {
+    return tools::flushed(tools::run(argc, argv));
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "morvane: out of memory; free some, or give fewer or smaller files\n");
+  } catch (const std::system_error& error) {
+    tools::complain(tools::printable(error.what()) + "; try again, or with fewer files");
+  }
+  return tools::kFailed;
+}

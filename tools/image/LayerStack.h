@@ -1,0 +1,31 @@
+#ifndef MORVANE_TOOLS_IMAGE_LAYERSTACK_H_
+#define MORVANE_TOOLS_IMAGE_LAYERSTACK_H_
+
+#include <vector>
+
+#include "psd/PsdDocument.h"
+#include "tools/image/Picture.h"
+#include "tools/image/PictureGrid.h"
+
+namespace tools {
+
+// Whether a layer is seen, and how much, once the groups around it have had their say.
+struct LayerState {
+  bool visible = false;
+  float opacity = 0;  // 0 to 1
+};
+
+// One a layer, bottom first. Group headers and dividers are never visible.
+std::vector<LayerState> layerStates(const morvane::PsdDocument& document);
+
+// Paints the visible layers of an 8-bit RGB or gray document, bottom first, over transparency.
+// Honoured are opacity, group visibility and opacity, layer masks, clipping, and the blend modes
+// normal, multiply, screen, overlay, darken, lighten and linear dodge; any other is taken for
+// normal. Not honoured are effects, vector masks, adjustments, fill opacity, and groups that blend
+// by themselves. A layer with damaged data is painted as far as it can be read. False when no layer
+// left a mark.
+bool composeLayers(const morvane::PsdDocument& document, const PictureGrid& grid, Picture& picture);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_IMAGE_LAYERSTACK_H_

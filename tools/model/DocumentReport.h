@@ -1,0 +1,25 @@
+#ifndef MORVANE_TOOLS_MODEL_DOCUMENTREPORT_H_
+#define MORVANE_TOOLS_MODEL_DOCUMENTREPORT_H_
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "psd/PsdDocument.h"
+#include "tools/model/TileFile.h"
+
+// What is said about a document, wherever it is said.
+namespace tools {
+
+std::string colourModeName(std::uint16_t mode);
+
+// Valid UTF-8: the Unicode name where there is one.
+std::string layerName(const morvane::PsdLayer& layer);
+
+// As `info --json` prints it; `bytes` is the file's size.
+nlohmann::ordered_json documentJson(const std::string& file, std::uintmax_t bytes,
+                                    const morvane::PsdDocument& document, const Goblins& goblins);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_MODEL_DOCUMENTREPORT_H_

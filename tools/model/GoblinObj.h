@@ -1,0 +1,18 @@
+#ifndef MORVANE_TOOLS_MODEL_GOBLINOBJ_H_
+#define MORVANE_TOOLS_MODEL_GOBLINOBJ_H_
+
+#include <string>
+
+#include "tools/model/TileFile.h"
+
+namespace tools {
+
+// The goblins as a Wavefront OBJ text: one named object each, over the unit tile (x and z from 0 to
+// 1 at y = 0). Positions are in tile space, corners counter-clockwise, texture coordinates with v =
+// 1 where z = 0, so that the same goblins give the same text whichever layout they were stored in:
+// the tagged layout's mirrored z and the named layout's reversed corners are undone.
+std::string goblinsToObj(const Goblins& goblins);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_MODEL_GOBLINOBJ_H_

@@ -1,0 +1,177 @@
+#include "tools/model/TileFile.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+// Why a file is not loaded, and what the person at the terminal can do about it.
+struct Advice {
+  const char* error;
+  const char* text;
+};
+constexpr Advice kAdvice[] = {
+    {"No such file", "check the name"},
+    {"Permission denied", "make the file readable"},
+    {"not a regular file", "name a PSD or TGA file"},
+    {"ends neither", "name a PSD or TGA file"},
+    {"is empty", "fetch it again, or save it again where it was made"},
+    {", a PSD file", "give its name the extension .psd"},
+    {"not a TGA image", "save it again as PSD or TGA"},
+    {"not a PSD file", "save it again as PSD"},
+    {"is not supported", "save it again as PSD"},
+    {"are supported", "save it again with 24 or 32 bits"},
+    {"pixels: ", "it is cut off or compressed: save it again uncompressed"},
+    {"too large", "save it again with fewer layers or pixels"},
+    {"changed while", "wait until it is written"},
+    {"out of memory", "free memory, or use another machine"},
+};
+
+std::uint32_t countDistinct(const std::vector<std::vector<std::int32_t>>& faces) {
+  std::vector<std::int32_t> used;
+  for (const auto& face : faces) used.insert(used.end(), face.begin(), face.end());
+  std::sort(used.begin(), used.end());
+  return static_cast<std::uint32_t>(std::unique(used.begin(), used.end()) - used.begin());
+}
+
+Goblin toGoblin(const morvane::GoblinRecord& record) {
+  Goblin goblin;
+  if (record.name) goblin.name = record.name.get();
+  if (record.textureFileName) goblin.texture = record.textureFileName.get();
+  for (std::int32_t i = 0; i < record.faceCount; ++i) {
+    const morvane::GoblinFace& face = record.faces[static_cast<std::size_t>(i)];
+    goblin.faces.emplace_back(face.indices.get(), face.indices.get() + face.cornerCount);
+  }
+  goblin.vertices = countDistinct(goblin.faces);
+  return goblin;
+}
+
+// Reads until something does not fit, which it names; the empty text when everything did.
+std::string decode(morvane::GoblinGeometryReader& reader, Goblins& goblins) {
+  std::uint32_t count = 0;
+  if (!reader.readPool(goblins.pool)) return "the vertex pool does not fit";
+  if (!reader.readGoblinCount(count)) return "the goblin count does not fit";
+  for (std::uint32_t i = 0; i < count; ++i) {
+    morvane::GoblinRecord record;
+    if (!reader.readGoblin(record)) {
+      return "goblin " + std::to_string(i + 1) + " of " + std::to_string(count) + " does not fit";
+    }
+    goblins.goblins.push_back(toGoblin(record));
+  }
+  return reader.consumed() == goblins.bytes ? "" : "bytes are left after the last goblin";
+}
+
+Goblins decodeAs(morvane::GoblinLayout layout, const std::uint8_t* bytes, std::uint32_t size,
+                 std::size_t& consumed) {
+  Goblins goblins;
+  goblins.present = true;
+  goblins.bytes = size;
+  morvane::GoblinGeometryReader reader(bytes, size, layout);
+  const std::string fault = decode(reader, goblins);
+  consumed = reader.consumed();
+  if (!fault.empty()) {
+    goblins.fault = fault + " (byte " + std::to_string(consumed) + " of " + std::to_string(size) +
+                    ", read in the " +
+                    (layout == morvane::GoblinLayout::kNamed ? "named" : "tagged") + " layout)";
+  }
+  return goblins;
+}
+
+// A damaged blob is shown in the layout that gets further.
+Goblins decodeBlob(const std::uint8_t* bytes, std::uint32_t size) {
+  std::size_t namedEnd = 0;
+  std::size_t taggedEnd = 0;
+  const morvane::GoblinBlobKind kind = morvane::classifyGoblinBlob(bytes, size);
+  Goblins named = decodeAs(morvane::GoblinLayout::kNamed, bytes, size, namedEnd);
+  if (kind == morvane::GoblinBlobKind::kNamed) {
+    named.kind = kind;
+    return named;
+  }
+  Goblins tagged = decodeAs(morvane::GoblinLayout::kTagged, bytes, size, taggedEnd);
+  tagged.kind = kind;
+  if (kind == morvane::GoblinBlobKind::kTagged) return tagged;
+  return taggedEnd > namedEnd ? std::move(tagged) : std::move(named);
+}
+
+}  // namespace
+
+const char* Goblins::layoutName() const {
+  switch (kind) {
+    case morvane::GoblinBlobKind::kNamed:
+      return "named";
+    case morvane::GoblinBlobKind::kTagged:
+      return "tagged";
+    case morvane::GoblinBlobKind::kDamaged:
+      break;
+  }
+  return "damaged";
+}
+
+std::size_t Goblins::faceCount() const {
+  std::size_t count = 0;
+  for (const Goblin& goblin : goblins) count += goblin.faces.size();
+  return count;
+}
+
+std::string unreadable(const std::string& path, const std::string& error,
+                       const std::string& shown) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored)) {
+    const std::string files = (std::filesystem::path(shown) / "*.psd").string();
+    return printable(shown) + ": it is a folder; name the files in it: " + printable(files);
+  }
+  std::string advice =
+      "it is damaged or cut off: fetch it again, or save it again where it was made";
+  for (const Advice& known : kAdvice) {
+    if (error.find(known.error) == std::string::npos) continue;
+    advice = known.text;
+    break;
+  }
+  return printable(shown) + ": " + printable(error) + "; " + advice;
+}
+
+std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
+                                                   const std::string& shown) {
+  auto document = std::make_unique<morvane::PsdDocument>(1u, 1u);
+  std::string error;
+  if (document->load(path.c_str(), &error)) return document;
+  complain(unreadable(path, error, shown));
+  return nullptr;
+}
+
+std::string documentFault(const morvane::PsdDocument& document) {
+  const std::string fault = document.headerFault();
+  return fault.empty() ? document.mergedFault() : fault;
+}
+
+Goblins readGoblins(morvane::PsdDocument& document) {
+  Goblins goblins;
+  if (document.findLayer(morvane::kGoblinLayerName) < 0) return goblins;
+  std::uint32_t size = 0;
+  const auto bytes = document.readDataLayer(morvane::kGoblinLayerName, size);
+  if (bytes) return decodeBlob(bytes.get(), size);
+  goblins.present = true;
+  goblins.fault = "the layer's channels do not hold as many bytes as it says";
+  return goblins;
+}
+
+bool tellFaults(const std::string& shown, const morvane::PsdDocument& document,
+                const Goblins& goblins) {
+  const std::string fault = documentFault(document);
+  if (!fault.empty()) {
+    complain(printable(shown) + ": " + fault +
+             (document.headerFault().empty()
+                  ? "; fetch the file again, or save it again where it was made"
+                  : ": it takes no goblins; save it again as PSD"));
+  }
+  if (!goblins.fault.empty()) {
+    complain(printable(shown) + ": the goblin geometry is damaged: " + goblins.fault +
+             "; export the tile again");
+  }
+  return fault.empty() && goblins.fault.empty();
+}
+
+}  // namespace tools

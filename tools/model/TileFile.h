@@ -1,0 +1,59 @@
+#ifndef MORVANE_TOOLS_MODEL_TILEFILE_H_
+#define MORVANE_TOOLS_MODEL_TILEFILE_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "geometry/GoblinGeometry.h"
+#include "psd/PsdDocument.h"
+
+// A tile's file as the report subcommands see it: the document, and the goblins in its
+// "GoblinGeometry" layer.
+namespace tools {
+
+struct Goblin {
+  std::string name;            // bytes as stored; empty in the tagged layout, which has no names
+  std::string texture;         // likewise
+  std::uint32_t vertices = 0;  // pool entries that its triangles use
+  std::vector<std::vector<std::int32_t>> faces;  // pool indices of each face's corners, as stored
+};
+
+struct Goblins {
+  bool present = false;  // the layer is there
+  morvane::GoblinBlobKind kind = morvane::GoblinBlobKind::kDamaged;
+  std::uint32_t bytes = 0;  // of the blob
+  std::vector<morvane::GoblinPoolVertex> pool;
+  std::vector<Goblin> goblins;
+  std::string
+      fault;  // of a damaged blob: what is wrong and where; what was read before it stands above
+
+  const char* layoutName() const;
+  std::size_t faceCount() const;
+};
+
+// What to tell of a file that PsdDocument::load refused with `error`: which (by the name `shown`),
+// why, and what to do.
+std::string unreadable(const std::string& path, const std::string& error, const std::string& shown);
+
+// Loads `path`, or says on standard error what is wrong with it, by the name `shown`, and returns
+// null.
+std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
+                                                   const std::string& shown);
+
+// What is wrong with a document that could be loaded all the same: its header, or its merged image.
+// Empty when nothing is.
+std::string documentFault(const morvane::PsdDocument& document);
+
+// Decodes the document's goblins. Not const: reading a layer unpacks it for the while.
+Goblins readGoblins(morvane::PsdDocument& document);
+
+// Says on standard error, by the name `shown`, what is wrong with a loaded document or with its
+// goblins, and what to do. True when nothing is.
+bool tellFaults(const std::string& shown, const morvane::PsdDocument& document,
+                const Goblins& goblins);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_MODEL_TILEFILE_H_

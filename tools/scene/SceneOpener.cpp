@@ -1,0 +1,20 @@
+#include "tools/scene/SceneOpener.h"
+
+#include "tools/terminal/Text.h"
+
+namespace tools {
+
+bool isScene(const std::string& path) {
+  const std::string extension = extensionOf(path);
+  return extension == ".ma" || extension == ".mb";
+}
+
+bool SceneOpener::open(const std::string& path) {
+  const bool opened =
+      started_ ? host::openScene(path, &reason_) : startSession(path, maps_, &reason_) == kDone;
+  started_ = true;
+  problems_ = host::takeSceneProblems();
+  return opened;
+}
+
+}  // namespace tools

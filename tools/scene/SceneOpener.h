@@ -1,0 +1,34 @@
+#ifndef MORVANE_TOOLS_SCENE_SCENEOPENER_H_
+#define MORVANE_TOOLS_SCENE_SCENEOPENER_H_
+
+#include <string>
+
+#include "host/Host.h"
+#include "tools/scene/Session.h"
+
+namespace tools {
+
+// By its extension. One that is binary is told of as a scene that cannot be read.
+bool isScene(const std::string& path);
+
+// Opens scenes to be looked at, one after another.
+class SceneOpener {
+ public:
+  explicit SceneOpener(const FolderMaps& maps) : maps_(maps) {}
+
+  // `path` is absolute. False, with the reason on standard error, when it cannot be opened.
+  bool open(const std::string& path);
+  // Of the last one: what was found in it, and why it was not opened.
+  const host::SceneProblems& problems() const { return problems_; }
+  const std::string& reason() const { return reason_; }
+
+ private:
+  const FolderMaps& maps_;
+  bool started_ = false;
+  host::SceneProblems problems_;
+  std::string reason_;
+};
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_SCENE_SCENEOPENER_H_

@@ -1,0 +1,63 @@
+#include "tools/scene/Session.h"
+
+#include <filesystem>
+
+#include "host/Host.h"
+#include "tools/terminal/OutputFile.h"
+#include "tools/terminal/Platform.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+
+std::string absoluteName(const std::string& name) {
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(name, error);
+  return error ? name : absolute.string();
+}
+
+void addMapOption(CLI::App& command, FolderMaps& maps) {
+  command.add_option("--map", maps, "What the scene has in FROM is in TO here; repeatable")
+      ->type_name("FROM=TO")
+      ->expected(1)
+      ->take_all()
+      ->check(
+          [](const std::string& pair) {
+            const std::size_t sign = pair.find('=');
+            const bool ok = sign != std::string::npos && sign > 0 && sign + 1 < pair.size();
+            return ok ? std::string() : "needs two folders, FROM=TO, not " + printable(pair);
+          },
+          "");
+}
+
+ExitStatus startSession(const std::string& scene, const FolderMaps& maps, std::string* reason) {
+  const std::string path = scene.empty() ? "" : absoluteName(scene);
+  host::start(absoluteName("."));
+  for (const std::string& pair : maps) {
+    const std::size_t sign = pair.find('=');
+    std::error_code ignored;
+    const auto to = std::filesystem::weakly_canonical(absoluteName(pair.substr(sign + 1)), ignored);
+    host::mapFolder(pair.substr(0, sign), to.string());
+  }
+  const std::filesystem::path program = programFolder();
+  if (!program.empty()) {
+    host::addPlugInFolder((program.parent_path() / "plug-ins").string());
+    host::addScriptFolder((program.parent_path() / "scripts").string());
+  }
+  if (!path.empty() && !host::openScene(path, reason)) return kNotLoaded;
+  if (host::loadPlugin("morvane")) return kDone;
+  if (reason) *reason = "the plug-in cannot be loaded";
+  complain(
+      "the plug-in cannot be loaded; it belongs into the folder plug-ins beside the program's "
+      "folder, or into one that MAYA_PLUG_IN_PATH names");
+  return kNotLoaded;
+}
+
+ExitStatus saveScene(const std::string& output) {
+  std::string reason;
+  if (output.empty() || host::saveScene(output, &reason)) return kDone;
+  complain("the scene was not saved; " +
+           writingAdvice(reason, "name a file in a folder that can be written"));
+  return kFailed;
+}
+
+}  // namespace tools

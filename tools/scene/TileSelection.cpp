@@ -1,0 +1,78 @@
+#include "tools/scene/TileSelection.h"
+
+#include <algorithm>
+
+#include "host/Host.h"
+#include "host/text/NearestName.h"
+#include "tools/scene/SceneDamage.h"
+#include "tools/scene/SceneTiles.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+constexpr std::size_t kMostShown = 5;
+
+// A pattern means transforms: the shapes and materials that are often named like their tiles are no
+// tiles.
+std::string selectionScript(const std::string& name) {
+  if (name.find_first_of("*?") == std::string::npos) return "select -add " + melString(name);
+  return "{ string $found[] = `ls -long -type \"transform\" " + melString(name) + "`; " +
+         "if (size($found) == 0) error " + melString("No transform matches name: " + name) +
+         "; select -add $found; }";
+}
+
+// Of a name that nothing has.
+std::string tileHint(const std::string& name) {
+  std::vector<std::string> tiles;
+  for (const auto& tile : host::texturedTopLevelTransforms()) tiles.push_back(tile.path.substr(1));
+  if (tiles.empty()) return "; the scene has no tile with a file texture";
+  std::sort(tiles.begin(), tiles.end());
+  const std::string nearest = host::nearestName(name, tiles);
+  std::string hint = nearest.empty() ? "; the scene's tiles are "
+                                     : "; did you mean " + printable(nearest) + "? The tiles are ";
+  for (std::size_t i = 0; i < std::min(tiles.size(), kMostShown); ++i) {
+    hint += (i == 0 ? "" : ", ") + printable(tiles[i]);
+  }
+  const std::size_t more = tiles.size() - std::min(tiles.size(), kMostShown);
+  return hint + (more == 0 ? "" : " and " + std::to_string(more) + " more");
+}
+
+bool fail(const std::string& scene, const std::string& reason, std::string& error) {
+  error = reason;
+  complain(printable(scene) + ": " + reason);
+  return false;
+}
+
+}  // namespace
+
+std::string whyNotSelected(const std::string& name, const std::string& reason) {
+  const bool isMissing = reason.find("matches name: ") != std::string::npos &&
+                         reason.find("More than one") == std::string::npos;
+  return isMissing ? ": there is no such object" + tileHint(name)
+                   : ": " + printable(reason) + "; name it by its whole path";
+}
+
+bool selectTiles(const std::string& scene, std::vector<std::string> names,
+                 const host::SceneProblems& problems, std::string& error) {
+  if (names.empty()) {
+    for (const auto& tile : host::texturedTopLevelTransforms()) names.push_back(tile.path);
+  }
+  if (names.empty()) {
+    const std::string loss = likelyLoss(problems);
+    return fail(scene, kNoTile + (loss.empty() ? "; name the nodes to export" : loss), error);
+  }
+  if (!host::execute("select -clear", "selection")) return false;
+  for (const std::string& name : names) {
+    std::string reason;
+    if (host::tryToExecute(selectionScript(name), reason)) continue;
+    return fail(scene,
+                "cannot select " + printable(name) + ", so nothing was exported" +
+                    whyNotSelected(name, reason) +
+                    (problems.list.empty() ? "" : likelyLoss(problems)),
+                error);
+  }
+  return true;
+}
+
+}  // namespace tools

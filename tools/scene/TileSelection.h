@@ -1,0 +1,23 @@
+#ifndef MORVANE_TOOLS_SCENE_TILESELECTION_H_
+#define MORVANE_TOOLS_SCENE_TILESELECTION_H_
+
+#include <string>
+#include <vector>
+
+#include "host/Host.h"
+
+namespace tools {
+
+// Selects the nodes named (names or patterns), or without names every tile of the open scene.
+// False, with the reason in `error` and told on standard error, unless all were found. `scene` is
+// for messages, and so are the `problems` that were found in it.
+bool selectTiles(const std::string& scene, std::vector<std::string> names,
+                 const host::SceneProblems& problems, std::string& error);
+
+// Why a node of that name could not be selected, by the host's `reason`, and which to name instead
+// (": there is no such object; did you mean pond? ...").
+std::string whyNotSelected(const std::string& name, const std::string& reason);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_SCENE_TILESELECTION_H_

@@ -1,0 +1,42 @@
+#ifndef MORVANE_TOOLS_TERMINAL_OUTPUTFILE_H_
+#define MORVANE_TOOLS_TERMINAL_OUTPUTFILE_H_
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace tools {
+
+// What an option's file may be called: `written` ("a PSD file") has one of these extensions.
+struct OutputKind {
+  std::string written;
+  std::vector<std::string> extensions;  // ".psd"
+};
+extern const OutputKind kSceneOutput;  // Maya ASCII
+
+// Refuses as wrong usage what `option` is given where it is no name of such a file: an empty text,
+// for one, which a script's unset variable leaves.
+void checkOutput(CLI::Option& option, const OutputKind& kind);
+
+// Makes `text` the content of `path`, which keeps its old content unless all of it was written.
+// False, with the reason on standard error, when that failed.
+bool writeOutput(const std::string& path, const std::string& text);
+
+// What to do about a file that could not be written, by a reason of the form "cannot write FILE:
+// WHY" (how FileReplacer and the host say it); `otherwise` where the reason tells nothing.
+std::string writingAdvice(const std::string& reason, const std::string& otherwise);
+
+// Tells on standard error that `path` was written, and what it holds (nothing: the empty text).
+void tellWritten(const std::string& path, const std::string& what = "");
+
+// Whether `output` names one of the files that are to be read; the reason is then on standard
+// error.
+bool wouldReplaceInput(const std::string& output, const std::vector<std::string>& inputs);
+
+// Likewise for the files that file textures of the open scene name, whether it uses them or not.
+// `output` is absolute.
+bool wouldReplaceTexture(const std::string& output);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_TERMINAL_OUTPUTFILE_H_

@@ -1,0 +1,28 @@
+#ifndef MORVANE_TOOLS_TERMINAL_PLATFORM_H_
+#define MORVANE_TOOLS_TERMINAL_PLATFORM_H_
+
+#include <cstddef>
+#include <string>
+
+// What a platform does differently.
+namespace tools {
+
+// The absolute folder that holds the running program; empty when the system does not tell.
+std::string programFolder();
+
+bool standardErrorIsTerminal();
+
+constexpr int kStandardOutput = 1;
+constexpr int kStandardError = 2;
+
+// File descriptors. The calls that return bool or a number are false or negative on failure.
+bool openPipe(int (&ends)[2]);  // ends[0] reads what ends[1] writes
+int duplicate(int file);
+bool redirect(int from, int to);  // makes the descriptor `from` another name of what `to` is
+std::ptrdiff_t readSome(int file, char* bytes, std::size_t size);  // 0 at the end
+bool writeAll(int file, const char* bytes, std::size_t size);
+void closeFile(int file);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_TERMINAL_PLATFORM_H_
