@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
-#include <map>
 #include <regex>
+#include <utility>
 
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
@@ -14,23 +14,26 @@ using Counts = std::array<std::size_t, 4>;  // points, edges, faces, UVs
 
 // What the ranges of the file's statements add up to, mesh by mesh, told by looking at its lines
 // alone.
-std::map<std::string, Counts> countedInText(const std::string& text) {
+std::vector<std::pair<std::string, Counts>> countedInText(const std::string& text) {
   static const std::regex kLine(
       R"re(^createNode (\w+)[^\n]* -n "([^"]+)"|^\tsetAttr [^\n"]*"\.(vt|ed|fc|uvst\[\d+\]\.uvsp)\[(\d+)(?::(\d+))?\]")re",
       std::regex::multiline);
-  std::map<std::string, Counts> meshes;
-  std::string current;
+  std::vector<std::pair<std::string, Counts>> meshes;  // several may share a name
+  bool inMesh = false;
   for (std::sregex_iterator match(text.begin(), text.end(), kLine), end; match != end; ++match) {
     const std::smatch& m = *match;
     if (m[1].matched) {
-      current = m[1] == "mesh" ? m[2].str() : "";
+      inMesh = m[1] == "mesh";
+      if (inMesh) {
+        meshes.push_back({m[2].str(), {}});
+      }
       continue;
     }
-    if (current.empty()) {
+    if (!inMesh) {
       continue;
     }
     const std::size_t kind = m[3] == "vt" ? 0 : m[3] == "ed" ? 1 : m[3] == "fc" ? 2 : 3;
-    meshes[current][kind] += m[5].matched ? std::stoul(m[5]) - std::stoul(m[4]) + 1 : 1;
+    meshes.back().second[kind] += m[5].matched ? std::stoul(m[5]) - std::stoul(m[4]) + 1 : 1;
   }
   return meshes;
 }
