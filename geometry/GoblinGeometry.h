@@ -6,39 +6,11 @@
 #include <memory>
 #include <vector>
 
+#include "geometry/GoblinFormat.h"
 #include "geometry/TileMesh.h"
 #include "util/Matrix44.h"
 
-// The goblin geometry blob: all goblins of one tile as bytes, the content of a tile file's
-// "GoblinGeometry" layer.
-//
-// Words are 32-bit little-endian, reals IEEE single floats, a text is a byte count and that many
-// bytes; nothing is padded. A face is a corner count and that many indices into the pool, which all
-// goblins share.
-//
-//   named:  pool size, pool, goblin count, then for each goblin name, texture file name, face
-//   count, faces tagged: the word 1, pool size, pool, goblin count, then for each goblin face
-//   count, faces
 namespace morvane {
-
-inline constexpr const char* kGoblinLayerName = "GoblinGeometry";
-
-enum class GoblinLayout { kNamed, kTagged };
-
-inline constexpr std::uint32_t kTaggedLayoutTag = 1;
-
-// Tile-space position, normal, and texture coordinates that repeat the position's x and z.
-struct GoblinPoolVertex {
-  float x = 0;
-  float y = 0;
-  float z = 0;
-  float nx = 0;
-  float ny = 0;
-  float nz = 0;
-  float u = 0;
-  float v = 0;
-};
-static_assert(sizeof(GoblinPoolVertex) == 32, "the blob's pool record has 32 bytes");
 
 struct GoblinFace {
   std::int32_t cornerCount = 0;
@@ -84,6 +56,17 @@ std::uint64_t encodedGoblinGeometrySize(const GoblinGeometryBuilder& builder, Go
 std::uint32_t encodeGoblinGeometry(const GoblinGeometryBuilder& builder, GoblinLayout layout,
                                    std::uint8_t* bytes, std::uint64_t capacity);
 
+// Where the parts of one goblin lie in a blob, in bytes from its beginning.
+struct GoblinExtent {
+  std::size_t name = 0;  // both texts are empty in the tagged layout
+  std::size_t nameLength = 0;
+  std::size_t texture = 0;
+  std::size_t textureLength = 0;
+  std::size_t faces = 0;  // of the first face's corner count
+  std::size_t facesLength = 0;
+  std::uint32_t faceCount = 0;
+};
+
 // Reads a blob step by step: the pool, the goblin count, then one record after the other. It stops
 // for good at the first value that does not fit: a count or length that reaches past the blob's
 // end, a count with its top bit set, an index outside the pool. It allocates at most a small
@@ -98,6 +81,11 @@ class GoblinGeometryReader {
   bool readGoblinCount(std::uint32_t& count);
   bool readGoblin(GoblinRecord& record);
 
+  // What readPool() and readGoblin() do, without a copy: the bytes are checked and stepped over.
+  // The pool is `count` vertices from byte `start` on.
+  bool locatePool(std::size_t& start, std::uint32_t& count);
+  bool locateGoblin(GoblinExtent& extent);
+
   // How many bytes were read: those before the first value that does not fit, when one did not.
   std::size_t consumed() const { return offset_; }
 
@@ -108,10 +96,10 @@ class GoblinGeometryReader {
   bool peekWord(std::uint32_t& word) const;
   bool readCount(std::size_t bytesEach, std::uint32_t& count);
   bool readPoolSize();
-  // The destinations may be null: the bytes are then checked and stepped over.
-  bool readText(std::unique_ptr<char[]>* text);
-  bool readFace(GoblinFace* face);
-  bool readRecord(GoblinRecord* record);
+  bool locateText(std::size_t& start, std::size_t& length);
+  bool readText(std::unique_ptr<char[]>& text);
+  bool readCorners(std::uint32_t corners, std::int32_t* indices);
+  bool readFace(GoblinFace& face);
   bool skipBlob();
 
   const std::uint8_t* bytes_;

@@ -44,11 +44,15 @@ bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::
 }
 
 // Reads a layer's planes as one run of bytes, one unpacked plane at a time. The document changes
-// only in repackChannels().
+// only in repackChannels(), for which every plane is packed as it is read.
 class PsdDocument::PlaneStream {
  public:
-  PlaneStream(const PsdDocument& document, std::int32_t layer, std::uint64_t plane)
-      : document_(document), layer_(layer), plane_(plane), at_(plane) {}
+  PlaneStream(const PsdDocument& document, std::int32_t layer, bool repacks)
+      : document_(document),
+        layer_(layer),
+        repacks_(repacks),
+        plane_(std::uint64_t{document.rows} * document.columns),
+        at_(plane_) {}
 
   // False when the layer has no further channel, or one that ends before its part of the bytes. A
   // layer smaller than the image need only be as large as what it holds.
@@ -80,6 +84,24 @@ class PsdDocument::PlaneStream {
   // Content that ends with its plane has the next one too, with nothing in it.
   bool finish() { return at_ != plane_ || nextChannel(); }
 
+  // What the layer holds, and of how many bytes; null when it does not hold what it says.
+  std::unique_ptr<std::uint8_t[]> readContent(std::uint32_t& size) {
+    std::uint8_t lengthBytes[kLengthSize];
+    if (!read(lengthBytes, kLengthSize)) {
+      return nullptr;
+    }
+    const std::uint32_t length = loadLe32(lengthBytes);
+    if (!canHold(std::uint64_t{length} + kLengthSize)) {
+      return nullptr;
+    }
+    std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[length]);
+    if (content == nullptr || !read(content.get(), length) || !finish()) {
+      return nullptr;
+    }
+    size = length;
+    return content;
+  }
+
   void repackChannels(PsdDocument& document) {
     for (std::uint32_t c = 0; c < packed_.size(); ++c) {
       document.replaceChannel(layer_, c, 1, std::move(packed_[c].data), packed_[c].length);
@@ -93,44 +115,63 @@ class PsdDocument::PlaneStream {
   };
 
   bool nextChannel() {
-    const auto channel = static_cast<std::uint32_t>(packed_.size());
-    if (channel >= document_.layers[layer_].channelCount) return false;
+    const std::uint32_t channel = channels_;
+    if (channel >= document_.layers[layer_].channelCount) {
+      return false;
+    }
     raw_ = document_.unpackedPlane(layer_, channel, rawSize_);
-    if (!raw_) return false;
+    if (raw_ == nullptr || (repacks_ && !packPlane())) {
+      return false;
+    }
+    ++channels_;
+    at_ = 0;
+    return true;
+  }
+
+  bool packPlane() {
     const PsdLayer& record = document_.layers[layer_];
     Packed packed;
     packed.data = packBitsEncodePlane(static_cast<std::uint32_t>(record.right - record.left),
                                       static_cast<std::uint32_t>(record.bottom - record.top),
                                       raw_.get(), packed.length);
-    if (!packed.data || !reserveMore(packed_, 1)) return false;
+    if (packed.data == nullptr || !reserveMore(packed_, 1)) {
+      return false;
+    }
     packed_.push_back(std::move(packed));
-    at_ = 0;
     return true;
   }
 
   const PsdDocument& document_;
   std::int32_t layer_;
+  bool repacks_;
   std::uint64_t plane_;  // bytes of each channel that count: the image's pixels
   std::uint64_t at_;     // in the current plane
   std::unique_ptr<std::uint8_t[]> raw_;
   std::size_t rawSize_ = 0;
+  std::uint32_t channels_ = 0;  // that were read
   std::vector<Packed> packed_;
 };
 
 std::unique_ptr<std::uint8_t[]> PsdDocument::readDataLayer(const char* name, std::uint32_t& size) {
   const std::int32_t layer = findLayer(name);
-  const std::uint64_t plane = std::uint64_t{rows} * columns;
-  if (layer < 0 || plane == 0) return nullptr;
-  PlaneStream planes(*this, layer, plane);
-  std::uint8_t lengthBytes[kLengthSize];
-  if (!planes.read(lengthBytes, kLengthSize)) return nullptr;
-  const std::uint32_t length = loadLe32(lengthBytes);
-  if (!planes.canHold(std::uint64_t{length} + kLengthSize)) return nullptr;
-  std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[length]);
-  if (!content || !planes.read(content.get(), length) || !planes.finish()) return nullptr;
-  planes.repackChannels(*this);
-  size = length;
+  if (layer < 0 || rows == 0 || columns == 0) {
+    return nullptr;
+  }
+  PlaneStream planes(*this, layer, true);
+  std::unique_ptr<std::uint8_t[]> content = planes.readContent(size);
+  if (content != nullptr) {
+    planes.repackChannels(*this);
+  }
   return content;
+}
+
+std::unique_ptr<std::uint8_t[]> PsdDocument::peekDataLayer(const char* name,
+                                                           std::uint32_t& size) const {
+  const std::int32_t layer = findLayer(name);
+  if (layer < 0 || rows == 0 || columns == 0) {
+    return nullptr;
+  }
+  return PlaneStream(*this, layer, false).readContent(size);
 }
 
 }  // namespace morvane

@@ -100,6 +100,11 @@ class PsdDocument {
   // reads as a PSD file, and refused with that reason where it does not.
   bool load(const char* path, std::string* error = nullptr);
 
+  // Reads a PSD file that is in memory already; the document owns the bytes from then on, whether
+  // they can be read or not. Fails as load() does, and leaves `path` null.
+  bool loadBytes(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size,
+                 std::string* error = nullptr);
+
   // What is wrong with a document that was kept in spite of its signature or version, to which no
   // layer can be added; empty for any other.
   std::string headerFault() const;
@@ -114,6 +119,9 @@ class PsdDocument {
   // the path holds the old file or the new one whole (see util/ReplaceFile.h). `error`, where
   // given, gets the reason.
   bool save(const char* path, std::string* error = nullptr) const;
+
+  // The bytes that save() writes, in place of what `bytes` holds; false leaves that as it is.
+  bool saveBytes(std::vector<std::uint8_t>& bytes, std::string* error = nullptr) const;
 
   // The first layer whose name equals `name` byte for byte; -1 when there is none.
   std::int32_t findLayer(const char* name) const;
@@ -162,6 +170,9 @@ class PsdDocument {
   // afterwards. Null, with `size` untouched, when there is no such layer or it does not hold what
   // it says.
   std::unique_ptr<std::uint8_t[]> readDataLayer(const char* name, std::uint32_t& size);
+
+  // The same, and the document stays as it is.
+  std::unique_ptr<std::uint8_t[]> peekDataLayer(const char* name, std::uint32_t& size) const;
 
   // Writes a rectangle (in the image's pixels) of red, green, blue, alpha bytes, row after row,
   // into an RGBA layer; pixels outside the layer are passed over. False unless the document is

@@ -257,4 +257,23 @@ bool PsdDocument::load(const char* loadPath, std::string* error) {
   return true;
 }
 
+bool PsdDocument::loadBytes(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size,
+                            std::string* error) {
+  std::string why;
+  PsdDocument fresh;
+  bool loaded = false;
+  if (size <= kMaxFile) {
+    loaded = parsePsd(std::move(bytes), size, fresh, why);
+  } else {
+    why = "too large: " + std::to_string(size) + " bytes";
+  }
+  if (error != nullptr) {
+    *error = why;
+  }
+  if (loaded) {
+    *this = std::move(fresh);
+  }
+  return loaded;
+}
+
 }  // namespace morvane

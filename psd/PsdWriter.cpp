@@ -1,20 +1,27 @@
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <utility>
 
 #include "psd/PsdDocument.h"
 #include "psd/PsdNames.h"
 #include "util/ByteOrder.h"
 #include "util/ReplaceFile.h"
+#include "util/ReserveMore.h"
 
 namespace morvane {
 
 namespace {
 
-// Writes big-endian numbers and bytes. A failure is kept by the file; what a document lacks is kept
-// here.
+constexpr const char* kIncomplete = "the document lacks data that its lengths promise";
+
+// Writes big-endian numbers and bytes to whatever takes them, which keeps its own failures; what a
+// document lacks is kept here.
 class PsdOutput {
  public:
-  explicit PsdOutput(FileReplacer& file) : file_(file) {}
+  using Sink = std::function<void(const void* from, std::size_t size)>;
+
+  explicit PsdOutput(Sink sink) : sink_(std::move(sink)) {}
 
   void u8(std::uint8_t value) { bytes(&value, 1); }
   void u16(std::uint16_t value) {
@@ -34,7 +41,7 @@ class PsdOutput {
     if (size == 0 || !complete_) return;
     written_ += size;
     if (from) {
-      file_.append(from, size);
+      sink_(from, size);
     } else {
       complete_ = false;
     }
@@ -49,7 +56,7 @@ class PsdOutput {
   std::uint64_t written() const { return written_; }
 
  private:
-  FileReplacer& file_;
+  Sink sink_;
   std::uint64_t written_ = 0;
   bool complete_ = true;
 };
@@ -222,13 +229,38 @@ bool PsdDocument::save(const char* savePath, std::string* error) const {
   bool saved = file.open(savePath);
   std::string reason;
   if (saved) {
-    PsdOutput out(file);
+    PsdOutput out([&file](const void* from, std::size_t size) { file.append(from, size); });
     writeSections(out, *this);
-    if (!out.complete()) reason = "the document lacks data that its lengths promise";
+    if (!out.complete()) reason = kIncomplete;
     saved = out.complete() && file.commit();
   }
   if (error) *error = saved ? std::string() : reason.empty() ? file.error() : reason;
   return saved;
+}
+
+bool PsdDocument::saveBytes(std::vector<std::uint8_t>& bytes, std::string* error) const {
+  PsdOutput counted([](const void*, std::size_t) {});
+  writeSections(counted, *this);
+  std::vector<std::uint8_t> fresh;
+  const char* reason = nullptr;
+  if (!counted.complete()) {
+    reason = kIncomplete;
+  } else if (!reserveMore(fresh, static_cast<std::size_t>(counted.written()))) {
+    reason = "out of memory";
+  }
+  if (error != nullptr) {
+    *error = reason != nullptr ? reason : "";
+  }
+  if (reason != nullptr) {
+    return false;
+  }
+  PsdOutput out([&fresh](const void* from, std::size_t size) {
+    const auto* const first = static_cast<const std::uint8_t*>(from);
+    fresh.insert(fresh.end(), first, first + size);
+  });
+  writeSections(out, *this);
+  bytes = std::move(fresh);
+  return true;
 }
 
 }  // namespace morvane
