@@ -131,7 +131,7 @@ bool readSceneFile(const std::string& path, const SceneReader::Options& options,
   const std::size_t firstNew = nodes.empty() ? 0 : nodes.rbegin()->first + 1;
   SceneReader reader;
   const bool ok = reader.read(path, options, error);
-  evaluateHistories();
+  evaluateSceneHistories();
   DirectoryMap::current().convertTextures(firstNew);
   return ok;
 }

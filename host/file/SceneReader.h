@@ -41,9 +41,9 @@ class SceneReader {
   mel::Words words_;
 };
 
-// Gives meshes without stored faces the shape of the primitive that feeds them; the others that are
-// fed by something are named in warnings.
-void evaluateHistories();
+// Makes the meshes whose shape their history makes. Those that cannot be made, those with older UVs
+// or colours, and stored ones without usable faces are named in warnings.
+void evaluateSceneHistories();
 
 // Whether a file begins as a scene file does.
 bool isSceneFileStart(std::string_view firstBytes);

@@ -63,8 +63,34 @@ MeshData::~MeshData() = default;
 MeshData::MeshData(MeshData&&) noexcept = default;
 MeshData& MeshData::operator=(MeshData&&) noexcept = default;
 
+MeshData MeshData::clone() const {
+  MeshData copy;
+  copy.points_ = points_;
+  copy.tweaks_ = tweaks_;
+  copy.edges_ = edges_;
+  copy.normals_ = normals_;
+  copy.faceStarts_ = faceStarts_;
+  copy.loopEdges_ = loopEdges_;
+  copy.holes_ = holes_;
+  copy.uvSets_ = uvSets_;
+  copy.colourSets_ = colourSets_;
+  copy.currentUvSet_ = currentUvSet_;
+  copy.currentColourSet_ = currentColourSet_;
+  return copy;
+}
+
 void MeshData::shapeChanged() {
   derived_.reset();
+}
+
+std::vector<MeshNormal>& MeshData::changeNormals() {
+  if (derived_) derived_->normals.reset();
+  return normals_;
+}
+
+std::vector<MeshEdge>& MeshData::changeEdgeFlags() {
+  if (derived_) derived_->normals.reset();
+  return edges_;
 }
 
 std::string MeshData::setPoints(std::size_t first, const double* xyz, std::size_t count) {

@@ -120,6 +120,7 @@ class MeshData {
   ~MeshData();
   MeshData(MeshData&&) noexcept;
   MeshData& operator=(MeshData&&) noexcept;
+  MeshData clone() const;  // without what follows
 
   // --- What a scene file holds.
   const std::vector<Vec3>& storedPoints() const { return points_; }              // ".vt"
@@ -176,6 +177,14 @@ class MeshData {
   const MeshUvSet* findUvSet(const std::string* name = nullptr) const;
   MeshUvSet* findUvSet(const std::string* name = nullptr);
   const MeshColourSet* findColourSet(const std::string* name = nullptr) const;
+
+  // For whoever moves points one by one, without adding or taking away any. The stored points take
+  // their tweaks in first, so that there are none left.
+  std::vector<Vec3>& changePoints();
+  // The entries of ".n", to be changed in place.
+  std::vector<MeshNormal>& changeNormals();
+  // The flag of every edge, to be changed in place.
+  std::vector<MeshEdge>& changeEdgeFlags();
 
   // Gives corner `corner` of the mesh a normal of its own, as a locked entry of ".n".
   void setCornerNormal(int corner, const MeshNormal& normal);

@@ -115,6 +115,21 @@ const std::vector<Vec3>& MeshData::points() const {
   return *own.tweakedPoints;
 }
 
+std::vector<Vec3>& MeshData::changePoints() {
+  if (!tweaks_.empty()) {
+    points_ = points();
+    tweaks_.clear();
+  }
+  if (derived_) {
+    derived_->tweakedPoints.reset();
+    derived_->normals.reset();
+    derived_->triangles.reset();
+    derived_->box.reset();
+    derived_->indices.clear();
+  }
+  return points_;
+}
+
 const MeshNormals& MeshData::normals() const {
   Derived& own = derived();
   if (!own.normals) own.normals = computeNormals(*this);

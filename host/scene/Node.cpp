@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/mesh/MeshData.h"
+#include "host/scene/MeshHistory.h"
 #include "host/scene/Values.h"
 
 namespace host {

@@ -16,6 +16,7 @@
 namespace host {
 
 class MeshData;
+struct MeshHistory;
 
 // A node of the scene. Names, parents, children and life are the scene's to change (Scene.h).
 class Node : public Object {
@@ -65,6 +66,8 @@ class Node : public Object {
   AttributeStore values;
   ConnectionTable connections;
   std::unique_ptr<MeshData> mesh;  // mesh nodes only, and there never null
+  // Of a mesh whose shape its history makes, once that was tried; else null.
+  std::unique_ptr<MeshHistory> history;
 
  private:
   friend class Scene;

@@ -1,0 +1,194 @@
+#include "host/history/Evaluation.h"
+
+#include <algorithm>
+
+#include "host/history/NodeParameters.h"
+#include "host/mesh/history/HistoryTools.h"
+#include "host/scene/Dag.h"
+#include "host/scene/Values.h"
+
+namespace host {
+namespace {
+
+// Longer histories than this are refused, so that none can exhaust the stack.
+constexpr std::size_t kLongestHistory = 1000;
+
+constexpr int kHasNoEffect = 1;  // of nodeState
+
+// "ip[#].ig" for the output of index 3 is "ip[3].ig".
+std::string inputPath(const char* pattern, const Plug& output) {
+  std::string path = pattern;
+  const std::size_t mark = path.find('#');
+  if (mark != path.npos) {
+    path.replace(mark, 1, std::to_string(std::max(output.index(), 0)));
+  }
+  return path;
+}
+
+std::optional<Plug> inputOf(const NodePtr& node, const HistoryNodeType& type, const Plug& output) {
+  if (type.input == nullptr) {
+    return std::nullopt;
+  }
+  return historySource(node, inputPath(type.input, output), inputPath(type.longInput, output));
+}
+
+bool isWorldMesh(const Plug& plug) {
+  return plug.node()->mesh != nullptr && plug.path().compare(0, 9, "worldMesh") == 0;
+}
+
+void moveToWorld(const Plug& worldMesh, MeshData& mesh) {
+  const DagPath path = pathOfInstance(worldMesh.node(),
+                                      static_cast<std::size_t>(std::max(worldMesh.index(), 0)));
+  if (!path.isEmpty()) {
+    transformMesh(mesh, path.inclusiveMatrix());
+  }
+}
+
+// The node's own tweaks and names of UV sets stay: they apply to whatever comes in.
+void carryOver(const MeshData& own, MeshData& made) {
+  for (const MeshTweak& tweak : own.tweaks()) {
+    made.setTweaks(static_cast<std::size_t>(tweak.vertex), &tweak.offset.x, 1);
+  }
+  if (!own.currentUvSetName().empty()) {
+    made.setCurrentUvSetName(own.currentUvSetName());
+  }
+  if (!own.currentColourSetName().empty()) {
+    made.setCurrentColourSetName(own.currentColourSetName());
+  }
+  for (const MeshUvSet& set : own.uvSets()) {
+    MeshUvSet* target = set.name.empty() ? nullptr : made.uvSet(set.index);
+    if (target != nullptr) {
+      target->name = set.name;
+    }
+  }
+}
+
+std::int64_t sizeOf(const MeshData& mesh) {
+  return static_cast<std::int64_t>(mesh.storedPoints().size() + mesh.storedLoopEdges().size());
+}
+
+}  // namespace
+
+bool Evaluation::hasHistory(const NodePtr& mesh) {
+  return mesh->mesh != nullptr && mesh->mesh->storedFaceStarts().size() <= 1 &&
+         historySource(mesh, "i", "inMesh").has_value();
+}
+
+bool Evaluation::stopAt(const NodePtr& node, const std::string& reason) {
+  history_.stopNode = node->name();
+  history_.stopType = node->type().name();
+  history_.stopReason = reason;
+  return false;
+}
+
+bool Evaluation::pay(const NodePtr& node, const MeshData& mesh) {
+  left_ -= sizeOf(mesh);
+  return left_ >= 0 || stopAt(node, "the histories before it made too many points");
+}
+
+MeshHistory Evaluation::evaluate(const NodePtr& mesh) {
+  history_ = MeshHistory();
+  const auto source = historySource(mesh, "i", "inMesh");
+  MeshData made;
+  underway_.insert(mesh.get());
+  if (source && make(*source, isWorldMesh(*source), made)) {
+    if (made.problem().empty()) {
+      carryOver(*mesh->mesh, made);
+      *mesh->mesh = std::move(made);
+    } else {
+      stopAt(source->node(), "what it makes has no usable faces: " + made.problem());
+    }
+  }
+  underway_.erase(mesh.get());
+  return history_;
+}
+
+bool Evaluation::make(const Plug& output, bool inWorldSpace, MeshData& mesh) {
+  const NodePtr& node = output.node();
+  if (underway_.size() >= kLongestHistory) {
+    return stopAt(node, "the history is too long");
+  }
+  if (!underway_.insert(node.get()).second) {
+    return stopAt(node, "its history leads back to itself");
+  }
+  const bool made = node->mesh != nullptr ? copyOfMeshNode(output, inWorldSpace, mesh)
+                                          : makeByNode(node, output, mesh);
+  underway_.erase(node.get());
+  return made;
+}
+
+bool Evaluation::copyOfMeshNode(const Plug& output, bool inWorldSpace, MeshData& mesh) {
+  const NodePtr& node = output.node();
+  if (hasHistory(node)) {
+    const auto source = historySource(node, "i", "inMesh");
+    if (!make(*source, isWorldMesh(*source), mesh)) {
+      return false;
+    }
+    carryOver(*node->mesh, mesh);
+  } else if (node->mesh->storedFaceStarts().size() <= 1 || !node->mesh->problem().empty()) {
+    return stopAt(node, "it has no geometry itself");
+  } else {
+    mesh = node->mesh->clone();
+    if (!pay(node, mesh)) {
+      return false;
+    }
+  }
+  mesh.changePoints();
+  if (inWorldSpace) {
+    moveToWorld(output, mesh);
+  }
+  return true;
+}
+
+bool Evaluation::handOn(const NodePtr& node, const HistoryNodeType& type, const Plug& output,
+                        MeshData& mesh) {
+  const auto source = inputOf(node, type, output);
+  if (type.input != nullptr && !source) {
+    return stopAt(node, "no mesh is connected into it");
+  }
+  return !source || make(*source, false, mesh);
+}
+
+bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& mesh) {
+  const HistoryNodeType* type = findHistoryNodeType(node->type().name());
+  if (type == nullptr) {
+    return stopAt(node, "");
+  }
+  if (!handOn(node, *type, output, mesh)) {
+    return false;
+  }
+  const bool idle = type->input != nullptr && numberOf(node, "nodeState") == kHasNoEffect;
+  if (type->evaluate == nullptr || idle) {
+    return true;
+  }
+  const std::int64_t before = sizeOf(mesh);
+  NodeParameters parameters(
+      node, [this](const Plug& source) { return sideMesh(source); },
+      [&](std::string_view what) {
+        history_.olderAt.push_back("'" + node->name() + "' (" + type->name + "): " +
+                                   std::string(what));
+      });
+  const std::string problem = type->evaluate(parameters, mesh);
+  if (!history_.isMade()) {
+    return false;
+  }
+  if (!problem.empty()) {
+    return stopAt(node, problem);
+  }
+  left_ += before;
+  return pay(node, mesh);
+}
+
+const MeshData* Evaluation::sideMesh(const Plug& source) {
+  auto& kept = shared_[std::to_string(source.node()->serial()) + "." + source.path()];
+  if (kept == nullptr) {
+    MeshData mesh;
+    if (!make(source, false, mesh)) {
+      return nullptr;
+    }
+    kept = std::make_unique<MeshData>(std::move(mesh));
+  }
+  return kept.get();
+}
+
+}  // namespace host

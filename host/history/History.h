@@ -1,0 +1,30 @@
+#ifndef MORVANE_HOST_HISTORY_HISTORY_H_
+#define MORVANE_HOST_HISTORY_HISTORY_H_
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "host/scene/MeshHistory.h"
+#include "host/scene/Plug.h"
+
+namespace host {
+
+// Makes the shape of every mesh of the scene that its file leaves to its history, unless that was
+// tried before, and tells `report` of each what became of it.
+using HistoryReport = std::function<void(const NodePtr& mesh, const MeshHistory& history)>;
+void evaluateHistories(const HistoryReport& report);
+
+// What keeps a mesh from being evaluated.
+struct Unevaluated {
+  std::string node;    // the node of its history that does, by its name
+  std::string type;    // that node's type
+  std::string reason;  // what is wrong with it; empty when its type is not evaluated at all
+};
+
+// Nothing for a mesh that has its shape, be it from its file or from its history.
+std::optional<Unevaluated> unevaluatedBy(const NodePtr& mesh);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_HISTORY_HISTORY_H_

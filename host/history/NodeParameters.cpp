@@ -1,0 +1,235 @@
+#include "host/history/NodeParameters.h"
+
+#include "host/scene/Component.h"
+#include "host/scene/Values.h"
+#include "host/text/Numbers.h"
+#include "host/text/TextScanner.h"
+
+namespace host {
+namespace {
+
+constexpr int kFirstIndex = 0;
+
+// "wl[0:9].w" as its steps; a step that is no step ends the path.
+ParameterPath splitPath(std::string_view text) {
+  ParameterPath path;
+  while (!text.empty()) {
+    const std::size_t dot = text.find('.');
+    const std::string_view step = text.substr(0, dot);
+    const auto range = splitRange(step);
+    path.push_back(range ? ParameterPart{range->stem, range->first, range->last}
+                         : ParameterPart{step, -1, -1});
+    text = dot == text.npos ? std::string_view() : text.substr(dot + 1);
+  }
+  return path;
+}
+
+std::string_view headOf(std::string_view path) {
+  return path.substr(0, path.find_first_of(".["));
+}
+
+// Truth values are numbers too; a word may hold many numbers.
+void appendNumbers(std::string_view word, std::vector<double>& numbers) {
+  TextScanner in(word);
+  double number = 0.0;
+  while (!in.atEnd()) {
+    if (in.number(number)) {
+      numbers.push_back(number);
+      continue;
+    }
+    const std::string_view other = in.word();
+    const auto truth = mel::parseTruth(other);
+    const auto special = mel::parseNumber(other);
+    if (truth || special) {
+      numbers.push_back(special ? *special : *truth ? 1.0 : 0.0);
+    }
+  }
+}
+
+void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers) {
+  numbers.clear();
+  if (const auto* number = std::get_if<double>(&value)) {
+    numbers.push_back(*number);
+  } else if (const auto* list = std::get_if<std::vector<double>>(&value)) {
+    numbers = *list;
+  } else if (const auto* kept = std::get_if<KeptWords>(&value)) {
+    for (const std::string& word : kept->words) {
+      appendNumbers(word, numbers);
+    }
+  }
+}
+
+std::string withoutQuotes(const std::string& word) {
+  const bool quoted = word.size() > 1 && word.front() == '"' && word.back() == '"';
+  return quoted ? word.substr(1, word.size() - 2) : word;
+}
+
+std::vector<std::string> textsOf(const AttributeValue& value) {
+  std::vector<std::string> texts;
+  if (const auto* list = std::get_if<std::vector<std::string>>(&value)) {
+    texts = *list;
+  } else if (const auto* text = std::get_if<std::string>(&value)) {
+    texts.push_back(*text);
+  } else if (const auto* kept = std::get_if<KeptWords>(&value)) {
+    for (const std::string& word : kept->words) {
+      texts.push_back(withoutQuotes(word));
+    }
+  }
+  return texts;
+}
+
+Component::Kind kindOf(ElementKind kind) {
+  switch (kind) {
+    case ElementKind::kFace:
+      return Component::Kind::kFace;
+    case ElementKind::kVertex:
+      return Component::Kind::kVertex;
+    case ElementKind::kEdge:
+      return Component::Kind::kEdge;
+    case ElementKind::kUv:
+      break;
+  }
+  return Component::Kind::kUv;
+}
+
+std::vector<double> numbersAt(const Plug& plug) {
+  if (const auto number = readNumber(plug)) {
+    return {*number};
+  }
+  return readNumbers(plug).value_or(std::vector<double>());
+}
+
+bool isSet(const NodePtr& node, const Plug& plug) {
+  const AttributeState* state = node->values.find(plug.path());
+  return state != nullptr && !std::holds_alternative<std::monostate>(state->value);
+}
+
+}  // namespace
+
+NodeParameters::NodeParameters(const NodePtr& node, MakeMesh makeMesh, NoteOlder noteOlder)
+    : node_(node), makeMesh_(std::move(makeMesh)), noteOlder_(std::move(noteOlder)) {}
+
+std::optional<Plug> historySource(const NodePtr& node, std::string_view path,
+                                  std::string_view longPath) {
+  for (const std::string_view spelling : {path, longPath}) {
+    const auto plug = Plug::find(node, spelling);
+    const auto source = plug ? sourceOf(*plug) : std::nullopt;
+    if (source) {
+      return source;
+    }
+  }
+  return std::nullopt;
+}
+
+const AttributeValue* NodeParameters::find(const ParameterName& name) const {
+  for (const char* spelling : {name.shortName, name.longName}) {
+    const auto plug = Plug::find(node_, spelling);
+    if (plug && isSet(node_, *plug)) {
+      return &node_->values.find(plug->path())->value;
+    }
+  }
+  return nullptr;
+}
+
+std::optional<double> NodeParameters::number(const ParameterName& name) const {
+  const std::vector<double> all = numbers(name);
+  return all.empty() ? std::nullopt : std::optional<double>(all.front());
+}
+
+std::vector<double> NodeParameters::numbers(const ParameterName& name) const {
+  std::vector<double> result;
+  if (const auto source = historySource(node_, name.shortName, name.longName)) {
+    result = numbersAt(*source);
+  }
+  const AttributeValue* value = result.empty() ? find(name) : nullptr;
+  if (value != nullptr) {
+    readNumbersOf(*value, result);
+    return result;
+  }
+  const auto plug = result.empty() ? Plug::find(node_, name.longName) : std::nullopt;
+  if (plug && plug->attribute()->isNumericCompound()) {
+    bool any = false;
+    for (const Plug& child : plug->children()) {
+      any = any || isSet(node_, child);
+    }
+    result = any ? numbersAt(*plug) : result;
+  }
+  return result;
+}
+
+std::map<int, std::vector<double>> NodeParameters::elements(const ParameterName& name) const {
+  std::map<int, std::vector<double>> result;
+  forEach(name, [&](const ParameterPath& path, const std::vector<double>& numbers) {
+    if (path.size() != 1 || numbers.empty()) {
+      return;
+    }
+    const int first = std::max(path.front().first, kFirstIndex);
+    const int last = std::max(path.front().last, kFirstIndex);
+    const std::size_t count = static_cast<std::size_t>(last) - static_cast<std::size_t>(first) + 1;
+    const std::size_t width = numbers.size() / count;
+    for (std::size_t i = 0; width > 0 && i < count; ++i) {
+      const auto begin = numbers.begin() + static_cast<std::ptrdiff_t>(i * width);
+      result[first + static_cast<int>(i)].assign(begin,
+                                                 begin + static_cast<std::ptrdiff_t>(width));
+    }
+  });
+  for (const char* spelling : {name.shortName, name.longName}) {
+    for (const ConnectionPtr& connection : node_->connections.intoAtOrBelow(spelling)) {
+      const ParameterPath path = splitPath(connection->destination.path());
+      std::vector<double> numbers = numbersAt(connection->source);
+      if (path.size() == 1 && !numbers.empty()) {
+        result[std::max(path.front().first, kFirstIndex)] = std::move(numbers);
+      }
+    }
+  }
+  return result;
+}
+
+std::string NodeParameters::text(const ParameterName& name) const {
+  const AttributeValue* value = find(name);
+  const std::vector<std::string> texts =
+      value == nullptr ? std::vector<std::string>() : textsOf(*value);
+  return texts.empty() ? std::string() : texts.front();
+}
+
+std::optional<std::vector<int>> NodeParameters::components(const ParameterName& name,
+                                                           ElementKind kind, int count) const {
+  const AttributeValue* value = find(name);
+  if (value == nullptr) {
+    return std::nullopt;
+  }
+  std::vector<IndexRange> ranges;
+  for (const std::string& text : textsOf(*value)) {
+    const ComponentPtr component = Component::parse(text);
+    if (component != nullptr && component->kind() == kindOf(kind)) {
+      const auto& own = component->elements().ranges();
+      ranges.insert(ranges.end(), own.begin(), own.end());
+    }
+  }
+  return IndexSet(std::move(ranges)).toIndices(count);
+}
+
+void NodeParameters::forEach(const ParameterName& name, const Visitor& visit) const {
+  std::vector<double> numbers;
+  for (const AttributeState& state : node_->values.inWrittenOrder()) {
+    if (name.is(headOf(state.path))) {
+      readNumbersOf(state.value, numbers);
+      visit(splitPath(state.path), numbers);
+    }
+  }
+}
+
+bool NodeParameters::forEachMesh(const ParameterName& name, const MeshVisitor& visit) {
+  for (const char* spelling : {name.shortName, name.longName}) {
+    for (const ConnectionPtr& connection : node_->connections.intoAtOrBelow(spelling)) {
+      const MeshData* mesh = makeMesh_(connection->source);
+      if (mesh == nullptr) {
+        return false;
+      }
+      visit(splitPath(connection->destination.path()), *mesh);
+    }
+  }
+  return true;
+}
+
+}  // namespace host

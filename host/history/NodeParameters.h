@@ -1,0 +1,50 @@
+#ifndef MORVANE_HOST_HISTORY_NODEPARAMETERS_H_
+#define MORVANE_HOST_HISTORY_NODEPARAMETERS_H_
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/mesh/history/HistoryNode.h"
+#include "host/scene/Node.h"
+
+namespace host {
+
+// What a history node is set to, whether the host knows its type or keeps its statements as written.
+class NodeParameters : public HistoryParameters {
+ public:
+  // Makes the mesh that a plug hands out; null when it cannot.
+  using MakeMesh = std::function<const MeshData*(const Plug& source)>;
+  using NoteOlder = std::function<void(std::string_view what)>;
+
+  NodeParameters(const NodePtr& node, MakeMesh makeMesh, NoteOlder noteOlder);
+
+  using HistoryParameters::number;
+  std::optional<double> number(const ParameterName& name) const override;
+  std::vector<double> numbers(const ParameterName& name) const override;
+  std::map<int, std::vector<double>> elements(const ParameterName& name) const override;
+  std::string text(const ParameterName& name) const override;
+  std::optional<std::vector<int>> components(const ParameterName& name, ElementKind kind,
+                                             int count) const override;
+  void forEach(const ParameterName& name, const Visitor& visit) const override;
+  bool forEachMesh(const ParameterName& name, const MeshVisitor& visit) override;
+  void noteOlder(std::string_view what) override { noteOlder_(what); }
+
+ private:
+  const AttributeValue* find(const ParameterName& name) const;
+
+  NodePtr node_;
+  MakeMesh makeMesh_;
+  NoteOlder noteOlder_;
+};
+
+// The plug that is connected into an attribute of the node; `path` and `longPath` spell it.
+std::optional<Plug> historySource(const NodePtr& node, std::string_view path,
+                                  std::string_view longPath);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_HISTORY_NODEPARAMETERS_H_

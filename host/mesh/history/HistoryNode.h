@@ -1,0 +1,86 @@
+#ifndef MORVANE_HOST_MESH_HISTORY_HISTORYNODE_H_
+#define MORVANE_HOST_MESH_HISTORY_HISTORYNODE_H_
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/mesh/MeshData.h"
+
+namespace host {
+
+// An attribute's name, short and long; a scene file may have either.
+struct ParameterName {
+  const char* shortName;
+  const char* longName;
+
+  bool is(std::string_view name) const { return name == shortName || name == longName; }
+};
+
+// One step of an attribute's path: "iti[6000]", "wl[0:99]". Without brackets `first` is -1.
+struct ParameterPart {
+  std::string_view name;
+  int first = -1;
+  int last = -1;
+};
+using ParameterPath = std::vector<ParameterPart>;
+
+enum class ElementKind { kFace, kVertex, kEdge, kUv };
+
+// What a node of a mesh's history has to go by besides the mesh that it changes. Lengths are
+// centimetres, angles degrees.
+class HistoryParameters {
+ public:
+  virtual ~HistoryParameters() = default;
+
+  // A number that is set or connected; nothing for the type's default.
+  virtual std::optional<double> number(const ParameterName& name) const = 0;
+  // All that a compound, a matrix or a list of numbers holds; empty when it is not set.
+  virtual std::vector<double> numbers(const ParameterName& name) const = 0;
+  // The same for every element of an array that is set or connected, by index.
+  virtual std::map<int, std::vector<double>> elements(const ParameterName& name) const = 0;
+  virtual std::string text(const ParameterName& name) const = 0;
+  // The elements that a component list names, in ascending order, those below `count` only. Nothing
+  // when no list is set.
+  virtual std::optional<std::vector<int>> components(const ParameterName& name, ElementKind kind,
+                                                     int count) const = 0;
+
+  // Every value set at or below the attribute, in written order, with its path from there on.
+  using Visitor = std::function<void(const ParameterPath& path, const std::vector<double>& numbers)>;
+  virtual void forEach(const ParameterName& name, const Visitor& visit) const = 0;
+  // Every mesh connected at or below the attribute, by path. False when one of them cannot be made,
+  // which the evaluation then reports; the node gives up.
+  using MeshVisitor = std::function<void(const ParameterPath& path, const MeshData& mesh)>;
+  virtual bool forEachMesh(const ParameterName& name, const MeshVisitor& visit) = 0;
+
+  // Says of the mesh that its UVs or colours are those from before this node.
+  virtual void noteOlder(std::string_view what) = 0;
+
+  double number(const ParameterName& name, double otherwise) const {
+    return number(name).value_or(otherwise);
+  }
+  // A number or its default for what is no finite number, between the two bounds.
+  int whole(const ParameterName& name, int otherwise, int least, int most) const;
+};
+
+// A type of node in a mesh's history.
+struct HistoryNodeType {
+  const char* name;
+  // Where the mesh that it changes is connected. "#" stands for the index of the output that is
+  // asked for. Null: it makes a mesh of nothing.
+  const char* input;
+  const char* longInput;
+  // Makes `mesh`, which is the input or empty, what the node hands on. Gives what is wrong, in
+  // words that follow "but "; then `mesh` is worth nothing. Null: hands it on as it is.
+  std::string (*evaluate)(HistoryParameters& node, MeshData& mesh);
+};
+
+// Null for a type that is not evaluated.
+const HistoryNodeType* findHistoryNodeType(std::string_view name);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_MESH_HISTORY_HISTORYNODE_H_

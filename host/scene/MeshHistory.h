@@ -1,0 +1,24 @@
+#ifndef MORVANE_HOST_SCENE_MESHHISTORY_H_
+#define MORVANE_HOST_SCENE_MESHHISTORY_H_
+
+#include <string>
+#include <vector>
+
+namespace host {
+
+// What became of the nodes that make a mesh.
+struct MeshHistory {
+  // The node that kept the mesh from being made; empty when it was made.
+  std::string stopNode;
+  std::string stopType;
+  std::string stopReason;  // "is not evaluated", or what is wrong with it
+
+  // Nodes that would have changed UVs or colours and handed them on as they were.
+  std::vector<std::string> olderAt;
+
+  bool isMade() const { return stopNode.empty(); }
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_SCENE_MESHHISTORY_H_
