@@ -37,8 +37,8 @@ bool isWorldMesh(const Plug& plug) {
 }
 
 void moveToWorld(const Plug& worldMesh, MeshData& mesh) {
-  const DagPath path = pathOfInstance(worldMesh.node(),
-                                      static_cast<std::size_t>(std::max(worldMesh.index(), 0)));
+  const DagPath path =
+      pathOfInstance(worldMesh.node(), static_cast<std::size_t>(std::max(worldMesh.index(), 0)));
   if (!path.isEmpty()) {
     transformMesh(mesh, path.inclusiveMatrix());
   }
@@ -157,6 +157,9 @@ bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& m
   if (!handOn(node, *type, output, mesh)) {
     return false;
   }
+  if (type->input == nullptr && primitivePointsLeft_ <= 0) {
+    return stopAt(node, "the primitives before it have too many points");
+  }
   const bool idle = type->input != nullptr && numberOf(node, "nodeState") == kHasNoEffect;
   if (type->evaluate == nullptr || idle) {
     return true;
@@ -165,8 +168,8 @@ bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& m
   NodeParameters parameters(
       node, [this](const Plug& source) { return sideMesh(source); },
       [&](std::string_view what) {
-        history_.olderAt.push_back("'" + node->name() + "' (" + type->name + "): " +
-                                   std::string(what));
+        history_.olderAt.push_back("'" + node->name() + "' (" + type->name +
+                                   "): " + std::string(what));
       });
   const std::string problem = type->evaluate(parameters, mesh);
   if (!history_.isMade()) {
@@ -176,6 +179,7 @@ bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& m
     return stopAt(node, problem);
   }
   left_ += before;
+  primitivePointsLeft_ -= type->input == nullptr ? mesh.pointCount() : 0;
   return pay(node, mesh);
 }
 

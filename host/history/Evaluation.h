@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/mesh/MeshPrimitives.h"
 #include "host/mesh/history/HistoryNode.h"
 #include "host/scene/MeshHistory.h"
 #include "host/scene/Plug.h"
@@ -41,6 +42,7 @@ class Evaluation {
   std::set<const void*> underway_;
   std::map<std::string, std::unique_ptr<MeshData>> shared_;
   std::int64_t left_ = kMostMadeElements;
+  std::int64_t primitivePointsLeft_ = kMostPrimitivePoints;
 };
 
 }  // namespace host

@@ -169,8 +169,7 @@ std::map<int, std::vector<double>> NodeParameters::elements(const ParameterName&
     const std::size_t width = numbers.size() / count;
     for (std::size_t i = 0; width > 0 && i < count; ++i) {
       const auto begin = numbers.begin() + static_cast<std::ptrdiff_t>(i * width);
-      result[first + static_cast<int>(i)].assign(begin,
-                                                 begin + static_cast<std::ptrdiff_t>(width));
+      result[first + static_cast<int>(i)].assign(begin, begin + static_cast<std::ptrdiff_t>(width));
     }
   });
   for (const char* spelling : {name.shortName, name.longName}) {

@@ -13,7 +13,8 @@
 
 namespace host {
 
-// What a history node is set to, whether the host knows its type or keeps its statements as written.
+// What a history node is set to, whether the host knows its type or keeps its statements as
+// written.
 class NodeParameters : public HistoryParameters {
  public:
   // Makes the mesh that a plug hands out; null when it cannot.

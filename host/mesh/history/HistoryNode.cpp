@@ -20,8 +20,9 @@ const HistoryNodeType kTypes[] = {
 }  // namespace
 
 const HistoryNodeType* findHistoryNodeType(std::string_view name) {
-  const auto found = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                  [name](const HistoryNodeType& type) { return type.name == name; });
+  const auto found =
+      std::find_if(std::begin(kTypes), std::end(kTypes),
+                   [name](const HistoryNodeType& type) { return type.name == name; });
   return found == std::end(kTypes) ? nullptr : found;
 }
 

@@ -49,7 +49,8 @@ class HistoryParameters {
                                                      int count) const = 0;
 
   // Every value set at or below the attribute, in written order, with its path from there on.
-  using Visitor = std::function<void(const ParameterPath& path, const std::vector<double>& numbers)>;
+  using Visitor =
+      std::function<void(const ParameterPath& path, const std::vector<double>& numbers)>;
   virtual void forEach(const ParameterName& name, const Visitor& visit) const = 0;
   // Every mesh connected at or below the attribute, by path. False when one of them cannot be made,
   // which the evaluation then reports; the node gives up.
