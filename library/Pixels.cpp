@@ -101,6 +101,18 @@ Status damagedChannel(std::int32_t layer, std::uint32_t channel) {
                                     ": its data does not fill the layer's rectangle"};
 }
 
+// Raw or packed, all of them.
+Status checkCompression(const PsdChannel* entries, const std::vector<std::uint32_t>& channels) {
+  for (const std::uint32_t channel : channels) {
+    if (entries[channel].compression > 1) {
+      return {StatusCode::kUnsupported,
+              "channel " + std::to_string(channel) + ": its compression " +
+                  std::to_string(entries[channel].compression) + " is neither raw nor packed"};
+    }
+  }
+  return {};
+}
+
 // A file is not trusted with memory: no more is taken than its data can fill, and a bounded part
 // for planes that it does not bring.
 bool canFill(const PsdLayer& layer, const std::vector<std::uint32_t>& channels,
@@ -144,6 +156,9 @@ Status readLayerPixels(const PsdDocument& document, std::int32_t layer, Pixels& 
   const PsdLayer& record = document.layers[layer];
   Pixels fresh;
   const std::vector<std::uint32_t> channels = pixelChannels(document, record);
+  if (Status status = checkCompression(entries, channels); !status.ok()) {
+    return status;
+  }
   if (!setRectangle(record, fresh) ||
       !canFill(record, channels, std::uint64_t{fresh.rows} * fresh.columns)) {
     return {StatusCode::kDamaged,

@@ -26,8 +26,9 @@ struct Pixels {
 
 // The pixels of one layer, of its own rectangle: the colour planes in order, and the transparency
 // last where the layer has one. Masks are left out, and a plane that the file does not bring is
-// zeros. kNotFound when there is no such layer; kUnsupported for a depth other than 8; kDamaged
-// when a channel does not fill the rectangle; kOutOfMemory.
+// zeros. kNotFound when there is no such layer; kUnsupported for a depth other than 8 and for a
+// compression other than raw and packed; kDamaged when a channel does not fill the rectangle;
+// kOutOfMemory.
 Status readLayerPixels(const PsdDocument& document, std::int32_t layer, Pixels& pixels);
 
 // The merged image with all of its channels, numbered from 0; what is behind the colours is

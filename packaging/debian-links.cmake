@@ -1,9 +1,16 @@
-# Puts the program, its manual page and its completion where a Debian system looks for them.
-if(CPACK_GENERATOR STREQUAL "DEB")
-  foreach(file bin/morvane share/man/man1/morvane.1 share/bash-completion/completions/morvane)
-    set(link ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/${file})
-    get_filename_component(folder ${link} DIRECTORY)
-    file(MAKE_DIRECTORY ${folder})
-    file(CREATE_LINK /opt/morvane/${file} ${link} SYMBOLIC)
+# Puts the program, its manual page and its completion, and the Python module, where a Debian system looks for them.
+function(link_files component)
+  set(folder ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/${component})
+  foreach(file ${ARGN})
+    if(EXISTS ${folder}/opt/morvane/${file})
+      get_filename_component(parent ${folder}/usr/${file} DIRECTORY)
+      file(MAKE_DIRECTORY ${parent})
+      file(CREATE_LINK /opt/morvane/${file} ${folder}/usr/${file} SYMBOLIC)
+    endif()
   endforeach()
+endfunction()
+
+if(CPACK_GENERATOR STREQUAL "DEB")
+  link_files(Unspecified bin/morvane share/man/man1/morvane.1 share/bash-completion/completions/morvane)
+  link_files(python lib/python3/dist-packages/morvane)
 endif()

@@ -112,6 +112,9 @@ TEST_F(LibraryDocument, PixelsThatAreNotThereAreRefused) {
   hand.channel = be16(1) + "wxyz";
   EXPECT_EQ(readLayerPixels(sound(hand.file()), 0, pixels).code(), StatusCode::kDamaged);
 
+  hand.channel = be16(2) + "wxyz";
+  EXPECT_EQ(readLayerPixels(sound(hand.file()), 0, pixels).code(), StatusCode::kUnsupported);
+
   // A rectangle of four thousand million pixels, for which the file brings four bytes or none.
   for (const std::uint32_t length : {6u, 2u}) {
     PsdDocument document = sound(HandMade().file());

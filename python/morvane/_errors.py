@@ -1,0 +1,11 @@
+class Error(Exception):
+    """What went wrong with a file or with data; ``str(error)`` says it, ``error.code`` names it for programs.
+
+    Codes: ``"damaged"`` (the data breaks its format), ``"unsupported"`` (sound, but of a kind that is not handled),
+    ``"no-room"`` (the image has too few pixels), ``"not-found"``, ``"cannot-read"``, ``"cannot-write"``, ``"busy"``
+    (another thread is using the document), ``"stale"`` (a layer of before a change).
+    """
+
+    def __init__(self, text, code):
+        super().__init__(text)
+        self.code = code
