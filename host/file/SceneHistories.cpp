@@ -24,9 +24,8 @@ void noteHistory(const NodePtr& node, const MeshHistory& history) {
                                          : ", but " + history.stopReason) +
              ": it has no geometry; delete its history in Maya");
   }
-  for (const std::string& older : history.olderAt) {
-    note(SceneProblem::Kind::kNotice,
-         mesh + " has older data than Maya shows, because of " + older);
+  for (const std::string& text : history.notes) {
+    note(SceneProblem::Kind::kNotice, mesh + ": " + text);
   }
 }
 

@@ -26,10 +26,11 @@ std::string inputPath(const char* pattern, const Plug& output) {
 }
 
 std::optional<Plug> inputOf(const NodePtr& node, const HistoryNodeType& type, const Plug& output) {
-  if (type.input == nullptr) {
+  if (type.input.path == nullptr) {
     return std::nullopt;
   }
-  return historySource(node, inputPath(type.input, output), inputPath(type.longInput, output));
+  return historySource(node, inputPath(type.input.path, output),
+                       inputPath(type.input.longPath, output));
 }
 
 bool isWorldMesh(const Plug& plug) {
@@ -143,7 +144,7 @@ bool Evaluation::copyOfMeshNode(const Plug& output, bool inWorldSpace, MeshData&
 bool Evaluation::handOn(const NodePtr& node, const HistoryNodeType& type, const Plug& output,
                         MeshData& mesh) {
   const auto source = inputOf(node, type, output);
-  if (type.input != nullptr && !source) {
+  if (type.input.path != nullptr && !source) {
     return stopAt(node, "no mesh is connected into it");
   }
   return !source || make(*source, false, mesh);
@@ -157,20 +158,16 @@ bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& m
   if (!handOn(node, *type, output, mesh)) {
     return false;
   }
-  if (type->input == nullptr && primitivePointsLeft_ <= 0) {
+  if (type->input.path == nullptr && primitivePointsLeft_ <= 0) {
     return stopAt(node, "the primitives before it have too many points");
   }
-  const bool idle = type->input != nullptr && numberOf(node, "nodeState") == kHasNoEffect;
+  const bool idle = type->input.path != nullptr && numberOf(node, "nodeState") == kHasNoEffect;
   if (type->evaluate == nullptr || idle) {
     return true;
   }
   const std::int64_t before = sizeOf(mesh);
   NodeParameters parameters(
-      node, [this](const Plug& source) { return sideMesh(source); },
-      [&](std::string_view what) {
-        history_.olderAt.push_back("'" + node->name() + "' (" + type->name +
-                                   "): " + std::string(what));
-      });
+      output, [this](const Plug& source) { return sideMesh(source); }, history_);
   const std::string problem = type->evaluate(parameters, mesh);
   if (!history_.isMade()) {
     return false;
@@ -179,7 +176,7 @@ bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& m
     return stopAt(node, problem);
   }
   left_ += before;
-  primitivePointsLeft_ -= type->input == nullptr ? mesh.pointCount() : 0;
+  primitivePointsLeft_ -= type->input.path == nullptr ? mesh.pointCount() : 0;
   return pay(node, mesh);
 }
 

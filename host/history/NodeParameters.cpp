@@ -1,5 +1,7 @@
 #include "host/history/NodeParameters.h"
 
+#include <algorithm>
+
 #include "host/scene/Component.h"
 #include "host/scene/Values.h"
 #include "host/text/Numbers.h"
@@ -106,8 +108,33 @@ bool isSet(const NodePtr& node, const Plug& plug) {
 
 }  // namespace
 
-NodeParameters::NodeParameters(const NodePtr& node, MakeMesh makeMesh, NoteOlder noteOlder)
-    : node_(node), makeMesh_(std::move(makeMesh)), noteOlder_(std::move(noteOlder)) {}
+NodeParameters::NodeParameters(const Plug& output, MakeMesh makeMesh, MeshHistory& history)
+    : output_(output), node_(output.node()), makeMesh_(std::move(makeMesh)), history_(history) {}
+
+int NodeParameters::outputIndex() const {
+  return std::max(output_.index(), kFirstIndex);
+}
+
+void NodeParameters::note(const std::string& text) {
+  history_.notes.push_back("'" + node_->name() + "' (" + node_->type().name() + ") " + text);
+}
+
+void NodeParameters::noteOlderUvs() {
+  history_.hasOlderUvs = true;
+  note("changes UVs in a way that is not evaluated; its UVs are those from before");
+}
+
+// A deformer's set reaches it through the groupParts node in front of it.
+std::optional<std::vector<int>> NodeParameters::affectedVertices(int count) const {
+  const std::string index = "[" + std::to_string(outputIndex()) + "].";
+  const auto source = historySource(node_, "ip" + index + "ig", "input" + index + "inputGeometry");
+  if (!source || !source->node()->type().isA("groupParts")) {
+    return std::nullopt;
+  }
+  MeshHistory unused;
+  return NodeParameters(*source, nullptr, unused)
+      .components({"ic", "inputComponents"}, ElementKind::kVertex, count);
+}
 
 std::optional<Plug> historySource(const NodePtr& node, std::string_view path,
                                   std::string_view longPath) {
@@ -131,6 +158,16 @@ const AttributeValue* NodeParameters::find(const ParameterName& name) const {
   return nullptr;
 }
 
+std::vector<double> NodeParameters::numbersFrom(const Plug& source) const {
+  if (source.node()->type().isA("animCurve") || source.node()->type().isInvented()) {
+    history_.notes.push_back("'" + node_->name() + "' (" + node_->type().name() +
+                             ") is driven by '" + source.node()->name() + "' (" +
+                             source.node()->type().name() +
+                             "), which is not evaluated; a value that is set counts, or none");
+  }
+  return numbersAt(source);
+}
+
 std::optional<double> NodeParameters::number(const ParameterName& name) const {
   const std::vector<double> all = numbers(name);
   return all.empty() ? std::nullopt : std::optional<double>(all.front());
@@ -139,7 +176,7 @@ std::optional<double> NodeParameters::number(const ParameterName& name) const {
 std::vector<double> NodeParameters::numbers(const ParameterName& name) const {
   std::vector<double> result;
   if (const auto source = historySource(node_, name.shortName, name.longName)) {
-    result = numbersAt(*source);
+    result = numbersFrom(*source);
   }
   const AttributeValue* value = result.empty() ? find(name) : nullptr;
   if (value != nullptr) {
@@ -175,7 +212,7 @@ std::map<int, std::vector<double>> NodeParameters::elements(const ParameterName&
   for (const char* spelling : {name.shortName, name.longName}) {
     for (const ConnectionPtr& connection : node_->connections.intoAtOrBelow(spelling)) {
       const ParameterPath path = splitPath(connection->destination.path());
-      std::vector<double> numbers = numbersAt(connection->source);
+      std::vector<double> numbers = numbersFrom(connection->source);
       if (path.size() == 1 && !numbers.empty()) {
         result[std::max(path.front().first, kFirstIndex)] = std::move(numbers);
       }
@@ -216,6 +253,29 @@ void NodeParameters::forEach(const ParameterName& name, const Visitor& visit) co
       visit(splitPath(state.path), numbers);
     }
   }
+}
+
+std::vector<int> NodeParameters::componentsBeside(const ParameterPath& path,
+                                                  const ParameterName& name, ElementKind kind,
+                                                  int count) const {
+  std::string stem;
+  for (std::size_t i = 0; i + 1 < path.size(); ++i) {
+    stem += std::string(path[i].name) +
+            (path[i].first < 0 ? "" : "[" + std::to_string(path[i].first) + "]") + ".";
+  }
+  std::vector<int> elements;
+  for (const char* spelling : {name.shortName, name.longName}) {
+    const AttributeState* state = node_->values.find(stem + spelling);
+    for (const std::string& text :
+         state == nullptr ? std::vector<std::string>() : textsOf(state->value)) {
+      const ComponentPtr component = Component::parse(text);
+      if (component != nullptr && component->kind() == kindOf(kind)) {
+        const std::vector<int> own = component->elements().toIndices(count);
+        elements.insert(elements.end(), own.begin(), own.end());
+      }
+    }
+  }
+  return elements;
 }
 
 bool NodeParameters::forEachMesh(const ParameterName& name, const MeshVisitor& visit) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/mesh/history/HistoryNode.h"
+#include "host/scene/MeshHistory.h"
 #include "host/scene/Node.h"
 
 namespace host {
@@ -19,9 +20,9 @@ class NodeParameters : public HistoryParameters {
  public:
   // Makes the mesh that a plug hands out; null when it cannot.
   using MakeMesh = std::function<const MeshData*(const Plug& source)>;
-  using NoteOlder = std::function<void(std::string_view what)>;
 
-  NodeParameters(const NodePtr& node, MakeMesh makeMesh, NoteOlder noteOlder);
+  // For making what `output` hands out. `history` takes what the node notes, and outlives it.
+  NodeParameters(const Plug& output, MakeMesh makeMesh, MeshHistory& history);
 
   using HistoryParameters::number;
   std::optional<double> number(const ParameterName& name) const override;
@@ -31,15 +32,23 @@ class NodeParameters : public HistoryParameters {
   std::optional<std::vector<int>> components(const ParameterName& name, ElementKind kind,
                                              int count) const override;
   void forEach(const ParameterName& name, const Visitor& visit) const override;
+  std::vector<int> componentsBeside(const ParameterPath& path, const ParameterName& name,
+                                    ElementKind kind, int count) const override;
   bool forEachMesh(const ParameterName& name, const MeshVisitor& visit) override;
-  void noteOlder(std::string_view what) override { noteOlder_(what); }
+  std::optional<std::vector<int>> affectedVertices(int count) const override;
+  int outputIndex() const override;
+  void note(const std::string& text) override;
+  void noteOlderUvs() override;
+  bool hasOlderUvs() const override { return history_.hasOlderUvs; }
 
  private:
   const AttributeValue* find(const ParameterName& name) const;
+  std::vector<double> numbersFrom(const Plug& source) const;
 
+  Plug output_;
   NodePtr node_;
   MakeMesh makeMesh_;
-  NoteOlder noteOlder_;
+  MeshHistory& history_;
 };
 
 // The plug that is connected into an attribute of the node; `path` and `longPath` spell it.

@@ -32,7 +32,14 @@ std::string check(const MeshPolygons& polygons) {
 // Numbers edges by their vertices, in whichever direction they are met.
 class EdgeNumbers {
  public:
-  explicit EdgeNumbers(std::size_t corners) : seen_(corners) {}
+  explicit EdgeNumbers(std::size_t mostEdges) : seen_(mostEdges) {}
+
+  // Takes an edge that may not be used, unless it is there already.
+  void add(const MeshEdge& edge) {
+    const std::size_t before = edges.size();
+    signedEdge(edge.start, edge.end);
+    if (edges.size() > before) edges.back() = edge.flag;
+  }
 
   // The signed edge from one vertex to another.
   int signedEdge(int from, int to) {
@@ -55,13 +62,32 @@ class EdgeNumbers {
   FirstSeen seen_;
 };
 
+// Closes the gaps that unused edges leave.
+void dropUnused(std::vector<int>& edges, std::vector<int>& loops) {
+  std::vector<int> numbers(edges.size() / 3, -1);
+  const auto number = [](int loop) {
+    return static_cast<std::size_t>(loop >= 0 ? loop : -loop - 1);
+  };
+  for (const int loop : loops) numbers[number(loop)] = 0;
+  int next = 0;
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    if (numbers[i] != 0) continue;
+    std::copy_n(edges.begin() + static_cast<std::ptrdiff_t>(3 * i), 3, edges.begin() + 3 * next);
+    numbers[i] = next++;
+  }
+  edges.resize(3 * static_cast<std::size_t>(next));
+  for (int& loop : loops) loop = loop >= 0 ? numbers[number(loop)] : -numbers[number(loop)] - 1;
+}
+
 }  // namespace
 
 std::string buildMesh(const MeshPolygons& polygons, MeshData& mesh,
-                      const std::function<bool(int, int)>& isHard) {
+                      const std::function<bool(int, int)>& isHard,
+                      const std::vector<MeshEdge>& firstEdges) {
   std::string problem = check(polygons);
   if (!problem.empty()) return problem;
-  EdgeNumbers numbers(polygons.connects.size());
+  EdgeNumbers numbers(polygons.connects.size() + firstEdges.size());
+  for (const MeshEdge& edge : firstEdges) numbers.add(edge);
   std::vector<int> loops(polygons.connects.size());
   std::size_t begin = 0;
   for (const int count : polygons.counts) {
@@ -73,6 +99,7 @@ std::string buildMesh(const MeshPolygons& polygons, MeshData& mesh,
     begin = end;
   }
   std::vector<int>& edges = numbers.edges;
+  if (!firstEdges.empty()) dropUnused(edges, loops);
   for (std::size_t i = 0; isHard && i < edges.size(); i += 3) {
     if (isHard(edges[i], edges[i + 1])) edges[i + 2] = 0;
   }

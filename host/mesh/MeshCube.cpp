@@ -138,6 +138,7 @@ std::string makeCube(const PrimitiveParameters& get, int createUvs, PrimitiveSha
   std::string problem = checkPointCount(2.0 * (grid.up + grid.deep) * (grid.across + 1.0) +
                                         2.0 * grid.up * static_cast<double>(grid.deep));
   if (!problem.empty()) return problem;
+  shape.height = size.y;
   std::vector<std::array<int, 3>> places;
   addCubePoints(grid, size, shape, places);
   const CubeUnfolding unfold(size.x, size.y, size.z, createUvs);

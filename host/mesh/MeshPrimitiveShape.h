@@ -17,6 +17,8 @@ struct PrimitiveShape {
   std::vector<MeshUv> uvs;
   std::vector<int> uvIds;
   std::function<bool(int, int)> isHard;
+  double height = 0.0;          // where the node has one, for its baseline
+  std::vector<MeshEdge> edges;  // the first ones, where their order is another than that of faces
 
   int addPoint(double x, double y, double z) {
     polygons.points.push_back({x, y, z});
@@ -57,6 +59,12 @@ std::string checkPointCount(double points);
 std::string makeCube(const PrimitiveParameters& get, int createUvs, PrimitiveShape& shape);
 std::string makeSphere(const PrimitiveParameters& get, PrimitiveShape& shape);
 std::string makeCylinder(const PrimitiveParameters& get, PrimitiveShape& shape);
+std::string makeCone(const PrimitiveParameters& get, PrimitiveShape& shape);
+std::string makePyramid(const PrimitiveParameters& get, PrimitiveShape& shape);
+std::string makeTorus(const PrimitiveParameters& get, PrimitiveShape& shape);
+
+// The point of a ring around the axis. Rings start one step from +x towards -z.
+Vec3 pointOnRing(int step, int steps, double radius, double y);
 
 }  // namespace host
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "host/mesh/MeshPrimitiveShape.h"
 
@@ -63,6 +64,9 @@ std::string makeShape(std::string_view typeName, const PrimitiveParameters& get,
   if (typeName == "polyCube") return makeCube(get, createUvs, shape);
   if (typeName == "polySphere") return makeSphere(get, shape);
   if (typeName == "polyCylinder") return makeCylinder(get, shape);
+  if (typeName == "polyCone") return makeCone(get, shape);
+  if (typeName == "polyPyramid") return makePyramid(get, shape);
+  if (typeName == "polyTorus") return makeTorus(get, shape);
   return std::string(typeName) + " is no primitive";
 }
 
@@ -95,8 +99,9 @@ std::string checkPointCount(double points) {
 }
 
 bool isPrimitive(std::string_view typeName) {
-  return typeName == "polyPlane" || typeName == "polyCube" || typeName == "polySphere" ||
-         typeName == "polyCylinder";
+  constexpr std::string_view kTypes[] = {"polyPlane", "polyCube",    "polySphere", "polyCylinder",
+                                         "polyCone",  "polyPyramid", "polyTorus"};
+  return std::find(std::begin(kTypes), std::end(kTypes), typeName) != std::end(kTypes);
 }
 
 std::string evaluatePrimitive(std::string_view typeName, const PrimitiveParameter& parameter,
@@ -106,11 +111,14 @@ std::string evaluatePrimitive(std::string_view typeName, const PrimitiveParamete
   PrimitiveShape shape;
   std::string problem = makeShape(typeName, get, createUvs, shape);
   if (!problem.empty()) return problem;
+  // At -1 the shape stands on the plane, at 1 it hangs below it.
+  const double lift = -0.5 * shape.height * get.size("hbl", "heightBaseline", 0.0);
+  for (Vec3& p : shape.polygons.points) p.y += lift;
   turnTo(
       {get.size("axx", "axisX", 0.0), get.size("axy", "axisY", 1.0), get.size("axz", "axisZ", 0.0)},
       shape.polygons.points);
   MeshData made;
-  problem = buildMesh(shape.polygons, made, shape.isHard);
+  problem = buildMesh(shape.polygons, made, shape.isHard, shape.edges);
   if (!problem.empty()) return problem;
   carryOver(mesh, made);
   if (createUvs != 0) {

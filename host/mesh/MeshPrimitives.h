@@ -20,7 +20,7 @@ using PrimitiveParameter =
 constexpr int kMostPrimitivePoints = 2'000'000;
 
 // Whether nodes of this type are made by evaluatePrimitive: polyPlane, polyCube, polySphere,
-// polyCylinder.
+// polyCylinder, polyCone, polyPyramid, polyTorus.
 bool isPrimitive(std::string_view typeName);
 
 // Replaces the points, edges, faces and UVs of `mesh` by those of the primitive; its tweaks and the
@@ -31,7 +31,8 @@ bool isPrimitive(std::string_view typeName);
 // goes in rows from +z to −z, each from −x to +x; a cube in rows up its front, along its top, down
 // its back and along its bottom, then inside its right and its left side; a sphere in rings from
 // the bottom, then the bottom and the top pole; a cylinder in rings from the bottom, then the rings
-// inside its caps and their centres. Rings start one step from +x towards −z. UVs: none when
+// inside its caps and their centres; a cone in rings from the bottom, then the tip; a torus in
+// rings that begin inside and go up. Rings start one step from +x towards −z. UVs: none when
 // createUVs is 0; the plane and the sphere fill the unit square; cube and cylinder are unfolded,
 // the cube in proportion to its size.
 std::string evaluatePrimitive(std::string_view typeName, const PrimitiveParameter& parameter,

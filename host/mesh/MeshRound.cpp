@@ -9,15 +9,9 @@ namespace {
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kCapUvRadius = 0.15625;
 
-// Points around the axis, in the order of rings.
-Vec3 onRing(int step, int steps, double radius, double y) {
-  const double angle = (step + 1) * 2.0 * kPi / steps;
-  return {radius * std::cos(angle), y, -radius * std::sin(angle)};
-}
-
 int addRing(int steps, double radius, double y, PrimitiveShape& shape) {
   const int first = static_cast<int>(shape.polygons.points.size());
-  for (int i = 0; i < steps; ++i) shape.polygons.points.push_back(onRing(i, steps, radius, y));
+  for (int i = 0; i < steps; ++i) shape.polygons.points.push_back(pointOnRing(i, steps, radius, y));
   return first;
 }
 
@@ -40,7 +34,7 @@ void addCap(int rim, double radius, double y, int around, int rings, bool top,
   const auto addUvRing = [&](double share) {
     const int first = static_cast<int>(shape.uvs.size());
     for (int i = 0; i < around; ++i) {
-      const Vec3 p = onRing(i, around, kCapUvRadius * share, 0.0);
+      const Vec3 p = pointOnRing(i, around, kCapUvRadius * share, 0.0);
       shape.addUv(0.5 + p.x, centreV + p.z);
     }
     return first;
@@ -81,6 +75,11 @@ void addCap(int rim, double radius, double y, int around, int rings, bool top,
 }
 
 }  // namespace
+
+Vec3 pointOnRing(int step, int steps, double radius, double y) {
+  const double angle = (step + 1) * 2.0 * kPi / steps;
+  return {radius * std::cos(angle), y, -radius * std::sin(angle)};
+}
 
 std::string makeSphere(const PrimitiveParameters& get, PrimitiveShape& shape) {
   const double radius = get.size("r", "radius", 1.0);
@@ -134,6 +133,7 @@ std::string makeCylinder(const PrimitiveParameters& get, PrimitiveShape& shape) 
     addBand(ring * around, (ring + 1) * around, around, ring * (around + 1),
             (ring + 1) * (around + 1), shape);
   }
+  shape.height = height;
   const int topRim = up * around;
   addCap(0, radius, -0.5 * height, around, rings, false, shape);
   addCap(topRim, radius, 0.5 * height, around, rings, true, shape);

@@ -13,8 +13,9 @@ struct MeshHistory {
   std::string stopType;
   std::string stopReason;  // "is not evaluated", or what is wrong with it
 
-  // Nodes that would have changed UVs or colours and handed them on as they were.
-  std::vector<std::string> olderAt;
+  // What else is to be said of its nodes, one sentence each that begins with the node's name.
+  std::vector<std::string> notes;
+  bool hasOlderUvs = false;  // a node that would have changed UVs handed them on as they were
 
   bool isMade() const { return stopNode.empty(); }
 };

@@ -183,6 +183,17 @@ const std::vector<NodeTypeRow> kRows = {
      "radius:r:double=1 height:h:double=2 subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=1 "
      "subdivisionsCaps:sc:long=0 roundCap:rcp:bool"},
 
+    {"polyCone", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "radius:r:doubleLinear=1 height:h:doubleLinear=2 subdivisionsAxis:sa:long=20 "
+     "subdivisionsHeight:sh:long=1 subdivisionsCaps:sc:long=0 roundCap:rcp:bool "
+     "heightBaseline:hbl:double"},
+    {"polyPyramid", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "sideLength:w:doubleLinear=1 numberOfSides:ns:long=4 subdivisionsHeight:sh:long=1 "
+     "subdivisionsCaps:sc:long=0 heightBaseline:hbl:double"},
+    {"polyTorus", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "radius:r:doubleLinear=1 sectionRadius:sr:doubleLinear=0.5 twist:tw:doubleAngle "
+     "subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=20 heightBaseline:hbl:double"},
+
     {"time", "dependNode", MFn::kTime, "", "outTime:o:time unwarpedTime:unw:time"},
     {"script", "dependNode", MFn::kScript, "",
      "before:b:string after:a:string scriptType:st:enum sourceType:stp:enum"},

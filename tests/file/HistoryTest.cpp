@@ -1,5 +1,8 @@
 #include "host/history/History.h"
 
+#include <cmath>
+#include <utility>
+
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
 #include "tests/file/SceneText.h"
@@ -33,6 +36,25 @@ void expectPoint(const MeshData& mesh, int point, const Vec3& expected) {
   EXPECT_NEAR(p.z, expected.z, 1e-9) << point;
 }
 
+// "last", a deformer of that type, with the plane as its mesh.
+std::string deformer(const std::string& type, const std::string& settings) {
+  return std::string(kPlane) + "createNode " + type + " -n \"last\";\n" + settings +
+         connected("plane.out", "last.ip[0].ig");
+}
+// The same for what changes polygons.
+std::string modifier(const std::string& type, const std::string& settings) {
+  return std::string(kPlane) + "createNode " + type + " -n \"last\";\n" + settings +
+         connected("plane.out", "last.ip");
+}
+
+// Two joints at the origin, of which the second is turned by 90 degrees around y.
+std::string skin(const std::string& settings) {
+  return "createNode joint -n \"j0\";\ncreateNode joint -n \"j1\";\n\tsetAttr \".r\" -type "
+         "\"double3\" 0 90 0;\n" +
+         deformer("skinCluster", settings) + connected("j0.wm", "last.ma[0]") +
+         connected("j1.wm", "last.ma[1]");
+}
+
 TEST_F(History, WhatStopsAMeshIsNamed) {
   const std::string kLast = "createNode transformGeometry -n \"last\";\n";
   const struct {
@@ -53,6 +75,15 @@ TEST_F(History, WhatStopsAMeshIsNamed) {
        "last.og", "last", "its matrix holds what is no number"},
       {"createNode polySphere -n \"last\";\n\tsetAttr \".sa\" 1000000000;\n", "last.out", "last",
        "its subdivisions ask for too many points"},
+      {skin("\tsetAttr \".wl[0:1].w\" 1 0 1 2 0 0.5 7 0.5;\n"), "last.og[0]", "last",
+       "influence 7: its joint is missing"},
+      {skin("\tsetAttr \".wl[0].w[0]\" 1;\n\tsetAttr \".pm[0]\" -type \"matrix\" inf 0 0 0 0 1 0 0 "
+            "0 "
+            "0 1 0 0 0 0 1;\n"),
+       "last.og[0]", "last", "influence 0: its matrix holds what is no number"},
+      {modifier("deleteComponent", "\tsetAttr \".dc\" -type \"componentList\" 1 \"f[*]\";\n") +
+           connected("plane.out", "last.ig"),
+       "last.og", "last", "it leaves no polygon"},
   };
   for (const auto& c : kCases) {
     const std::string warnings = make(c.nodes, c.output);
@@ -83,6 +114,210 @@ TEST_F(History, ChainsAreFollowedThroughNodesAndMeshes) {
   EXPECT_EQ(mesh().faceCount(), 1);
   expectPoint(mesh(), 0, {10 - 2 * 1, 20 + 1, 30 + 2 * -1});  // of (-1, 1, 1)
   expectPoint(mesh(), 3, {10 - 2 * -1, 20, 30 + 2 * 1});      // of (1, 0, -1)
+}
+
+TEST_F(History, SkinsMoveByJoints) {
+  // All weights halved between both joints, in each form that files have.
+  const std::string kHalves =
+      "\tsetAttr \".wl[0:1].w\" 2 0 0.5 1 0.5 2 0 0.5 1 0.5;\n\tsetAttr \".wl[2].w[0:1]\" 0.5 "
+      "0.5;\n"
+      "\tsetAttr -s 2 \".wl[3].w\";\n\tsetAttr \".wl[3].w[0]\" 0.5;\n\tsetAttr \".wl[3].w[1]\" "
+      "0.5;\n";
+  const double diagonal = std::sqrt(2.0);
+  const struct {
+    std::string settings;
+    Vec3 first, last;  // of the points (-1, 0, 1) and (1, 0, -1)
+  } kCases[] = {
+      {kHalves, {0, 0, 1}, {0, 0, -1}},
+      {kHalves + "\tsetAttr \".en\" 0.5;\n", {-0.5, 0, 1}, {0.5, 0, -1}},
+      {kHalves + "\tsetAttr \".skm\" 1;\n", {0, 0, diagonal}, {0, 0, -diagonal}},
+      {kHalves + "\tsetAttr \".skm\" 2;\n\tsetAttr \".bw[0]\" 1;\n", {0, 0, diagonal}, {0, 0, -1}},
+      {"\tsetAttr \".wl[0].w[0:1]\" 1 1;\n\tsetAttr \".nw\" 2;\n", {0, 0, 1}, {1, 0, -1}},
+      {"\tsetAttr \".wl[0].w[0:1]\" 1 1;\n", {0, 0, 2}, {1, 0, -1}},
+      // Bound 10 to the side of the joint, and turned around it.
+      {"\tsetAttr \".wl[0].w[1]\" 1;\n\tsetAttr \".gm\" -type \"matrix\" 1 0 0 0 0 1 0 0 0 0 1 0 "
+       "10 0 "
+       "0 1;\n",
+       {-9, 0, -9},
+       {1, 0, -1}},
+      // Bound where the joint was at (0, 0, 1): the point is at its origin and goes to the joint's.
+      {"\tsetAttr \".wl[0].w[1]\" 1;\n\tsetAttr \".pm[1]\" -type \"matrix\" 1 0 0 0 0 1 0 0 0 0 1 "
+       "0 1 0 "
+       "-1 1;\n",
+       {0, 0, 0},
+       {1, 0, -1}},
+  };
+  for (const auto& c : kCases) {
+    const std::string warnings = make(skin(c.settings), "last.og[0]");
+    ASSERT_EQ(mesh().pointCount(), 4) << c.settings << warnings;
+    SCOPED_TRACE(c.settings);
+    expectPoint(mesh(), 0, c.first);
+    expectPoint(mesh(), 3, c.last);
+    const bool isUnbalanced = c.first.z == 2.0;
+    EXPECT_EQ(
+        warnings.find("has weights that do not add up to 1 at 1 vertices") != std::string::npos,
+        isUnbalanced)
+        << warnings;
+  }
+}
+
+TEST_F(History, SkinsTurnLockedNormals) {
+  make(skin("\tsetAttr \".wl[0:3].w\" 1 1 1 1 1 1 1 1 1 1 1 1;\n") +
+           "createNode mesh -n \"orig\";\n\tsetAttr \".vt[0:2]\" 0 0 0 1 0 0 0 0 1;\n"
+           "\tsetAttr \".ed[0:2]\" 0 1 0 1 2 0 2 0 0;\n"
+           "\tsetAttr \".n[0:2]\" -type \"float3\" 0.6 0.8 0 1e+20 1e+20 1e+20 1e+20 1e+20 1e+20;\n"
+           "\tsetAttr \".fc[0]\" -type \"polyFaces\" f 3 0 1 2;\n" +
+           "connectAttr -f \"orig.w\" \"last.ip[0].ig\";\n",
+       "last.og[0]");
+  ASSERT_EQ(mesh().pointCount(), 3);
+  const MeshNormals& normals = mesh().normals();
+  const MeshNormal& turned = normals.list.at(static_cast<std::size_t>(normals.ids.at(0)));
+  EXPECT_NEAR(turned.y, 0.8, 1e-6);
+  EXPECT_NEAR(turned.z, -0.6, 1e-6);
+}
+
+TEST_F(History, BlendShapesAddTheirTargets) {
+  const std::string kStored =
+      "\tsetAttr \".it[0].itg[0].iti[6000].ipt\" -type \"pointArray\" 2 0 4 0 1 0 8 0 1;\n"
+      "\tsetAttr \".it[0].itg[0].iti[6000].ict\" -type \"componentList\" 2 \"vtx[0]\" "
+      "\"vtx[3]\";\n";
+  const std::string kBetween =
+      "\tsetAttr \".it[0].itg[0].iti[5500].ipt\" -type \"pointArray\" 1 0 6 0 1;\n"
+      "\tsetAttr \".it[0].itg[0].iti[5500].ict\" -type \"componentList\" 1 \"vtx[0]\";\n";
+  const struct {
+    std::string settings;
+    double first, last;  // the heights of points 0 and 3
+  } kCases[] = {
+      {kStored + "\tsetAttr \".w[0]\" 0.5;\n", 2, 4},
+      {kStored, 0, 0},
+      {kStored + "\tsetAttr \".w[0]\" 1;\n\tsetAttr \".en\" 0.25;\n", 1, 2},
+      {kStored + "\tsetAttr \".w[0]\" 1;\n\tsetAttr \".it[0].itg[0].tw[3]\" 0.5;\n", 4, 4},
+      {kStored + "\tsetAttr \".w[0]\" 1;\n\tsetAttr \".it[0].bw[0]\" 0.5;\n", 2, 8},
+      {kStored + "\tsetAttr \".w[0]\" 1;\n\tsetAttr \".tgvs[0]\" no;\n", 0, 0},
+      {kStored + kBetween + "\tsetAttr \".w[0]\" 0.5;\n", 6, 0},
+      {kStored + kBetween + "\tsetAttr \".w[0]\" 0.75;\n", 5, 4},
+      {kStored + kBetween + "\tsetAttr \".w[0]\" 0.25;\n", 3, 0},
+      {kStored + "\tsetAttr \".w[0]\" -1;\n", -4, -8},
+  };
+  for (const auto& c : kCases) {
+    make(deformer("blendShape", c.settings), "last.og[0]");
+    SCOPED_TRACE(c.settings);
+    expectPoint(mesh(), 0, {-1, c.first, 1});
+    expectPoint(mesh(), 3, {1, c.last, -1});
+  }
+  // A live target in the place of the stored one; the base has a tweak, and only one vertex is in
+  // the deformer's set.
+  make(
+      deformer("blendShape", kStored + "\tsetAttr \".w[0]\" 0.5;\n") +
+          "createNode polyPlane -n \"other\";\n\tsetAttr \".w\" 4;\n\tsetAttr \".h\" 4;\n\tsetAttr "
+          "\".sw\" 1;\n\tsetAttr \".sh\" 1;\n"
+          "createNode tweak -n \"tweak\";\n\tsetAttr \".vl[0].vt[0]\" -type \"float3\" 0 5 0;\n"
+          "createNode groupParts -n \"parts\";\n\tsetAttr \".ic\" -type \"componentList\" 1 "
+          "\"vtx[1:3]\";\n" +
+          connected("plane.out", "tweak.ip[0].ig") + connected("tweak.og[0]", "parts.ig") +
+          "connectAttr -f \"parts.og\" \"last.ip[0].ig\";\n" +
+          connected("other.out", "last.it[0].itg[0].iti[6000].igt"),
+      "last.og[0]");
+  expectPoint(mesh(), 0, {-1, 5, 1});
+  expectPoint(mesh(), 3, {1.5, 0, -1.5});
+}
+
+TEST_F(History, UvsAreMovedUnlessTheyAreOlder) {
+  const std::string kTweak =
+      modifier("polyTweakUV", "\tsetAttr -s 2 \".uvtk[2:3]\" -type \"float2\" 0.5 0 0 -0.25;\n");
+  EXPECT_EQ(make(kTweak), "");
+  ASSERT_EQ(mesh().uvSets().size(), 1u);
+  EXPECT_EQ(mesh().uvSets()[0].uvs[2].u, 0.5f);
+  EXPECT_EQ(mesh().uvSets()[0].uvs[3].v, 0.75f);
+  const std::string warnings =
+      make(kTweak + "createNode polyMapSew -n \"sew\";\n" + connected("plane.out", "sew.ip") +
+           "connectAttr -f \"sew.out\" \"last.ip\";\n");
+  EXPECT_NE(
+      warnings.find("mesh 'm': 'sew' (polyMapSew) changes UVs in a way that is not evaluated"),
+      std::string::npos)
+      << warnings;
+  EXPECT_EQ(mesh().uvSets()[0].uvs[3].v, 1.0f);
+  EXPECT_EQ(mesh().faceCount(), 1);
+}
+
+TEST_F(History, ColoursAreSetByVertexAndByCorner) {
+  make(modifier("polyColorPerVertex",
+                "\tsetAttr \".vclr[0].vrgb\" -type \"float3\" 1 0 0;\n"
+                "\tsetAttr \".vclr[1].vrgb\" -type \"float3\" 0 1 0;\n"
+                "\tsetAttr \".vclr[1].vfcl[0].frgb\" -type \"float3\" 0 0 1;\n"
+                "\tsetAttr \".vclr[1].vfcl[0].vfal\" 0.5;\n"));
+  const MeshColourSet* set = mesh().findColourSet();
+  ASSERT_NE(set, nullptr);
+  const auto colourOf = [&](int corner) {
+    return set->colours.at(static_cast<std::size_t>(MeshData::colourAt(*set, corner)));
+  };
+  EXPECT_EQ(colourOf(0).r, 1.0f);
+  EXPECT_EQ(colourOf(1).b, 1.0f);
+  EXPECT_EQ(colourOf(1).g, 0.0f);
+  EXPECT_EQ(colourOf(1).a, 0.5f);
+  EXPECT_EQ(MeshData::colourAt(*set, 2), -1);
+}
+
+// A cube of six faces, eight points and twelve edges, with fourteen UVs.
+TEST_F(History, FacesAreDeletedTurnedAndCut) {
+  const struct {
+    const char* node;
+    int points, faces, edges, corners;
+    double volume;  // of the signed tetrahedra between the faces' triangles and the origin
+  } kCases[] = {
+      {"createNode deleteComponent -n \"last\";\n\tsetAttr \".dc\" -type \"componentList\" 1 "
+       "\"f[2]\";\n",
+       8, 5, 12, 20, 5.0 / 6.0},
+      {"createNode deleteComponent -n \"last\";\n\tsetAttr \".dc\" -type \"componentList\" 2 "
+       "\"f[1]\" "
+       "\"f[3:5]\";\n",
+       8, 2, 8, 8, 2.0 / 6.0},
+      {"createNode polyNormal -n \"last\";\n", 8, 6, 12, 24, -1.0},
+      {"createNode polyNormal -n \"last\";\n\tsetAttr \".ics\" -type \"componentList\" 1 "
+       "\"f[0]\";\n",
+       8, 6, 12, 24, 4.0 / 6.0},
+      {"createNode polyTriangulate -n \"last\";\n\tsetAttr \".ics\" -type \"componentList\" 1 "
+       "\"f[0:1]\";\n",
+       8, 8, 14, 28, 1.0},
+      {"createNode polyMapCut -n \"last\";\n\tsetAttr \".nds\" 1;\n", 8, 6, 12, 24, 1.0},
+  };
+  for (const auto& c : kCases) {
+    make("createNode polyCube -n \"cube\";\n" + std::string(c.node) +
+             "connectAttr \"cube.out\" \"last.ip\";\nconnectAttr \"cube.out\" \"last.ig\";\n",
+         std::string(c.node).find("delete") != std::string::npos ? "last.og" : "last.out");
+    SCOPED_TRACE(c.node);
+    EXPECT_EQ(mesh().pointCount(), c.points);
+    EXPECT_EQ(mesh().faceCount(), c.faces);
+    EXPECT_EQ(static_cast<int>(mesh().edges().size()), c.edges);
+    EXPECT_EQ(static_cast<int>(mesh().cornerVertices().size()), c.corners);
+    double volume = 0.0;
+    for (const MeshTriangle& t : mesh().triangles().list) {
+      const auto at = [&](int i) {
+        const int vertex = mesh().cornerVertices()[static_cast<std::size_t>(t.corners[i])];
+        return mesh().points()[static_cast<std::size_t>(vertex)];
+      };
+      volume += dot(at(0), cross(at(1), at(2))) / 6.0;
+    }
+    EXPECT_NEAR(volume, c.volume, 1e-12);
+    for (const int id : mesh().uvSets().at(0).ids) {
+      EXPECT_LT(id, static_cast<int>(mesh().uvSets()[0].uvs.size()));
+    }
+  }
+}
+
+TEST_F(History, EdgesSoftenBelowTheirAngle) {
+  for (const auto& [angle, hard] :
+       {std::pair<const char*, int>("91", 0), {"89", 12}, {"180", 0}, {"0", 12}}) {
+    make(
+        "createNode polyCube -n \"cube\";\ncreateNode polySoftEdge -n \"last\";\n\tsetAttr "
+        "\".a\" " +
+        std::string(angle) + ";\n" + connected("cube.out", "last.ip"));
+    int found = 0;
+    for (const MeshEdge& edge : mesh().edges()) {
+      found += edge.smooth() ? 0 : 1;
+    }
+    EXPECT_EQ(found, hard) << angle;
+  }
 }
 
 }  // namespace

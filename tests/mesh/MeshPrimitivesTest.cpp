@@ -21,15 +21,16 @@ double volumeOf(const MeshData& mesh) {
   return six / 6.0;
 }
 
-// Every edge is passed once in each direction, and points, edges and faces add up to a sphere's.
-void expectClosed(const MeshData& mesh, const std::string& where) {
+// Every edge is passed once in each direction, and points, edges and faces add up to a sphere's, or
+// with `sum` 0 to a torus's.
+void expectClosed(const MeshData& mesh, const std::string& where, int sum = 2) {
   std::map<int, int> passes;
   for (const int edge : mesh.storedLoopEdges()) ++passes[edge];
   for (const auto& [edge, times] : passes) {
     EXPECT_EQ(times, 1) << where;
     EXPECT_EQ(passes.count(-edge - 1), 1u) << where;
   }
-  EXPECT_EQ(mesh.pointCount() - static_cast<int>(mesh.edges().size()) + mesh.faceCount(), 2)
+  EXPECT_EQ(mesh.pointCount() - static_cast<int>(mesh.edges().size()) + mesh.faceCount(), sum)
       << where;
 }
 
@@ -87,6 +88,12 @@ TEST(MeshPrimitives, SizesCountsAndVolumes) {
        2.0 * polygonArea(20, 1.0)},
       {"polyCube", {{"axy", -1}}, 8, 6, 14, 1.0},
       {"polySphere", {{"sa", -5}, {"sh", 0}}, 5, 6, 10, sphereVolume(3, 2)},
+      {"polyCone", {}, 21, 21, 42, 2.0 / 3.0 * polygonArea(20, 1.0)},
+      {"polyCone", {{"r", 2}, {"h", 3}, {"sa", 5}, {"sh", 4}}, 21, 21, 30, polygonArea(5, 2.0)},
+      {"polyPyramid", {{"w", 2}}, 5, 5, 10, 4.0 * std::sqrt(2.0) / 3.0},
+      {"polyPyramid", {{"ns", 3}}, 4, 4, 8, 1.0 / (6.0 * std::sqrt(2.0))},  // a tetrahedron
+      // Each wedge between two half planes adds the section's first moment times the angle's sine.
+      {"polyTorus", {}, 400, 400, 441, 20.0 * std::sin(kPi / 10.0) * polygonArea(20, 0.5)},
   };
   for (const Case& c : cases) {
     const std::string where = std::string(c.type) + " " + std::to_string(&c - cases);
@@ -95,7 +102,7 @@ TEST(MeshPrimitives, SizesCountsAndVolumes) {
     EXPECT_EQ(mesh.faceCount(), c.faces) << where;
     EXPECT_EQ(mesh.uvSets().front().uvs.size(), c.uvs) << where;
     EXPECT_NEAR(volumeOf(mesh), c.volume, 1e-9 * (1.0 + c.volume)) << where;
-    if (c.volume != 0.0) expectClosed(mesh, where);
+    if (c.volume != 0.0) expectClosed(mesh, where, c.type == std::string("polyTorus") ? 0 : 2);
     for (std::size_t corner = 0; c.uvs != 0 && corner < mesh.cornerVertices().size(); ++corner) {
       EXPECT_NE(MeshData::uvAt(mesh.uvSets().front(), static_cast<int>(corner)), -1) << where;
     }
@@ -137,6 +144,19 @@ TEST(MeshPrimitives, RingsAndRowsStartWhereTheyShould) {
   EXPECT_NEAR(sphere.points()[0].z, -0.048340943, 1e-6);
   EXPECT_EQ(sphere.points()[381], (Vec3{0, 1, 0}));
   EXPECT_EQ(sphere.normals().list.size(), 382u);  // smooth all over
+  const MeshData torus = primitive("polyTorus");
+  EXPECT_NEAR(length(torus.points()[0] - Vec3{0.47552857, 0, -0.15450859}), 0.0, 1e-6);
+  EXPECT_NEAR(length(torus.points()[20] - Vec3{0.4988026, 0.1545085, -0.16207078}), 0.0, 1e-6);
+  EXPECT_EQ(std::vector<int>(torus.storedLoopEdges().begin(), torus.storedLoopEdges().begin() + 4),
+            (std::vector<int>{-1, 400, 20, -402}));
+  const MeshData cone = primitive("polyCone", {{"hbl", -1}});
+  EXPECT_NEAR(length(cone.points()[0] - Vec3{0.95105714, 0, -0.30901718}), 0.0, 1e-6);
+  EXPECT_EQ(cone.points()[20], (Vec3{0, 2, 0}));
+  EXPECT_EQ(
+      std::vector<int>(cone.cornerVertices().begin() + 18, cone.cornerVertices().begin() + 26),
+      (std::vector<int>{2, 1, 0, 1, 20, 1, 2, 20}));
+  const MeshUv tip = cone.uvSets().front().uvs[41];
+  EXPECT_TRUE(tip.u == 0.5f && tip.v == 1.0f);
   const MeshData plane = primitive("polyPlane", {{"w", 17}, {"h", 17}});
   EXPECT_EQ(plane.points()[0], (Vec3{-8.5, 0, 8.5}));
   EXPECT_NEAR(plane.points()[12].x, -6.8, 1e-9);

@@ -8,13 +8,51 @@
 namespace host {
 namespace {
 
+using Input = HistoryNodeType::Input;
+constexpr Input kNone = {nullptr, nullptr};
+constexpr Input kGeometry = {"ig", "inputGeometry"};
+constexpr Input kPolygons = {"ip", "inputPolymesh"};
+constexpr Input kDeformed = {"ip[#].ig", "input[#].inputGeometry"};
+
 const HistoryNodeType kTypes[] = {
-    {"groupParts", "ig", "inputGeometry", nullptr},
-    {"polyCube", nullptr, nullptr, makePrimitive<kCube>},
-    {"polyCylinder", nullptr, nullptr, makePrimitive<kCylinder>},
-    {"polyPlane", nullptr, nullptr, makePrimitive<kPlane>},
-    {"polySphere", nullptr, nullptr, makePrimitive<kSphere>},
-    {"transformGeometry", "ig", "inputGeometry", transformGeometry},
+    {"blendShape", kDeformed, blendShape},
+    {"deleteComponent", kGeometry, deleteComponent},
+    {"groupParts", kGeometry, nullptr},
+    {"polyAutoProj", kPolygons, keepOlderUvs},
+    {"polyBlindData", kPolygons, nullptr},
+    {"polyColorPerVertex", kPolygons, polyColorPerVertex},
+    {"polyCone", kNone, makePrimitive<kCone>},
+    {"polyCopyUV", kPolygons, keepOlderUvs},
+    {"polyCrease", kPolygons, nullptr},
+    {"polyCreaseEdge", kPolygons, nullptr},
+    {"polyCube", kNone, makePrimitive<kCube>},
+    {"polyCylinder", kNone, makePrimitive<kCylinder>},
+    {"polyCylProj", kPolygons, keepOlderUvs},
+    {"polyFlipUV", kPolygons, keepOlderUvs},
+    {"polyLayoutUV", kPolygons, keepOlderUvs},
+    {"polyMapCut", kPolygons, keepOlderUvs},
+    {"polyMapDel", kPolygons, polyMapDel},
+    {"polyMapSew", kPolygons, keepOlderUvs},
+    {"polyMapSewMove", kPolygons, keepOlderUvs},
+    {"polyMoveUV", kPolygons, keepOlderUvs},
+    {"polyNormal", kPolygons, polyNormal},
+    {"polyNormalizeUV", kPolygons, keepOlderUvs},
+    {"polyOptUvs", kPolygons, keepOlderUvs},
+    {"polyPinUV", kPolygons, nullptr},
+    {"polyPlanarProj", kPolygons, keepOlderUvs},
+    {"polyPlane", kNone, makePrimitive<kPlane>},
+    {"polyProj", kPolygons, keepOlderUvs},
+    {"polyPyramid", kNone, makePrimitive<kPyramid>},
+    {"polySoftEdge", kPolygons, polySoftEdge},
+    {"polySphere", kNone, makePrimitive<kSphere>},
+    {"polySphProj", kPolygons, keepOlderUvs},
+    {"polyStraightenUVBorder", kPolygons, keepOlderUvs},
+    {"polyTorus", kNone, makePrimitive<kTorus>},
+    {"polyTriangulate", kPolygons, polyTriangulate},
+    {"polyTweakUV", kPolygons, polyTweakUv},
+    {"skinCluster", kDeformed, skinCluster},
+    {"transformGeometry", kGeometry, transformGeometry},
+    {"tweak", kDeformed, tweak},
 };
 
 }  // namespace

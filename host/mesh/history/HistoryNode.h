@@ -52,13 +52,25 @@ class HistoryParameters {
   using Visitor =
       std::function<void(const ParameterPath& path, const std::vector<double>& numbers)>;
   virtual void forEach(const ParameterName& name, const Visitor& visit) const = 0;
+  // The elements that the component list beside a value of forEach names, in written order.
+  virtual std::vector<int> componentsBeside(const ParameterPath& path, const ParameterName& name,
+                                            ElementKind kind, int count) const = 0;
   // Every mesh connected at or below the attribute, by path. False when one of them cannot be made,
   // which the evaluation then reports; the node gives up.
   using MeshVisitor = std::function<void(const ParameterPath& path, const MeshData& mesh)>;
   virtual bool forEachMesh(const ParameterName& name, const MeshVisitor& visit) = 0;
 
-  // Says of the mesh that its UVs or colours are those from before this node.
-  virtual void noteOlder(std::string_view what) = 0;
+  // Of a deformer, the vertices that it may move, those below `count`; nothing for all of them.
+  virtual std::optional<std::vector<int>> affectedVertices(int count) const = 0;
+  // The index of the output that is made: that of the mesh among those that a deformer moves.
+  virtual int outputIndex() const = 0;
+
+  // Says something of the mesh that is no reason not to make it, in words that follow the node's
+  // name.
+  virtual void note(const std::string& text) = 0;
+  // Says that the mesh's UVs stay those from before this node.
+  virtual void noteOlderUvs() = 0;
+  virtual bool hasOlderUvs() const = 0;  // some node before this one said so
 
   double number(const ParameterName& name, double otherwise) const {
     return number(name).value_or(otherwise);
@@ -70,10 +82,13 @@ class HistoryParameters {
 // A type of node in a mesh's history.
 struct HistoryNodeType {
   const char* name;
-  // Where the mesh that it changes is connected. "#" stands for the index of the output that is
-  // asked for. Null: it makes a mesh of nothing.
-  const char* input;
-  const char* longInput;
+  // Where the mesh that it changes is connected, spelt with short and with long names. "#" stands
+  // for the index of the output that is asked for. Null: it makes a mesh of nothing.
+  struct Input {
+    const char* path;
+    const char* longPath;
+  };
+  Input input;
   // Makes `mesh`, which is the input or empty, what the node hands on. Gives what is wrong, in
   // words that follow "but "; then `mesh` is worth nothing. Null: hands it on as it is.
   std::string (*evaluate)(HistoryParameters& node, MeshData& mesh);

@@ -8,10 +8,13 @@
 // The functions that the table of history nodes names; each is HistoryNodeType::evaluate.
 namespace host {
 
+inline constexpr char kCone[] = "polyCone";
 inline constexpr char kCube[] = "polyCube";
 inline constexpr char kCylinder[] = "polyCylinder";
 inline constexpr char kPlane[] = "polyPlane";
+inline constexpr char kPyramid[] = "polyPyramid";
 inline constexpr char kSphere[] = "polySphere";
+inline constexpr char kTorus[] = "polyTorus";
 
 std::string makePrimitiveNamed(const char* typeName, HistoryParameters& node, MeshData& mesh);
 template <const char* kTypeName>
@@ -23,6 +26,34 @@ std::string makePrimitive(HistoryParameters& node, MeshData& mesh) {
 // normals with them. A matrix that mirrors leaves the faces as they are, so that they then face
 // inwards.
 std::string transformGeometry(HistoryParameters& node, MeshData& mesh);
+
+// Moves points by joints (matrix of a joint as it stands, times the inverse of where it was bound):
+// by the weighted sum of their matrices, by dual quaternions, or by a blend of both. Points without
+// a weight stay. Dual quaternions leave scales out.
+std::string skinCluster(HistoryParameters& node, MeshData& mesh);
+// Adds the offsets of targets, stored ones and connected meshes, in proportion to their weights;
+// between two shapes of one target both count in proportion.
+std::string blendShape(HistoryParameters& node, MeshData& mesh);
+// Adds an offset to each point.
+std::string tweak(HistoryParameters& node, MeshData& mesh);
+
+// Hands the mesh on and notes that its UVs are older.
+std::string keepOlderUvs(HistoryParameters& node, MeshData& mesh);
+// Adds an offset to each UV; not once UVs are older, because they have other numbers then.
+std::string polyTweakUv(HistoryParameters& node, MeshData& mesh);
+// Takes the UVs from faces.
+std::string polyMapDel(HistoryParameters& node, MeshData& mesh);
+// Sets colours of vertices, and of corners.
+std::string polyColorPerVertex(HistoryParameters& node, MeshData& mesh);
+
+// Takes faces away, and points and UVs that nothing needs any more.
+std::string deleteComponent(HistoryParameters& node, MeshData& mesh);
+// Turns faces round.
+std::string polyNormal(HistoryParameters& node, MeshData& mesh);
+// Cuts faces into the triangles that MeshData::triangles has.
+std::string polyTriangulate(HistoryParameters& node, MeshData& mesh);
+// Makes edges soft whose faces meet at less than an angle, others hard.
+std::string polySoftEdge(HistoryParameters& node, MeshData& mesh);
 
 }  // namespace host
 

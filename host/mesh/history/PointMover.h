@@ -1,0 +1,44 @@
+#ifndef MORVANE_HOST_MESH_HISTORY_POINTMOVER_H_
+#define MORVANE_HOST_MESH_HISTORY_POINTMOVER_H_
+
+#include <maya/MMatrix.h>
+
+#include <vector>
+
+#include "host/mesh/history/HistoryNode.h"
+
+namespace host {
+
+// Moves the points that a deformer may move, as far as its envelope says.
+class PointMover {
+ public:
+  // `node` and `mesh` outlive it.
+  PointMover(const HistoryParameters& node, MeshData& mesh);
+
+  // To where the matrix (row vectors) takes the point; the locked normals of its corners turn
+  // along.
+  void move(int vertex, const MMatrix& matrix);
+  void offset(int vertex, const Vec3& offset);
+
+ private:
+  bool mayMove(int vertex) const;
+  void turnNormals(int vertex, const MMatrix& matrix);
+  void indexLockedCorners(const MeshData& mesh);
+
+  double envelope_;
+  std::vector<Vec3>& points_;
+  std::vector<MeshNormal>& normals_;
+  std::vector<bool> affected_;  // empty: all
+  // The corners of vertex v that have a locked normal are corners_[firstCorner_[v]...]; both are
+  // empty when no normal is locked.
+  std::vector<int> firstCorner_;
+  std::vector<int> corners_;
+};
+
+// A number for each vertex from an array attribute, `otherwise` where nothing is set.
+std::vector<double> perVertex(const HistoryParameters& node, const ParameterName& name,
+                              int vertices, double otherwise);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_MESH_HISTORY_POINTMOVER_H_
