@@ -78,6 +78,28 @@ TileCandidate candidateAt(const DagPath& top) {
   return candidate;
 }
 
+Answer answerOf(const mel::Value& value) {
+  using Type = mel::Value::Type;
+  Answer answer;
+  answer.isArray = value.isArray();
+  const auto array =
+      value.convertedTo(value.isArray() ? value.type() : mel::arrayType(value.type()));
+  if (value.type() == Type::kNone || !array) {
+    return answer;
+  }
+  if (array->ints() != nullptr) {
+    answer.kind = Answer::Kind::kInts;
+    answer.ints = *array->ints();
+  } else if (array->floats() != nullptr) {
+    answer.kind = Answer::Kind::kFloats;
+    answer.floats = *array->floats();
+  } else {
+    answer.kind = Answer::Kind::kStrings;
+    answer.strings = *array->strings();
+  }
+  return answer;
+}
+
 }  // namespace
 
 std::vector<std::string> textureNames() {
@@ -130,6 +152,15 @@ bool execute(const std::string& text, const std::string& origin) {
 bool tryToExecute(const std::string& text, std::string& reason) {
   const mel::Outcome outcome = mel::Interpreter::current().execute(text, "");
   reason = outcome.failure.text;
+  return outcome.ok;
+}
+
+bool evaluate(const std::string& text, Answer& answer, std::string& reason) {
+  const mel::Outcome outcome = mel::Interpreter::current().execute(text, "");
+  reason = outcome.failure.text;
+  if (outcome.ok) {
+    answer = answerOf(outcome.value);
+  }
   return outcome.ok;
 }
 

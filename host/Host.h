@@ -45,6 +45,22 @@ bool saveScene(const std::string& path, std::string* reason = nullptr);
 bool execute(const std::string& text, const std::string& origin);
 // Shows no failure, but says in `reason` why, without a place.
 bool tryToExecute(const std::string& text, std::string& reason);
+
+// What a text of commands results in: the result of its last command, a single value as an array of
+// one. Only the array of the kind is filled.
+struct Answer {
+  enum class Kind { kNothing, kInts, kFloats, kStrings };
+
+  Kind kind = Kind::kNothing;
+  bool isArray = false;  // the result is an array
+  std::vector<int> ints;
+  std::vector<double> floats;
+  std::vector<std::string> strings;
+};
+
+// The same as tryToExecute(), and gives the result.
+bool evaluate(const std::string& text, Answer& answer, std::string& reason);
+
 bool executeFile(const std::string& path);
 
 // Folders searched by loadPlugin and by source, before MAYA_PLUG_IN_PATH and MAYA_SCRIPT_PATH.

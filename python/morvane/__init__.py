@@ -14,17 +14,23 @@
     morvane.set_goblins(doc, [morvane.Goblin(name="rock", positions=points, triangles=faces)])
     doc.save("rocks.psd")
 
+    with morvane.Scene("meadow.ma") as scene:
+        for record in scene.export():
+            print(record.tile, record.error or record.goblins)
+
 What goes wrong raises FileNotFoundError, PermissionError, ValueError or TypeError where Python does, else
-morvane.Error, whose ``code`` says what. Nothing is printed.
+morvane.Error, whose ``code`` says what. Nothing is printed; what a
+scene's scripts and the plug-in say goes to the logger "morvane".
 """
 
 from ._document import Document, Layer
 from ._errors import Error
 from ._goblins import Goblin, Tile, decode_goblins, encode_goblins, goblins, set_goblins
+from ._scene import ExportRecord, Scene, SceneTile, Warning
 
-__all__ = ["Document", "Error", "Goblin", "Layer", "Tile", "decode_goblins", "encode_goblins", "goblins",
-           "set_goblins"]
+__all__ = ["Document", "Error", "ExportRecord", "Goblin", "Layer", "Scene", "SceneTile", "Tile", "Warning",
+           "decode_goblins", "encode_goblins", "goblins", "set_goblins"]
 
-for _public in (Document, Error, Goblin, Layer, Tile, decode_goblins, encode_goblins, goblins, set_goblins):
-    _public.__module__ = __name__
+for _public in __all__:
+    globals()[_public].__module__ = __name__
 del _public

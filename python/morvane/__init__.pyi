@@ -1,5 +1,6 @@
 import os
 from collections.abc import Iterable, Iterator
+from dataclasses import dataclass
 from typing import Any, Literal, Optional, Union, overload
 
 import numpy
@@ -74,3 +75,43 @@ def goblins(source: Union[_Path, _Bytes, Document]) -> Optional[Tile]: ...
 def set_goblins(document: Document, goblins: Iterable[Goblin], layout: _Layout = "named") -> None: ...
 def decode_goblins(blob: _Bytes) -> Tile: ...
 def encode_goblins(goblins: Iterable[Goblin], layout: _Layout = "named") -> bytes: ...
+
+@dataclass(frozen=True)
+class SceneTile:
+    name: str
+    texture: str
+    goblins: int
+    problem: Optional[str]
+
+@dataclass(frozen=True)
+class Warning:
+    text: str
+    count: int = 1
+    kind: Optional[str] = None
+    file: Optional[str] = None
+    line: Optional[int] = None
+
+@dataclass(frozen=True)
+class ExportRecord:
+    scene: str
+    tile: Optional[str]
+    texture: Optional[str]
+    goblins: Optional[int]
+    vertices: Optional[int]
+    warnings: list[Warning]
+    error: Optional[str]
+    status: int
+    milliseconds: float
+
+class Scene:
+    path: str
+    warnings: list[Warning]
+    damage: list[Warning]
+    def __init__(self, path: _Path, maps: Iterable[tuple[str, str]] = ()) -> None: ...
+    def tiles(self) -> list[SceneTile]: ...
+    def export(self, tiles: Optional[Iterable[Union[str, SceneTile]]] = None) -> list[ExportRecord]: ...
+    def mel(self, text: str) -> Union[None, int, float, str, list[int], list[float], list[str]]: ...
+    def save(self, path: _Path) -> None: ...
+    def close(self) -> None: ...
+    def __enter__(self) -> Scene: ...
+    def __exit__(self, *_: object) -> None: ...

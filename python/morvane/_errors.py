@@ -3,7 +3,8 @@ class Error(Exception):
 
     Codes: ``"damaged"`` (the data breaks its format), ``"unsupported"`` (sound, but of a kind that is not handled),
     ``"no-room"`` (the image has too few pixels), ``"not-found"``, ``"cannot-read"``, ``"cannot-write"``, ``"busy"``
-    (another thread is using the document), ``"stale"`` (a layer of before a change).
+    (another thread is using the document), ``"stale"`` (a layer of before a change), ``"failed"`` (a
+    command in a scene), ``"closed"`` (a scene).
     """
 
     def __init__(self, text, code):

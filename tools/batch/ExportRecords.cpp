@@ -1,14 +1,12 @@
 #include "tools/batch/ExportRecords.h"
 
 #include <cmath>
-#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
 
 #include "tools/batch/SharedTextures.h"
 #include "tools/model/TileFile.h"
-#include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
 
 namespace tools {
@@ -53,19 +51,6 @@ void addCounts(const std::string& file, Json& record) {
 
 }  // namespace
 
-ExportRecords::ExportRecords() {
-  std::fflush(stdout);
-  original_ = duplicate(kStandardOutput);
-  ok_ = original_ >= 0 && redirect(kStandardOutput, kStandardError);
-}
-
-ExportRecords::~ExportRecords() {
-  if (original_ < 0) return;
-  std::fflush(stdout);
-  redirect(kStandardOutput, original_);
-  closeFile(original_);
-}
-
 void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
                           const std::string& texture) {
   Json record = emptyRecord(scene);
@@ -82,7 +67,7 @@ void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
     record["texture"] = toUtf8(file);
     addCounts(file, record);
   }
-  writeLine(record.dump());
+  output_.writeLine(record.dump());
 }
 
 void ExportRecords::writeScene(const std::string& scene, const host::SceneProblems& problems,
@@ -91,12 +76,7 @@ void ExportRecords::writeScene(const std::string& scene, const host::SceneProble
   record["warnings"] = warningsOf(problems);
   if (!error.empty()) record["error"] = toUtf8(error);
   record["status"] = status;
-  writeLine(record.dump());
-}
-
-void ExportRecords::writeLine(const std::string& line) {
-  const std::string text = line + '\n';
-  if (!ok_ || !writeAll(original_, text.data(), text.size())) ok_ = false;
+  output_.writeLine(record.dump());
 }
 
 }  // namespace tools

@@ -5,18 +5,13 @@
 
 #include "tools/batch/ExportReport.h"
 #include "tools/terminal/ExitStatus.h"
+#include "tools/terminal/OutputAside.h"
 
 namespace tools {
 
-// One line of JSON for each tile on standard output, which it keeps for these lines alone: while
-// it lives, everything else that the process writes there goes to standard error.
+// One line of JSON for each tile on standard output, which it keeps for these lines alone.
 class ExportRecords {
  public:
-  ExportRecords();
-  ~ExportRecords();
-  ExportRecords(const ExportRecords&) = delete;
-  ExportRecords& operator=(const ExportRecords&) = delete;
-
   // {"scene", "tile", "texture", "goblins", "vertices", "warnings": [{"text", "count"}], "error",
   // "status", "milliseconds"}. `texture` is the scene's name of it, and the record's the file that
   // holds the goblins now; what is not known is null.
@@ -29,13 +24,10 @@ class ExportRecords {
                   const std::string& error, ExitStatus status);
 
   // False when a line could not be written.
-  bool ok() const { return ok_; }
+  bool ok() const { return output_.ok(); }
 
  private:
-  void writeLine(const std::string& line);
-
-  int original_ = -1;
-  bool ok_ = true;
+  OutputAside output_;
 };
 
 }  // namespace tools

@@ -47,16 +47,9 @@ class Batch {
     return std::max(worst, kFailed);
   }
 
- private:
-  const std::string& name() const { return job_.scenes[scene_]; }
-
-  ExitStatus exportScene() {
-    bar_.show(doneSoFar(0, 1), "opening " + printable(name()));
+  // Of the scene at hand, in which these problems were found.
+  ExitStatus exportOpened(const host::SceneProblems& problems) {
     std::string error;
-    const bool opened = host::openScene(paths_[scene_], &error);
-    bar_.hide();
-    const host::SceneProblems problems = host::takeSceneProblems();
-    if (!opened) return failScene(problems, error, kNotLoaded);
     if (!selectTiles(name(), job_.nodes, problems, error)) {
       return failScene(problems, error, kFailed);
     }
@@ -66,6 +59,18 @@ class Batch {
     }
     const ExitStatus exported = exportSelected(problems.damages != 0);
     return std::max(exported, tellDamage(name(), problems));
+  }
+
+ private:
+  const std::string& name() const { return job_.scenes[scene_]; }
+
+  ExitStatus exportScene() {
+    bar_.show(doneSoFar(0, 1), "opening " + printable(name()));
+    std::string error;
+    const bool opened = host::openScene(paths_[scene_], &error);
+    bar_.hide();
+    const host::SceneProblems problems = host::takeSceneProblems();
+    return opened ? exportOpened(problems) : failScene(problems, error, kNotLoaded);
   }
 
   ExitStatus exportSelected(bool isDamaged) {
@@ -227,6 +232,10 @@ class Batch {
 
 ExitStatus exportScenes(const ExportJob& job) {
   return Batch(job).run();
+}
+
+ExitStatus exportOpenScene(const ExportJob& job) {
+  return Batch(job).exportOpened({});
 }
 
 }  // namespace tools

@@ -21,6 +21,9 @@ struct ExportJob {
 // standard output has one record for each tile and nothing else. The worst status of all scenes.
 ExitStatus exportScenes(const ExportJob& job);
 
+// The same of the scene that is open, which is the only one of the job.
+ExitStatus exportOpenScene(const ExportJob& job);
+
 }  // namespace tools
 
 #endif  // MORVANE_TOOLS_BATCH_EXPORTSCENES_H_

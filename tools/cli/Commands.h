@@ -12,6 +12,7 @@ void addExport(CLI::App& program, int& status);
 void addImport(CLI::App& program, int& status);
 void addInfo(CLI::App& program, int& status);
 void addGoblins(CLI::App& program, int& status);
+void addServe(CLI::App& program, int& status);
 void addView(CLI::App& program, int& status);
 
 }  // namespace tools

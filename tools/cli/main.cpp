@@ -42,6 +42,7 @@ int run(int argc, char** argv) {
   addInfo(program, status);
   addGoblins(program, status);
   addView(program, status);
+  addServe(program, status);
   program.footer(kExamples);
   program.failure_message(wrongUsage);
   try {
