@@ -9,7 +9,7 @@ test_packages=(clang clang-format python3 git libgtest-dev imagemagick openimage
   parallel pkg-config python3-pip python3-psd-tools python3-pytest)
 fuzz_packages=(clang libclang-rt-14-dev)
 judge_packages=(imagemagick openimageio-tools python3 python3-psd-tools)
-bench_packages=(libbenchmark-dev libtiff-dev libmeshoptimizer-dev libassimp-dev imagemagick)
+bench_packages=(libbenchmark-dev libtiff-dev libmeshoptimizer-dev libassimp-dev imagemagick python3-psd-tools)
 
 say() { printf '\n== %s\n' "$*"; }
 
