@@ -48,7 +48,9 @@ function literals(text) {
   return lines.join('\n');
 }
 
-writeFileSync(process.argv[2], `// Made by tools/view/page/build.mjs.
+writeFileSync(
+  process.argv[2],
+  `// Made by tools/view/page/build.mjs.
 #include "tools/view/ViewPage.h"
 
 namespace tools {
@@ -68,4 +70,5 @@ nullptr};
 }
 
 }  // namespace tools
-`);
+`,
+);

@@ -5,9 +5,13 @@ export const byId = (id) => document.getElementById(id);
 export function element(tag, attributes = {}, ...children) {
   const made = document.createElement(tag);
   for (const [name, value] of Object.entries(attributes)) {
-    if (name.startsWith('on')) made.addEventListener(name.slice(2), value);
-    else if (typeof value === 'boolean') made.toggleAttribute(name, value);
-    else made.setAttribute(name, value);
+    if (name.startsWith('on')) {
+      made.addEventListener(name.slice(2), value);
+    } else if (typeof value === 'boolean') {
+      made.toggleAttribute(name, value);
+    } else {
+      made.setAttribute(name, value);
+    }
   }
   made.append(...children);
   return made;
@@ -15,7 +19,8 @@ export function element(tag, attributes = {}, ...children) {
 
 const shapes = {
   seen: 'M2 12s3.6-6.5 10-6.5S22 12 22 12s-3.6 6.5-10 6.5S2 12 2 12Z M12 9a3 3 0 1 1 0 6 3 3 0 0 1 0-6Z',
-  unseen: 'M3 3l18 18 M10 5.7A11 11 0 0 1 12 5.5c6.4 0 10 6.5 10 6.5a18 18 0 0 1-3.3 3.9 M6.2 7.5A17 17 0 0 0 2 12s3.6 6.5 10 6.500c1.800 0 3.400-.5 4.700-1.200',
+  unseen:
+    'M3 3l18 18 M10 5.7A11 11 0 0 1 12 5.5c6.4 0 10 6.5 10 6.5a18 18 0 0 1-3.3 3.9 M6.2 7.5A17 17 0 0 0 2 12s3.6 6.5 10 6.500c1.800 0 3.400-.5 4.700-1.200',
   pick: 'M12 3v4 M12 17v4 M3 12h4 M17 12h4 M12 7a5 5 0 1 1 0 10 5 5 0 0 1 0-10Z',
   open: 'M8 10l4 4 4-4',
   close: 'M6 6l12 12 M18 6L6 18',

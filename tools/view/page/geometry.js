@@ -2,14 +2,21 @@
 // base 64: 8 little-endian floats a vertex (position, normal, texture coordinates), and 32-bit
 // indices, three a triangle, that count from the mesh's own first vertex.
 
-import {BufferAttribute, BufferGeometry, InterleavedBuffer, InterleavedBufferAttribute} from 'three';
+import {
+  BufferAttribute,
+  BufferGeometry,
+  InterleavedBuffer,
+  InterleavedBufferAttribute,
+} from 'three';
 
 const floatsAVertex = 8;
 
 function bytes(text) {
   const binary = atob(text);
   const result = new Uint8Array(binary.length);
-  for (let i = 0; i < binary.length; i++) result[i] = binary.charCodeAt(i);
+  for (let i = 0; i < binary.length; i++) {
+    result[i] = binary.charCodeAt(i);
+  }
   return result;
 }
 
@@ -30,19 +37,22 @@ export function unpack(entry) {
   let vertex = 0;
   let index = 0;
   return entry.meshes.map(([, vertexCount, triangleCount]) => {
-    const made = geometry(vertices.slice(vertex, vertex += vertexCount * floatsAVertex),
-      indices.slice(index, index += triangleCount * 3));
+    const made = geometry(
+      vertices.slice(vertex, (vertex += vertexCount * floatsAVertex)),
+      indices.slice(index, (index += triangleCount * 3)),
+    );
     return made;
   });
 }
 
 export function unitTile() {
-  return geometry(new Float32Array([
-    0, 0, 0, 0, 1, 0, 0, 0,
-    0, 0, 1, 0, 1, 0, 0, 1,
-    1, 0, 1, 0, 1, 0, 1, 1,
-    1, 0, 0, 0, 1, 0, 1, 0,
-  ]), new Uint32Array([0, 1, 2, 0, 2, 3]));
+  return geometry(
+    new Float32Array([
+      0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 1, 0, 0, 1, 1, 0, 1, 0, 1, 0, 1, 1, 1, 0, 0, 0, 1, 0, 1,
+      0,
+    ]),
+    new Uint32Array([0, 1, 2, 0, 2, 3]),
+  );
 }
 
 // The open edges of a surface, each as its two end points; ends at the same place are the same.
@@ -54,7 +64,9 @@ function openEdges(surface) {
   for (let i = 0; i < index.length; i++) {
     const from = index[i];
     const to = index[i % 3 === 2 ? i - 2 : i + 1];
-    if (!edges.delete(`${key(to)}>${key(from)}`)) edges.set(`${key(from)}>${key(to)}`, [from, to]);
+    if (!edges.delete(`${key(to)}>${key(from)}`)) {
+      edges.set(`${key(from)}>${key(to)}`, [from, to]);
+    }
   }
   const point = (i) => [place.getX(i), place.getY(i), place.getZ(i)];
   return [...edges.values()].map(([from, to]) => [point(from), point(to)]);
@@ -69,7 +81,14 @@ export function walls(surface, bottom) {
     const length = Math.hypot(b[0] - a[0], b[2] - a[2]) || 1;
     const normal = [(a[2] - b[2]) / length, 0, (b[0] - a[0]) / length];
     const first = vertices.length / floatsAVertex;
-    for (const [p, y] of [[a, a[1]], [a, bottom], [b, bottom], [b, b[1]]]) vertices.push(p[0], y, p[2], ...normal, 0, 0);
+    for (const [p, y] of [
+      [a, a[1]],
+      [a, bottom],
+      [b, bottom],
+      [b, b[1]],
+    ]) {
+      vertices.push(p[0], y, p[2], ...normal, 0, 0);
+    }
     indices.push(first, first + 1, first + 2, first, first + 2, first + 3);
   }
   return geometry(new Float32Array(vertices), new Uint32Array(indices));

@@ -19,8 +19,12 @@ const goblinCount = (item) => item.goblins?.meshes.length ?? 0;
 const isDamaged = (item) => Boolean(item.fault || item.report?.fault || item.goblins?.fault);
 
 function note(item) {
-  if (item.fault) return 'cannot be shown';
-  if (item.goblins?.fault) return 'damaged goblins';
+  if (item.fault) {
+    return 'cannot be shown';
+  }
+  if (item.goblins?.fault) {
+    return 'damaged goblins';
+  }
   return item.goblins ? count(goblinCount(item), 'goblin') : 'no goblins';
 }
 
@@ -34,46 +38,95 @@ function fileButton(item, number) {
   const thumbnail = item.picture
     ? element('img', {src: item.picture.thumbnail, alt: '', width: '56', height: '56'})
     : element('span', {class: 'no-thumbnail'});
-  const words = element('span', {class: 'words'}, element('span', {class: 'name'}, label(item)), element('span', {class: 'meta'}, note(item)));
-  const button = element('button', {type: 'button', title: item.file, onclick: () => choose(number)}, thumbnail, words);
-  if (isDamaged(item)) button.append(icon('fault'));
+  const words = element(
+    'span',
+    {class: 'words'},
+    element('span', {class: 'name'}, label(item)),
+    element('span', {class: 'meta'}, note(item)),
+  );
+  const button = element(
+    'button',
+    {type: 'button', title: item.file, onclick: () => choose(number)},
+    thumbnail,
+    words,
+  );
+  if (isDamaged(item)) {
+    button.append(icon('fault'));
+  }
   return element('li', {}, button);
 }
 
 function facts(item) {
   const report = item.report;
   const parts = [];
-  if (item.tile) parts.push(`texture ${item.file}`);
+  if (item.tile) {
+    parts.push(`texture ${item.file}`);
+  }
   if (report) {
-    parts.push(`${report.width} \u00d7 ${report.height} pixels`, `${report.depth} bits`, count(report.channels, 'channel'));
+    parts.push(
+      `${report.width} \u00d7 ${report.height} pixels`,
+      `${report.depth} bits`,
+      count(report.channels, 'channel'),
+    );
     parts.push(`${(report.bytes / 1024).toFixed(0)} KiB`);
   }
-  if (item.goblins && !item.tile) parts.push(`${item.goblins.layout} layout`);
+  if (item.goblins && !item.tile) {
+    parts.push(`${item.goblins.layout} layout`);
+  }
   return parts.join(' \u00b7 ');
 }
 
 function faultTexts(item) {
   const texts = [];
-  if (item.fault) texts.push(['This cannot be shown', item.fault]);
-  if (item.report?.fault) texts.push(['The file is damaged', item.report.fault]);
-  if (item.goblins?.fault) texts.push(['The goblin geometry is damaged', `${item.goblins.fault}. What could be read before that is shown. Export the tile again.`]);
-  if (item.goblins?.dropped) texts.push(['Some triangles are left out', `${count(item.goblins.dropped, 'triangle')} with coordinates that are no finite numbers.`]);
-  if (item.pictureFault) texts.push(['There is no picture', item.pictureFault]);
+  if (item.fault) {
+    texts.push(['This cannot be shown', item.fault]);
+  }
+  if (item.report?.fault) {
+    texts.push(['The file is damaged', item.report.fault]);
+  }
+  if (item.goblins?.fault) {
+    texts.push([
+      'The goblin geometry is damaged',
+      `${item.goblins.fault}. What could be read before that is shown. Export the tile again.`,
+    ]);
+  }
+  if (item.goblins?.dropped) {
+    texts.push([
+      'Some triangles are left out',
+      `${count(item.goblins.dropped, 'triangle')} with coordinates that are no finite numbers.`,
+    ]);
+  }
+  if (item.pictureFault) {
+    texts.push(['There is no picture', item.pictureFault]);
+  }
   return texts;
 }
 
 function showFaults(item) {
-  byId('faults').replaceChildren(...faultTexts(item).map(([what, why]) =>
-    element('div', {class: 'fault'}, icon('fault'), element('p', {}, element('strong', {}, what), element('br'), why))));
+  byId('faults').replaceChildren(
+    ...faultTexts(item).map(([what, why]) =>
+      element(
+        'div',
+        {class: 'fault'},
+        icon('fault'),
+        element('p', {}, element('strong', {}, what), element('br'), why),
+      ),
+    ),
+  );
 }
 
 function showPicture(item) {
   const image = byId('picture');
   image.hidden = !item.picture;
   image.classList.toggle('transparent', Boolean(item.picture?.transparent));
-  byId('picture-note').textContent = !item.picture ? 'There is no picture.' : item.picture.composed
-    ? 'Put together from the visible layers, since the file\u2019s merged image shows nothing.' : 'The file\u2019s merged image.';
-  if (!item.picture) return image.removeAttribute('src');
+  byId('picture-note').textContent = !item.picture
+    ? 'There is no picture.'
+    : item.picture.composed
+      ? 'Put together from the visible layers, since the file\u2019s merged image shows nothing.'
+      : 'The file\u2019s merged image.';
+  if (!item.picture) {
+    return image.removeAttribute('src');
+  }
   image.src = item.picture.url;
   image.alt = `Picture of ${item.name}`;
 }
@@ -84,28 +137,39 @@ async function showStage(item) {
   const number = shown;
   const hasModel = !item.fault;
   byId('no-stage').hidden = hasModel && stage;
-  byId('no-stage').textContent = stage ? 'Nothing to show.' : 'This browser shows no 3D (WebGL is missing).';
+  byId('no-stage').textContent = stage
+    ? 'Nothing to show.'
+    : 'This browser shows no 3D (WebGL is missing).';
   byId('stage').classList.toggle('without', !hasModel);
-  if (!stage) return;
+  if (!stage) {
+    return;
+  }
   // An image of its own: the one in the page becomes another entry's before this one is drawn.
   const image = new Image();
   if (item.picture) {
     image.src = item.picture.url;
     await image.decode().catch(() => {});
   }
-  if (number !== shown) return;
+  if (number !== shown) {
+    return;
+  }
   stage.show(hasModel ? item : {}, image.naturalWidth ? image : null);
   stage.setTileVisible(hasModel && tileSwitch.getAttribute('aria-pressed') === 'true');
   list.apply();
 }
 
 function choose(number) {
-  if (number === shown) return;
+  if (number === shown) {
+    return;
+  }
   shown = number;
   const item = items[number];
   [...byId('files').querySelectorAll('button')].forEach((button, i) => {
-    if (i === number) button.setAttribute('aria-current', 'true');
-    else button.removeAttribute('aria-current');
+    if (i === number) {
+      button.setAttribute('aria-current', 'true');
+    } else {
+      button.removeAttribute('aria-current');
+    }
   });
   byId('title').textContent = label(item);
   byId('facts').textContent = facts(item);
@@ -119,18 +183,29 @@ function choose(number) {
   announce(`${item.name}, ${note(item)}`);
 }
 
-const tool = (text, action, attributes = {}) => element('button', {type: 'button', onclick: action, ...attributes}, text);
-const tileSwitch = tool('Ground', () => {
-  const visible = tileSwitch.getAttribute('aria-pressed') !== 'true';
-  tileSwitch.setAttribute('aria-pressed', visible);
-  stage.setTileVisible(visible);
-}, {'aria-pressed': 'true'});
-byId('tools').append(tileSwitch, tool('From above', () => stage.lookDown()), tool('Reset', () => stage.reset()));
+const tool = (text, action, attributes = {}) =>
+  element('button', {type: 'button', onclick: action, ...attributes}, text);
+const tileSwitch = tool(
+  'Ground',
+  () => {
+    const visible = tileSwitch.getAttribute('aria-pressed') !== 'true';
+    tileSwitch.setAttribute('aria-pressed', visible);
+    stage.setTileVisible(visible);
+  },
+  {'aria-pressed': 'true'},
+);
+byId('tools').append(
+  tileSwitch,
+  tool('From above', () => stage.lookDown()),
+  tool('Reset', () => stage.reset()),
+);
 
 // Up and down walk through the files.
 byId('files').addEventListener('keydown', (event) => {
   const step = {ArrowDown: 1, ArrowRight: 1, ArrowUp: -1, ArrowLeft: -1}[event.key];
-  if (!step) return;
+  if (!step) {
+    return;
+  }
   const buttons = [...byId('files').querySelectorAll('button')];
   buttons[buttons.indexOf(document.activeElement) + step]?.focus();
   event.preventDefault();
@@ -138,7 +213,13 @@ byId('files').addEventListener('keydown', (event) => {
 
 const total = items.reduce((sum, item) => sum + goblinCount(item), 0);
 const damaged = items.filter(isDamaged).length;
-byId('summary').textContent = `${count(items.length, items.some((item) => item.tile) ? 'tile' : 'file')} \u00b7 ${count(total, 'goblin')}` +
+byId('summary').textContent =
+  `${count(items.length, items.some((item) => item.tile) ? 'tile' : 'file')} \u00b7 ${count(total, 'goblin')}` +
   (damaged ? ` \u00b7 ${damaged} damaged` : '');
 byId('files').append(...items.map(fileButton));
-choose(Math.max(0, items.findIndex((item) => !item.fault)));
+choose(
+  Math.max(
+    0,
+    items.findIndex((item) => !item.fault),
+  ),
+);

@@ -1,15 +1,33 @@
 // The tile and its goblins in 3D. Draws only when something changed.
 
 import {
-  Box3, Color, DirectionalLight, DoubleSide, EdgesGeometry, Group, HemisphereLight, LineBasicMaterial, LineSegments,
-  Mesh, MeshLambertMaterial, PCFShadowMap, PerspectiveCamera, Raycaster, Scene, Spherical, SRGBColorSpace, Texture,
-  Vector2, Vector3, WebGLRenderer,
+  Box3,
+  Color,
+  DirectionalLight,
+  DoubleSide,
+  EdgesGeometry,
+  Group,
+  HemisphereLight,
+  LineBasicMaterial,
+  LineSegments,
+  Mesh,
+  MeshLambertMaterial,
+  PCFShadowMap,
+  PerspectiveCamera,
+  Raycaster,
+  Scene,
+  Spherical,
+  SRGBColorSpace,
+  Texture,
+  Vector2,
+  Vector3,
+  WebGLRenderer,
 } from 'three';
 import {OrbitControls} from 'three/examples/jsm/controls/OrbitControls.js';
 import {unitTile, unpack, walls} from './geometry.js';
 
 const turnStep = Math.PI / 18;
-const farthest = 3;  // goblins that lie farther from the tile than this do not move the camera
+const farthest = 3; // goblins that lie farther from the tile than this do not move the camera
 const highlight = 0xff8a1f;
 
 // A box around what is near the tile.
@@ -19,7 +37,9 @@ function nearBox(surface, goblins) {
   const limits = box.clone().expandByScalar(farthest);
   for (const goblin of goblins) {
     goblin.computeBoundingBox();
-    if (limits.containsBox(goblin.boundingBox)) box.union(goblin.boundingBox);
+    if (limits.containsBox(goblin.boundingBox)) {
+      box.union(goblin.boundingBox);
+    }
   }
   return box;
 }
@@ -47,7 +67,9 @@ export class Stage {
     this.controls.maxDistance = 12;
     this.controls.maxPolarAngle = 1.55;
     this.controls.addEventListener('change', () => this.draw());
-    this.calm.addEventListener('change', () => { this.controls.enableDamping = !this.calm.matches; });
+    this.calm.addEventListener('change', () => {
+      this.controls.enableDamping = !this.calm.matches;
+    });
     new ResizeObserver(() => this.resize()).observe(canvas.parentElement);
     this.listen();
     this.resize();
@@ -65,13 +87,21 @@ export class Stage {
 
   listen() {
     let down = null;
-    this.canvas.addEventListener('pointerdown', (event) => { down = [event.clientX, event.clientY]; });
+    this.canvas.addEventListener('pointerdown', (event) => {
+      down = [event.clientX, event.clientY];
+    });
     this.canvas.addEventListener('pointerup', (event) => {
-      if (!down || event.button !== 0) return;
-      if (Math.hypot(event.clientX - down[0], event.clientY - down[1]) < 5) this.onPick(this.goblinAt(event));
+      if (!down || event.button !== 0) {
+        return;
+      }
+      if (Math.hypot(event.clientX - down[0], event.clientY - down[1]) < 5) {
+        this.onPick(this.goblinAt(event));
+      }
     });
     this.canvas.addEventListener('keydown', (event) => {
-      if (event.ctrlKey || event.metaKey || event.altKey) return;
+      if (event.ctrlKey || event.metaKey || event.altKey) {
+        return;
+      }
       const act = {
         ArrowLeft: () => this.turn(-turnStep, 0),
         ArrowRight: () => this.turn(turnStep, 0),
@@ -83,7 +113,9 @@ export class Stage {
         0: () => this.reset(),
         Escape: () => this.onPick(null),
       }[event.key];
-      if (!act) return;
+      if (!act) {
+        return;
+      }
       act();
       event.preventDefault();
     });
@@ -98,13 +130,29 @@ export class Stage {
     const side = DoubleSide;
     const color = map ? 0xffffff : 0x9a988f;
     this.skin = new MeshLambertMaterial({map, color, side});
-    this.pickedSkin = new MeshLambertMaterial({map, color, side, emissive: highlight, emissiveIntensity: 0.38});
-    const ground = new MeshLambertMaterial({map, color, side, alphaTest: entry.picture?.transparent ? 0.5 : 0});
+    this.pickedSkin = new MeshLambertMaterial({
+      map,
+      color,
+      side,
+      emissive: highlight,
+      emissiveIntensity: 0.38,
+    });
+    const ground = new MeshLambertMaterial({
+      map,
+      color,
+      side,
+      alphaTest: entry.picture?.transparent ? 0.5 : 0,
+    });
     this.box = nearBox(surface, shapes);
     const bottom = this.box.min.y - 0.045;
     this.tile = new Group();
-    this.tile.add(new Mesh(surface, ground), new Mesh(walls(surface, bottom), new MeshLambertMaterial({color: 0x6d5a48, side})));
-    for (const part of this.tile.children) part.receiveShadow = true;
+    this.tile.add(
+      new Mesh(surface, ground),
+      new Mesh(walls(surface, bottom), new MeshLambertMaterial({color: 0x6d5a48, side})),
+    );
+    for (const part of this.tile.children) {
+      part.receiveShadow = true;
+    }
     this.tile.children[0].castShadow = Boolean(entry.tile);
     this.goblins = shapes.map((shape, number) => {
       const goblin = new Mesh(shape, this.skin);
@@ -131,7 +179,7 @@ export class Stage {
   texture(picture) {
     const made = new Texture(picture);
     made.colorSpace = SRGBColorSpace;
-    made.flipY = false;  // v = 0 is the picture's top row
+    made.flipY = false; // v = 0 is the picture's top row
     made.anisotropy = Math.min(8, this.renderer.capabilities.getMaxAnisotropy());
     made.needsUpdate = true;
     return made;
@@ -142,13 +190,22 @@ export class Stage {
     const radius = this.box.getSize(new Vector3()).length() / 2 + 0.05;
     this.sun.position.copy(centre).add(new Vector3(-0.9, 1.25, 0.35).multiplyScalar(radius * 2));
     this.sun.target.position.copy(centre);
-    Object.assign(this.sun.shadow.camera, {left: -radius, right: radius, top: radius, bottom: -radius, near: 0.01, far: radius * 6});
+    Object.assign(this.sun.shadow.camera, {
+      left: -radius,
+      right: radius,
+      top: radius,
+      bottom: -radius,
+      near: 0.01,
+      far: radius * 6,
+    });
     this.sun.shadow.camera.updateProjectionMatrix();
   }
 
   // Looks from the south-east, so that the box fills the view.
   reset() {
-    if (!this.box) return;
+    if (!this.box) {
+      return;
+    }
     const target = this.box.getCenter(new Vector3());
     const direction = new Vector3(0.5, 0.66, 1).normalize();
     let distance = this.box.getSize(new Vector3()).length() * 2;
@@ -175,7 +232,9 @@ export class Stage {
     const seen = new Box3();
     for (const x of [min.x, max.x]) {
       for (const y of [min.y, max.y]) {
-        for (const z of [min.z, max.z]) seen.expandByPoint(new Vector3(x, y, z).project(this.camera));
+        for (const z of [min.z, max.z]) {
+          seen.expandByPoint(new Vector3(x, y, z).project(this.camera));
+        }
       }
     }
     seen.min.z = seen.max.z = this.box.getCenter(new Vector3()).project(this.camera).z;
@@ -209,7 +268,10 @@ export class Stage {
 
   goblinAt(event) {
     const area = this.canvas.getBoundingClientRect();
-    const place = new Vector2((event.clientX - area.left) / area.width * 2 - 1, 1 - (event.clientY - area.top) / area.height * 2);
+    const place = new Vector2(
+      ((event.clientX - area.left) / area.width) * 2 - 1,
+      1 - ((event.clientY - area.top) / area.height) * 2,
+    );
     const ray = new Raycaster();
     ray.setFromCamera(place, this.camera);
     const hit = ray.intersectObjects(this.world.children.filter((part) => part.visible))[0];
@@ -218,19 +280,27 @@ export class Stage {
 
   // Goblins are not there while their picture is still being loaded; then this does nothing.
   setVisible(number, visible) {
-    if (!this.goblins[number]) return;
+    if (!this.goblins[number]) {
+      return;
+    }
     this.goblins[number].visible = visible;
-    if (this.picked === number && this.outline) this.outline.visible = visible;
+    if (this.picked === number && this.outline) {
+      this.outline.visible = visible;
+    }
     this.draw();
   }
 
   setTileVisible(visible) {
-    if (this.tile) this.tile.visible = visible;
+    if (this.tile) {
+      this.tile.visible = visible;
+    }
     this.draw();
   }
 
   pick(number) {
-    if (this.picked !== null) this.goblins[this.picked].material = this.skin;
+    if (this.picked !== null) {
+      this.goblins[this.picked].material = this.skin;
+    }
     if (this.outline) {
       this.outline.geometry.dispose();
       this.outline.removeFromParent();
@@ -240,7 +310,10 @@ export class Stage {
     this.picked = goblin ? number : null;
     if (goblin) {
       goblin.material = this.pickedSkin;
-      this.outline = new LineSegments(new EdgesGeometry(goblin.geometry, 20), new LineBasicMaterial({color: new Color(highlight)}));
+      this.outline = new LineSegments(
+        new EdgesGeometry(goblin.geometry, 20),
+        new LineBasicMaterial({color: new Color(highlight)}),
+      );
       this.outline.visible = goblin.visible;
       this.outline.raycast = () => {};
       this.world.add(this.outline);
@@ -250,20 +323,26 @@ export class Stage {
 
   resize() {
     const {clientWidth: width, clientHeight: height} = this.canvas.parentElement;
-    if (!width || !height) return;
+    if (!width || !height) {
+      return;
+    }
     const shape = Math.abs(this.camera.aspect - width / height) > 0.01;
     this.camera.aspect = width / height;
     this.camera.updateProjectionMatrix();
     this.renderer.setSize(width, height, false);
-    if (shape) this.reset();
+    if (shape) {
+      this.reset();
+    }
     this.drawNow();
   }
 
   draw() {
-    if (this.waiting) return;
+    if (this.waiting) {
+      return;
+    }
     this.waiting = requestAnimationFrame(() => {
       this.waiting = 0;
-      this.controls.update();  // goes on drawing while the turn runs out
+      this.controls.update(); // goes on drawing while the turn runs out
       this.drawNow();
     });
   }
