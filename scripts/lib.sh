@@ -11,7 +11,8 @@ fuzz_packages=(clang libclang-rt-14-dev)
 judge_packages=(imagemagick openimageio-tools python3 python3-psd-tools)
 bench_packages=(libbenchmark-dev libtiff-dev libmeshoptimizer-dev libassimp-dev imagemagick python3-psd-tools)
 
-say() { printf '\n== %s\n' "$*"; }
+# A heading, with the minutes since the script began.
+say() { printf '\n== %s (%d min)\n' "$*" $((SECONDS / 60)); }
 
 is_installed() { dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed; }
 

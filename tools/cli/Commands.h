@@ -3,10 +3,11 @@
 
 #include <CLI/CLI.hpp>
 
-// The subcommands. Each call adds one to the program; when the command line asks for it, its work
-// is done while the command line is parsed and its exit status stored.
 namespace tools {
 
+// One for each subcommand, in the file named after it. Each call adds one to the program; when the
+// command line asks for it, its work is done while the command line is parsed and its exit status
+// stored.
 void addRun(CLI::App& program, int& status);
 void addExport(CLI::App& program, int& status);
 void addImport(CLI::App& program, int& status);
@@ -14,6 +15,12 @@ void addInfo(CLI::App& program, int& status);
 void addGoblins(CLI::App& program, int& status);
 void addServe(CLI::App& program, int& status);
 void addView(CLI::App& program, int& status);
+
+using AddSubcommand = void (*)(CLI::App& program, int& status);
+
+// In the order of --help. The manual page and the shell's completion follow from what each adds.
+constexpr AddSubcommand kSubcommands[] = {addRun,     addExport, addImport, addInfo,
+                                          addGoblins, addView,   addServe};
 
 }  // namespace tools
 

@@ -1,9 +1,12 @@
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <new>
 #include <string>
 #include <system_error>
 
 #include "tools/cli/Commands.h"
+#include "tools/cli/Manual.h"
 #include "tools/cli/Usage.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/Text.h"
@@ -31,24 +34,36 @@ int flushed(int status) {
   return status == kDone ? kFailed : status;
 }
 
+int printFilled(const std::string& file, const CLI::App& program) {
+  std::ifstream in(file);
+  const std::string text{std::istreambuf_iterator<char>(in), {}};
+  if (!in) {
+    complain(file + ": cannot be read");
+    return kFailed;
+  }
+  std::fputs(filledTemplate(text, program).c_str(), stdout);
+  return kDone;
+}
+
 int run(int argc, char** argv) {
   int status = kDone;
   CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
   program.set_version_flag("--version", "morvane " MORVANE_VERSION);
   program.get_formatter()->column_width(kHelpColumn);
-  addRun(program, status);
-  addExport(program, status);
-  addImport(program, status);
-  addInfo(program, status);
-  addGoblins(program, status);
-  addView(program, status);
-  addServe(program, status);
+  for (const AddSubcommand add : kSubcommands) {
+    add(program, status);
+  }
+  std::string templateFile;  // of what is made while the program is built
+  program.add_option("--fill-template", templateFile)->group("");
   program.footer(kExamples);
   program.failure_message(wrongUsage);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? kDone : kUsage;
+  }
+  if (!templateFile.empty()) {
+    return printFilled(templateFile, program);
   }
   if (program.get_subcommands().empty()) {
     std::fputs("morvane: a subcommand is required; morvane --help shows them\n", stderr);
