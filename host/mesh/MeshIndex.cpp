@@ -1,7 +1,5 @@
 #include "host/mesh/MeshIndex.h"
 
-#include <embree3/rtcore.h>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -14,22 +12,10 @@ namespace host {
 namespace {
 
 constexpr double kTie = 1.0e-12;
-// Embree compares squared single-precision distances. This much covers what they round away, and
+// Trees compare squared single-precision distances. This much covers what they round away, and
 // what a query point far outside loses; next to a box, the box's own rounding covers the query
 // point's.
 constexpr double kRadiusSlack = 1.0e-6;
-
-struct ReleaseDevice {
-  void operator()(RTCDevice device) const { rtcReleaseDevice(device); }
-};
-struct ReleaseScene {
-  void operator()(RTCScene scene) const { rtcReleaseScene(scene); }
-};
-
-RTCDevice device() {
-  static const std::unique_ptr<RTCDeviceTy, ReleaseDevice> shared(rtcNewDevice(nullptr));
-  return shared.get();
-}
 
 float roundedDown(double value) {
   return std::nextafter(static_cast<float>(value), -std::numeric_limits<float>::infinity());
@@ -42,12 +28,14 @@ float roundedUp(double value) {
 
 // Coordinates inside are relative to the surface's centre, in units of half its largest extent.
 struct SurfaceIndex::Tree {
-  Tree(const MeshData& mesh, const MMatrix& matrix)
+  Tree(const MeshData& mesh, const MMatrix& matrix, MakeTree makeTree)
       : triangles(mesh.triangles()), vertices(mesh.cornerVertices()), points(mesh.points()) {
     for (Vec3& point : points) point = transformed(point, matrix);
     selectFinite();
     measure();
-    build();
+    if (!usable.empty()) {
+      boxes = makeTree(triangleBoxes());
+    }
   }
 
   const Vec3& corner(int triangle, int i) const {
@@ -81,32 +69,18 @@ struct SurfaceIndex::Tree {
     scale = size > 1.0e-300 ? 1.0 / size : 1.0;
   }
 
-  static void bounds(const RTCBoundsFunctionArguments* arguments) {
-    const Tree& tree = *static_cast<const Tree*>(arguments->geometryUserPtr);
-    const int triangle = tree.triangleOf(arguments->primID);
-    const Vec3 a = tree.toUnit(tree.corner(triangle, 0));
-    const Vec3 b = tree.toUnit(tree.corner(triangle, 1));
-    const Vec3 c = tree.toUnit(tree.corner(triangle, 2));
-    RTCBounds& box = *arguments->bounds_o;
-    box.lower_x = roundedDown(std::min({a.x, b.x, c.x}));
-    box.lower_y = roundedDown(std::min({a.y, b.y, c.y}));
-    box.lower_z = roundedDown(std::min({a.z, b.z, c.z}));
-    box.upper_x = roundedUp(std::max({a.x, b.x, c.x}));
-    box.upper_y = roundedUp(std::max({a.y, b.y, c.y}));
-    box.upper_z = roundedUp(std::max({a.z, b.z, c.z}));
-  }
-
-  void build() {
-    if (usable.empty() || device() == nullptr) return;
-    scene.reset(rtcNewScene(device()));
-    RTCGeometry geometry = rtcNewGeometry(device(), RTC_GEOMETRY_TYPE_USER);
-    rtcSetGeometryUserPrimitiveCount(geometry, static_cast<unsigned>(usable.size()));
-    rtcSetGeometryUserData(geometry, this);
-    rtcSetGeometryBoundsFunction(geometry, bounds, nullptr);
-    rtcCommitGeometry(geometry);
-    rtcAttachGeometry(scene.get(), geometry);
-    rtcReleaseGeometry(geometry);
-    rtcCommitScene(scene.get());
+  std::vector<NearBox> triangleBoxes() const {
+    std::vector<NearBox> result(usable.size());
+    for (std::size_t i = 0; i < usable.size(); ++i) {
+      const Vec3 a = toUnit(corner(usable[i], 0));
+      const Vec3 b = toUnit(corner(usable[i], 1));
+      const Vec3 c = toUnit(corner(usable[i], 2));
+      result[i] = {{roundedDown(std::min({a.x, b.x, c.x})), roundedDown(std::min({a.y, b.y, c.y})),
+                    roundedDown(std::min({a.z, b.z, c.z}))},
+                   {roundedUp(std::max({a.x, b.x, c.x})), roundedUp(std::max({a.y, b.y, c.y})),
+                    roundedUp(std::max({a.z, b.z, c.z}))}};
+    }
+    return result;
   }
 
   const MeshTriangles& triangles;
@@ -115,75 +89,68 @@ struct SurfaceIndex::Tree {
   std::vector<int> usable;  // the triangles in the tree
   Vec3 centre;
   double scale = 1.0;
-  std::unique_ptr<RTCSceneTy, ReleaseScene> scene;
+  std::unique_ptr<NearTree> boxes;
 };
 
 namespace {
 
-// One query under way. `Tree` is private to SurfaceIndex, hence the parameter.
+// `Tree` is private to SurfaceIndex, hence the parameter.
 template <typename Tree>
-struct Search {
-  const Tree& tree;
-  Vec3 from;  // in the tree's units
-  int triangle = -1;
-  double distance = HUGE_VAL;
+class NearestTriangle : public NearSearch {
+ public:
+  NearestTriangle(const Tree& tree, const Vec3& from) : tree_(tree), from_(from) {}
 
-  // Gives Embree the part of space in which a point may still be taken.
-  void limit(RTCPointQuery& query) const {
-    const double reach = distance * (1.0 + kRadiusSlack) + kTie;
-    query.radius = roundedUp(reach);
-  }
+  int triangle() const { return triangle_; }
 
-  static bool visit(RTCPointQueryFunctionArguments* arguments) {
-    Search& search = *static_cast<Search*>(arguments->userPtr);
-    const Tree& tree = search.tree;
-    const int triangle = tree.triangleOf(arguments->primID);
-    const double distance = closestOnTriangle(search.from, tree.toUnit(tree.corner(triangle, 0)),
-                                              tree.toUnit(tree.corner(triangle, 1)),
-                                              tree.toUnit(tree.corner(triangle, 2)))
+  float visit(unsigned box) override {
+    const int triangle = tree_.triangleOf(box);
+    const double distance = closestOnTriangle(from_, tree_.toUnit(tree_.corner(triangle, 0)),
+                                              tree_.toUnit(tree_.corner(triangle, 1)),
+                                              tree_.toUnit(tree_.corner(triangle, 2)))
                                 .distance;
-    if (search.triangle != -1) {
-      const double tolerance = kTie * (1.0 + search.distance);
-      const bool earlier = triangle < search.triangle;
-      if (distance > search.distance + (earlier ? tolerance : -tolerance)) return false;
+    if (triangle_ == -1 || isBetter(triangle, distance)) {
+      triangle_ = triangle;
+      distance_ = distance;
     }
-    search.triangle = triangle;
-    search.distance = distance;
-    search.limit(*arguments->query);
-    return true;
+    return roundedUp(distance_ * (1.0 + kRadiusSlack) + kTie);
   }
+
+ private:
+  bool isBetter(int triangle, double distance) const {
+    const double tolerance = kTie * (1.0 + distance_);
+    return distance <= distance_ + (triangle < triangle_ ? tolerance : -tolerance);
+  }
+
+  const Tree& tree_;
+  Vec3 from_;  // in the tree's units
+  int triangle_ = -1;
+  double distance_ = HUGE_VAL;
 };
 
 }  // namespace
 
-SurfaceIndex::SurfaceIndex(const MeshData& mesh, const MMatrix& matrix)
-    : tree_(std::make_unique<Tree>(mesh, matrix)) {}
+SurfaceIndex::SurfaceIndex(const MeshData& mesh, const MMatrix& matrix, MakeTree makeTree)
+    : tree_(std::make_unique<Tree>(mesh, matrix, makeTree)) {}
 
 SurfaceIndex::~SurfaceIndex() = default;
 
 std::optional<SurfacePoint> SurfaceIndex::closest(const Vec3& from) const {
-  if (!tree_->scene || !isFinite(from)) return std::nullopt;
+  if (!tree_->boxes || !isFinite(from)) return std::nullopt;
   const double farthest = std::numeric_limits<float>::max();
   const auto toFloat = [&](double x) {
     return static_cast<float>(std::clamp(x, -farthest, farthest));
   };
-  Search<Tree> search{*tree_, tree_->toUnit(from)};
-  RTCPointQuery query{};
-  query.x = toFloat(search.from.x);
-  query.y = toFloat(search.from.y);
-  query.z = toFloat(search.from.z);
-  query.radius = std::numeric_limits<float>::infinity();
-  RTCPointQueryContext context;
-  rtcInitPointQueryContext(&context);
-  rtcPointQuery(tree_->scene.get(), &query, &context, Search<Tree>::visit, &search);
-  if (search.triangle == -1) return std::nullopt;
+  const Vec3 origin = tree_->toUnit(from);
+  NearestTriangle<Tree> nearest(*tree_, origin);
+  tree_->boxes->search({toFloat(origin.x), toFloat(origin.y), toFloat(origin.z)}, nearest);
+  if (nearest.triangle() == -1) return std::nullopt;
 
   const TrianglePoint found =
-      closestOnTriangle(from, tree_->corner(search.triangle, 0), tree_->corner(search.triangle, 1),
-                        tree_->corner(search.triangle, 2));
+      closestOnTriangle(from, tree_->corner(nearest.triangle(), 0),
+                        tree_->corner(nearest.triangle(), 1), tree_->corner(nearest.triangle(), 2));
   const std::vector<int>& firsts = tree_->triangles.firstOfFace;
-  const auto after = std::upper_bound(firsts.begin(), firsts.end(), search.triangle);
-  return SurfacePoint{static_cast<int>(after - firsts.begin()) - 1, search.triangle, found.point,
+  const auto after = std::upper_bound(firsts.begin(), firsts.end(), nearest.triangle());
+  return SurfacePoint{static_cast<int>(after - firsts.begin()) - 1, nearest.triangle(), found.point,
                       found.distance};
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "host/mesh/MeshData.h"
+#include "host/mesh/NearTree.h"
 
 namespace host {
 
@@ -25,8 +26,14 @@ struct SurfacePoint {
 // out.
 class SurfaceIndex {
  public:
+  using MakeTree = std::unique_ptr<NearTree> (*)(std::vector<NearBox> boxes);
+#ifdef MORVANE_HOST_EMBREE
+  static constexpr MakeTree kDefaultTree = makeEmbreeTree;
+#else
+  static constexpr MakeTree kDefaultTree = makeBoxTree;
+#endif
   // Refers to the triangles and corner vertices of `mesh`, which must outlive it unchanged.
-  SurfaceIndex(const MeshData& mesh, const MMatrix& matrix);
+  SurfaceIndex(const MeshData& mesh, const MMatrix& matrix, MakeTree makeTree = kDefaultTree);
   ~SurfaceIndex();
   SurfaceIndex(const SurfaceIndex&) = delete;
   SurfaceIndex& operator=(const SurfaceIndex&) = delete;

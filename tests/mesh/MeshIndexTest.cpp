@@ -1,6 +1,7 @@
 #include "host/mesh/MeshIndex.h"
 
 #include <cmath>
+#include <ostream>
 #include <random>
 
 #include "host/mesh/MeshUvAtPoint.h"
@@ -70,13 +71,38 @@ std::vector<MMatrix> matrices() {
   return {MMatrix(), MMatrix(skewed), MMatrix(flattened), MMatrix(tiny)};
 }
 
-TEST(MeshIndex, FindsTheNearestPointThatBruteForceFinds) {
+// Each tree that this build has gives the same answers.
+struct NamedTree {
+  const char* name;
+  SurfaceIndex::MakeTree make;
+};
+
+std::ostream& operator<<(std::ostream& out, const NamedTree& tree) {
+  return out << tree.name;
+}
+
+class MeshIndex : public testing::TestWithParam<NamedTree> {
+ protected:
+  static SurfaceIndex indexOf(const MeshData& mesh, const MMatrix& matrix = MMatrix()) {
+    return SurfaceIndex(mesh, matrix, GetParam().make);
+  }
+};
+
+constexpr NamedTree kTrees[] = {
+    {"boxes", makeBoxTree},
+#ifdef MORVANE_HOST_EMBREE
+    {"Embree", makeEmbreeTree},
+#endif
+};
+INSTANTIATE_TEST_SUITE_P(With, MeshIndex, testing::ValuesIn(kTrees));
+
+TEST_P(MeshIndex, FindsTheNearestPointThatBruteForceFinds) {
   std::mt19937 random(11);
   std::uniform_real_distribution<double> place(-1.0, 1.0);
   for (const double size : {0.02, 0.5}) {
     const MeshData mesh = soup(random, 3000, size);
     for (const MMatrix& matrix : matrices()) {
-      const SurfaceIndex& index = mesh.surfaceIndex(matrix);
+      const SurfaceIndex index = indexOf(mesh, matrix);
       for (const double reach : {0.5, 3.0, 1e3, 1e7}) {
         for (int i = 0; i < 25; ++i) {
           const Vec3 from =
@@ -109,54 +135,59 @@ Vec3 pointOn(const MeshData& mesh, const MeshTriangle& t, std::mt19937& random) 
 }
 
 // Next to the surface, single precision cannot tell the distances apart.
-TEST(MeshIndex, PointsNextToTheSurfaceAreNotTakenElsewhere) {
+TEST_P(MeshIndex, PointsNextToTheSurfaceAreNotTakenElsewhere) {
   std::mt19937 random(23);
   const MeshData mesh = soup(random, 20'000, 0.3);
+  const SurfaceIndex index = indexOf(mesh);
   for (const MeshTriangle& t : mesh.triangles().list) {
     const Vec3 on = pointOn(mesh, t, random);
-    const auto found = mesh.surfaceIndex(MMatrix()).closest(on);
+    const auto found = index.closest(on);
     ASSERT_TRUE(found.has_value());
     EXPECT_LT(found->distance, 1e-13);
   }
 }
 
-TEST(MeshIndex, TiesGoToTheEarlierFace) {
+TEST_P(MeshIndex, TiesGoToTheEarlierFace) {
   // Faces at z = 1, z = -1 and z = 1 again, further along x; the middle between them is equally far
   // from the first two.
   const std::vector<Vec3> points = {{0, 0, 1},  {1, 0, 1},  {1, 1, 1},  {0, 1, 1},
                                     {0, 0, -1}, {1, 0, -1}, {1, 1, -1}, {0, 1, -1}};
   const Polygons up = {{0, 1, 2, 3}, {4, 5, 6, 7}};
   const Polygons down = {{4, 5, 6, 7}, {0, 1, 2, 3}};
-  EXPECT_EQ(meshOf(points, up).surfaceIndex(MMatrix()).closest({0.3, 0.4, 0})->point.z, 1.0);
-  EXPECT_EQ(meshOf(points, down).surfaceIndex(MMatrix()).closest({0.3, 0.4, 0})->point.z, -1.0);
+  const MeshData upFirst = meshOf(points, up);
+  const MeshData downFirst = meshOf(points, down);
+  EXPECT_EQ(indexOf(upFirst).closest({0.3, 0.4, 0})->point.z, 1.0);
+  EXPECT_EQ(indexOf(downFirst).closest({0.3, 0.4, 0})->point.z, -1.0);
 
   // Vertices and edges of a grid, from above: the lowest of the faces that meet there.
   const MeshData plane = primitive("polyPlane", {{"w", 0.7}, {"h", 0.7}});
+  const SurfaceIndex index = indexOf(plane);
   for (int row = 0; row <= 10; ++row) {
     for (int column = 0; column <= 10; ++column) {
       const Vec3 vertex = plane.points()[static_cast<std::size_t>(row * 11 + column)];
       const int expected = std::max(row - 1, 0) * 10 + std::max(column - 1, 0);
-      EXPECT_EQ(plane.surfaceIndex(MMatrix()).closest(vertex + Vec3{0, 0.01, 0})->face, expected);
+      EXPECT_EQ(index.closest(vertex + Vec3{0, 0.01, 0})->face, expected);
       if (column == 10) continue;
       const Vec3 middle =
           vertex * 0.5 + plane.points()[static_cast<std::size_t>(row * 11 + column + 1)] * 0.5;
-      EXPECT_EQ(plane.surfaceIndex(MMatrix()).closest(middle)->face,
-                std::max(row - 1, 0) * 10 + column);
+      EXPECT_EQ(index.closest(middle)->face, std::max(row - 1, 0) * 10 + column);
     }
   }
 }
 
-TEST(MeshIndex, LeavesOutWhatIsNoNumber) {
+TEST_P(MeshIndex, LeavesOutWhatIsNoNumber) {
   const double nan = std::nan("");
   const MeshData mesh =
       meshOf({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {nan, 0, 0}, {HUGE_VAL, 0, 0}, {9, 9, 9}},
              {{3, 1, 2}, {4, 1, 2}, {0, 1, 2}});
-  const auto found = mesh.surfaceIndex(MMatrix()).closest({0.25, 0.25, 2});
+  const SurfaceIndex index = indexOf(mesh);
+  const auto found = index.closest({0.25, 0.25, 2});
   ASSERT_TRUE(found.has_value());
   EXPECT_EQ(found->face, 2);
   EXPECT_EQ(found->distance, 2.0);
-  EXPECT_FALSE(mesh.surfaceIndex(MMatrix()).closest({nan, 0, 0}).has_value());
-  EXPECT_FALSE(MeshData().surfaceIndex(MMatrix()).closest({0, 0, 0}).has_value());
+  EXPECT_FALSE(index.closest({nan, 0, 0}).has_value());
+  const MeshData empty;
+  EXPECT_FALSE(indexOf(empty).closest({0, 0, 0}).has_value());
 }
 
 // --- UVs at a point
