@@ -21,11 +21,14 @@ using NodeSet = std::unordered_set<const Node*>;
 class Writer {
  public:
   // `only` null: everything.
-  explicit Writer(const NodeSet* only) : only_(only) {}
+  explicit Writer(const NodeSet* only) : only_(only) {
+    setLengthUnit(units_, SceneInfo::current().lengthUnit);
+    setAngleUnit(units_, SceneInfo::current().angleUnit);
+  }
 
   bool write(const std::string& path, std::string& error) {
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
-                    writeConnections() && writeRelationships() && writeMetadata() && file_.commit();
+                    writeConnections() && writeLoose() && writeRelationships() && writeMetadata() && file_.commit();
     error = file_.error();
     return ok;
   }
@@ -45,11 +48,14 @@ class Writer {
     const SceneInfo& info = SceneInfo::current();
     const std::vector<std::string> oldest{"requires maya \"2018\""};
     const std::string time = info.timeUnit.empty() ? "film" : info.timeUnit;
+    const std::string length = info.lengthUnit.empty() ? "centimeter" : info.lengthUnit;
+    const std::string angle = info.angleUnit.empty() ? "degree" : info.angleUnit;
     return put((info.firstLine.empty() ? "//Maya ASCII 2018 scene" : info.firstLine) +
                "\n//Name: scene\n//Codeset: UTF-8\n") &&
            putAll(info.references) &&
            putAll(info.requirements.empty() ? oldest : info.requirements) &&
-           put("currentUnit -l centimeter -a degree -t " + time + ";\n") && putAll(info.fileInfo);
+           put("currentUnit -l " + length + " -a " + angle + " -t " + time + ";\n") &&
+           putAll(info.fileInfo);
   }
 
   bool writeNode(const NodePtr& node) {
@@ -57,7 +63,7 @@ class Writer {
       return true;
     }
     std::string text;
-    appendNode(text, node);
+    appendNode(text, node, units_);
     return put(text);
   }
 
@@ -145,13 +151,39 @@ class Writer {
         [this](const ConnectionPtr& connection) { return put(statementOf(*connection)); });
   }
 
+  // The name of an end of a loose connection; empty when it is not to be written.
+  std::string looseName(const SceneInfo::LooseConnection::End& end) const {
+    const NodePtr node = end.node.lock();
+    if (!end.isKnown) {
+      return end.text;
+    }
+    const bool isThere = node != nullptr && node->isAlive() &&
+                         (only_ == nullptr || only_->count(node.get()) != 0);
+    return isThere ? fileName(node) + "." + end.text : std::string();
+  }
+
+  // What the scene file said of nodes that are not here.
+  bool writeLoose() {
+    const SceneInfo& info = SceneInfo::current();
+    for (const SceneInfo::LooseConnection& connection : info.looseConnections) {
+      const std::string source = looseName(connection.source);
+      const std::string destination = looseName(connection.destination);
+      if (!source.empty() && !destination.empty() &&
+          !put("connectAttr " + mel::quoted(source) + ' ' + mel::quoted(destination) +
+               (connection.isNext ? " -na;\n" : ";\n"))) {
+        return false;
+      }
+    }
+    return only_ != nullptr || putAll(info.strayStatements);
+  }
+
   // Which lights light what: as read, and for shading groups that are new, by the default lights.
   bool writeRelationships() {
     const Scene& scene = Scene::current();
     NodeSet mentioned;
     for (const SceneInfo::Relationship& relationship : SceneInfo::current().relationships) {
       const NodePtr node = scene.findNode(relationship.node);
-      if (node != nullptr && !put(relationship.statement + ";\n")) {
+      if ((node != nullptr || !relationship.isKnown) && !put(relationship.statement + ";\n")) {
         return false;
       }
       mentioned.insert(node.get());
@@ -176,6 +208,7 @@ class Writer {
   bool writeMetadata() { return putAll(SceneInfo::current().metadata) && put("// End of scene\n"); }
 
   const NodeSet* only_;
+  SceneUnits units_;
   morvane::FileReplacer file_;
 };
 
