@@ -1,13 +1,15 @@
 #ifndef MORVANE_HOST_FILE_SCENEINFO_H_
 #define MORVANE_HOST_FILE_SCENEINFO_H_
 
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace host {
+#include "host/scene/Plug.h"
 
-class Node;
+namespace host {
 
 // What a scene file says beside its nodes, kept so that a saved scene says it again. Statements
 // stand as they are written, without the semicolon.
@@ -36,6 +38,14 @@ struct SceneInfo {
     bool isNext = false;  // -nextAvailable
   };
   std::vector<LooseConnection> looseConnections;
+
+  // Of connections by way of a reference's place holder, by their serial: the place holder, which a
+  // saved scene has in place of the end that is another file's. Null where that end is its own.
+  struct StandIn {
+    Plug source;
+    Plug destination;
+  };
+  std::map<std::uint64_t, StandIn> standIns;
 
   // relationship ...; dropped from a saved scene when the node was there and is gone.
   struct Relationship {

@@ -117,14 +117,20 @@ class Writer {
     const bool known = only_ == nullptr ||
                        (only_->count(source.get()) != 0 && only_->count(destination.get()) != 0);
     return known && !(source->isDefault && destination->isDefault) &&
-           !(source->isReferenced && destination->isReferenced);
+           (!(source->isReferenced && destination->isReferenced) ||
+            SceneInfo::current().standIns.count(connection.serial) != 0);
   }
 
   // Elements of lists of messages come in the order of the statements; numbers would clash with
   // those of the default nodes.
   static std::string statementOf(const Connection& connection) {
-    const Plug& source = connection.source;
-    const Plug& destination = connection.destination;
+    const auto& standIns = SceneInfo::current().standIns;
+    const auto known = standIns.find(connection.serial);
+    const SceneInfo::StandIn standIn =
+        known == standIns.end() ? SceneInfo::StandIn() : known->second;
+    const Plug& source = standIn.source.isNull() ? connection.source : standIn.source;
+    const Plug& destination =
+        standIn.destination.isNull() ? connection.destination : standIn.destination;
     std::string path = destination.path();
     const auto range = splitRange(path);
     const bool next = range && destination.attribute()->kind() == Attribute::Kind::kMessage;

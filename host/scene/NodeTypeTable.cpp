@@ -215,6 +215,8 @@ const std::vector<NodeTypeRow> kRows = {
      "subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=20 heightBaseline:hbl:double"},
 
     {"time", "dependNode", MFn::kTime, "", "outTime:o:time unwarpedTime:unw:time"},
+    {"reference", "dependNode", MFn::kDependencyNode, "",
+     "placeHolderList:phl:generic[] edits:ed:dataReferenceEdits"},
     {"script", "dependNode", MFn::kScript, "",
      "before:b:string after:a:string scriptType:st:enum sourceType:stp:enum"},
     {"displayLayerManager", "dependNode", MFn::kDisplayLayerManager, "layerManager",
