@@ -61,6 +61,13 @@ CommandResult keepLoose(const Arguments& arguments, const CommandContext& contex
   return CommandResult::failure("connectAttr: " + error);
 }
 
+// The next of an attribute that is not known: which one that is only its own node can tell.
+bool isNextOfUnknown(const Arguments& arguments, const CommandContext& context,
+                     const Plug& destination) {
+  return context.keepsInfo && arguments.has("na") &&
+         destination.attribute()->kind() == Attribute::Kind::kLoose;
+}
+
 CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 2) {
     return CommandResult::malformed("connectAttr: needs a source and a destination");
@@ -70,6 +77,10 @@ CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   Plug destination = source.isNull() ? Plug() : endOf(arguments.objects()[1], context, error);
   if (source.isNull() || destination.isNull()) {
     return keepLoose(arguments, context, error);
+  }
+  if (isNextOfUnknown(arguments, context, destination)) {
+    keepLoose(arguments, context, "");
+    return CommandResult::success();
   }
   source = source.orFirstElement();
   if (arguments.has("na") && destination.isArray()) {

@@ -144,7 +144,7 @@ std::string fileName(const NodePtr& node) {
 
 void appendNode(std::string& out, const NodePtr& node, const SceneUnits& units) {
   std::string body;
-  if (!node->uuid.empty() && !node->isDefault) {
+  if (!node->uuid.empty() && (!node->isDefault || node->isDag())) {
     body += "\trename -uid " + quoted(node->uuid) + ";\n";
   }
   for (const AttributePtr& attribute : node->dynamicAttributes()) {

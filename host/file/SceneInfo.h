@@ -23,6 +23,9 @@ struct SceneInfo {
   std::vector<std::string> fileInfo;      // fileInfo ...
   std::vector<std::string> metadata;      // dataStructure ..., applyMetadata ...
 
+  // The last of the connections that every new scene has.
+  std::uint64_t lastDefaultConnection = 0;
+
   // setAttr statements of nodes that are not here.
   std::vector<std::string> strayStatements;
 

@@ -116,7 +116,9 @@ class Writer {
     const NodePtr& destination = connection.destination.node();
     const bool known = only_ == nullptr ||
                        (only_->count(source.get()) != 0 && only_->count(destination.get()) != 0);
-    return known && !(source->isDefault && destination->isDefault) &&
+    const bool isEveryScenes = source->isDefault && destination->isDefault &&
+                               connection.serial <= SceneInfo::current().lastDefaultConnection;
+    return known && !isEveryScenes &&
            (!(source->isReferenced && destination->isReferenced) ||
             SceneInfo::current().standIns.count(connection.serial) != 0);
   }
