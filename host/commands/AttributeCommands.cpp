@@ -31,8 +31,9 @@ struct Values {
 };
 
 bool isNumberData(const std::string& type) {
-  return numericCompoundSize(type) > 0 || type == "matrix" || type == "doubleArray" || type == "Int32Array" ||
-         type == "vectorArray" || type == "floatArray" || type == "pointArray";
+  return numericCompoundSize(type) > 0 || type == "matrix" || type == "doubleArray" ||
+         type == "Int32Array" || type == "vectorArray" || type == "floatArray" ||
+         type == "pointArray";
 }
 bool isTextData(const std::string& type) {
   return type == "stringArray" || type == "componentList";
@@ -74,8 +75,8 @@ bool takeCounted(Values& values, AttributeValue& value) {
     value = Texts(entries.begin() + (entries.empty() ? 0 : 1), entries.end());
     return true;
   }
-  const auto fixed = static_cast<std::size_t>(
-      values.type == "matrix" ? 16 : numericCompoundSize(values.type));
+  const auto fixed =
+      static_cast<std::size_t>(values.type == "matrix" ? 16 : numericCompoundSize(values.type));
   std::vector<double> numbers;
   for (std::size_t i = fixed > 0 ? 0 : 1; i < entries.size(); ++i) {
     const auto number = parseNumber(entries[i]);

@@ -82,9 +82,8 @@ CommandResult relationship(const Arguments& arguments, CommandContext& context) 
   const std::vector<std::string>& names = arguments.objects();
   if (context.keepsInfo && names.size() >= 3) {
     const std::string name = names[2].substr(0, names[2].find('.'));
-    SceneInfo::current().relationships.push_back(
-        {name, Scene::current().findNode(name) != nullptr,
-         asStatement("relationship", arguments.words())});
+    SceneInfo::current().relationships.push_back({name, Scene::current().findNode(name) != nullptr,
+                                                  asStatement("relationship", arguments.words())});
   }
   return CommandResult::success();
 }

@@ -169,9 +169,8 @@ void appendMesh(std::string& out, const MeshData& mesh, double length) {
   appendUvSets(out, mesh);
   appendColourSets(out, mesh);
   appendTweaks(out, mesh.tweaks(), length);
-  appendChunks(out, "vt", "", mesh.storedPoints().size(), [&](std::size_t i) {
-    addPoint(out, mesh.storedPoints()[i], length);
-  });
+  appendChunks(out, "vt", "", mesh.storedPoints().size(),
+               [&](std::size_t i) { addPoint(out, mesh.storedPoints()[i], length); });
   appendChunks(out, "ed", "", mesh.edges().size(), [&](std::size_t i) {
     const MeshEdge& edge = mesh.edges()[i];
     add(out, edge.start);

@@ -35,8 +35,8 @@ bool find(const Unit (&units)[kCount], std::string_view name, double& factor) {
 
 // Attributes whose numbers are lengths and angles although their types do not say so.
 constexpr std::string_view kLengthAttributes[] = {
-    "translate",  "rotatePivot",      "rotatePivotTranslate", "scalePivotTranslate",
-    "scalePivot", "centerOfInterest", "nearClipPlane",        "farClipPlane",
+    "translate",   "rotatePivot",      "rotatePivotTranslate", "scalePivotTranslate",
+    "scalePivot",  "centerOfInterest", "nearClipPlane",        "farClipPlane",
     "tumblePivot", "localPosition"};
 constexpr std::string_view kAngleAttributes[] = {"rotate", "rotateAxis", "jointOrient",
                                                  "preferredAngle"};

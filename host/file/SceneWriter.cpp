@@ -28,7 +28,8 @@ class Writer {
 
   bool write(const std::string& path, std::string& error) {
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
-                    writeConnections() && writeLoose() && writeRelationships() && writeMetadata() && file_.commit();
+                    writeConnections() && writeLoose() && writeRelationships() && writeMetadata() &&
+                    file_.commit();
     error = file_.error();
     return ok;
   }
@@ -165,8 +166,8 @@ class Writer {
     if (!end.isKnown) {
       return end.text;
     }
-    const bool isThere = node != nullptr && node->isAlive() &&
-                         (only_ == nullptr || only_->count(node.get()) != 0);
+    const bool isThere =
+        node != nullptr && node->isAlive() && (only_ == nullptr || only_->count(node.get()) != 0);
     return isThere ? fileName(node) + "." + end.text : std::string();
   }
 

@@ -57,7 +57,7 @@ class Node : public Object {
   // The attribute by that name, made loose when there is none: for scene files only.
   AttributePtr findOrKeepLoose(std::string_view name);
 
-  std::string uuid;        // as the scene file has it, or empty
+  std::string uuid;  // as the scene file has it, or empty
   // What the scene file says of the node and the host has no use for, for a saved scene to repeat:
   // addAttr statements of attributes that the type has, and the flags of lockNode.
   std::vector<std::string> keptDeclarations;

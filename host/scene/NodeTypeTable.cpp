@@ -17,10 +17,10 @@ namespace {
 #define FACE_PLACEMENT                                                                \
   "coverage:c:float2{coverageU:cu:float=1 coverageV:cv:float=1} "                     \
   "translateFrame:tf:float2{translateFrameU:tfu:float translateFrameV:tfv:float} "    \
-  "rotateFrame:rf:floatAngle mirrorU:mu:bool mirrorV:mv:bool stagger:s:bool "              \
+  "rotateFrame:rf:floatAngle mirrorU:mu:bool mirrorV:mv:bool stagger:s:bool "         \
   "wrapU:wu:bool=1 wrapV:wv:bool=1 "                                                  \
   "repeatUV:re:float2{repeatU:reu:float=1 repeatV:rev:float=1} "                      \
-  "offset:of:float2{offsetU:ofu:float offsetV:ofv:float} rotateUV:r:floatAngle "           \
+  "offset:of:float2{offsetU:ofu:float offsetV:ofv:float} rotateUV:r:floatAngle "      \
   "noiseUV:n:float2{noiseU:nu:float noiseV:nv:float} "                                \
   "vertexUvOne:vt1:float2{vertexUvOneU:t1u:float vertexUvOneV:t1v:float} "            \
   "vertexUvTwo:vt2:float2{vertexUvTwoU:t2u:float vertexUvTwoV:t2v:float} "            \
@@ -113,7 +113,8 @@ const std::vector<NodeTypeRow> kRows = {
     {"locator", "shape", MFn::kLocator, "", "localPosition:lp:double3 localScale:los:double3=1"},
     {"camera", "shape", MFn::kCamera, "",
      "renderable:rnd:bool centerOfInterest:coi:double=5 orthographic:o:bool "
-     "orthographicWidth:ow:doubleLinear=10 imageName:imn:string depthName:den:string maskName:man:string "
+     "orthographicWidth:ow:doubleLinear=10 imageName:imn:string depthName:den:string "
+     "maskName:man:string "
      "homeCommand:hc:string focalLength:fl:double=35 nearClipPlane:ncp:double=0.1 "
      "farClipPlane:fcp:double=10000 horizontalFilmAperture:hfa:double "
      "verticalFilmAperture:vfa:double cameraAperture:cap:double2{horizontalFilm:hf:double "

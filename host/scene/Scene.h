@@ -41,8 +41,8 @@ class Scene {
   NodePtr createNode(const NodeType& type, std::string_view name = {},
                      const NodePtr& parent = nullptr, std::string* error = nullptr);
 
-  // Makes a node of an unknown type, which stood beside the DAG, one at the top of it, as a child of
-  // it shows that it is. False for any other node that is not in the DAG.
+  // Makes a node of an unknown type, which stood beside the DAG, one at the top of it, as a child
+  // of it shows that it is. False for any other node that is not in the DAG.
   bool moveIntoDag(const NodePtr& node);
 
   // Makes a default node that other versions of Maya have: its type is its name without the number.

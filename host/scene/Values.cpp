@@ -96,9 +96,9 @@ void setFlag(const Plug& plug, Flag AttributeState::*flag, bool on) {
 }
 
 void takeFlags(AttributeState& state, const AttributeState& flags) {
-  for (const auto flag : {&AttributeState::locked, &AttributeState::keyable,
-                          &AttributeState::channelBox, &AttributeState::caching,
-                          &AttributeState::altered}) {
+  for (const auto flag :
+       {&AttributeState::locked, &AttributeState::keyable, &AttributeState::channelBox,
+        &AttributeState::caching, &AttributeState::altered}) {
     if (flags.*flag != Flag::kUnset) {
       state.*flag = flags.*flag;
     }

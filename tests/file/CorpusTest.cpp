@@ -51,9 +51,9 @@ bool holds(const NodePtr& node, const Counts& expected) {
 
 // How many statements of each kind a scene has that must come back one by one.
 std::map<std::string, int> countedStatements(const std::string& text) {
-  static const std::set<std::string> kKinds = {
-      "createNode", "addAttr", "relationship", "fileInfo",   "requires",
-      "file",       "rename",  "lockNode",     "connectAttr"};
+  static const std::set<std::string> kKinds = {"createNode", "addAttr",  "relationship",
+                                               "fileInfo",   "requires", "file",
+                                               "rename",     "lockNode", "connectAttr"};
   std::map<std::string, int> counts;
   for (std::size_t at = 0; at < text.size(); at = text.find('\n', at), at += at < text.size()) {
     at += text[at] == '\t' ? 1 : 0;

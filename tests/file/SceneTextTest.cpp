@@ -213,11 +213,11 @@ TEST_F(SceneText, AScenesUnitIsKept) {
       "setAttr \".radius\" 0.3;",
       "setAttr -s 2 \".vt[0:1]\" 0.1 0.2 0.3 0.7 -0.9 1.1;",
       "setAttr \".pt[0]\" -type \"float3\" 0.01 0.02 0.03;"};
-  EXPECT_EQ(open(statements[0] + "createNode transform -n \"t\";" + statements[1] + statements[2] +
-                 "createNode oddNode -n \"o\";" + statements[3] +
-                 "createNode polySphere -n \"s\";" + statements[4] + "createNode mesh -n \"m\";" +
-                 statements[5] + statements[6]),
-            "");
+  EXPECT_EQ(
+      open(statements[0] + "createNode transform -n \"t\";" + statements[1] + statements[2] +
+           "createNode oddNode -n \"o\";" + statements[3] + "createNode polySphere -n \"s\";" +
+           statements[4] + "createNode mesh -n \"m\";" + statements[5] + statements[6]),
+      "");
   EXPECT_EQ(run("getAttr s.r"), "30");
   std::string error;
   ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
@@ -265,7 +265,8 @@ TEST_F(SceneText, WhatTheHostDoesNotKnowComesBack) {
         "setAttr \".v\" -type \"float3\" 1 2 3;", "setAttr \".ro\" 1 2;",
         "lockNode -l 0 -lu on ;"}},
       {"createNode joint -n \"n\";",
-       {"addAttr -ci true -sn \"liw\" -ln \"lockInfluence\" -bt \"lock\" -min 0 -max 1 -at \"bool\";",
+       {"addAttr -ci true -sn \"liw\" -ln \"lockInfluence\" -bt \"lock\" -min 0 -max 1 -at "
+        "\"bool\";",
         "setAttr \".lockInfluence\" yes;"}},
       {"createNode transform -n \"n\";",
        {"addAttr -dcb 0 -ci true -sn \"d\" -ln \"d\" -dt \"float3\";",
@@ -279,10 +280,12 @@ TEST_F(SceneText, WhatTheHostDoesNotKnowComesBack) {
       {"createNode script -n \"n\";",
        {"setAttr \".before\" -type \"string\" \"if (1) { print \\\"x;\\\"; }\";"}},
       {"",
-       {"relationship \"link\" \":lightLinker1\" \"far:SG.message\" \":defaultLightSet.message\";"}},
+       {"relationship \"link\" \":lightLinker1\" \"far:SG.message\" "
+        "\":defaultLightSet.message\";"}},
       {"createNode polyTweakUV -n \"p\";\ncreateNode mesh -n \"n\";",
        {"connectAttr \"p.uvtk[0]\" \"n.uvSet[0].uvTweakLocation\";",
-        "connectAttr \"p.a\" \"n.pnts[2].pntx\";", "connectAttr \"p.b\" \"n.uvSet[1].later[2].x\";"}},
+        "connectAttr \"p.a\" \"n.pnts[2].pntx\";",
+        "connectAttr \"p.b\" \"n.uvSet[1].later[2].x\";"}},
   };
   for (const auto& c : kCases) {
     std::string text = c.before + "\n";
