@@ -42,7 +42,8 @@ void MItDag::enqueueChildren() {
   const Position current = pending_.front();
   pending_.pop_front();
   const host::DagPath* path = host::pathOf(current.path);
-  if (!path || pruned_) return;
+  // What stands below a shape is a world of its own, through which the walk does not go.
+  if (!path || pruned_ || (!path->isEmpty() && path->node()->isShape())) return;
   const host::NodePtr node = path->isEmpty() ? host::Scene::current().world() : path->node();
   std::deque<Position> below;
   for (const host::NodePtr& child : node->children()) {

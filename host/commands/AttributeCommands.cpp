@@ -4,6 +4,7 @@
 
 #include "host/commands/Lookup.h"
 #include "host/file/MeshText.h"
+#include "host/file/SceneInfo.h"
 #include "host/file/SceneUnits.h"
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
@@ -30,8 +31,9 @@ struct Values {
 };
 
 bool isNumberData(const std::string& type) {
-  return type == "matrix" || type == "doubleArray" || type == "Int32Array" ||
-         type == "vectorArray" || type == "floatArray" || type == "pointArray";
+  return numericCompoundSize(type) > 0 || type == "matrix" || type == "doubleArray" ||
+         type == "Int32Array" || type == "vectorArray" || type == "floatArray" ||
+         type == "pointArray";
 }
 bool isTextData(const std::string& type) {
   return type == "stringArray" || type == "componentList";
@@ -73,8 +75,10 @@ bool takeCounted(Values& values, AttributeValue& value) {
     value = Texts(entries.begin() + (entries.empty() ? 0 : 1), entries.end());
     return true;
   }
+  const auto fixed =
+      static_cast<std::size_t>(values.type == "matrix" ? 16 : numericCompoundSize(values.type));
   std::vector<double> numbers;
-  for (std::size_t i = values.type == "matrix" ? 0 : 1; i < entries.size(); ++i) {
+  for (std::size_t i = fixed > 0 ? 0 : 1; i < entries.size(); ++i) {
     const auto number = parseNumber(entries[i]);
     if (!number) {
       return false;
@@ -82,7 +86,11 @@ bool takeCounted(Values& values, AttributeValue& value) {
     numbers.push_back(*number);
   }
   value = std::move(numbers);
-  return values.type != "matrix" || entries.size() == 16;
+  return fixed == 0 || entries.size() == fixed;
+}
+
+bool takesNoArgument(std::string_view flag) {
+  return flag == "-av" || flag == "-alteredValue" || flag == "-c" || flag == "-clamp";
 }
 
 // Words that are kept stand as they do in a scene file: texts keep their quotes.
@@ -92,7 +100,7 @@ KeptWords keptWords(const Arguments& arguments, const std::string& plugText, std
   for (std::size_t i = 0; i < arguments.words().size(); ++i) {
     const Word& word = arguments.words()[i];
     if (isFlag(word)) {
-      i += word.text == "-av" || word.text == "-alteredValue" ? 0 : 1;
+      i += takesNoArgument(word.text) ? 0 : 1;
     } else if (!passedPlug && word.text == plugText) {
       passedPlug = true;
     } else {
@@ -148,6 +156,20 @@ bool setOne(const Plug& plug, const Arguments& arguments, Values& values,
   return true;
 }
 
+AttributeState flagsOf(const Arguments& arguments) {
+  using Flag = AttributeState::Flag;
+  const auto of = [&arguments](std::string_view name) {
+    return !arguments.has(name) ? Flag::kUnset : arguments.truth(name) ? Flag::kOn : Flag::kOff;
+  };
+  AttributeState flags;
+  flags.locked = of("l");
+  flags.keyable = of("k");
+  flags.channelBox = of("cb");
+  flags.caching = of("ca");
+  flags.altered = arguments.has("av") ? Flag::kOn : Flag::kUnset;
+  return flags;
+}
+
 // A range such as ".tk[3:9]" stands for its elements in order; no more of them are touched than
 // values are given.
 bool setRange(const NodePtr& node, const PathRange& range, const Arguments& arguments,
@@ -162,6 +184,7 @@ bool setRange(const NodePtr& node, const PathRange& range, const Arguments& argu
     if (!setOne(*plug, arguments, values, context, error)) {
       return false;
     }
+    setFlags(*plug, flagsOf(arguments));
   }
   return true;
 }
@@ -175,16 +198,53 @@ bool isInputConnected(const Plug& plug) {
   return sourceOf(plug).has_value() || !plug.node()->connections.intoAtOrBelow(plug.path()).empty();
 }
 
+// A lock that goes goes before the value is set, one that comes comes after it.
 void setFlags(const Plug& plug, const Arguments& arguments, bool locks) {
   if (arguments.has("l") && arguments.truth("l") == locks) {
     setLocked(plug, locks);
   }
-  if (locks && arguments.has("k")) {
-    setKeyable(plug, arguments.truth("k"));
+  if (locks) {
+    AttributeState flags = flagsOf(arguments);
+    flags.locked = AttributeState::Flag::kUnset;
+    flags.altered = AttributeState::Flag::kUnset;
+    setFlags(plug, flags);
   }
-  if (locks && arguments.has("cb")) {
-    setInChannelBox(plug, arguments.truth("cb"));
+}
+
+// How many numbers a value of the attribute has; 0 where that depends on the value.
+std::size_t widthOf(const Attribute& attribute) {
+  if (attribute.kind() == Attribute::Kind::kNumber) {
+    return 1;
   }
+  return attribute.isNumericCompound() ? attribute.children().size() : 0;
+}
+
+// Whether a scene file's statement is one for another kind of attribute than the host takes this
+// one for, as other versions have it: then it is kept as it stands. A statement that does not keep
+// to what it says itself is none such.
+bool isForeign(const Plug& plug, std::size_t elements, const Values& values) {
+  const Attribute& attribute = *plug.attribute();
+  const std::size_t width = widthOf(attribute);
+  const auto typeWidth = static_cast<std::size_t>(numericCompoundSize(values.type));
+  if (attribute.kind() == Attribute::Kind::kText) {
+    return values.type != "string" || values.words.size() != elements;
+  }
+  if (!values.type.empty()) {
+    return attribute.kind() != Attribute::Kind::kData && (typeWidth == 0 || typeWidth != width);
+  }
+  return attribute.kind() == Attribute::Kind::kMessage ||
+         (width > 0 && values.words.size() != elements * width);
+}
+
+// The plug of a path, or of the first element of a range; how many elements the path names.
+std::optional<Plug> firstPlug(const NodePtr& node, const std::string& path, std::size_t& elements) {
+  const auto range = splitRange(path);
+  elements = 1;
+  if (!range || range->last == range->first) {
+    return Plug::find(node, path);
+  }
+  elements = static_cast<std::size_t>(range->last - range->first) + 1;
+  return Plug::find(node, std::string(range->stem) + "[" + std::to_string(range->first) + "]");
 }
 
 CommandResult setValues(const NodePtr& node, const std::string& path, const Arguments& arguments,
@@ -222,18 +282,38 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
 }
 
 // What the host does not know of a node from a scene file is kept for the file that is saved.
-bool isToBeKept(const NodePtr& node, const std::string& path) {
+bool isToBeKept(const NodePtr& node, const std::string& path, const Values& values) {
   if (node->mesh != nullptr && isMeshData(path)) {
     return false;
   }
-  const std::size_t end = path.find_first_of(".[");
-  const AttributePtr first = node->findAttribute(std::string_view(path).substr(0, end));
-  if (first == nullptr || first->kind() == Attribute::Kind::kLoose) {
-    return true;
+  std::size_t elements = 1;
+  const auto plug = firstPlug(node, path, elements);
+  return !plug || plug->attribute()->kind() == Attribute::Kind::kLoose ||
+         (!values.words.empty() && isForeign(*plug, elements, values));
+}
+
+// Of a node that is not here, such as one of a file that was not found.
+CommandResult keepForAnother(const Arguments& arguments, const CommandContext& context,
+                             const std::string& text, const std::string& error) {
+  CommandResult result = notFound(text, "setAttr: " + error);
+  if (context.keepsInfo && !result.isMalformed && text.front() != '.') {
+    SceneInfo::current().strayStatements.push_back(asStatement("setAttr", arguments.words()));
   }
-  const auto range = splitRange(path);
-  const std::string stem = range ? std::string(range->stem) + "[0]" : path;
-  return !Plug::find(node, path) && !Plug::find(node, stem);
+  return result;
+}
+
+bool saysAnything(const AttributeState& flags) {
+  using Flag = AttributeState::Flag;
+  return flags.locked != Flag::kUnset || flags.keyable != Flag::kUnset ||
+         flags.channelBox != Flag::kUnset || flags.caching != Flag::kUnset ||
+         flags.altered != Flag::kUnset;
+}
+
+void noteAltered(const NodePtr& node, const std::string& path) {
+  const auto plug = Plug::find(node, path);
+  if (plug && (node->mesh == nullptr || !isMeshData(path))) {
+    node->values.at(plug->path()).altered = AttributeState::Flag::kOn;
+  }
 }
 
 CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
@@ -244,18 +324,15 @@ CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
   std::string error;
   const std::string& text = arguments.objects().front();
   if (!splitPlugName(text, context, name, error)) {
-    return notFound(text, "setAttr: " + error);
+    return keepForAnother(arguments, context, text, error);
   }
   Values values{arguments.text("typ"),
                 {arguments.objects().begin() + 1, arguments.objects().end()}};
-  const bool onlyShape =
-      values.words.empty() && !arguments.has("l") && !arguments.has("k") && !arguments.has("cb");
-  if (context.inSceneFile && isToBeKept(name.node, name.path)) {
+  const AttributeState flags = flagsOf(arguments);
+  const bool onlyShape = values.words.empty() && !saysAnything(flags);
+  if (context.inSceneFile && isToBeKept(name.node, name.path, values)) {
     if (!onlyShape) {
-      keepAsWritten(name.node, name.path, keptWords(arguments, text, values.type));
-      if (const auto plug = Plug::find(name.node, name.path)) {
-        setFlags(*plug, arguments, true);
-      }
+      keepAsWritten(name.node, name.path, keptWords(arguments, text, values.type), flags);
     }
     return CommandResult::success();
   }
@@ -263,6 +340,9 @@ CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
     return CommandResult::success();
   }
   CommandResult result = setValues(name.node, name.path, arguments, values, context);
+  if (context.inSceneFile && result.ok && flags.altered == AttributeState::Flag::kOn) {
+    noteAltered(name.node, name.path);
+  }
   if (!result.ok) {
     result.error = "setAttr: " + result.error;
   }

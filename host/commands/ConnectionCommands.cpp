@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/commands/Lookup.h"
+#include "host/file/SceneInfo.h"
 #include "host/mel/Command.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Node.h"
@@ -18,12 +19,8 @@ Plug endOf(const std::string& text, CommandContext& context, std::string& error)
   if (!splitPlugName(text, context, name, error)) {
     return Plug();
   }
-  auto plug = Plug::find(name.node, name.path);
-  if (!plug && context.inSceneFile) {
-    name.node->findOrKeepLoose(
-        std::string_view(name.path).substr(0, name.path.find_first_of(".[")));
-    plug = Plug::find(name.node, name.path);
-  }
+  const auto plug = context.inSceneFile ? Plug::findOrKeep(name.node, name.path)
+                                        : Plug::find(name.node, name.path);
   if (!plug) {
     error = "no attribute '" + name.path + "' on '" + name.node->name() + "'";
     return Plug();
@@ -42,6 +39,35 @@ bool feedsAnElement(const Plug& source, const Plug& array) {
   return false;
 }
 
+SceneInfo::LooseConnection::End looseEnd(const std::string& text, const CommandContext& context) {
+  PlugName name;
+  std::string ignored;
+  if (!splitPlugName(text, context, name, ignored)) {
+    return {false, {}, text};
+  }
+  return {true, name.node, name.path};
+}
+
+// Sound scenes connect nodes that were never saved, or that stand in files that are not here.
+CommandResult keepLoose(const Arguments& arguments, const CommandContext& context,
+                        const std::string& error) {
+  if (context.keepsInfo) {
+    SceneInfo::LooseConnection connection;
+    connection.source = looseEnd(arguments.objects()[0], context);
+    connection.destination = looseEnd(arguments.objects()[1], context);
+    connection.isNext = arguments.has("na");
+    SceneInfo::current().looseConnections.push_back(std::move(connection));
+  }
+  return CommandResult::failure("connectAttr: " + error);
+}
+
+// The next of an attribute that is not known: which one that is only its own node can tell.
+bool isNextOfUnknown(const Arguments& arguments, const CommandContext& context,
+                     const Plug& destination) {
+  return context.keepsInfo && arguments.has("na") &&
+         destination.attribute()->kind() == Attribute::Kind::kLoose;
+}
+
 CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 2) {
     return CommandResult::malformed("connectAttr: needs a source and a destination");
@@ -50,7 +76,11 @@ CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   Plug source = endOf(arguments.objects()[0], context, error);
   Plug destination = source.isNull() ? Plug() : endOf(arguments.objects()[1], context, error);
   if (source.isNull() || destination.isNull()) {
-    return notFound(arguments.objects()[source.isNull() ? 0 : 1], "connectAttr: " + error);
+    return keepLoose(arguments, context, error);
+  }
+  if (isNextOfUnknown(arguments, context, destination)) {
+    keepLoose(arguments, context, "");
+    return CommandResult::success();
   }
   source = source.orFirstElement();
   if (arguments.has("na") && destination.isArray()) {
@@ -64,7 +94,7 @@ CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
     return CommandResult::failure("connectAttr: '" + destination.name() + "' is locked");
   }
   if (!connect(source, destination, arguments.has("f") || context.inSceneFile, &error)) {
-    return CommandResult::failure("connectAttr: " + error);
+    return keepLoose(arguments, context, error);
   }
   if (arguments.has("l")) {
     setLocked(destination, arguments.truth("l"));

@@ -31,8 +31,10 @@ std::optional<double> limit(const Arguments& arguments, std::string_view flag) {
 AttributePtr makeAttribute(const Arguments& arguments) {
   const std::string longName = arguments.has("ln") ? arguments.text("ln") : arguments.text("sn");
   const std::string shortName = arguments.has("sn") ? arguments.text("sn") : longName;
-  std::string type = arguments.has("dt") ? arguments.text("dt") : arguments.text("at");
-  auto attribute = std::make_shared<Attribute>(longName, shortName, type.empty() ? "double" : type);
+  const std::string type = arguments.has("at") ? arguments.text("at") : "double";
+  AttributePtr attribute = arguments.has("dt")
+                               ? Attribute::makeData(longName, shortName, arguments.text("dt"))
+                               : std::make_shared<Attribute>(longName, shortName, type);
   attribute->isDynamic = true;
   attribute->isArray = arguments.has("m");
   attribute->keyable = arguments.truth("k");
@@ -67,21 +69,36 @@ bool addToNode(const NodePtr& node, const AttributePtr& attribute, const std::st
   return node->addChildAttribute(parent, attribute);
 }
 
-CommandResult addTo(const NodePtr& node, const Arguments& arguments) {
+void keepDeclaration(Node& node, const Arguments& arguments) {
+  node.keptDeclarations.push_back(asStatement("addAttr", arguments.words()));
+}
+
+CommandResult addTo(const NodePtr& node, const Arguments& arguments,
+                    const CommandContext& context) {
   const AttributePtr attribute = makeAttribute(arguments);
   const std::string& name = attribute->longName();
   if (!isLegalName(name) || !isLegalName(attribute->shortName())) {
     return CommandResult::malformed("addAttr: '" + name + "' is no name for an attribute");
   }
   const AttributePtr taken = node->findAttribute(name);
+  // Other versions and plug-ins add what nodes of this host have.
+  if (context.inSceneFile && taken != nullptr && !taken->isDynamic &&
+      taken->kind() != Attribute::Kind::kLoose) {
+    keepDeclaration(*node, arguments);
+    return CommandResult::success();
+  }
   if (taken != nullptr && taken->kind() != Attribute::Kind::kLoose) {
     return CommandResult::failure("addAttr: '" + node->name() + "' has an attribute '" + name +
                                   "' already");
   }
   std::string error;
-  return addToNode(node, attribute, arguments.text("p"), error)
-             ? CommandResult::success()
-             : CommandResult::failure("addAttr: " + error);
+  if (addToNode(node, attribute, arguments.text("p"), error)) {
+    return CommandResult::success();
+  }
+  if (context.inSceneFile) {
+    keepDeclaration(*node, arguments);
+  }
+  return CommandResult::failure("addAttr: " + error);
 }
 
 bool targets(const Arguments& arguments, const CommandContext& context, std::vector<NodePtr>& nodes,
@@ -115,7 +132,7 @@ CommandResult addAttr(const Arguments& arguments, CommandContext& context) {
     return CommandResult::failure("addAttr: " + error);
   }
   for (const NodePtr& node : nodes) {
-    CommandResult result = addTo(node, arguments);
+    CommandResult result = addTo(node, arguments, context);
     if (!result.ok) {
       return result;
     }
@@ -192,6 +209,11 @@ void addDynamicAttributeCommands(CommandTable& table) {
              {"smx", "softMaxValue", "n"},
              {"hnv", "hasMinValue", "b"},
              {"hxv", "hasMaxValue", "b"},
+             {"hsn", "hasSoftMinValue", "b"},
+             {"hsx", "hasSoftMaxValue", "b"},
+             {"dcb", "disconnectBehaviour", "i"},
+             {"ex", "exists", ""},
+             {"fp", "fromPlugin", ""},
              {"k", "keyable", "b"},
              {"h", "hidden", "b"},
              {"p", "parent", "s"},

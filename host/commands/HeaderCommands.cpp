@@ -3,6 +3,7 @@
 #include "host/file/SceneInfo.h"
 #include "host/file/SceneUnits.h"
 #include "host/mel/Command.h"
+#include "host/scene/Scene.h"
 
 namespace host::mel {
 namespace {
@@ -20,6 +21,18 @@ bool isWord(const std::string& text) {
   return !text.empty() && text.find_first_not_of(kLetters) == std::string::npos;
 }
 
+// What the scene is saved in is what it was opened in.
+void keepUnits(const Arguments& arguments, const CommandContext& context) {
+  SceneUnits tried;
+  SceneInfo& info = SceneInfo::current();
+  if (context.keepsInfo && arguments.has("l") && setLengthUnit(tried, arguments.text("l"))) {
+    info.lengthUnit = arguments.text("l");
+  }
+  if (context.keepsInfo && arguments.has("a") && setAngleUnit(tried, arguments.text("a"))) {
+    info.angleUnit = arguments.text("a");
+  }
+}
+
 CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
   if (!context.inSceneFile) {
     return CommandResult::failure("currentUnit: the units are centimetres and degrees");
@@ -29,6 +42,7 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
   } else if (arguments.has("t") && context.keepsInfo) {
     SceneInfo::current().timeUnit = arguments.text("t");
   }
+  keepUnits(arguments, context);
   const bool length = !arguments.has("l") || setLengthUnit(currentUnits(), arguments.text("l"));
   const bool angle = !arguments.has("a") || setAngleUnit(currentUnits(), arguments.text("a"));
   if (!length) {
@@ -67,8 +81,9 @@ CommandResult applyMetadata(const Arguments& arguments, CommandContext& context)
 CommandResult relationship(const Arguments& arguments, CommandContext& context) {
   const std::vector<std::string>& names = arguments.objects();
   if (context.keepsInfo && names.size() >= 3) {
-    SceneInfo::current().relationships.push_back(
-        {names[2].substr(0, names[2].find('.')), asStatement("relationship", arguments.words())});
+    const std::string name = names[2].substr(0, names[2].find('.'));
+    SceneInfo::current().relationships.push_back({name, Scene::current().findNode(name) != nullptr,
+                                                  asStatement("relationship", arguments.words())});
   }
   return CommandResult::success();
 }

@@ -40,7 +40,8 @@ std::string qualifiedName(std::string_view name, const CommandContext& context) 
   std::string qualified;
   std::size_t at = 0;
   while (at <= name.size()) {
-    const std::size_t end = std::min(name.find('|', at), name.size());
+    const std::size_t arrow = std::min(name.find("->", at), name.size());
+    const std::size_t end = std::min(name.find('|', at), arrow);
     const std::string_view part = name.substr(at, end - at);
     const auto renamed = context.renames.find(part);
     if (renamed != context.renames.end()) {
@@ -49,10 +50,11 @@ std::string qualifiedName(std::string_view name, const CommandContext& context) 
       qualified += part.empty() || part.front() == ':' ? "" : context.nameSpace;
       qualified += part;
     }
+    // "a->|b" and "a->b" name what stands below a shape.
+    at = end + (end == arrow ? 2 : 1);
     if (end < name.size()) {
-      qualified += '|';
+      qualified += name.substr(end, at - end);
     }
-    at = end + 1;
   }
   return qualified;
 }

@@ -63,6 +63,29 @@ void rememberOwn(const std::string& wanted, const std::string& name, const NodeP
   }
 }
 
+// The parent that a scene file names. One of a file that is not here gets a stand-in, so that what
+// stands below it is not lost; a saved scene names it again and does not hold it.
+NodePtr parentNamed(const std::string& name, const Arguments& arguments, CommandContext& context,
+                    std::string& error) {
+  Scene& scene = Scene::current();
+  NodePtr parent = findNode(name, context, error);
+  if (parent == nullptr && arguments.has("s") && !context.nameSpace.empty()) {
+    parent = scene.findNode(name, &error);
+  }
+  const bool isElsewhere = name.find(':') != name.npos && name.find_first_of("*?") == name.npos;
+  if (parent == nullptr && context.inSceneFile && isElsewhere) {
+    const std::string whole = qualifiedName(name, context);
+    const std::string leaf = whole.substr(whole.rfind('|') + 1);
+    context.warn("createNode: " + error + "; something else stands in for it");
+    parent = scene.createNode(*NodeType::find("fosterParent"), leaf, nullptr, &error);
+    parent->isReferenced = true;
+  }
+  if (parent != nullptr && context.inSceneFile) {
+    scene.moveIntoDag(parent);
+  }
+  return parent;
+}
+
 CommandResult createNode(const Arguments& arguments, CommandContext& context) {
   // Whatever goes wrong, the statements that follow do not belong to the node before.
   context.currentNode = nullptr;
@@ -72,10 +95,7 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
   std::string error;
   NodePtr parent;
   if (arguments.has("p")) {
-    parent = findNode(arguments.text("p"), context, error);
-    if (parent == nullptr && arguments.has("s") && !context.nameSpace.empty()) {
-      parent = Scene::current().findNode(arguments.text("p"), &error);
-    }
+    parent = parentNamed(arguments.text("p"), arguments, context, error);
     if (parent == nullptr) {
       return notFound(arguments.text("p"), "createNode: " + error);
     }
@@ -245,6 +265,17 @@ CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success();
 }
 
+// The flags beside -lock, of which the host has no use.
+std::string lockFlags(const Arguments& arguments) {
+  std::string flags;
+  for (const char* flag : {"lu", "ln"}) {
+    if (arguments.has(flag)) {
+      flags += std::string(" -") + flag + (arguments.truth(flag) ? " on" : " off");
+    }
+  }
+  return flags + (arguments.has("ic") ? " -ic" : "");
+}
+
 CommandResult lockNode(const Arguments& arguments, CommandContext& context) {
   std::vector<NodePtr> nodes;
   if (context.inSceneFile && arguments.objects().empty()) {
@@ -263,6 +294,7 @@ CommandResult lockNode(const Arguments& arguments, CommandContext& context) {
   for (const NodePtr& node : nodes) {
     if (node != nullptr && !arguments.query()) {
       node->isLocked = arguments.truth("l", true);
+      node->lockFlags = lockFlags(arguments);
     }
     locked.push_back(node != nullptr && node->isLocked ? 1 : 0);
   }

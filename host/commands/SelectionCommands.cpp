@@ -92,7 +92,16 @@ CommandResult selectInSceneFile(const Arguments& arguments, CommandContext& cont
     return CommandResult::success();
   }
   std::string error;
-  context.currentNode = findNode(arguments.objects().front(), context, error);
+  const std::string& name = arguments.objects().front();
+  context.currentNode = findNode(name, context, error);
+  // Later versions have default nodes that the host does not know.
+  if (context.currentNode == nullptr && name.front() == ':' && isLegalName(name.substr(1))) {
+    context.currentNode = Scene::current().makeDefaultNode(name.substr(1));
+    context.currentNode->isReferenced = context.isReference;
+  }
+  if (context.currentNode != nullptr && context.currentNode->isDefault && !context.isReference) {
+    context.currentNode->isReferenced = false;
+  }
   return context.currentNode != nullptr ? CommandResult::success()
                                         : CommandResult::failure("select: " + error);
 }

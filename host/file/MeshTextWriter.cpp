@@ -44,6 +44,12 @@ void add(std::string& out, Number number) {
   appendNumber(out, number);
 }
 
+void addPoint(std::string& out, const Vec3& point, double length) {
+  add(out, dividedBy(point.x, length));
+  add(out, dividedBy(point.y, length));
+  add(out, dividedBy(point.z, length));
+}
+
 void appendUvSets(std::string& out, const MeshData& mesh) {
   for (const MeshUvSet& set : mesh.uvSets()) {
     const std::string path = "uvst[" + std::to_string(set.index) + "].";
@@ -137,7 +143,7 @@ void appendFaces(std::string& out, const MeshData& mesh) {
 }
 
 // Tweaks have gaps: each run of consecutive vertices is a statement.
-void appendTweaks(std::string& out, const std::vector<MeshTweak>& tweaks) {
+void appendTweaks(std::string& out, const std::vector<MeshTweak>& tweaks, double length) {
   std::size_t first = 0;
   while (first < tweaks.size()) {
     std::size_t last = first;
@@ -149,9 +155,7 @@ void appendTweaks(std::string& out, const std::vector<MeshTweak>& tweaks) {
     out += (last > first ? ':' + std::to_string(tweaks[last].vertex) : std::string()) +
            "]\" -type \"float3\"";
     for (std::size_t i = first; i <= last; ++i) {
-      add(out, tweaks[i].offset.x);
-      add(out, tweaks[i].offset.y);
-      add(out, tweaks[i].offset.z);
+      addPoint(out, tweaks[i].offset, length);
     }
     out += ";\n";
     first = last + 1;
@@ -161,16 +165,12 @@ void appendTweaks(std::string& out, const std::vector<MeshTweak>& tweaks) {
 }  // namespace
 
 // In the order in which a reader needs them: sets before the faces that refer to them.
-void appendMesh(std::string& out, const MeshData& mesh) {
+void appendMesh(std::string& out, const MeshData& mesh, double length) {
   appendUvSets(out, mesh);
   appendColourSets(out, mesh);
-  appendTweaks(out, mesh.tweaks());
-  appendChunks(out, "vt", "", mesh.storedPoints().size(), [&](std::size_t i) {
-    const Vec3& point = mesh.storedPoints()[i];
-    add(out, point.x);
-    add(out, point.y);
-    add(out, point.z);
-  });
+  appendTweaks(out, mesh.tweaks(), length);
+  appendChunks(out, "vt", "", mesh.storedPoints().size(),
+               [&](std::size_t i) { addPoint(out, mesh.storedPoints()[i], length); });
   appendChunks(out, "ed", "", mesh.edges().size(), [&](std::size_t i) {
     const MeshEdge& edge = mesh.edges()[i];
     add(out, edge.start);

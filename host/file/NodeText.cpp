@@ -29,12 +29,15 @@ std::string flags(const AttributeState& state) {
   add(state.locked, "l");
   add(state.keyable, "k");
   add(state.channelBox, "cb");
+  add(state.caching, "ca");
+  text += state.altered == Flag::kOn ? " -av" : "";
   return text;
 }
 
 // Behind the attribute's name: the type where it needs one, and the value.
 struct ValueText {
   const Attribute* attribute;  // null when the node has none of that name
+  double factor;               // of the file's unit
   std::string& out;
 
   void operator()(std::monostate) const {}
@@ -44,7 +47,7 @@ struct ValueText {
     if (attribute != nullptr && attribute->typeWord() == "bool" && (number == 0 || number == 1)) {
       out += number == 1 ? "yes" : "no";
     } else {
-      appendNumber(out, number);
+      appendNumber(out, dividedBy(number, factor));
     }
   }
 
@@ -83,14 +86,17 @@ bool isNothing(const AttributeValue& value) {
   return std::holds_alternative<std::monostate>(value) || (kept != nullptr && kept->words.empty());
 }
 
-void appendState(std::string& out, const NodePtr& node, const AttributeState& state) {
+void appendState(std::string& out, const NodePtr& node, const AttributeState& state,
+                 const SceneUnits& units) {
   const std::string options = flags(state);
   if (options.empty() && isNothing(state.value)) {
     return;
   }
   const auto plug = Plug::find(node, state.path);
   out += "\tsetAttr" + options + ' ' + quoted("." + state.path);
-  std::visit(ValueText{plug ? plug->attribute().get() : nullptr, out}, state.value);
+  const Attribute* attribute = plug ? plug->attribute().get() : nullptr;
+  const double factor = attribute == nullptr ? 1.0 : unitFactor(units, *attribute);
+  std::visit(ValueText{attribute, factor, out}, state.value);
   out += ";\n";
 }
 
@@ -136,9 +142,9 @@ std::string fileName(const NodePtr& node) {
   return node->isDefault && !node->isDag() ? ":" + name : name;
 }
 
-void appendNode(std::string& out, const NodePtr& node) {
+void appendNode(std::string& out, const NodePtr& node, const SceneUnits& units) {
   std::string body;
-  if (!node->uuid.empty() && !node->isDefault) {
+  if (!node->uuid.empty() && (!node->isDefault || node->isDag())) {
     body += "\trename -uid " + quoted(node->uuid) + ";\n";
   }
   for (const AttributePtr& attribute : node->dynamicAttributes()) {
@@ -146,14 +152,17 @@ void appendNode(std::string& out, const NodePtr& node) {
       appendDeclaration(body, *attribute);
     }
   }
+  for (const std::string& declaration : node->keptDeclarations) {
+    body += '\t' + declaration + ";\n";
+  }
   for (const AttributeState& state : node->values.inWrittenOrder()) {
-    appendState(body, node, state);
+    appendState(body, node, state, units);
   }
   if (node->mesh != nullptr) {
-    appendMesh(body, *node->mesh);
+    appendMesh(body, *node->mesh, units.length);
   }
-  if (node->isLocked) {
-    body += "\tlockNode -l 1 ;\n";
+  if (node->isLocked || !node->lockFlags.empty()) {
+    body += std::string("\tlockNode -l ") + (node->isLocked ? "1" : "0") + node->lockFlags + " ;\n";
   }
   if (!node->isDefault || !body.empty()) {
     appendMaker(out, node);

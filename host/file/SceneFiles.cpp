@@ -2,6 +2,7 @@
 
 #include <maya/MPxFileTranslator.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -149,6 +150,12 @@ std::vector<NodePtr> selectedNodes() {
 void startNewScene() {
   Scene::current().clear();
   SceneInfo::current() = SceneInfo();
+  for (const auto& [serial, node] : Scene::current().nodes()) {
+    for (const ConnectionPtr& connection : node->connections.inOrder()) {
+      std::uint64_t& last = SceneInfo::current().lastDefaultConnection;
+      last = std::max(last, connection->serial);
+    }
+  }
   setWorkingFolder(mel::Interpreter::current().callerFolder());
 }
 

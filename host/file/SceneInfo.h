@@ -1,8 +1,13 @@
 #ifndef MORVANE_HOST_FILE_SCENEINFO_H_
 #define MORVANE_HOST_FILE_SCENEINFO_H_
 
+#include <cstdint>
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "host/scene/Plug.h"
 
 namespace host {
 
@@ -13,12 +18,42 @@ struct SceneInfo {
   std::vector<std::string> references;    // file -rdi ..., file -r ...
   std::vector<std::string> requirements;  // requires ...
   std::string timeUnit;                   // "film"
+  std::string lengthUnit;                 // "meter"; empty: centimetres
+  std::string angleUnit;                  // "radian"; empty: degrees
   std::vector<std::string> fileInfo;      // fileInfo ...
   std::vector<std::string> metadata;      // dataStructure ..., applyMetadata ...
 
-  // relationship ...; dropped from a saved scene when the node is gone.
+  // The last of the connections that every new scene has.
+  std::uint64_t lastDefaultConnection = 0;
+
+  // setAttr statements of nodes that are not here.
+  std::vector<std::string> strayStatements;
+
+  // connectAttr statements of which an end is not here, or takes no such connection here.
+  struct LooseConnection {
+    struct End {
+      bool isKnown = false;      // that there is such a node; dropped when it is gone
+      std::weak_ptr<Node> node;  // then
+      std::string text;          // the plug's path; the whole name where the node is not known
+    };
+    End source;
+    End destination;
+    bool isNext = false;  // -nextAvailable
+  };
+  std::vector<LooseConnection> looseConnections;
+
+  // Of connections by way of a reference's place holder, by their serial: the place holder, which a
+  // saved scene has in place of the end that is another file's. Null where that end is its own.
+  struct StandIn {
+    Plug source;
+    Plug destination;
+  };
+  std::map<std::uint64_t, StandIn> standIns;
+
+  // relationship ...; dropped from a saved scene when the node was there and is gone.
   struct Relationship {
     std::string node;
+    bool isKnown = false;
     std::string statement;
   };
   std::vector<Relationship> relationships;

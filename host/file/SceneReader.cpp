@@ -10,6 +10,7 @@
 #include "host/mel/Interpreter.h"
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
+#include "host/scene/Scene.h"
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
 
@@ -28,6 +29,7 @@ constexpr std::size_t kMaxReferenceDepth = 16;
 
 // Of one scene. Files that each refer to others many times would otherwise multiply without end.
 constexpr int kMaxReferences = 10000;
+constexpr std::size_t kMostNodes = 1000000;
 int loadedReferences = 0;
 
 bool isBlank(char c) {
@@ -120,6 +122,11 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
     return false;
   }
   loadedReferences = options.isReference ? loadedReferences + 1 : 0;
+  if (options.isReference && Scene::current().nodes().size() > kMostNodes) {
+    error = path + " is not loaded: the files that the scene refers to have more than " +
+            std::to_string(kMostNodes) + " nodes";
+    return false;
+  }
   if (loadedReferences > kMaxReferences) {
     error = path + " is not loaded: the scene refers to too many files, more than " +
             std::to_string(kMaxReferences);
@@ -153,6 +160,7 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   while (statements_.next(statement)) {
     runStatement(statement);
   }
+  applyEdits();
   openFiles().pop_back();
   currentUnits() = outerUnits;
   noteEnd();
@@ -231,17 +239,36 @@ void SceneReader::runStatement(std::string_view statement) {
     runFileStatement(words_);
     return;
   }
+  if (isSetAttr && statement.find("dataReferenceEdits") != statement.npos) {
+    const std::vector<ReferenceEdit> edits = parseReferenceEdits(words_);
+    edits_.insert(edits_.end(), edits.begin(), edits.end());
+  }
   const mel::CommandResult result = mel::runCommand(name_, words_, context_);
   if (!result.ok) {
     note(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
   }
 }
 
+// Once everything is there that they speak of.
+void SceneReader::applyEdits() {
+  const auto isElsewhere = [this](const ReferenceEdit& edit) {
+    return loaded_.count(edit.reference) == 0;
+  };
+  edits_.erase(std::remove_if(edits_.begin(), edits_.end(), isElsewhere), edits_.end());
+  const std::vector<std::string> problems = applyReferenceEdits(edits_, context_);
+  if (!problems.empty()) {
+    note(Kind::kNotice, std::to_string(problems.size()) + " of " + std::to_string(edits_.size()) +
+                            " edits of references were not applied, first " + problems.front());
+  }
+}
+
 // References stand there twice: first what there is (-rdi), then the order to load it (-r).
 void SceneReader::runFileStatement(const mel::Words& words) {
   std::string nameSpace;
+  std::string node;
   bool loads = false;
   bool declares = false;
+  bool defers = false;
   for (std::size_t i = 0; i < words.size(); ++i) {
     const std::string& word = words[i].text;
     const bool isFlag = !words[i].quoted;
@@ -250,6 +277,11 @@ void SceneReader::runFileStatement(const mel::Words& words) {
     if (isFlag && (word == "-ns" || word == "-namespace") && i + 1 < words.size()) {
       nameSpace = words[i + 1].text;
     }
+    if (isFlag && (word == "-rfn" || word == "-referenceNode") && i + 1 < words.size()) {
+      node = words[i + 1].text;
+    }
+    defers = defers || (isFlag && (word == "-dr" || word == "-deferReference") &&
+                        i + 1 < words.size() && words[i + 1].text == "1");
   }
   if ((!loads && !declares) || words.empty()) {
     note(Kind::kNotice, "file: a scene file may refer to other files, and nothing else");
@@ -258,10 +290,19 @@ void SceneReader::runFileStatement(const mel::Words& words) {
   if (context_.keepsInfo) {
     SceneInfo::current().references.push_back(mel::asStatement("file", words));
   }
+  // What is listed as deferred was not loaded in the scene as it was saved. The order to load says
+  // so of every reference.
   if (!loads) {
+    if (defers) {
+      deferred_.insert(node);
+    }
     return;
   }
   const std::string& name = words.back().text;
+  if (!node.empty() && deferred_.count(node) != 0) {
+    note(Kind::kNotice, "the referenced file " + name + " was not loaded in the scene as saved");
+    return;
+  }
   const std::string found = findReference(name, context_.folder);
   if (found.empty()) {
     note(Kind::kNotice, "the referenced file " + name +
@@ -276,7 +317,9 @@ void SceneReader::runFileStatement(const mel::Words& words) {
   SceneReader reader;
   if (!reader.read(found, options, error)) {
     note(Kind::kNotice, error);
+    return;
   }
+  loaded_.insert(node);
 }
 
 }  // namespace host

@@ -1,10 +1,12 @@
 #ifndef MORVANE_HOST_FILE_SCENEREADER_H_
 #define MORVANE_HOST_FILE_SCENEREADER_H_
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/file/ReferenceEdits.h"
 #include "host/file/SceneProblems.h"
 #include "host/file/StatementReader.h"
 #include "host/mel/Command.h"
@@ -30,6 +32,7 @@ class SceneReader {
   void runStatement(std::string_view statement);
   bool runMeshStatement(std::string_view statement);
   void runFileStatement(const mel::Words& words);
+  void applyEdits();
   void noteEnd();
   bool noteZeroBytes(std::string_view text);  // false when there are none
   void note(SceneProblem::Kind kind, const std::string& text);
@@ -39,6 +42,9 @@ class SceneReader {
   mel::CommandContext context_;
   std::string name_;
   mel::Words words_;
+  std::vector<ReferenceEdit> edits_;
+  std::set<std::string> loaded_;    // names of reference nodes
+  std::set<std::string> deferred_;  // the same
 };
 
 // Makes the meshes whose shape their history makes. Those that cannot be made, those with older UVs

@@ -1,7 +1,9 @@
 #include "host/file/SceneUnits.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
+#include <limits>
 
 namespace host {
 namespace {
@@ -33,9 +35,11 @@ bool find(const Unit (&units)[kCount], std::string_view name, double& factor) {
 
 // Attributes whose numbers are lengths and angles although their types do not say so.
 constexpr std::string_view kLengthAttributes[] = {
-    "translate",  "rotatePivot",      "rotatePivotTranslate", "scalePivotTranslate",
-    "scalePivot", "centerOfInterest", "nearClipPlane",        "farClipPlane"};
-constexpr std::string_view kAngleAttributes[] = {"rotate", "rotateAxis", "jointOrient"};
+    "translate",   "rotatePivot",      "rotatePivotTranslate", "scalePivotTranslate",
+    "scalePivot",  "centerOfInterest", "nearClipPlane",        "farClipPlane",
+    "tumblePivot", "localPosition"};
+constexpr std::string_view kAngleAttributes[] = {"rotate", "rotateAxis", "jointOrient",
+                                                 "preferredAngle"};
 
 template <std::size_t kCount>
 bool isNamed(const std::string_view (&names)[kCount], const Attribute& attribute) {
@@ -57,6 +61,21 @@ bool setLengthUnit(SceneUnits& units, std::string_view name) {
 
 bool setAngleUnit(SceneUnits& units, std::string_view name) {
   return find(kAngles, name, units.angle);
+}
+
+double dividedBy(double value, double factor) {
+  if (factor == 1.0) {
+    return value;
+  }
+  const double quotient = value / factor;
+  constexpr double kEnd = std::numeric_limits<double>::infinity();
+  for (const double near :
+       {quotient, std::nextafter(quotient, kEnd), std::nextafter(quotient, -kEnd)}) {
+    if (near * factor == value) {
+      return near;
+    }
+  }
+  return quotient;
 }
 
 double unitFactor(const SceneUnits& units, const Attribute& attribute) {

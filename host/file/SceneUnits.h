@@ -24,6 +24,10 @@ bool setAngleUnit(SceneUnits& units, std::string_view name);
 // What a number of the attribute is to be multiplied by.
 double unitFactor(const SceneUnits& units, const Attribute& attribute);
 
+// The number that gives `value` when it is multiplied by `factor`, to the last bit where there is
+// one.
+double dividedBy(double value, double factor);
+
 }  // namespace host
 
 #endif  // MORVANE_HOST_FILE_SCENEUNITS_H_

@@ -21,11 +21,15 @@ using NodeSet = std::unordered_set<const Node*>;
 class Writer {
  public:
   // `only` null: everything.
-  explicit Writer(const NodeSet* only) : only_(only) {}
+  explicit Writer(const NodeSet* only) : only_(only) {
+    setLengthUnit(units_, SceneInfo::current().lengthUnit);
+    setAngleUnit(units_, SceneInfo::current().angleUnit);
+  }
 
   bool write(const std::string& path, std::string& error) {
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
-                    writeConnections() && writeRelationships() && writeMetadata() && file_.commit();
+                    writeConnections() && writeLoose() && writeRelationships() && writeMetadata() &&
+                    file_.commit();
     error = file_.error();
     return ok;
   }
@@ -45,11 +49,14 @@ class Writer {
     const SceneInfo& info = SceneInfo::current();
     const std::vector<std::string> oldest{"requires maya \"2018\""};
     const std::string time = info.timeUnit.empty() ? "film" : info.timeUnit;
+    const std::string length = info.lengthUnit.empty() ? "centimeter" : info.lengthUnit;
+    const std::string angle = info.angleUnit.empty() ? "degree" : info.angleUnit;
     return put((info.firstLine.empty() ? "//Maya ASCII 2018 scene" : info.firstLine) +
                "\n//Name: scene\n//Codeset: UTF-8\n") &&
            putAll(info.references) &&
            putAll(info.requirements.empty() ? oldest : info.requirements) &&
-           put("currentUnit -l centimeter -a degree -t " + time + ";\n") && putAll(info.fileInfo);
+           put("currentUnit -l " + length + " -a " + angle + " -t " + time + ";\n") &&
+           putAll(info.fileInfo);
   }
 
   bool writeNode(const NodePtr& node) {
@@ -57,7 +64,7 @@ class Writer {
       return true;
     }
     std::string text;
-    appendNode(text, node);
+    appendNode(text, node, units_);
     return put(text);
   }
 
@@ -110,15 +117,23 @@ class Writer {
     const NodePtr& destination = connection.destination.node();
     const bool known = only_ == nullptr ||
                        (only_->count(source.get()) != 0 && only_->count(destination.get()) != 0);
-    return known && !(source->isDefault && destination->isDefault) &&
-           !(source->isReferenced && destination->isReferenced);
+    const bool isEveryScenes = source->isDefault && destination->isDefault &&
+                               connection.serial <= SceneInfo::current().lastDefaultConnection;
+    return known && !isEveryScenes &&
+           (!(source->isReferenced && destination->isReferenced) ||
+            SceneInfo::current().standIns.count(connection.serial) != 0);
   }
 
   // Elements of lists of messages come in the order of the statements; numbers would clash with
   // those of the default nodes.
   static std::string statementOf(const Connection& connection) {
-    const Plug& source = connection.source;
-    const Plug& destination = connection.destination;
+    const auto& standIns = SceneInfo::current().standIns;
+    const auto known = standIns.find(connection.serial);
+    const SceneInfo::StandIn standIn =
+        known == standIns.end() ? SceneInfo::StandIn() : known->second;
+    const Plug& source = standIn.source.isNull() ? connection.source : standIn.source;
+    const Plug& destination =
+        standIn.destination.isNull() ? connection.destination : standIn.destination;
     std::string path = destination.path();
     const auto range = splitRange(path);
     const bool next = range && destination.attribute()->kind() == Attribute::Kind::kMessage;
@@ -145,13 +160,39 @@ class Writer {
         [this](const ConnectionPtr& connection) { return put(statementOf(*connection)); });
   }
 
+  // The name of an end of a loose connection; empty when it is not to be written.
+  std::string looseName(const SceneInfo::LooseConnection::End& end) const {
+    const NodePtr node = end.node.lock();
+    if (!end.isKnown) {
+      return end.text;
+    }
+    const bool isThere =
+        node != nullptr && node->isAlive() && (only_ == nullptr || only_->count(node.get()) != 0);
+    return isThere ? fileName(node) + "." + end.text : std::string();
+  }
+
+  // What the scene file said of nodes that are not here.
+  bool writeLoose() {
+    const SceneInfo& info = SceneInfo::current();
+    for (const SceneInfo::LooseConnection& connection : info.looseConnections) {
+      const std::string source = looseName(connection.source);
+      const std::string destination = looseName(connection.destination);
+      if (!source.empty() && !destination.empty() &&
+          !put("connectAttr " + mel::quoted(source) + ' ' + mel::quoted(destination) +
+               (connection.isNext ? " -na;\n" : ";\n"))) {
+        return false;
+      }
+    }
+    return only_ != nullptr || putAll(info.strayStatements);
+  }
+
   // Which lights light what: as read, and for shading groups that are new, by the default lights.
   bool writeRelationships() {
     const Scene& scene = Scene::current();
     NodeSet mentioned;
     for (const SceneInfo::Relationship& relationship : SceneInfo::current().relationships) {
       const NodePtr node = scene.findNode(relationship.node);
-      if (node != nullptr && !put(relationship.statement + ";\n")) {
+      if ((node != nullptr || !relationship.isKnown) && !put(relationship.statement + ";\n")) {
         return false;
       }
       mentioned.insert(node.get());
@@ -176,6 +217,7 @@ class Writer {
   bool writeMetadata() { return putAll(SceneInfo::current().metadata) && put("// End of scene\n"); }
 
   const NodeSet* only_;
+  SceneUnits units_;
   morvane::FileReplacer file_;
 };
 

@@ -24,6 +24,12 @@ constexpr std::array<bool, 256> stops() {
 }
 constexpr std::array<bool, 256> kStops = stops();
 
+// Where a comment ends: at the line's end, which is a carriage return alone in the oldest files, or
+// at the star.
+std::size_t commentEnd(const std::string& text, bool isLine, std::size_t from) {
+  return isLine ? text.find_first_of("\r\n", from) : text.find("*/", from);
+}
+
 }  // namespace
 
 bool StatementReader::open(const std::string& path, std::string& error) {
@@ -97,7 +103,7 @@ bool StatementReader::skipToStatement() {
     if (!line && buffer_.compare(begin_, 2, "/*") != 0) {
       return true;
     }
-    std::size_t close = buffer_.find(line ? "\n" : "*/", begin_ + 2);
+    std::size_t close = commentEnd(buffer_, line, begin_ + 2);
     while (close == std::string::npos) {
       const std::size_t searched = buffer_.size() - begin_;
       if (!fill()) {
@@ -106,7 +112,7 @@ bool StatementReader::skipToStatement() {
         stepOver(buffer_.size());
         return false;
       }
-      close = buffer_.find(line ? "\n" : "*/", begin_ + std::max<std::size_t>(searched - 1, 2));
+      close = commentEnd(buffer_, line, begin_ + std::max<std::size_t>(searched - 1, 2));
     }
     if (line) noteComment();
     stepOver(close + (line ? 1 : 2));
@@ -142,7 +148,7 @@ bool StatementReader::findEnd() {
       return false;
     } else if (buffer_[scan_ + 1] == '/' || buffer_[scan_ + 1] == '*') {
       const bool line = buffer_[scan_ + 1] == '/';
-      const std::size_t close = buffer_.find(line ? "\n" : "*/", scan_ + 2);
+      const std::size_t close = commentEnd(buffer_, line, scan_ + 2);
       if (close == std::string::npos) {
         return false;
       }
@@ -209,7 +215,44 @@ bool takeJoined(std::string_view text, std::size_t& at, mel::Word& word, std::st
   return depth == 0;
 }
 
+bool isPlain(char c) {
+  constexpr std::string_view kOthers = "._-+:[]|,";
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+         kOthers.find(c) != kOthers.npos;
+}
+
+// {"a","b"}: one word, its texts quoted anew.
+bool takeBraced(std::string_view text, std::size_t& at, mel::Word& word, std::string& error) {
+  word.text = "{";
+  for (++at; at < text.size() && text[at] != '}';) {
+    if (text[at] == '"') {
+      const std::size_t close = mel::findClosingQuote(text, at);
+      if (close == std::string_view::npos) {
+        error = "text without a closing quote";
+        return false;
+      }
+      std::string inner;
+      mel::appendUnescaped(inner, text.substr(at + 1, close - at - 1));
+      word.text += mel::quoted(inner);
+      at = close + 1;
+      continue;
+    }
+    if (!isBlank(text[at]) && !isPlain(text[at])) {
+      error = std::string("'") + text[at] + "' has no place between braces";
+      return false;
+    }
+    word.text += isBlank(text[at]) ? "" : std::string(1, text[at]);
+    ++at;
+  }
+  word.text += '}';
+  error = "'{' without '}'";
+  return at++ < text.size();
+}
+
 bool takeWord(std::string_view text, std::size_t& at, mel::Word& word, std::string& error) {
+  if (text[at] == '{') {
+    return takeBraced(text, at, word, error);
+  }
   if (text[at] == '"') {
     const std::size_t close = mel::findClosingQuote(text, at);
     if (close == std::string_view::npos) {

@@ -57,8 +57,18 @@ AttributePtr Attribute::makeLoose(std::string name) {
   return std::make_shared<Attribute>(name, name, std::string());
 }
 
+AttributePtr Attribute::makeData(std::string longName, std::string shortName,
+                                 std::string typeWord) {
+  auto attribute =
+      std::make_shared<Attribute>(std::move(longName), std::move(shortName), std::move(typeWord));
+  if (attribute->kind_ == Kind::kCompound) {
+    attribute->kind_ = Kind::kData;
+  }
+  return attribute;
+}
+
 bool Attribute::isNumericCompound() const {
-  return findCompound(typeWord_) != nullptr;
+  return kind_ == Kind::kCompound && findCompound(typeWord_) != nullptr;
 }
 
 AttributePtr Attribute::findChild(std::string_view longOrShortName) const {

@@ -62,6 +62,9 @@ class Attribute : public Object {
   // An attribute of kind kLoose.
   static AttributePtr makeLoose(std::string name);
 
+  // One that holds its value whole, be the type's word a compound's: "float3" without children.
+  static AttributePtr makeData(std::string longName, std::string shortName, std::string typeWord);
+
  private:
   std::string longName_;
   std::string shortName_;

@@ -29,6 +29,8 @@ struct AttributeState {
   Flag locked = Flag::kUnset;
   Flag keyable = Flag::kUnset;
   Flag channelBox = Flag::kUnset;
+  Flag caching = Flag::kUnset;
+  Flag altered = Flag::kUnset;  // kOn or kUnset: set although something is connected into it
 };
 
 }  // namespace host

@@ -57,7 +57,11 @@ class Node : public Object {
   // The attribute by that name, made loose when there is none: for scene files only.
   AttributePtr findOrKeepLoose(std::string_view name);
 
-  std::string uuid;        // as the scene file has it, or empty
+  std::string uuid;  // as the scene file has it, or empty
+  // What the scene file says of the node and the host has no use for, for a saved scene to repeat:
+  // addAttr statements of attributes that the type has, and the flags of lockNode.
+  std::vector<std::string> keptDeclarations;
+  std::string lockFlags;
   bool isDefault = false;  // stands in every new scene: no deletion, saved by select -ne only
   bool isShared = false;   // made by createNode -s
   bool isLocked = false;

@@ -19,11 +19,15 @@ class NodeTypeRegistry {
     return found == types_.end() ? nullptr : found->second.get();
   }
 
-  const NodeType& invent(std::string_view name, bool isDag) {
-    const NodeType* base = find(isDag ? "dagNode" : "dependNode");
-    NodeType& type = make(name, base, isDag ? MFn::kUnknownDag : MFn::kUnknown);
-    type.isInvented_ = true;
-    return type;
+  // A type of the same name may stand in the DAG and beside it: who uses it in a file tells.
+  const NodeType& invented(const std::string& name, bool isDag) {
+    std::unique_ptr<NodeType>& slot = (isDag ? inventedDag_ : invented_)[name];
+    if (slot == nullptr) {
+      const NodeType* base = find(isDag ? "dagNode" : "dependNode");
+      slot = build(name, base, isDag ? MFn::kUnknownDag : MFn::kUnknown);
+      slot->isInvented_ = true;
+    }
+    return *slot;
   }
 
  private:
@@ -36,6 +40,11 @@ class NodeTypeRegistry {
   }
 
   NodeType& make(std::string_view name, const NodeType* base, MFn::Type kind) {
+    return *(types_[std::string(name)] = build(name, base, kind));
+  }
+
+  static std::unique_ptr<NodeType> build(std::string_view name, const NodeType* base,
+                                         MFn::Type kind) {
     std::unique_ptr<NodeType> type(new NodeType);
     type->name_ = std::string(name);
     type->base_ = base;
@@ -45,21 +54,22 @@ class NodeTypeRegistry {
     type->isTransform_ = type->isA("transform");
     type->isShape_ = type->isA("shape");
     type->isSet_ = type->isA("objectSet");
-    return *(types_[type->name_] = std::move(type));
+    return type;
   }
 
   std::map<std::string, std::unique_ptr<NodeType>, std::less<>> types_;
+  std::map<std::string, std::unique_ptr<NodeType>> invented_;
+  std::map<std::string, std::unique_ptr<NodeType>> inventedDag_;
 };
 
 const NodeType* NodeType::find(std::string_view name) {
-  const NodeType* type = NodeTypeRegistry::instance().find(name);
-  return type && !type->isInvented_ ? type : nullptr;
+  return NodeTypeRegistry::instance().find(name);
 }
 
 const NodeType& NodeType::findOrInvent(std::string_view name, bool isDag) {
   NodeTypeRegistry& registry = NodeTypeRegistry::instance();
   const NodeType* known = registry.find(name);
-  return known ? *known : registry.invent(name, isDag);
+  return known ? *known : registry.invented(std::string(name), isDag);
 }
 
 bool NodeType::isA(std::string_view typeName) const {

@@ -17,10 +17,10 @@ namespace {
 #define FACE_PLACEMENT                                                                \
   "coverage:c:float2{coverageU:cu:float=1 coverageV:cv:float=1} "                     \
   "translateFrame:tf:float2{translateFrameU:tfu:float translateFrameV:tfv:float} "    \
-  "rotateFrame:rf:float mirrorU:mu:bool mirrorV:mv:bool stagger:s:bool "              \
+  "rotateFrame:rf:floatAngle mirrorU:mu:bool mirrorV:mv:bool stagger:s:bool "         \
   "wrapU:wu:bool=1 wrapV:wv:bool=1 "                                                  \
   "repeatUV:re:float2{repeatU:reu:float=1 repeatV:rev:float=1} "                      \
-  "offset:of:float2{offsetU:ofu:float offsetV:ofv:float} rotateUV:r:float "           \
+  "offset:of:float2{offsetU:ofu:float offsetV:ofv:float} rotateUV:r:floatAngle "      \
   "noiseUV:n:float2{noiseU:nu:float noiseV:nv:float} "                                \
   "vertexUvOne:vt1:float2{vertexUvOneU:t1u:float vertexUvOneV:t1v:float} "            \
   "vertexUvTwo:vt2:float2{vertexUvTwoU:t2u:float vertexUvTwoV:t2v:float} "            \
@@ -53,9 +53,12 @@ constexpr char kTransform[] =
 
 constexpr char kMesh[] =
     "inMesh:i:mesh outMesh:o:mesh worldMesh:w:mesh[] cachedInMesh:ci:mesh "
-    "vrts:vt:float3[] pnts:pt:float3[] edge:ed:long3[] face:fc:polyFaces[] normals:n:float3[] "
+    "vrts:vt:float3[]{vrtx:vx:float vrty:vy:float vrtz:vz:float} "
+    "pnts:pt:float3[]{pntx:px:float pnty:py:float pntz:pz:float} edge:ed:long3[] "
+    "face:fc:polyFaces[] normals:n:float3[]{normalx:nx:float normaly:ny:float normalz:nz:float} "
     "uvSet:uvst:compound[]{uvSetName:uvsn:string uvSetPoints:uvsp:float2[]{uvSetPointsU:uvpu:float "
-    "uvSetPointsV:uvpv:float}} currentUVSet:cuvs:string "
+    "uvSetPointsV:uvpv:float} uvTweakLocation:uvtw:generic} tweakLocation:twl:generic "
+    "currentUVSet:cuvs:string "
     "colorSet:clst:compound[]{colorName:clsn:string clamped:clam:bool representation:rprt:enum "
     "colorSetPoints:clsp:floatArray[]} currentColorSet:ccls:string displayColors:dcol:bool "
     "displayColorChannel:dcc:string creaseData:cd:dataPolyComponent "
@@ -78,8 +81,23 @@ const std::vector<NodeTypeRow> kRows = {
     {"joint", "transform", MFn::kJoint, "",
      "jointOrient:jo:double3 inverseScale:is:double3=1 segmentScaleCompensate:ssc:bool=1 "
      "radius:radi:float=1 jointType:jt:enum side:sd:enum type:typ:enum otherType:otp:string "
-     "drawStyle:ds:enum bindPose:bps:matrix preferredAngle:pa:double3 "
-     "lockInfluenceWeights:liw:bool"},
+     "drawStyle:ds:enum bindPose:bps:matrix preferredAngle:pa:double3"},
+    {"dagContainer", "transform", MFn::kTransform, "", ""},
+    {"fosterParent", "dagNode", MFn::kDagNode, "", ""},
+    {"constraint", "transform", MFn::kTransform, "", ""},
+    {"pointConstraint", "constraint", MFn::kTransform, "", ""},
+    {"orientConstraint", "constraint", MFn::kTransform, "", ""},
+    {"parentConstraint", "constraint", MFn::kTransform, "", ""},
+    {"scaleConstraint", "constraint", MFn::kTransform, "", ""},
+    {"aimConstraint", "constraint", MFn::kTransform, "", ""},
+    {"lookAt", "aimConstraint", MFn::kTransform, "", ""},
+    {"poleVectorConstraint", "pointConstraint", MFn::kTransform, "", ""},
+    {"tangentConstraint", "constraint", MFn::kTransform, "", ""},
+    {"normalConstraint", "constraint", MFn::kTransform, "", ""},
+    {"geometryConstraint", "constraint", MFn::kTransform, "", ""},
+    {"pointOnPolyConstraint", "constraint", MFn::kTransform, "", ""},
+    {"ikHandle", "transform", MFn::kTransform, "", ""},
+    {"ikEffector", "transform", MFn::kTransform, "effector", ""},
     {"place3dTexture", "transform", MFn::kPlace3dTexture, "", ""},
     {"shape", "dagNode", MFn::kShape, "", ""},
     {"geometryShape", "shape", MFn::kGeometric, "",
@@ -95,7 +113,8 @@ const std::vector<NodeTypeRow> kRows = {
     {"locator", "shape", MFn::kLocator, "", "localPosition:lp:double3 localScale:los:double3=1"},
     {"camera", "shape", MFn::kCamera, "",
      "renderable:rnd:bool centerOfInterest:coi:double=5 orthographic:o:bool "
-     "orthographicWidth:ow:double=10 imageName:imn:string depthName:den:string maskName:man:string "
+     "orthographicWidth:ow:doubleLinear=10 imageName:imn:string depthName:den:string "
+     "maskName:man:string "
      "homeCommand:hc:string focalLength:fl:double=35 nearClipPlane:ncp:double=0.1 "
      "farClipPlane:fcp:double=10000 horizontalFilmAperture:hfa:double "
      "verticalFilmAperture:vfa:double cameraAperture:cap:double2{horizontalFilm:hf:double "
@@ -107,7 +126,7 @@ const std::vector<NodeTypeRow> kRows = {
     {"directionalLight", "nonAmbientLight", MFn::kDirectionalLight, "", ""},
     {"pointLight", "nonAmbientLight", MFn::kPointLight, "", ""},
     {"spotLight", "nonAmbientLight", MFn::kSpotLight, "",
-     "coneAngle:ca:double=40 penumbraAngle:pa:double dropoff:dro:double"},
+     "coneAngle:ca:doubleAngle=40 penumbraAngle:pa:doubleAngle dropoff:dro:double"},
     {"areaLight", "nonAmbientLight", MFn::kAreaLight, "", ""},
 
     {"objectSet", "dependNode", MFn::kSet, "set",
@@ -172,15 +191,17 @@ const std::vector<NodeTypeRow> kRows = {
 
     {"polyPrimitive", "dependNode", MFn::kPolyPrimitive, "", POLY_OUT},
     {"polyPlane", "polyPrimitive", MFn::kPolyPlane, "",
-     "width:w:double=1 height:h:double=1 subdivisionsWidth:sw:long=10 "
+     "width:w:doubleLinear=1 height:h:doubleLinear=1 subdivisionsWidth:sw:long=10 "
      "subdivisionsHeight:sh:long=10"},
     {"polyCube", "polyPrimitive", MFn::kPolyCube, "",
-     "width:w:double=1 height:h:double=1 depth:d:double=1 subdivisionsWidth:sw:long=1 "
+     "width:w:doubleLinear=1 height:h:doubleLinear=1 depth:d:doubleLinear=1 "
+     "subdivisionsWidth:sw:long=1 "
      "subdivisionsHeight:sh:long=1 subdivisionsDepth:sd:long=1"},
     {"polySphere", "polyPrimitive", MFn::kPolySphere, "",
-     "radius:r:double=1 subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=20"},
+     "radius:r:doubleLinear=1 subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=20"},
     {"polyCylinder", "polyPrimitive", MFn::kPolyCylinder, "",
-     "radius:r:double=1 height:h:double=2 subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=1 "
+     "radius:r:doubleLinear=1 height:h:doubleLinear=2 subdivisionsAxis:sa:long=20 "
+     "subdivisionsHeight:sh:long=1 "
      "subdivisionsCaps:sc:long=0 roundCap:rcp:bool"},
 
     {"polyCone", "polyPrimitive", MFn::kPolyPrimitive, "",
@@ -195,6 +216,8 @@ const std::vector<NodeTypeRow> kRows = {
      "subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=20 heightBaseline:hbl:double"},
 
     {"time", "dependNode", MFn::kTime, "", "outTime:o:time unwarpedTime:unw:time"},
+    {"reference", "dependNode", MFn::kDependencyNode, "",
+     "placeHolderList:phl:generic[] edits:ed:dataReferenceEdits"},
     {"script", "dependNode", MFn::kScript, "",
      "before:b:string after:a:string scriptType:st:enum sourceType:stp:enum"},
     {"displayLayerManager", "dependNode", MFn::kDisplayLayerManager, "layerManager",

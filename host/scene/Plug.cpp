@@ -78,6 +78,54 @@ std::string canonicalPath(const AttributePtr& last, const std::vector<NamedIndex
   return path;
 }
 
+// A path text as far as the host knows the node's attributes.
+struct Resolved {
+  AttributePtr attribute;  // the last that is known; null for none
+  std::vector<NamedIndex> indices;
+  std::size_t known = 0;  // how many parts are
+};
+
+Resolved resolve(const NodePtr& node, const std::vector<Part>& parts) {
+  Resolved resolved;
+  for (const Part& part : parts) {
+    const AttributePtr next = resolved.attribute == nullptr
+                                  ? node->findAttribute(part.name)
+                                  : resolved.attribute->findChild(part.name);
+    if (next == nullptr || (part.index >= 0 && !next->isArray)) {
+      break;
+    }
+    resolved.attribute = next;
+    resolved.indices.push_back({next.get(), part.index});
+    ++resolved.known;
+  }
+  return resolved;
+}
+
+// The path of a plug that is known only in part: canonical as far as it is, and then as written.
+std::string partlyKnownPath(const Resolved& resolved, const std::vector<Part>& parts) {
+  std::string path = resolved.attribute == nullptr
+                         ? std::string()
+                         : canonicalPath(resolved.attribute, resolved.indices);
+  for (std::size_t i = resolved.known; i < parts.size(); ++i) {
+    path += (path.empty() ? "" : ".") + std::string(parts[i].name);
+    path += parts[i].index < 0 ? "" : "[" + std::to_string(parts[i].index) + "]";
+  }
+  return path;
+}
+
+// The name under which a node keeps the loose attribute of such a path: no other begins so.
+std::string looseName(std::string_view path) {
+  std::string name = ".";
+  bool inside = false;
+  for (const char c : path) {
+    inside = c == '[' || (inside && c != ']');
+    if (!inside && c != ']') {
+      name += c;
+    }
+  }
+  return name;
+}
+
 }  // namespace
 
 Plug::Plug(NodePtr node, AttributePtr attribute, std::string path)
@@ -86,27 +134,30 @@ Plug::Plug(NodePtr node, AttributePtr attribute, std::string path)
 std::optional<Plug> Plug::find(const NodePtr& node, std::string_view pathText) {
   const auto parts = readParts(pathText);
   if (!parts || !node) return std::nullopt;
-  AttributePtr attribute = node->findAttribute(parts->front().name);
-  if (!attribute) return std::nullopt;
-  if (attribute->kind() == Attribute::Kind::kLoose) {
-    return Plug(node, attribute, std::string(pathText));
+  const AttributePtr first = node->findAttribute(parts->front().name);
+  if (!first) return std::nullopt;
+  if (first->kind() == Attribute::Kind::kLoose) {
+    return Plug(node, first, std::string(pathText));
   }
-  std::vector<NamedIndex> indices;
-  for (std::size_t i = 0; i < parts->size(); ++i) {
-    const Part& part = (*parts)[i];
-    if (i > 0) attribute = attribute->findChild(part.name);
-    if (!attribute || (part.index >= 0 && !attribute->isArray)) return std::nullopt;
-    indices.push_back({attribute.get(), part.index});
+  const Resolved resolved = resolve(node, *parts);
+  if (resolved.known == parts->size()) {
+    return Plug(node, resolved.attribute, canonicalPath(resolved.attribute, resolved.indices));
   }
-  return Plug(node, attribute, canonicalPath(attribute, indices));
+  std::string path = partlyKnownPath(resolved, *parts);
+  const AttributePtr loose = node->findAttribute(looseName(path));
+  return loose == nullptr ? std::nullopt : std::optional<Plug>(Plug(node, loose, std::move(path)));
 }
 
 std::optional<Plug> Plug::findOrKeep(const NodePtr& node, std::string_view pathText) {
   if (auto plug = find(node, pathText)) return plug;
   const auto parts = readParts(pathText);
-  if (!parts || !node || node->findAttribute(parts->front().name)) return std::nullopt;
-  const AttributePtr loose = node->findOrKeepLoose(parts->front().name);
-  return Plug(node, loose, std::string(pathText));
+  if (!parts || !node) return std::nullopt;
+  if (node->findAttribute(parts->front().name) != nullptr) {
+    node->findOrKeepLoose(looseName(partlyKnownPath(resolve(node, *parts), *parts)));
+  } else {
+    node->findOrKeepLoose(parts->front().name);
+  }
+  return find(node, pathText);
 }
 
 Plug Plug::ofAttribute(const NodePtr& node, const AttributePtr& attribute) {

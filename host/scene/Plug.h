@@ -28,8 +28,8 @@ class Plug {
   // such attribute, or the text is no path, or has a range ("vt[0:3]").
   static std::optional<Plug> find(const NodePtr& node, std::string_view pathText);
 
-  // The same for scene files: a name that the node does not have becomes a loose attribute of it.
-  // Null only for what is no path.
+  // The same for scene files: what the node does not have becomes a loose attribute of it, be it a
+  // child of an attribute that is known. Null only for what is no path.
   static std::optional<Plug> findOrKeep(const NodePtr& node, std::string_view pathText);
 
   // The plug of an attribute of the node, index 0 where one is needed above it.

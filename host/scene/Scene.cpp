@@ -141,6 +141,16 @@ NodePtr Scene::addNode(const NodeType& type, const std::string& name, const Node
   return node;
 }
 
+bool Scene::moveIntoDag(const NodePtr& node) {
+  if (node->isDag() || !node->type().isInvented() || node->isDefault) {
+    return node->isDag();
+  }
+  node->type_ = &NodeType::findOrInvent(node->type().name(), true);
+  link(node, world_);
+  setName(*node, std::string(node->name()));
+  return true;
+}
+
 bool Scene::deleteNode(const NodePtr& node, std::string* error) {
   if (!node || !node->isAlive()) return fail(error, "nothing to delete");
   if (node->isDefault || node->isLocked) {
@@ -207,9 +217,10 @@ void Scene::unlink(const NodePtr& child, const NodePtr& parent) {
   changePathCounts(*child, -static_cast<std::ptrdiff_t>(parent->pathCount_));
 }
 
-// `child` null: a new node.
+// `child` null: a new node, which may also stand below a shape, as image planes and curves on
+// surfaces do.
 bool Scene::canTake(const NodePtr& parent, const NodePtr& child, std::string* error) const {
-  if (!parent->isAlive() || !parent->isDag() || parent->isShape()) {
+  if (!parent->isAlive() || !parent->isDag() || (child && parent->isShape())) {
     return fail(error, "'" + parent->name() + "' cannot have children");
   }
   if (child && isAtOrAbove(*child, *parent)) {

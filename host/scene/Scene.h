@@ -41,6 +41,13 @@ class Scene {
   NodePtr createNode(const NodeType& type, std::string_view name = {},
                      const NodePtr& parent = nullptr, std::string* error = nullptr);
 
+  // Makes a node of an unknown type, which stood beside the DAG, one at the top of it, as a child
+  // of it shows that it is. False for any other node that is not in the DAG.
+  bool moveIntoDag(const NodePtr& node);
+
+  // Makes a default node that other versions of Maya have: its type is its name without the number.
+  NodePtr makeDefaultNode(const std::string& name);
+
   // Deletes a node, its connections, and the children that have no other parent. Default and locked
   // nodes are refused.
   bool deleteNode(const NodePtr& node, std::string* error = nullptr);

@@ -80,6 +80,10 @@ NodePtr Scene::makeDefault(const char* type, const char* name, const NodePtr& pa
   return node;
 }
 
+NodePtr Scene::makeDefaultNode(const std::string& name) {
+  return makeDefault(NumberedName::split(name).stem.c_str(), name.c_str());
+}
+
 void Scene::makeDefaultCamera(const char* name, double x, double y, double z, double rx,
                               double ry) {
   const NodePtr transform = makeDefault("transform", name);

@@ -46,14 +46,22 @@ std::string_view withoutLeadingColon(std::string_view name) {
   return name;
 }
 
+// The names of "a|b", and of "a->|b" or "a->b", in which b stands below a shape.
 std::vector<std::string_view> splitPath(std::string_view path) {
+  constexpr std::string_view kArrow = "->";
   std::vector<std::string_view> names;
   for (;;) {
-    const std::size_t bar = path.find('|');
+    const std::size_t arrow = path.find(kArrow);
+    const std::size_t bar = std::min(path.find('|'), arrow);
     names.push_back(withoutLeadingColon(path.substr(0, bar)));
     if (bar == path.npos) return names;
-    path.remove_prefix(bar + 1);
+    path.remove_prefix(bar + (bar == arrow ? kArrow.size() : 1));
+    if (bar == arrow && path.substr(0, 1) == "|") path.remove_prefix(1);
   }
+}
+
+bool isPathText(std::string_view text) {
+  return text.find('|') != text.npos || text.find("->") != text.npos;
 }
 
 bool endsIn(const DagPath& path, const std::vector<std::string_view>& patterns, bool absolute) {
@@ -127,7 +135,7 @@ std::vector<DagPath> Scene::literalPaths(std::string_view text) const {
 std::vector<SelectionItem> Scene::matchObjects(std::string_view text, bool inNamespaces) const {
   std::vector<SelectionItem> items;
   if (text.empty() || text == "|") return items;
-  const bool isPath = text.find('|') != text.npos;
+  const bool isPath = isPathText(text);
   if (isPath && !hasWildcard(text)) {
     for (const DagPath& path : literalPaths(text)) items.push_back(SelectionItem::of(path));
     return items;
@@ -197,7 +205,7 @@ Plug Scene::findPlug(std::string_view text, std::string* error) const {
 }
 
 bool Scene::isOnlyPath(std::string_view partialPath) const {
-  if (partialPath.find('|') != partialPath.npos) return literalPaths(partialPath).size() == 1;
+  if (isPathText(partialPath)) return literalPaths(partialPath).size() == 1;
   const auto found = byName_.find(std::string(partialPath));
   if (found == byName_.end()) return false;
   const Namesakes& namesakes = found->second;

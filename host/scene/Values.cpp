@@ -95,6 +95,16 @@ void setFlag(const Plug& plug, Flag AttributeState::*flag, bool on) {
   if (!plug.isNull()) plug.node()->values.at(plug.path()).*flag = on ? Flag::kOn : Flag::kOff;
 }
 
+void takeFlags(AttributeState& state, const AttributeState& flags) {
+  for (const auto flag :
+       {&AttributeState::locked, &AttributeState::keyable, &AttributeState::channelBox,
+        &AttributeState::caching, &AttributeState::altered}) {
+    if (flags.*flag != Flag::kUnset) {
+      state.*flag = flags.*flag;
+    }
+  }
+}
+
 bool isLockedFromAbove(const Plug& plug) {
   for (auto up = above(plug); up; up = above(*up)) {
     if (isOn(*up, &AttributeState::locked)) return true;
@@ -150,9 +160,12 @@ bool writeValue(const Plug& plug, AttributeValue value) {
   return true;
 }
 
-void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value) {
+void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value,
+                   const AttributeState& flags) {
   node->findOrKeepLoose(pathText.substr(0, pathText.find_first_of(".[")));
-  node->values.at(pathText).value = std::move(value);
+  AttributeState& state = node->values.at(pathText);
+  state.value = std::move(value);
+  takeFlags(state, flags);
 }
 
 void forgetValues(const Plug& plug) {
@@ -194,6 +207,12 @@ bool isInChannelBox(const Plug& plug) {
 
 void setInChannelBox(const Plug& plug, bool shown) {
   setFlag(plug, &AttributeState::channelBox, shown);
+}
+
+void setFlags(const Plug& plug, const AttributeState& flags) {
+  if (!plug.isNull()) {
+    takeFlags(plug.node()->values.at(plug.path()), flags);
+  }
 }
 
 }  // namespace host

@@ -32,10 +32,11 @@ bool truthOf(const NodePtr& node, std::string_view pathText);
 // False when the value does not suit the attribute.
 bool writeValue(const Plug& plug, AttributeValue value);
 
-// Keeps a statement's words under a path that need not be canonical ("tgi[0].ni[0:3].x"), for
-// attributes that the host does not interpret. The node gets a loose attribute by the path's first
-// name.
-void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value);
+// Keeps a statement's words, and of `flags` what is set there, under a path that need not be
+// canonical ("tgi[0].ni[0:3].x"), for attributes that the host does not interpret. The node gets a
+// loose attribute by the path's first name.
+void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value,
+                   const AttributeState& flags = {});
 
 // Forgets values and flags that were set on the plug, its elements and its children.
 void forgetValues(const Plug& plug);
@@ -48,6 +49,8 @@ bool isKeyable(const Plug& plug);
 void setKeyable(const Plug& plug, bool keyable);
 bool isInChannelBox(const Plug& plug);
 void setInChannelBox(const Plug& plug, bool shown);
+// Takes over the flags that are set in `flags`, whatever the locks.
+void setFlags(const Plug& plug, const AttributeState& flags);
 
 }  // namespace host
 

@@ -44,9 +44,12 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
       {"addAttr -at long;", "addAttr: -ln is missing", true},
       {"parent \"persp\";", "parent: needs objects and a parent"},
       {"setAttr \"gone.tx\" 1;", "setAttr: No object matches name: gone", true},
-      {"connectAttr \"a.b\" \"c.d\";", "connectAttr: No object matches name: a", true},
+      {"connectAttr \"a.b\" \"c.d\";", "connectAttr: No object matches name: a"},
+      {"createNode locator -p \"far:gone\";",
+       "createNode: No object matches name: far:gone; something else stands in for it"},
       {"createNode transform -p \"gone\";", "createNode: No object matches name: gone", true},
       {"setAttr \".tx\" 1;", "setAttr: '.tx' names no node, and none is selected"},
+      {"setAttr \".a\" -type \"attributeAlias\" {\"b\";", "'{' without '}'", true},
       {"print `ls`;", "'`' has no place in a scene file", true},
       {"$x = 1;", "'$' has no place in a scene file", true},
       {"file -save;", "file: a scene file may refer to other files, and nothing else"},
@@ -136,6 +139,57 @@ TEST_F(SceneText, ReferencesAreLoadedOnceUnderTheirNamespace) {
   EXPECT_EQ(run("ls -type mesh"), "r:squareShape");
 }
 
+// An edit of each kind, the connections by way of place holders, and one of a node that is not
+// there; and the same again from the saved scene, in which they stand as they stood.
+TEST_F(SceneText, EditsOfReferencesAreAppliedAndKept) {
+  writeText("prop.ma",
+            "//Maya ASCII 2018 scene\ncreateNode transform -n \"a\";\ncreateNode transform -n "
+            "\"b\" -p \"a\";\ncreateNode lambert -n \"m\";\ncreateNode file -n \"f\";\n"
+            "connectAttr \"f.oc\" \"m.c\";\n");
+  const std::string scene =
+      "file -rdi 1 -ns \"p\" -rfn \"pRN\" \"prop.ma\";\n"
+      "file -rdi 1 -ns \"q\" -dr 1 -rfn \"qRN\" \"prop.ma\";\n"
+      "file -r -ns \"p\" -dr 1 -rfn \"pRN\" \"prop.ma\";\n"
+      "file -r -ns \"q\" -dr 1 -rfn \"qRN\" \"prop.ma\";\n"
+      "createNode transform -n \"group\";\nsetAttr \".tx\" 4;\n"
+      "createNode checker -n \"own\";\ncreateNode lambert -n \"ownMaterial\";\n"
+      "createNode reference -n \"pRN\";\nsetAttr \".ed\" -type \"dataReferenceEdits\"\n"
+      "\"pRN\" \"pRN\" 9\n"
+      "0 \"|p:a\" \"|group\" \"-s -r \"\n"
+      "1 |p:a \"wear\" \"wr\" \" -ci 1 -at \\\"double\\\"\"\n"
+      "2 \"|group|p:a\" \"translate\" \" -type \\\"double3\\\" 1 2 3\"\n"
+      "2 \"|group|p:a\" \"wear\" \" 0.5\"\n"
+      "2 \"p:f\" \"fileTextureName\" \" -type \\\"string\\\" \\\"new.psd\\\"\"\n"
+      "2 \"p:gone\" \"visibility\" \" 0\"\n"
+      "3 \"p:f.outColor\" \"p:m.color\" \"\"\n"
+      "8 \"|group|p:a\" \"translateX\"\n"
+      "5 4 \"pRN\" \"p:m.color\" \"pRN.placeHolderList[1]\" \"\"\n"
+      "5 3 \"pRN\" \"p:f.outColor\" \"pRN.placeHolderList[2]\" \"\";\n"
+      "connectAttr \"own.oc\" \"pRN.phl[1]\";\nconnectAttr \"pRN.phl[2]\" \"ownMaterial.c\";\n";
+  std::string saved[2];
+  for (std::string& text : saved) {
+    const std::string warnings = &text == saved ? open(scene) : openPath(pathOf("scene2.ma"));
+    EXPECT_EQ(SceneProblems::current().list.size(), 2u) << warnings;
+    EXPECT_NE(warnings.find("1 of 9 edits of references were not applied, first pRN: "),
+              std::string::npos)
+        << warnings;
+    EXPECT_NE(warnings.find("prop.ma was not loaded in the scene as saved"), std::string::npos);
+    EXPECT_EQ(run("ls -l \"p:b\""), "|group|p:a|p:b");
+    EXPECT_EQ(run("getAttr \"p:a.t\""), "1 2 3");
+    EXPECT_EQ(run("getAttr \"p:a.wear\""), "0.5");
+    EXPECT_EQ(run("getAttr \"p:f.ftn\""), "new.psd");
+    EXPECT_EQ(run("listConnections \"p:m.c\""), "own");
+    EXPECT_EQ(run("listConnections ownMaterial.c"), "p:f");
+    std::string error;
+    ASSERT_TRUE(writeScene(pathOf("scene2.ma"), error)) << error;
+    text = readAll(pathOf("scene2.ma"));
+    EXPECT_NE(text.find("connectAttr \"own.outColor\" \"pRN.placeHolderList[1]\";"),
+              std::string::npos)
+        << text;
+  }
+  EXPECT_EQ(saved[0], saved[1]);
+}
+
 TEST_F(SceneText, UnitsBecomeCentimetresAndDegrees) {
   EXPECT_EQ(open(std::string("currentUnit -l meter -a radian -t film;\n") + kSquare +
                  "createNode transform -n \"t\";\n\tsetAttr \".t\" -type \"double3\" 1 2 "
@@ -146,6 +200,35 @@ TEST_F(SceneText, UnitsBecomeCentimetresAndDegrees) {
   EXPECT_EQ(run("getAttr t.rx"), "90");
   EXPECT_EQ(run("getAttr t.s"), "2 2 2");
   EXPECT_EQ(node("squareShape")->mesh->points()[1].x, 100.0);
+}
+
+// In the unit that it had, so that numbers of which the host does not know the kind keep their
+// meaning.
+TEST_F(SceneText, AScenesUnitIsKept) {
+  const std::vector<std::string> statements = {
+      "currentUnit -l meter -a radian -t ntsc;",
+      "setAttr \".translate\" -type \"double3\" 0.1 0.7 1e-3;",
+      "setAttr \".rotateX\" 0.3;",
+      "setAttr \".reach\" 12.5;",
+      "setAttr \".radius\" 0.3;",
+      "setAttr -s 2 \".vt[0:1]\" 0.1 0.2 0.3 0.7 -0.9 1.1;",
+      "setAttr \".pt[0]\" -type \"float3\" 0.01 0.02 0.03;"};
+  EXPECT_EQ(
+      open(statements[0] + "createNode transform -n \"t\";" + statements[1] + statements[2] +
+           "createNode oddNode -n \"o\";" + statements[3] + "createNode polySphere -n \"s\";" +
+           statements[4] + "createNode mesh -n \"m\";" + statements[5] + statements[6]),
+      "");
+  EXPECT_EQ(run("getAttr s.r"), "30");
+  std::string error;
+  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+  const std::string saved = readAll(pathOf("saved.ma"));
+  EXPECT_NE(saved.find("setAttr \".translateX\" 0.1;"), std::string::npos) << saved;
+  for (const std::string& statement : statements) {
+    EXPECT_TRUE(statement.find("translate") != std::string::npos ||
+                saved.find(statement) != std::string::npos)
+        << statement << '\n'
+        << saved;
+  }
 }
 
 TEST_F(SceneText, HistoriesOfPrimitivesAreEvaluatedAndOthersNamed) {
@@ -161,6 +244,95 @@ TEST_F(SceneText, HistoriesOfPrimitivesAreEvaluatedAndOthersNamed) {
   EXPECT_EQ(mesh.pointCount(), 4 * 3);
   EXPECT_EQ(mesh.faceCount(), 3 * 2);
   EXPECT_EQ(mesh.box().max.x - mesh.box().min.x, 4.0);
+}
+
+// Statements of sound scenes that the host has no use for, or only half: none is warned of, each
+// stands in the saved scene, and that one saves as it was.
+TEST_F(SceneText, WhatTheHostDoesNotKnowComesBack) {
+  const struct {
+    std::string before;  // the node that the statements belong to
+    std::vector<std::string> statements;
+  } kCases[] = {
+      {"createNode blendShape -n \"n\";",
+       {"setAttr \".aal\" -type \"attributeAlias\" {\"a\",\"weight[0]\",\"b\",\"weight[1]\"};",
+        "setAttr -k on \".w[0:1]\" 1 0.5;",
+        "setAttr \".it[0].itg[0].iti[6000].ict\" -type \"componentList\" 1 \"vtx[0:7]\";"}},
+      {"createNode nurbsCurve -n \"n\";",
+       {"setAttr \".cached\" -type \"nurbsCurve\" 1 1 0 no 3 2 0 1 2 0 0 0 1 0 0;"}},
+      {"createNode transform -n \"n\";",
+       {"setAttr -av \".translateX\" 3;", "setAttr -ca off \".translateY\" 4;",
+        "setAttr \".odd\" -type \"lattice\" 2 2 2 8 0 0 0;",
+        "setAttr \".v\" -type \"float3\" 1 2 3;", "setAttr \".ro\" 1 2;",
+        "lockNode -l 0 -lu on ;"}},
+      {"createNode joint -n \"n\";",
+       {"addAttr -ci true -sn \"liw\" -ln \"lockInfluence\" -bt \"lock\" -min 0 -max 1 -at "
+        "\"bool\";",
+        "setAttr \".lockInfluence\" yes;"}},
+      {"createNode transform -n \"n\";",
+       {"addAttr -dcb 0 -ci true -sn \"d\" -ln \"d\" -dt \"float3\";",
+        "addAttr -ci true -sn \"e\" -ln \"e\" -dt \"long2\";",
+        "addAttr -ci true -sn \"rotatePivot\" -ln \"rotatePivot\" -at \"double\";",
+        "setAttr \".d\" -type \"float3\" 1 2 3;", "setAttr \".e\" -type \"long2\" 7 8;"}},
+      {"select -ne :standardSurface1;", {"setAttr \".b\" 0.8;"}},
+      {"createNode mesh -n \"n\";",
+       {"setAttr \".tweakLocation\" 3;", "setAttr \".uvst[0].new\" 3;",
+        "setAttr \".creaseData\" -type \"dataPolyComponent\" Index_Data Edge 0;"}},
+      {"createNode script -n \"n\";",
+       {"setAttr \".before\" -type \"string\" \"if (1) { print \\\"x;\\\"; }\";"}},
+      {"",
+       {"relationship \"link\" \":lightLinker1\" \"far:SG.message\" "
+        "\":defaultLightSet.message\";"}},
+      {"createNode polyTweakUV -n \"p\";\ncreateNode mesh -n \"n\";",
+       {"connectAttr \"p.uvtk[0]\" \"n.uvSet[0].uvTweakLocation\";",
+        "connectAttr \"p.a\" \"n.pnts[2].pntx\";",
+        "connectAttr \"p.b\" \"n.uvSet[1].later[2].x\";"}},
+  };
+  for (const auto& c : kCases) {
+    std::string text = c.before + "\n";
+    for (const std::string& statement : c.statements) {
+      text += statement + "\n";
+    }
+    EXPECT_EQ(open(text), "");
+    std::string error;
+    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    const std::string saved = readAll(pathOf("saved.ma"));
+    for (const std::string& statement : c.statements) {
+      EXPECT_NE(saved.find(statement), std::string::npos) << statement << '\n' << saved;
+    }
+    EXPECT_EQ(openPath(pathOf("saved.ma")), "");
+    ASSERT_TRUE(writeScene(pathOf("again.ma"), error)) << error;
+    EXPECT_EQ(readAll(pathOf("again.ma")), saved);
+  }
+}
+
+// Nodes of which the host knows the type or not, with and without what stands above them.
+TEST_F(SceneText, NodesKeepWhatStandsBelowThem) {
+  const std::string warnings = open(
+      "createNode fosterParent -n \"f\";\ncreateNode dagContainer -n \"asset\" -p \"f\";\n"
+      "\tsetAttr \".tx\" 5;\n"
+      "createNode someonesGroup -n \"g\";\ncreateNode someonesGroup -n \"h\" -p \"g\";\n"
+      "createNode transform -n \"t\" -p \"h\";\n"
+      "createNode transform -n \"c\";\ncreateNode camera -n \"cShape\" -p \"c\";\n"
+      "createNode transform -n \"t\" -p \"cShape\";\n"
+      "createNode imagePlane -n \"picture\" -p \"|c|cShape->|t\";\n"
+      "createNode locator -n \"l\" -p \"far:asset\";\n"
+      "connectAttr \"far:asset.t\" \"t.s\";\nconnectAttr \"never.o\" \"asset.rx\";\n"
+      "connectAttr \"|c|cShape->|t.tx\" \"asset.ry\";\n");
+  EXPECT_EQ(SceneProblems::current().damages, 0u) << warnings;
+  EXPECT_EQ(run("ls -l t picture l"), "|g|h|t |c|cShape->|t |c|cShape->|t|picture |far:asset|l");
+  EXPECT_EQ(run("getAttr asset.worldMatrix[0]").substr(24, 1), "5");
+  std::string error;
+  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+  const std::string saved = readAll(pathOf("saved.ma"));
+  for (const char* statement :
+       {"createNode locator -n \"l\" -p \"far:asset\";", "createNode someonesGroup -n \"g\";",
+        "connectAttr \"never.o\" \"asset.rx\";",
+        "createNode imagePlane -n \"picture\" -p \"cShape->|t\";"}) {
+    EXPECT_NE(saved.find(statement), std::string::npos) << statement << '\n' << saved;
+  }
+  EXPECT_EQ(saved.find("fosterParent -n \"far"), std::string::npos);
+  openPath(pathOf("saved.ma"));
+  EXPECT_EQ(run("ls -l t picture l"), "|g|h|t |c|cShape->|t |c|cShape->|t|picture |far:asset|l");
 }
 
 // Everything that a session can make, saved and opened again.
