@@ -4,8 +4,8 @@
 
 #include "fuzz/FuzzTools.h"
 #include "host/Host.h"
-#include "host/file/DirectoryMap.h"
 #include "host/mel/Command.h"
+#include "host/state/DirectoryMap.h"
 
 namespace morvane::fuzz {
 

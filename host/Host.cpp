@@ -3,17 +3,17 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/api/PluginRegistry.h"
 #include "host/commands/Builtin.h"
-#include "host/file/DirectoryMap.h"
 #include "host/file/SceneFiles.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
+#include "host/plugin/PluginRegistry.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Shading.h"
 #include "host/scene/Values.h"
+#include "host/state/DirectoryMap.h"
 #include "host/text/Messages.h"
 
 namespace host {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/file/SceneProblems.h"
+#include "host/state/SceneProblems.h"
 
 // What a program that embeds the stand-in host calls. There is one host a process, as there is one
 // scene. Every failure is explained on standard error ("Error: ...", with file, line and column

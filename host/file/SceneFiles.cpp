@@ -6,13 +6,13 @@
 #include <filesystem>
 #include <memory>
 
-#include "host/api/PluginRegistry.h"
-#include "host/file/DirectoryMap.h"
-#include "host/file/SceneInfo.h"
 #include "host/file/SceneReader.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
+#include "host/plugin/PluginRegistry.h"
 #include "host/scene/Scene.h"
+#include "host/state/DirectoryMap.h"
+#include "host/state/SceneInfo.h"
 #include "host/text/NearestName.h"
 
 namespace host {

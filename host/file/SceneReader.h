@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "host/file/SceneProblems.h"
 #include "host/file/StatementReader.h"
 #include "host/mel/Command.h"
+#include "host/state/SceneProblems.h"
 
 namespace host {
 

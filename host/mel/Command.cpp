@@ -206,11 +206,6 @@ bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags
   return ok;
 }
 
-CommandTable& CommandTable::current() {
-  static CommandTable table;
-  return table;
-}
-
 void CommandTable::add(std::string_view name, std::vector<FlagSpec> flags,
                        CommandFunction function) {
   Command& command = commands_[std::string(name)];

@@ -118,10 +118,10 @@ struct Command {
   WordsFunction words;
 };
 
-// All commands by name. There is one table.
+// All commands by name.
 class CommandTable {
  public:
-  static CommandTable& current();
+  static CommandTable& current();  // of the host that runs
 
   void add(std::string_view name, std::vector<FlagSpec> flags, CommandFunction function);
   bool addFromPlugin(const std::string& name, WordsFunction function);  // false: the name is taken
@@ -129,7 +129,6 @@ class CommandTable {
   const Command* find(std::string_view name) const;
 
  private:
-  CommandTable() = default;
   std::map<std::string, Command, std::less<>> commands_;
 };
 

@@ -76,11 +76,6 @@ std::string Failure::describe() const {
   return place.empty() ? text : place + ": " + text;
 }
 
-Interpreter& Interpreter::current() {
-  static Interpreter interpreter;
-  return interpreter;
-}
-
 Interpreter::Interpreter() : state_(std::make_unique<State>()) {
   std::error_code error;
   state_->callerFolder = fs::current_path(error).u8string();

@@ -38,11 +38,14 @@ struct Limits {
 };
 
 // Runs command-language text. Variables declared outside procedures and the procedures themselves
-// live until the process ends; everything else lives for one call. Calls nest: a plug-in's command
-// may run text.
+// live as long as the interpreter; everything else lives for one call. Calls nest: a plug-in's
+// command may run text.
 class Interpreter {
  public:
-  static Interpreter& current();
+  static Interpreter& current();  // of the host that runs
+
+  Interpreter();  // the caller's folder is the working folder
+  ~Interpreter();
 
   // Nothing is reported: the caller shows the failure, or does not. `origin` names the text in
   // failures.
@@ -72,8 +75,6 @@ class Interpreter {
  private:
   friend class Evaluator;
   struct State;
-  Interpreter();
-  ~Interpreter();
   std::unique_ptr<State> state_;
 };
 

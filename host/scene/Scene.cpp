@@ -73,11 +73,6 @@ bool isAtOrAbove(const Node& node, const Node& other) {
 
 }  // namespace
 
-Scene& Scene::current() {
-  static Scene scene;
-  return scene;
-}
-
 Scene::Scene() {
   clear();
 }

@@ -1,4 +1,4 @@
-#include "host/file/DirectoryMap.h"
+#include "host/state/DirectoryMap.h"
 
 #include <algorithm>
 #include <cctype>
@@ -40,11 +40,6 @@ bool isIn(const std::string& name, const std::string& folder) {
 }
 
 }  // namespace
-
-DirectoryMap& DirectoryMap::current() {
-  static DirectoryMap map;
-  return map;
-}
 
 bool DirectoryMap::add(std::string_view from, std::string_view to) {
   if (from.empty() || to.empty()) {

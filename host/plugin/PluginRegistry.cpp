@@ -1,4 +1,4 @@
-#include "host/api/PluginRegistry.h"
+#include "host/plugin/PluginRegistry.h"
 
 #include <maya/MArgList.h>
 #include <maya/MObject.h>
@@ -33,12 +33,12 @@ MArgList asArgumentList(const mel::Words& words) {
 }
 
 mel::CommandResult runCommand(const std::string& name, ObjectCreator create,
-                              const mel::Words& words) {
+                              const mel::Words& words, mel::Value& result) {
   // Commands nest: what the outer one gave so far comes back when this one is done.
-  mel::Value outer = std::exchange(commandResult(), mel::Value());
+  mel::Value outer = std::exchange(result, mel::Value());
   const std::unique_ptr<MPxCommand> command(static_cast<MPxCommand*>(create()));
   const bool ok = command != nullptr && command->doIt(asArgumentList(words)) == MStatus::kSuccess;
-  mel::Value value = std::exchange(commandResult(), std::move(outer));
+  mel::Value value = std::exchange(result, std::move(outer));
   return ok ? mel::CommandResult::success(std::move(value))
             : mel::CommandResult::failure(name + ": the command failed");
 }
@@ -65,18 +65,6 @@ bool isPluginName(const fs::path& name) {
 }
 
 }  // namespace
-
-mel::Value& commandResult() {
-  static mel::Value value;
-  return value;
-}
-
-// Never destroyed: plug-ins stay in the process when it exits, as nothing may run their code any
-// more.
-PluginRegistry& PluginRegistry::current() {
-  static PluginRegistry& registry = *new PluginRegistry;
-  return registry;
-}
 
 void PluginRegistry::addFolder(const std::string& folder) {
   folders_.push_back(folder);
@@ -192,6 +180,14 @@ bool PluginRegistry::unload(const std::string& name, std::string& error) {
   return ok;
 }
 
+void PluginRegistry::unloadAll() {
+  const std::vector<PluginPtr> plugins = plugins_;
+  for (const PluginPtr& plugin : plugins) {
+    std::string ignored;
+    unload(plugin->name, ignored);
+  }
+}
+
 void PluginRegistry::dropRegistrations(const PluginPtr& plugin) {
   const std::vector<std::string> commands = plugin->commands;
   for (const std::string& command : commands) {
@@ -208,11 +204,11 @@ bool PluginRegistry::addCommand(const PluginPtr& plugin, const std::string& name
   const bool taken =
       mel::findFunction(name) != nullptr || mel::Interpreter::current().isProcedure(name);
   Plugin* owner = plugin.get();
-  const auto run = [owner, name, create](const mel::Words& words) {
+  const auto run = [this, owner, name, create](const mel::Words& words) {
     ++owner->running_;
-    mel::CommandResult result = runCommand(name, create, words);
+    mel::CommandResult outcome = runCommand(name, create, words, result);
     --owner->running_;
-    return result;
+    return outcome;
   };
   if (name.empty() || create == nullptr || taken ||
       !mel::CommandTable::current().addFromPlugin(name, run)) {

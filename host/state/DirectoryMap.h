@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_FILE_DIRECTORYMAP_H_
-#define MORVANE_HOST_FILE_DIRECTORYMAP_H_
+#ifndef MORVANE_HOST_STATE_DIRECTORYMAP_H_
+#define MORVANE_HOST_STATE_DIRECTORYMAP_H_
 
 #include <cstddef>
 #include <map>
@@ -11,12 +11,11 @@
 
 namespace host {
 
-// Where folders of another machine are on this one. There is one map a process; opening a scene
-// does not change it. Folders are separated by '/' ('\' is taken for it) and compared letter by
+// Where folders of another machine are on this one. Opening a scene does not change the map. Folders are separated by '/' ('\' is taken for it) and compared letter by
 // letter, but for the letter of a drive, which may be in either case.
 class DirectoryMap {
  public:
-  static DirectoryMap& current();
+  static DirectoryMap& current();  // of the host that runs
 
   bool enabled = false;
 
@@ -45,4 +44,4 @@ class DirectoryMap {
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_FILE_DIRECTORYMAP_H_
+#endif  // MORVANE_HOST_STATE_DIRECTORYMAP_H_
