@@ -132,7 +132,7 @@ bool readSceneFile(const std::string& path, const SceneReader::Options& options,
   SceneReader reader;
   const bool ok = reader.read(path, options, error);
   evaluateSceneHistories();
-  DirectoryMap::current().convertTextures(firstNew);
+  DirectoryMap::current().convertTextures(Scene::current(), firstNew);
   return ok;
 }
 

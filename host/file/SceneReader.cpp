@@ -11,6 +11,7 @@
 #include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
+#include "host/text/Blank.h"
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
 
@@ -24,10 +25,6 @@ constexpr std::size_t kMaxReferenceDepth = 16;
 
 // Of one scene. Files that each refer to others many times would otherwise multiply without end.
 constexpr int kMaxReferences = 10000;
-
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
 
 // The next blank-separated word of a statement, quotes included.
 std::string_view takeWord(std::string_view& rest) {
@@ -135,7 +132,7 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   if (options.keepsInfo) {
     SceneInfo::current().firstLine = statements_.firstLine();
   }
-  context_ = mel::CommandContext();
+  context_ = mel::CommandContext(mel::Interpreter::current());
   context_.inSceneFile = true;
   context_.isReference = options.isReference;
   context_.keepsInfo = options.keepsInfo;

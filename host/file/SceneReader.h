@@ -36,7 +36,7 @@ class SceneReader {
 
   std::string path_;
   StatementReader statements_;
-  mel::CommandContext context_;
+  mel::CommandContext context_{mel::Interpreter::current()};
   std::string name_;
   mel::Words words_;
 };

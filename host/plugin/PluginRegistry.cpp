@@ -81,7 +81,7 @@ std::vector<std::string> PluginRegistry::searched() const {
   }
   std::vector<std::string> once;
   for (const std::string& folder : folders) {
-    std::string path = mel::resolvedPath(folder, mel::Interpreter::current().callerFolder());
+    std::string path = mel::resolvedPath(folder, interpreter_.callerFolder());
     if (std::find(once.begin(), once.end(), path) == once.end()) {
       once.push_back(std::move(path));
     }
@@ -92,8 +92,8 @@ std::vector<std::string> PluginRegistry::searched() const {
 std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string& error) const {
   const fs::path given = fs::u8path(nameOrPath);
   if (given.has_parent_path()) {
-    std::string found = asPlugin(
-        fs::u8path(mel::resolvedPath(nameOrPath, mel::Interpreter::current().callerFolder())));
+    std::string found =
+        asPlugin(fs::u8path(mel::resolvedPath(nameOrPath, interpreter_.callerFolder())));
     if (found.empty()) {
       error = "no plug-in named " + nameOrPath + " was found; check the path";
     }
@@ -201,8 +201,7 @@ void PluginRegistry::dropRegistrations(const PluginPtr& plugin) {
 
 bool PluginRegistry::addCommand(const PluginPtr& plugin, const std::string& name,
                                 ObjectCreator create) {
-  const bool taken =
-      mel::findFunction(name) != nullptr || mel::Interpreter::current().isProcedure(name);
+  const bool taken = mel::findFunction(name) != nullptr || interpreter_.isProcedure(name);
   Plugin* owner = plugin.get();
   const auto run = [this, owner, name, create](const mel::Words& words) {
     ++owner->running_;
@@ -211,7 +210,7 @@ bool PluginRegistry::addCommand(const PluginPtr& plugin, const std::string& name
     return outcome;
   };
   if (name.empty() || create == nullptr || taken ||
-      !mel::CommandTable::current().addFromPlugin(name, run)) {
+      !interpreter_.commands().addFromPlugin(name, run)) {
     return false;
   }
   plugin->commands.push_back(name);
@@ -224,7 +223,7 @@ bool PluginRegistry::removeCommand(const PluginPtr& plugin, const std::string& n
     return false;
   }
   plugin->commands.erase(command);
-  mel::CommandTable::current().remove(name);
+  interpreter_.commands().remove(name);
   return true;
 }
 

@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "host/plugin/SharedLibrary.h"
+#include "host/mel/Interpreter.h"
 #include "host/mel/Value.h"
+#include "host/plugin/SharedLibrary.h"
 #include "host/scene/Object.h"
 
 class MPxFileTranslator;
@@ -48,6 +49,9 @@ class PluginRegistry {
  public:
   static PluginRegistry& current();  // of the host that runs
 
+  // What plug-ins register goes to the commands of `interpreter`, which must live as long.
+  explicit PluginRegistry(mel::Interpreter& interpreter) : interpreter_(interpreter) {}
+
   // Folders searched before MAYA_PLUG_IN_PATH.
   void addFolder(const std::string& folder);
 
@@ -80,6 +84,7 @@ class PluginRegistry {
   bool start(const PluginPtr& plugin, std::string& error);
   void dropRegistrations(const PluginPtr& plugin);
 
+  mel::Interpreter& interpreter_;
   std::vector<std::string> folders_;
   std::vector<PluginPtr> plugins_;
   std::vector<Translator> translators_;

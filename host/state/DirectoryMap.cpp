@@ -97,11 +97,11 @@ bool DirectoryMap::hasGiven(std::string_view name) const {
   });
 }
 
-void DirectoryMap::convertTextures(std::size_t firstSerial) const {
+void DirectoryMap::convertTextures(const Scene& scene, std::size_t firstSerial) const {
   if (!enabled || folders_.empty()) {
     return;
   }
-  const auto& nodes = Scene::current().nodes();
+  const auto& nodes = scene.nodes();
   for (auto entry = nodes.lower_bound(firstSerial); entry != nodes.end(); ++entry) {
     const NodePtr& node = entry->second;
     if (!node->hasFn(MFn::kFileTexture)) {

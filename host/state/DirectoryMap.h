@@ -11,8 +11,11 @@
 
 namespace host {
 
-// Where folders of another machine are on this one. Opening a scene does not change the map. Folders are separated by '/' ('\' is taken for it) and compared letter by
-// letter, but for the letter of a drive, which may be in either case.
+class Scene;
+
+// Where folders of another machine are on this one. Opening a scene does not change the map.
+// Folders are separated by '/' ('\' is taken for it) and compared letter by letter, but for the
+// letter of a drive, which may be in either case.
 class DirectoryMap {
  public:
   static DirectoryMap& current();  // of the host that runs
@@ -34,8 +37,9 @@ class DirectoryMap {
   // Whether `convert` gave this name.
   bool hasGiven(std::string_view name) const;
 
-  // Gives the file textures among the nodes from this serial on the names that they have here.
-  void convertTextures(std::size_t firstSerial) const;
+  // Gives the file textures among the scene's nodes from this serial on the names that they have
+  // here.
+  void convertTextures(const Scene& scene, std::size_t firstSerial) const;
 
  private:
   std::map<std::string, std::string> folders_;

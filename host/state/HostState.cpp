@@ -51,10 +51,6 @@ PluginRegistry& PluginRegistry::current() {
 
 namespace mel {
 
-CommandTable& CommandTable::current() {
-  return HostState::current().commands;
-}
-
 Interpreter& Interpreter::current() {
   return HostState::current().interpreter;
 }

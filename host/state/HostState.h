@@ -33,8 +33,8 @@ struct HostState {
   FilesBeingRead files;
   DirectoryMap folders;
   mel::CommandTable commands;
-  mel::Interpreter interpreter;
-  PluginRegistry plugins;
+  mel::Interpreter interpreter{commands};
+  PluginRegistry plugins{interpreter};
   std::function<void(std::string_view)> beforeMessage;
 
   // The host that runs.
