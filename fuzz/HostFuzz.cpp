@@ -4,8 +4,8 @@
 
 #include "fuzz/FuzzTools.h"
 #include "host/Host.h"
-#include "host/file/DirectoryMap.h"
 #include "host/mel/Command.h"
+#include "host/state/DirectoryMap.h"
 
 namespace morvane::fuzz {
 
@@ -16,11 +16,12 @@ using host::mel::Command;
 using host::mel::CommandContext;
 using host::mel::CommandResult;
 using host::mel::CommandTable;
+using host::mel::Interpreter;
 using host::mel::Words;
 
 // The command, for words without a folder in them only.
 void confine(const std::string& name) {
-  CommandTable& table = CommandTable::current();
+  CommandTable& table = Interpreter::current().commands();
   const Command* const found = table.find(name);
   if (found == nullptr) return;
   const Command command = *found;
@@ -31,7 +32,7 @@ void confine(const std::string& name) {
         return CommandResult::failure(name + ": not while fuzzing");
       }
     }
-    CommandContext context;
+    CommandContext context(Interpreter::current());
     context.folder = scratchFolder();
     Arguments arguments;
     std::string error;
@@ -44,7 +45,7 @@ void confine(const std::string& name) {
 void startHost() {
   host::start(scratchFolder());
   for (const char* name : {"file", "source"}) confine(name);
-  CommandTable::current().remove("loadPlugin");
+  Interpreter::current().commands().remove("loadPlugin");
 }
 
 }  // namespace
@@ -52,7 +53,7 @@ void startHost() {
 void freshHost() {
   static const bool started = (startHost(), true);
   require(started, "no host");
-  host::mel::Interpreter::current().reset(scriptLimits());
+  Interpreter::current().reset(scriptLimits());
   host::DirectoryMap::current() = host::DirectoryMap();
   host::newScene();
 }

@@ -3,18 +3,19 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/api/PluginRegistry.h"
 #include "host/commands/Builtin.h"
-#include "host/file/DirectoryMap.h"
 #include "host/file/SceneFiles.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
+#include "host/plugin/PluginRegistry.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Shading.h"
 #include "host/scene/Values.h"
+#include "host/state/DirectoryMap.h"
 #include "host/text/Messages.h"
+#include "host/text/Text.h"
 
 namespace host {
 namespace {
@@ -114,7 +115,7 @@ std::vector<std::string> textureNames() {
 }
 
 void start(const std::string& callerFolder) {
-  mel::addBuiltinCommands(mel::CommandTable::current());
+  mel::addBuiltinCommands(mel::Interpreter::current().commands());
   mel::Interpreter::current().setCallerFolder(callerFolder);
   startNewScene();
 }
@@ -147,12 +148,6 @@ bool saveScene(const std::string& path, std::string* reason) {
 
 bool execute(const std::string& text, const std::string& origin) {
   return report(mel::Interpreter::current().execute(text, origin));
-}
-
-bool tryToExecute(const std::string& text, std::string& reason) {
-  const mel::Outcome outcome = mel::Interpreter::current().execute(text, "");
-  reason = outcome.failure.text;
-  return outcome.ok;
 }
 
 bool evaluate(const std::string& text, Answer& answer, std::string& reason) {
@@ -206,6 +201,24 @@ std::vector<TileCandidate> texturedTopLevelTransforms() {
     }
   }
   return candidates;
+}
+
+morvane::Status select(const std::string& name, bool onlyTransforms) {
+  const std::vector<SelectionItem> found = Scene::current().match(name);
+  const bool isThere = std::any_of(found.begin(), found.end(), [&](const SelectionItem& item) {
+    return !onlyTransforms || item.node->isTransform();
+  });
+  if (!isThere) {
+    return {morvane::StatusCode::kNotFound, "no object matches the name " + name};
+  }
+  const std::string script =
+      "select -add " +
+      (onlyTransforms ? "`ls -long -transforms " + mel::quoted(name) + "`" : mel::quoted(name));
+  const mel::Outcome outcome = mel::Interpreter::current().execute(script, "");
+  if (!outcome.ok) {
+    return {morvane::StatusCode::kBadArgument, outcome.failure.text};
+  }
+  return {};
 }
 
 std::vector<TileCandidate> selectedCandidates() {

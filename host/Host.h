@@ -6,12 +6,13 @@
 #include <string_view>
 #include <vector>
 
-#include "host/file/SceneProblems.h"
+#include "host/state/SceneProblems.h"
+#include "util/Status.h"
 
 // What a program that embeds the stand-in host calls. There is one host a process, as there is one
-// scene. Every failure is explained on standard error ("Error: ...", with file, line and column
-// where there are any) before the call returns; nothing here writes to standard output but what
-// scripts and plug-ins print.
+// scene. Unless a call says otherwise, every failure is explained on standard error ("Error: ...",
+// with file, line and column where there are any) before the call returns; nothing here writes to
+// standard output but what scripts and plug-ins print.
 namespace host {
 
 // Starts the host with an empty scene. `callerFolder` is the absolute folder against which relative
@@ -43,8 +44,6 @@ bool saveScene(const std::string& path, std::string* reason = nullptr);
 // Runs command-language text; `origin` names it in messages ("-c 1", a file name). False at the
 // first command that fails.
 bool execute(const std::string& text, const std::string& origin);
-// Shows no failure, but says in `reason` why, without a place.
-bool tryToExecute(const std::string& text, std::string& reason);
 
 // What a text of commands results in: the result of its last command, a single value as an array of
 // one. Only the array of the kind is filled.
@@ -58,7 +57,7 @@ struct Answer {
   std::vector<std::string> strings;
 };
 
-// The same as tryToExecute(), and gives the result.
+// The same, and gives the result. Shows no failure, but says in `reason` why, without a place.
 bool evaluate(const std::string& text, Answer& answer, std::string& reason);
 
 bool executeFile(const std::string& path);
@@ -95,6 +94,10 @@ std::vector<TileCandidate> texturedTopLevelTransforms();
 
 // What the file textures of the open scene name, as they name it.
 std::vector<std::string> textureNames();
+
+// Adds to what is selected the objects that a name, path or pattern names; of them only transforms
+// when `onlyTransforms`. kNotFound when there are none. Nothing is shown of a failure.
+morvane::Status select(const std::string& name, bool onlyTransforms);
 
 // What is selected, in order. The path is the mere name, without a '|' before it, for what is not
 // in the DAG; the texture is empty where there is none.

@@ -8,6 +8,8 @@
 #include <string>
 #include <system_error>
 
+#include "util/FileExtension.h"
+
 namespace morvane {
 namespace {
 
@@ -18,14 +20,6 @@ bool isPath(std::string_view path) {
 
 Status badPath() {
   return {StatusCode::kBadArgument, "a path is neither empty nor holds a zero byte"};
-}
-
-std::string lowerExtension(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  for (char& c : extension) {
-    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  }
-  return extension;
 }
 
 // Why a file that was not loaded was not: what the system says of the name, before what the content

@@ -1,8 +1,8 @@
 #define MNoVersionString
 #include <maya/MFnPlugin.h>
 
-#include "host/api/PluginRegistry.h"
 #include "host/api/Status.h"
+#include "host/plugin/PluginRegistry.h"
 
 namespace {
 

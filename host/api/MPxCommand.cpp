@@ -1,9 +1,9 @@
 #include <maya/MGlobal.h>
 #include <maya/MPxCommand.h>
 
-#include "host/api/PluginRegistry.h"
+#include "host/plugin/PluginRegistry.h"
 
-using host::commandResult;
+using host::PluginRegistry;
 using host::mel::Value;
 
 MPxCommand::MPxCommand() = default;
@@ -36,16 +36,16 @@ void MPxCommand::displayError(const MString& text, bool) {
 }
 
 void MPxCommand::setResult(bool value) {
-  commandResult() = Value::ofTruth(value);
+  PluginRegistry::current().result = Value::ofTruth(value);
 }
 void MPxCommand::setResult(int value) {
-  commandResult() = Value(value);
+  PluginRegistry::current().result = Value(value);
 }
 void MPxCommand::setResult(double value) {
-  commandResult() = Value(value);
+  PluginRegistry::current().result = Value(value);
 }
 void MPxCommand::setResult(const MString& value) {
-  commandResult() = Value(value.asChar());
+  PluginRegistry::current().result = Value(value.asChar());
 }
 
 void MPxCommand::setResult(const MIntArray& value) {
@@ -53,7 +53,7 @@ void MPxCommand::setResult(const MIntArray& value) {
   for (unsigned i = 0; i < value.length(); ++i) {
     numbers.push_back(value[i]);
   }
-  commandResult() = Value(std::move(numbers));
+  PluginRegistry::current().result = Value(std::move(numbers));
 }
 
 void MPxCommand::setResult(const MStringArray& value) {
@@ -61,9 +61,9 @@ void MPxCommand::setResult(const MStringArray& value) {
   for (unsigned i = 0; i < value.length(); ++i) {
     texts.push_back(value[i].asChar());
   }
-  commandResult() = Value(std::move(texts));
+  PluginRegistry::current().result = Value(std::move(texts));
 }
 
 void MPxCommand::clearResult() {
-  commandResult() = Value();
+  PluginRegistry::current().result = Value();
 }

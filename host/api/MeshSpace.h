@@ -5,12 +5,12 @@
 #include <maya/MMatrix.h>
 #include <maya/MPoint.h>
 #include <maya/MSpace.h>
-#include <maya/MStatus.h>
 #include <maya/MString.h>
 
 #include <optional>
 #include <string>
 
+#include "host/api/Status.h"
 #include "host/math/MeshVector.h"
 
 // Between the API classes for meshes.
@@ -21,12 +21,6 @@ inline Vec3 toVec3(const MPoint& p) {
 }
 inline MPoint toPoint(const Vec3& p) {
   return {p.x, p.y, p.z};
-}
-
-// Passes a call's status on to who asked for it.
-inline bool report(MStatus* status, MStatus::MStatusCode code) {
-  if (status != nullptr) *status = code;
-  return code == MStatus::kSuccess;
 }
 
 // The matrix from a shape's own space to `space`; nothing for world space without a path.

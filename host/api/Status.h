@@ -5,13 +5,16 @@
 
 namespace host {
 
-// For API calls, whose status argument may be null.
-inline void report(MStatus* status, MStatus::MStatusCode code) {
-  if (status) *status = code;
+// How an API call ended, for a caller who may not want to know (null). True for a success.
+inline bool report(MStatus* status, MStatus::MStatusCode code) {
+  if (status != nullptr) {
+    *status = code;
+  }
+  return code == MStatus::kSuccess;
 }
 
-inline void report(MStatus* status, bool ok) {
-  report(status, ok ? MStatus::kSuccess : MStatus::kFailure);
+inline bool report(MStatus* status, bool ok) {
+  return report(status, ok ? MStatus::kSuccess : MStatus::kFailure);
 }
 
 }  // namespace host

@@ -4,13 +4,13 @@
 
 #include "host/commands/Lookup.h"
 #include "host/file/MeshText.h"
-#include "host/file/SceneInfo.h"
-#include "host/file/SceneUnits.h"
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/SceneInfo.h"
+#include "host/state/SceneUnits.h"
 #include "host/text/Numbers.h"
 #include "host/text/Text.h"
 

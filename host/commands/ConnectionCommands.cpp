@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "host/commands/Lookup.h"
-#include "host/file/SceneInfo.h"
 #include "host/mel/Command.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/SceneInfo.h"
 
 namespace host::mel {
 namespace {

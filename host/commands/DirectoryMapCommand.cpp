@@ -1,7 +1,7 @@
 #include "host/commands/Builtin.h"
 
-#include "host/file/DirectoryMap.h"
 #include "host/mel/Command.h"
+#include "host/state/DirectoryMap.h"
 
 namespace host::mel {
 namespace {

@@ -1,9 +1,9 @@
 #include "host/commands/Builtin.h"
 
-#include "host/file/SceneInfo.h"
-#include "host/file/SceneUnits.h"
 #include "host/mel/Command.h"
 #include "host/scene/Scene.h"
+#include "host/state/SceneInfo.h"
+#include "host/state/SceneUnits.h"
 
 namespace host::mel {
 namespace {

@@ -32,7 +32,7 @@ CommandResult source(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1) {
     return CommandResult::failure("source: needs one file");
   }
-  Outcome outcome = Interpreter::current().executeFile(arguments.objects().front());
+  Outcome outcome = context.interpreter->executeFile(arguments.objects().front());
   CommandResult result = CommandResult::success(std::move(outcome.value));
   result.ok = outcome.ok;
   if (!outcome.ok) {

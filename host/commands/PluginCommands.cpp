@@ -1,7 +1,7 @@
 #include "host/commands/Builtin.h"
 
-#include "host/api/PluginRegistry.h"
 #include "host/mel/Command.h"
+#include "host/plugin/PluginRegistry.h"
 
 namespace host::mel {
 namespace {

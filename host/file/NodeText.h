@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "host/file/SceneUnits.h"
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
+#include "host/state/SceneUnits.h"
 
 namespace host {
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/file/SceneInfo.h"
 #include "host/file/StatementReader.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
+#include "host/state/SceneInfo.h"
 #include "host/text/Numbers.h"
 #include "host/text/Text.h"
 

@@ -7,13 +7,13 @@
 #include <filesystem>
 #include <memory>
 
-#include "host/api/PluginRegistry.h"
-#include "host/file/DirectoryMap.h"
-#include "host/file/SceneInfo.h"
 #include "host/file/SceneReader.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
+#include "host/plugin/PluginRegistry.h"
 #include "host/scene/Scene.h"
+#include "host/state/DirectoryMap.h"
+#include "host/state/SceneInfo.h"
 #include "host/text/NearestName.h"
 
 namespace host {
@@ -133,7 +133,7 @@ bool readSceneFile(const std::string& path, const SceneReader::Options& options,
   SceneReader reader;
   const bool ok = reader.read(path, options, error);
   evaluateSceneHistories();
-  DirectoryMap::current().convertTextures(firstNew);
+  DirectoryMap::current().convertTextures(Scene::current(), firstNew);
   return ok;
 }
 

@@ -1,10 +1,10 @@
 #include "host/history/History.h"
 
-#include "host/file/SceneProblems.h"
 #include "host/file/SceneReader.h"
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
+#include "host/state/SceneProblems.h"
 #include "host/text/Messages.h"
 
 namespace host {

@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "host/file/DirectoryMap.h"
 #include "host/file/MeshText.h"
-#include "host/file/SceneInfo.h"
-#include "host/file/SceneUnits.h"
 #include "host/mel/Interpreter.h"
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
+#include "host/state/DirectoryMap.h"
+#include "host/state/HostState.h"
+#include "host/state/SceneInfo.h"
+#include "host/state/SceneUnits.h"
+#include "host/text/Blank.h"
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
 
@@ -20,21 +22,11 @@ namespace {
 namespace fs = std::filesystem;
 using Kind = SceneProblem::Kind;
 
-// Files that are being read, one inside the other.
-std::vector<std::string>& openFiles() {
-  static std::vector<std::string> files;
-  return files;
-}
 constexpr std::size_t kMaxReferenceDepth = 16;
 
 // Of one scene. Files that each refer to others many times would otherwise multiply without end.
 constexpr int kMaxReferences = 10000;
 constexpr std::size_t kMostNodes = 1000000;
-int loadedReferences = 0;
-
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
 
 // The next blank-separated word of a statement, quotes included.
 std::string_view takeWord(std::string_view& rest) {
@@ -116,18 +108,19 @@ void SceneReader::note(SceneProblem::Kind kind, const std::string& text) {
 bool SceneReader::read(const std::string& path, const Options& options, std::string& error) {
   path_ = path;
   const std::string absolute = absolutePath(path);
-  if (std::find(openFiles().begin(), openFiles().end(), absolute) != openFiles().end() ||
-      openFiles().size() >= kMaxReferenceDepth) {
+  FilesBeingRead& files = HostState::current().files;
+  if (std::find(files.open.begin(), files.open.end(), absolute) != files.open.end() ||
+      files.open.size() >= kMaxReferenceDepth) {
     error = path + " refers to itself; remove that reference";
     return false;
   }
-  loadedReferences = options.isReference ? loadedReferences + 1 : 0;
+  files.references = options.isReference ? files.references + 1 : 0;
   if (options.isReference && Scene::current().nodes().size() > kMostNodes) {
     error = path + " is not loaded: the files that the scene refers to have more than " +
             std::to_string(kMostNodes) + " nodes";
     return false;
   }
-  if (loadedReferences > kMaxReferences) {
+  if (files.references > kMaxReferences) {
     error = path + " is not loaded: the scene refers to too many files, more than " +
             std::to_string(kMaxReferences);
     return false;
@@ -146,7 +139,7 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   if (options.keepsInfo) {
     SceneInfo::current().firstLine = statements_.firstLine();
   }
-  context_ = mel::CommandContext();
+  context_ = mel::CommandContext(mel::Interpreter::current());
   context_.inSceneFile = true;
   context_.isReference = options.isReference;
   context_.keepsInfo = options.keepsInfo;
@@ -155,13 +148,13 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   context_.onWarning = [this](const std::string& text) { note(Kind::kNotice, text); };
   const SceneUnits outerUnits = currentUnits();
   currentUnits() = SceneUnits();
-  openFiles().push_back(absolute);
+  files.open.push_back(absolute);
   std::string_view statement;
   while (statements_.next(statement)) {
     runStatement(statement);
   }
   applyEdits();
-  openFiles().pop_back();
+  files.open.pop_back();
   currentUnits() = outerUnits;
   noteEnd();
   if (statements_.failed()) {

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "host/file/ReferenceEdits.h"
-#include "host/file/SceneProblems.h"
 #include "host/file/StatementReader.h"
 #include "host/mel/Command.h"
+#include "host/state/SceneProblems.h"
 
 namespace host {
 
@@ -39,7 +39,7 @@ class SceneReader {
 
   std::string path_;
   StatementReader statements_;
-  mel::CommandContext context_;
+  mel::CommandContext context_{mel::Interpreter::current()};
   std::string name_;
   mel::Words words_;
   std::vector<ReferenceEdit> edits_;

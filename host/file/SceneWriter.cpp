@@ -4,12 +4,12 @@
 #include <unordered_set>
 
 #include "host/file/NodeText.h"
-#include "host/file/SceneInfo.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
 #include "host/scene/Shading.h"
+#include "host/state/SceneInfo.h"
 #include "host/text/Text.h"
 #include "util/ReplaceFile.h"
 

@@ -5,16 +5,13 @@
 #include <cerrno>
 #include <cstring>
 
+#include "host/text/Blank.h"
 #include "host/text/Text.h"
 
 namespace host {
 namespace {
 
 constexpr std::size_t kBlock = 1 << 20;
-
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
-}
 
 // Characters that may end a statement, begin a text or begin a comment.
 constexpr std::array<bool, 256> stops() {

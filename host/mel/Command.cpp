@@ -206,11 +206,6 @@ bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags
   return ok;
 }
 
-CommandTable& CommandTable::current() {
-  static CommandTable table;
-  return table;
-}
-
 void CommandTable::add(std::string_view name, std::vector<FlagSpec> flags,
                        CommandFunction function) {
   Command& command = commands_[std::string(name)];
@@ -250,7 +245,7 @@ bool couldBeCommand(std::string_view name, const Words& words) {
 }  // namespace
 
 CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
-  const Command* command = CommandTable::current().find(name);
+  const Command* command = context.interpreter->commands().find(name);
   if (command == nullptr) {
     const std::string error = "unknown command '" + std::string(name) + "'";
     return couldBeCommand(name, words) ? CommandResult::failure(error)

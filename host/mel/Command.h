@@ -43,6 +43,9 @@ struct CommandResult {
 
 // Who runs a command, and what stands around it.
 struct CommandContext {
+  explicit CommandContext(Interpreter& runs) : interpreter(&runs) {}
+
+  Interpreter* interpreter;  // whose commands they are; never null
   // A scene file that is being read: nothing may write files, start plug-ins' commands or leave the
   // scene.
   bool inSceneFile = false;
@@ -118,18 +121,15 @@ struct Command {
   WordsFunction words;
 };
 
-// All commands by name. There is one table.
+// All commands by name.
 class CommandTable {
  public:
-  static CommandTable& current();
-
   void add(std::string_view name, std::vector<FlagSpec> flags, CommandFunction function);
   bool addFromPlugin(const std::string& name, WordsFunction function);  // false: the name is taken
   void remove(const std::string& name);
   const Command* find(std::string_view name) const;
 
  private:
-  CommandTable() = default;
   std::map<std::string, Command, std::less<>> commands_;
 };
 

@@ -111,7 +111,7 @@ Evaluator::Flow Evaluator::executeInside(const AstNode& node) {
     case Kind::kCase:
       return Flow::kNext;
     case Kind::kProcedure:
-      if (CommandTable::current().find(node.text) != nullptr ||
+      if (interpreter_.commands().find(node.text) != nullptr ||
           findFunction(node.text) != nullptr) {
         fail(node, "'" + node.text + "' is a command; a procedure cannot replace it");
         return Flow::kFailed;

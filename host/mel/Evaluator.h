@@ -25,6 +25,9 @@ struct Procedure {
 
 // What outlives one run.
 struct Interpreter::State {
+  explicit State(CommandTable& table) : commands(table) {}
+
+  CommandTable& commands;
   std::unordered_map<std::string, Variable> globals;
   std::unordered_map<std::string, Procedure> procedures;
   std::string callerFolder;

@@ -122,7 +122,7 @@ bool Evaluator::callCommand(const AstNode& node, const std::vector<Argument>& ar
       words.push_back(Word{std::move(text), !argument.isWord});
     }
   }
-  CommandContext context;
+  CommandContext context(interpreter_);
   context.folder = state_.callerFolder;
   context.onWarning = [this, &node](const std::string& text) { showWarning(where(node) + text); };
   CommandResult result = runCommand(node.text, words, context);

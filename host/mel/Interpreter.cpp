@@ -1,19 +1,22 @@
 #include "host/mel/Interpreter.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <memory>
 #include <optional>
 #include <utility>
 
 #include "host/mel/Evaluator.h"
 #include "host/mel/Parser.h"
+#include "util/WholeFile.h"
 
 namespace host::mel {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::uint64_t kMostScriptBytes = std::uint64_t{1} << 30;
 
 #ifdef _WIN32
 constexpr char kListSeparator = ';';
@@ -22,17 +25,13 @@ constexpr char kListSeparator = ':';
 #endif
 
 std::optional<std::string> readText(const std::string& path) {
-  // Files of the system's own that say they are empty may wait for ever.
-  std::error_code error;
-  if (fs::file_size(fs::u8path(path), error) == 0) {
-    return std::string();
-  }
-  std::ifstream file(fs::u8path(path), std::ios::binary);
-  if (!file) {
+  std::unique_ptr<std::uint8_t[]> bytes;
+  std::size_t size = 0;
+  std::string ignored;
+  if (!morvane::readWholeFile(path.c_str(), kMostScriptBytes, bytes, size, ignored)) {
     return std::nullopt;
   }
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  return file.bad() ? std::nullopt : std::optional<std::string>(std::move(text));
+  return std::string(reinterpret_cast<const char*>(bytes.get()), size);
 }
 
 bool isFile(const fs::path& path) {
@@ -76,12 +75,7 @@ std::string Failure::describe() const {
   return place.empty() ? text : place + ": " + text;
 }
 
-Interpreter& Interpreter::current() {
-  static Interpreter interpreter;
-  return interpreter;
-}
-
-Interpreter::Interpreter() : state_(std::make_unique<State>()) {
+Interpreter::Interpreter(CommandTable& commands) : state_(std::make_unique<State>(commands)) {
   std::error_code error;
   state_->callerFolder = fs::current_path(error).u8string();
 }
@@ -113,6 +107,10 @@ Outcome Interpreter::executeFile(const std::string& name) {
     return outcome;
   }
   return execute(*text, path);
+}
+
+CommandTable& Interpreter::commands() const {
+  return state_->commands;
 }
 
 bool Interpreter::isProcedure(const std::string& name) const {

@@ -37,12 +37,18 @@ struct Limits {
   std::size_t arraySize = std::size_t{16} << 20;  // elements of one array
 };
 
+class CommandTable;
+
 // Runs command-language text. Variables declared outside procedures and the procedures themselves
-// live until the process ends; everything else lives for one call. Calls nest: a plug-in's command
-// may run text.
+// live as long as the interpreter; everything else lives for one call. Calls nest: a plug-in's
+// command may run text.
 class Interpreter {
  public:
-  static Interpreter& current();
+  static Interpreter& current();  // of the host that runs
+
+  // `commands` must live as long. The caller's folder is the working folder.
+  explicit Interpreter(CommandTable& commands);
+  ~Interpreter();
 
   // Nothing is reported: the caller shows the failure, or does not. `origin` names the text in
   // failures.
@@ -51,6 +57,7 @@ class Interpreter {
   // Finds a script (see `findScript`) and runs it.
   Outcome executeFile(const std::string& name);
 
+  CommandTable& commands() const;
   bool isProcedure(const std::string& name) const;
 
   // Forgets all variables and procedures; no text may be running.
@@ -72,8 +79,6 @@ class Interpreter {
  private:
   friend class Evaluator;
   struct State;
-  Interpreter();
-  ~Interpreter();
   std::unique_ptr<State> state_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/text/Blank.h"
 #include "host/text/Text.h"
 
 namespace host::mel {
@@ -16,9 +17,6 @@ bool isNameStart(char c) {
 }
 bool isNameCharacter(char c) {
   return isNameStart(c) || isDigit(c);
-}
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
 }
 
 // What ends an unquoted word of a command.

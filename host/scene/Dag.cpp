@@ -30,8 +30,13 @@ std::string tailOf(const std::vector<NodePtr>& nodes, std::size_t count) {
 
 }  // namespace
 
+const Node* DagPath::worldAbove() const {
+  const Scene* scene = isEmpty() ? nullptr : nodes_.front()->scene();
+  return scene == nullptr ? nullptr : scene->world().get();
+}
+
 bool DagPath::isAlive() const {
-  const Node* parent = Scene::current().world().get();
+  const Node* parent = worldAbove();
   for (const NodePtr& node : nodes_) {
     if (!node->isAlive() || !hasParent(*node, parent)) return false;
     parent = node.get();
@@ -44,17 +49,17 @@ std::string DagPath::fullName() const {
 }
 
 std::string DagPath::partialName() const {
-  const Scene& scene = Scene::current();
-  for (std::size_t count = 1; count <= nodes_.size(); ++count) {
+  const Scene* scene = isEmpty() ? nullptr : nodes_.back()->scene();
+  for (std::size_t count = 1; scene != nullptr && count <= nodes_.size(); ++count) {
     std::string tail = tailOf(nodes_, count);
-    if (scene.isOnlyPath(tail)) return tail;
+    if (scene->isOnlyPath(tail)) return tail;
   }
   return fullName();
 }
 
 unsigned DagPath::instanceNumber() const {
   std::size_t number = 0;
-  const Node* parent = Scene::current().world().get();
+  const Node* parent = worldAbove();
   for (const NodePtr& node : nodes_) {
     std::size_t before = 0;
     for (const Node* other : node->parents()) {

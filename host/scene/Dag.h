@@ -40,6 +40,8 @@ class DagPath {
   bool operator!=(const DagPath& o) const { return nodes_ != o.nodes_; }
 
  private:
+  const Node* worldAbove() const;  // null when the first node is not alive
+
   std::vector<NodePtr> nodes_;
 };
 

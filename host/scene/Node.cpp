@@ -4,15 +4,21 @@
 
 #include "host/mesh/MeshData.h"
 #include "host/scene/MeshHistory.h"
+#include "host/scene/Scene.h"
 #include "host/scene/Values.h"
 
 namespace host {
 
-Node::Node(const NodeType& type, std::size_t serial) : type_(&type), serial_(serial) {
+Node::Node(const NodeType& type, std::size_t serial, Scene& scene)
+    : type_(&type), serial_(serial), scene_(&scene) {
   if (type.isA("mesh")) mesh = std::make_unique<MeshData>();
 }
 
 Node::~Node() = default;
+
+std::string Node::displayName() {
+  return alive_ ? scene_->displayName(pointer()) : name_;
+}
 
 bool Node::isIntermediate() const {
   const AttributeState* state = values.find("intermediateObject");

@@ -16,18 +16,23 @@
 namespace host {
 
 class MeshData;
+class Scene;
 struct MeshHistory;
 
 // A node of the scene. Names, parents, children and life are the scene's to change (Scene.h).
 class Node : public Object {
  public:
-  Node(const NodeType& type, std::size_t serial);
+  Node(const NodeType& type, std::size_t serial, Scene& scene);
   ~Node() override;
 
   const NodeType& type() const { return *type_; }
   const std::string& name() const { return name_; }  // the last part of its paths
   std::size_t serial() const { return serial_; }     // later nodes have larger ones
   bool isAlive() const override { return alive_; }
+  // Null for a node that was deleted.
+  Scene* scene() const { return alive_ ? scene_ : nullptr; }
+  // See Scene::displayName.
+  std::string displayName();
   MFn::Type apiType() const override { return type_->apiType(); }
   bool hasFn(MFn::Type kind) const override { return alive_ && type_->hasFn(kind); }
   NodePtr pointer() { return std::static_pointer_cast<Node>(shared_from_this()); }
@@ -80,6 +85,7 @@ class Node : public Object {
   const NodeType* type_;
   std::string name_;
   std::size_t serial_;
+  Scene* scene_;
   bool alive_ = true;
   std::size_t pathCount_ = 0;
   std::vector<Node*> parents_;

@@ -98,7 +98,7 @@ Plug makeGroup(const SelectionItem& item, const IndexSet& faces, const NodePtr& 
   const int instance = static_cast<int>(item.path.instanceNumber());
   const ObjectGroup group{instance, unusedGroup(item.node, instance)};
   setFaces(item.node, group, faces);
-  const NodePtr groupId = Scene::current().createNode(*NodeType::find("groupId"));
+  const NodePtr groupId = item.node->scene()->createNode(*NodeType::find("groupId"));
   connectNamed(groupId, "groupId", item.node, group.path() + ".objectGroupId");
   connectNamed(set, "memberWireframeColor", item.node, group.path() + ".objectGrpColor");
   connectNamed(groupId, "message", set, "groupNodes");
@@ -116,7 +116,7 @@ void removeGroup(const NodePtr& shape, const ObjectGroup& group, const NodePtr& 
   for (const ConnectionPtr& connection : groupId->connections.outOf("message")) {
     if (connection->destination.node() == set) disconnect(connection);
   }
-  if (groupId->connections.outOf("groupId").empty()) Scene::current().deleteNode(groupId);
+  if (groupId->connections.outOf("groupId").empty()) groupId->scene()->deleteNode(groupId);
 }
 
 }  // namespace host

@@ -165,7 +165,7 @@ Plug Plug::ofAttribute(const NodePtr& node, const AttributePtr& attribute) {
 }
 
 std::string Plug::name() const {
-  return isNull() ? std::string() : Scene::current().displayName(node_) + "." + path_;
+  return isNull() ? std::string() : node_->displayName() + "." + path_;
 }
 
 bool Plug::isArray() const {

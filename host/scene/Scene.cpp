@@ -73,11 +73,6 @@ bool isAtOrAbove(const Node& node, const Node& other) {
 
 }  // namespace
 
-Scene& Scene::current() {
-  static Scene scene;
-  return scene;
-}
-
 Scene::Scene() {
   clear();
 }
@@ -88,7 +83,7 @@ Scene::~Scene() {
 
 void Scene::clear() {
   removeAll();
-  world_ = std::make_shared<Node>(*NodeType::find("world"), nextSerial_++);
+  world_ = std::make_shared<Node>(*NodeType::find("world"), nextSerial_++, *this);
   world_->name_ = "world";
   world_->pathCount_ = 1;
   world_->isDefault = true;
@@ -134,7 +129,7 @@ NodePtr Scene::createNode(const NodeType& type, std::string_view name, const Nod
 }
 
 NodePtr Scene::addNode(const NodeType& type, const std::string& name, const NodePtr& parent) {
-  const NodePtr node = std::make_shared<Node>(type, nextSerial_++);
+  const NodePtr node = std::make_shared<Node>(type, nextSerial_++, *this);
   nodes_.emplace_hint(nodes_.end(), node->serial(), node);
   if (type.isDag()) link(node, parent);
   setName(*node, name);

@@ -14,7 +14,7 @@
 
 namespace host {
 
-// All nodes, their names and the DAG. There is one scene a process.
+// All nodes, their names and the DAG.
 //
 // Calls that can fail take `error`, which may be null, and say there why.
 class Scene {
@@ -24,7 +24,12 @@ class Scene {
   static constexpr std::size_t kMaxDepth = 1000;
   static constexpr std::size_t kMaxInstances = 65536;
 
-  static Scene& current();
+  static Scene& current();  // of the host that runs
+
+  Scene();  // with the default nodes
+  ~Scene();
+  Scene(const Scene&) = delete;
+  Scene& operator=(const Scene&) = delete;
 
   // Removes everything and makes the default nodes.
   void clear();
@@ -109,11 +114,6 @@ class Scene {
     std::map<std::size_t, NodePtr> dag;
     std::map<std::size_t, NodePtr> others;
   };
-
-  Scene();
-  ~Scene();
-  Scene(const Scene&) = delete;
-  Scene& operator=(const Scene&) = delete;
 
   void removeAll();
   void makeDefaultNodes();

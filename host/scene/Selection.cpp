@@ -38,7 +38,7 @@ bool SelectionItem::operator==(const SelectionItem& other) const {
 }
 
 std::vector<std::string> SelectionItem::names() const {
-  const std::string name = path.isEmpty() ? Scene::current().displayName(node) : path.partialName();
+  const std::string name = path.isEmpty() ? node->displayName() : path.partialName();
   if (!component) return {name};
   std::vector<std::string> names = component->toTexts();
   for (std::string& text : names) text.insert(0, name + ".");

@@ -286,14 +286,6 @@ std::vector<NodePtr> partitionsOf(const NodePtr& set) {
   return partitions;
 }
 
-std::vector<NodePtr> setsOfPartition(const NodePtr& partition) {
-  std::vector<NodePtr> sets;
-  for (const ConnectionPtr& connection : partition->connections.intoAtOrBelow("sets")) {
-    sets.push_back(connection->source.node());
-  }
-  return sets;
-}
-
 void joinPartition(const NodePtr& set, const NodePtr& partition) {
   const std::vector<NodePtr> joined = partitionsOf(set);
   if (std::find(joined.begin(), joined.end(), partition) != joined.end()) return;

@@ -35,7 +35,6 @@ void clearMembers(const NodePtr& set);
 std::vector<NodePtr> setsHolding(const NodePtr& node);
 
 std::vector<NodePtr> partitionsOf(const NodePtr& set);
-std::vector<NodePtr> setsOfPartition(const NodePtr& partition);
 void joinPartition(const NodePtr& set, const NodePtr& partition);
 
 // Renderable sets are shading groups whose `renderableOnlySet` is not off.

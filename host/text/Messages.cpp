@@ -26,11 +26,6 @@ void showLine(const char* prefix, std::string_view text) {
 
 }  // namespace
 
-std::function<void(std::string_view)>& beforeMessage() {
-  static std::function<void(std::string_view)> called;
-  return called;
-}
-
 void showError(std::string_view text) {
   showLine("Error: ", text);
 }

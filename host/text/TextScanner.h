@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "host/text/Blank.h"
+
 namespace host {
 
 // Takes blank-separated numbers and words off the front of a text, without copying anything.
@@ -16,7 +18,6 @@ class TextScanner {
     skipBlank();
     return at_ == end_;
   }
-  char peek() { return atEnd() ? '\0' : *at_; }
   std::string_view rest() {
     skipBlank();
     return {at_, static_cast<std::size_t>(end_ - at_)};
@@ -46,7 +47,6 @@ class TextScanner {
   }
 
  private:
-  static bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
   void skipBlank() {
     while (at_ != end_ && isBlank(*at_)) {
       ++at_;

@@ -1,4 +1,4 @@
-#include "host/file/DirectoryMap.h"
+#include "host/state/DirectoryMap.h"
 
 #include "host/scene/Values.h"
 #include "tests/file/SceneText.h"

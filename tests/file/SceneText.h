@@ -10,9 +10,9 @@
 #include <string>
 
 #include "host/file/SceneFiles.h"
-#include "host/file/SceneProblems.h"
 #include "host/file/SceneWriter.h"
 #include "host/scene/Scene.h"
+#include "host/state/SceneProblems.h"
 #include "tests/mel/Script.h"
 #include "tests/util/Corpus.h"
 

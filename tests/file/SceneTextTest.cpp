@@ -32,6 +32,15 @@ TEST_F(SceneText, StatementsMayBeWrittenInManyWays) {
   EXPECT_EQ(run("getAttr longName.v"), "0");
 }
 
+TEST_F(SceneText, EveryKindOfBlankSeparates) {
+  EXPECT_EQ(open("createNode\ftransform\v-n \"t\";\ncreateNode mesh -n \"m\" -p \"t\";\n"
+                 "setAttr\f-s\v3 \".vt[0:2]\"\f0 0 0\f1 0 0\v1\t0\r1;"),
+            "");
+  const auto& points = node("m")->mesh->points();
+  ASSERT_EQ(points.size(), 3u);
+  EXPECT_TRUE(points[1].x == 1 && points[2].x == 1 && points[2].y == 0 && points[2].z == 1);
+}
+
 TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
   const struct {
     std::string statement;

@@ -40,10 +40,5 @@ TEST(Text, PrintableJsonSaysTheSame) {
             "{\"n\":\"h\xC3\xA9 \\u001b \\u009b\\u007f\\u202e\"}");
 }
 
-TEST(Text, MelStringKeepsHostileTextInsideItsQuotes) {
-  EXPECT_EQ(melString("a\"; delete \"b"), "\"a\\\"; delete \\\"b\"");
-  EXPECT_EQ(melString("back\\\"slash\n\r\t"), "\"back\\\\\\\"slash\\n\\r\\t\"");
-}
-
 }  // namespace
 }  // namespace tools

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "host/Host.h"
+#include "host/text/Text.h"
 #include "tools/batch/ExportRecords.h"
 #include "tools/batch/ExportReport.h"
 #include "tools/batch/OutputWatch.h"
@@ -116,7 +117,7 @@ class Batch {
     for (std::size_t i = round == 0 ? 1 : round; i < rounds.size(); ++i) {
       for (const std::size_t tile : rounds[i]) {
         script += (round == 0 ? "select -deselect " : "select -add ") +
-                  melString(tiles[tile].path) + "; ";
+                  host::mel::quoted(tiles[tile].path) + "; ";
       }
       if (round != 0) break;
     }

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "host/Host.h"
+#include "host/text/Text.h"
 #include "tools/batch/ExportScenes.h"
 #include "tools/cli/Commands.h"
 #include "tools/scene/SceneDamage.h"
@@ -81,7 +82,8 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
              printable(file) + " holds one tile; name exactly one");
     return kFailed;
   }
-  if (host::execute("file -force -exportSelected -type \"psd\" " + melString(to), "export")) {
+  if (host::execute("file -force -exportSelected -type \"psd\" " + host::mel::quoted(to),
+                    "export")) {
     tellUnusedMaps();
     return tellDamage(job.scenes[0], problems);
   }

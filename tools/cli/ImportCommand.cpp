@@ -2,6 +2,7 @@
 #include <string>
 
 #include "host/Host.h"
+#include "host/text/Text.h"
 #include "tools/cli/Commands.h"
 #include "tools/model/TileFile.h"
 #include "tools/scene/SceneDamage.h"
@@ -35,7 +36,7 @@ std::string importScript(const std::string& file) {
          "  addAttr -longName \"psdFileName\" -dataType \"string\" $noted[0];\n"
          "select -replace $tiles;\n"
          "file -import -type \"psd\" " +
-         melString(file) + "; }";
+         host::mel::quoted(file) + "; }";
 }
 
 // What the plug-in has printed says the rest.
@@ -57,10 +58,10 @@ ExitStatus importTile(const Options& options) {
   if (started != kDone) return started;
   if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
   const host::SceneProblems problems = host::takeSceneProblems();
-  std::string reason;
-  if (!host::tryToExecute("select -replace " + melString(options.node), reason)) {
+  const morvane::Status selected = host::select(options.node, false);
+  if (!selected.ok()) {
     complain(printable(options.scene) + ": cannot select " + printable(options.node) +
-             whyNotSelected(options.node, reason) +
+             whyNotSelected(options.node, selected) +
              (problems.list.empty() ? "" : likelyLoss(problems)));
     return kFailed;
   }

@@ -1,5 +1,7 @@
 #include "tools/model/DocumentReport.h"
 
+#include <utf8.h>
+
 #include <iterator>
 
 #include "psd/PsdFormat.h"
@@ -16,14 +18,8 @@ using morvane::PsdLayer;
 std::string fromUtf16(const std::uint16_t* units, std::size_t count) {
   while (count > 0 && units[count - 1] == 0) --count;
   std::string text;
-  auto put = [&text](std::uint32_t code) {
-    if (code < 0x80) {
-      text += static_cast<char>(code);
-      return;
-    }
-    const int more = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-    text += static_cast<char>((0xFF << (7 - more) & 0xFF) | code >> 6 * more);
-    for (int i = more - 1; i >= 0; --i) text += static_cast<char>(0x80 | (code >> 6 * i & 0x3F));
+  const auto put = [&text](std::uint32_t code) {
+    utf8::unchecked::append(code, std::back_inserter(text));
   };
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint32_t unit = units[i];

@@ -1,11 +1,11 @@
 #include "tools/scene/SceneOpener.h"
 
-#include "tools/terminal/Text.h"
+#include "util/FileExtension.h"
 
 namespace tools {
 
 bool isScene(const std::string& path) {
-  const std::string extension = extensionOf(path);
+  const std::string extension = morvane::lowerExtension(path);
   return extension == ".ma" || extension == ".mb";
 }
 

@@ -13,13 +13,9 @@ namespace {
 
 constexpr std::size_t kMostShown = 5;
 
-// A pattern means transforms: the shapes and materials that are often named like their tiles are no
-// tiles.
-std::string selectionScript(const std::string& name) {
-  if (name.find_first_of("*?") == std::string::npos) return "select -add " + melString(name);
-  return "{ string $found[] = `ls -long -type \"transform\" " + melString(name) + "`; " +
-         "if (size($found) == 0) error " + melString("No transform matches name: " + name) +
-         "; select -add $found; }";
+// The shapes and materials that are often named like their tiles are not tiles.
+bool isPattern(const std::string& name) {
+  return name.find_first_of("*?") != std::string::npos;
 }
 
 // Of a name that nothing has.
@@ -46,11 +42,10 @@ bool fail(const std::string& scene, const std::string& reason, std::string& erro
 
 }  // namespace
 
-std::string whyNotSelected(const std::string& name, const std::string& reason) {
-  const bool isMissing = reason.find("matches name: ") != std::string::npos &&
-                         reason.find("More than one") == std::string::npos;
-  return isMissing ? ": there is no such object" + tileHint(name)
-                   : ": " + printable(reason) + "; name it by its whole path";
+std::string whyNotSelected(const std::string& name, const morvane::Status& status) {
+  return status.code() == morvane::StatusCode::kNotFound
+             ? ": there is no such object" + tileHint(name)
+             : ": " + printable(status.text()) + "; name it by its whole path";
 }
 
 bool selectTiles(const std::string& scene, std::vector<std::string> names,
@@ -64,11 +59,13 @@ bool selectTiles(const std::string& scene, std::vector<std::string> names,
   }
   if (!host::execute("select -clear", "selection")) return false;
   for (const std::string& name : names) {
-    std::string reason;
-    if (host::tryToExecute(selectionScript(name), reason)) continue;
+    const morvane::Status selected = host::select(name, isPattern(name));
+    if (selected.ok()) {
+      continue;
+    }
     return fail(scene,
                 "cannot select " + printable(name) + ", so nothing was exported" +
-                    whyNotSelected(name, reason) +
+                    whyNotSelected(name, selected) +
                     (problems.list.empty() ? "" : likelyLoss(problems)),
                 error);
   }

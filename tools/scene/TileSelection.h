@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/Host.h"
+#include "util/Status.h"
 
 namespace tools {
 
@@ -14,9 +15,9 @@ namespace tools {
 bool selectTiles(const std::string& scene, std::vector<std::string> names,
                  const host::SceneProblems& problems, std::string& error);
 
-// Why a node of that name could not be selected, by the host's `reason`, and which to name instead
+// Why host::select() failed for a name, and which to give instead
 // (": there is no such object; did you mean pond? ...").
-std::string whyNotSelected(const std::string& name, const std::string& reason);
+std::string whyNotSelected(const std::string& name, const morvane::Status& status);
 
 }  // namespace tools
 

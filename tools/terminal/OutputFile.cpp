@@ -8,6 +8,7 @@
 
 #include "host/Host.h"
 #include "tools/terminal/Text.h"
+#include "util/FileExtension.h"
 #include "util/ReplaceFile.h"
 
 namespace tools {
@@ -25,7 +26,7 @@ std::string whyNoOutput(const std::string& name, const OutputKind& kind) {
   for (std::size_t i = 1; i < allowed.size(); ++i) needed += " or " + allowed[i];
   const std::string rule = kind.written + " is written, so that the name must end in " + needed;
   if (name.empty()) return "the name is empty (a variable that is not set?); " + rule;
-  const std::string extension = extensionOf(name);
+  const std::string extension = morvane::lowerExtension(name);
   if (std::find(allowed.begin(), allowed.end(), extension) != allowed.end()) return "";
   return printable(name) + ": " + rule + (extension.empty() ? ", with something before it" : "");
 }

@@ -1,43 +1,13 @@
 #include "tools/terminal/Text.h"
 
+#include <utf8.h>
+
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
+#include <iterator>
 
 namespace tools {
 namespace {
-
-constexpr std::uint32_t kInvalid = 0xFFFFFFFF;
-
-// Takes one character off the front of `rest`; kInvalid, taking nothing, when it does not start
-// with one.
-std::uint32_t takeCharacter(std::string_view& rest) {
-  auto byte = [&](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
-  const std::uint32_t first = byte(0);
-  const std::size_t length = first < 0x80   ? 1
-                             : first < 0xC2 ? 0
-                             : first < 0xE0 ? 2
-                             : first < 0xF0 ? 3
-                             : first < 0xF5 ? 4
-                                            : 0;
-  if (length == 0 || length > rest.size()) return kInvalid;
-  std::uint32_t code = length == 1 ? first : first & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return kInvalid;
-    code = code << 6 | (byte(i) & 0x3Fu);
-  }
-  const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-  if (overlong || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000)) return kInvalid;
-  rest.remove_prefix(length);
-  return code;
-}
-
-bool isUtf8(std::string_view bytes) {
-  while (!bytes.empty()) {
-    if (takeCharacter(bytes) == kInvalid) return false;
-  }
-  return true;
-}
 
 bool isControl(std::uint32_t code) {
   return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x200E || code == 0x200F ||
@@ -48,15 +18,14 @@ bool isControl(std::uint32_t code) {
 template <typename Escape>
 std::string withEscapes(std::string_view text, Escape escape) {
   std::string shown;
-  for (std::string_view rest = text; !rest.empty();) {
-    const std::string_view before = rest;
-    const std::uint32_t code = takeCharacter(rest);
+  for (const char* at = text.data(); at != text.data() + text.size();) {
+    const std::uint32_t code = utf8::unchecked::next(at);
     char escaped[16];
     if (isControl(code)) {
       escape(escaped, code);
       shown += escaped;
     } else {
-      shown += before.substr(0, before.size() - rest.size());
+      utf8::unchecked::append(code, std::back_inserter(shown));
     }
   }
   return shown;
@@ -65,12 +34,12 @@ std::string withEscapes(std::string_view text, Escape escape) {
 }  // namespace
 
 std::string toUtf8(std::string_view bytes) {
-  if (isUtf8(bytes)) return std::string(bytes);
+  if (utf8::is_valid(bytes.begin(), bytes.end())) {
+    return std::string(bytes);
+  }
   std::string text;
   for (const char c : bytes) {
-    const auto code = static_cast<unsigned char>(c);
-    if (code >= 0x80) text += static_cast<char>(0xC0 | code >> 6);
-    text += static_cast<char>(code < 0x80 ? code : 0x80 | (code & 0x3F));
+    utf8::unchecked::append(static_cast<unsigned char>(c), std::back_inserter(text));
   }
   return text;
 }
@@ -85,38 +54,6 @@ std::string printableJson(std::string_view json) {
   return withEscapes(json, [](char(&to)[16], std::uint32_t code) {
     std::snprintf(to, sizeof to, "\\u%04x", code);
   });
-}
-
-std::string melString(std::string_view text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    switch (c) {
-      case '"':
-        result += "\\\"";
-        break;
-      case '\\':
-        result += "\\\\";
-        break;
-      case '\n':
-        result += "\\n";
-        break;
-      case '\r':
-        result += "\\r";
-        break;
-      case '\t':
-        result += "\\t";
-        break;
-      default:
-        result += c;
-    }
-  }
-  return result + '"';
-}
-
-std::string extensionOf(const std::string& file) {
-  std::string extension = std::filesystem::path(file).extension().string();
-  for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return extension;
 }
 
 std::string counted(std::size_t count, const std::string& thing) {

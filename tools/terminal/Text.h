@@ -19,12 +19,6 @@ std::string printable(std::string_view bytes);
 // escaped. It says the same.
 std::string printableJson(std::string_view json);
 
-// As the command language reads it between double quotes.
-std::string melString(std::string_view text);
-
-// Of a file's name, its ASCII letters in lower case: ".ma"; empty where there is none.
-std::string extensionOf(const std::string& file);
-
 // "1 goblin", "2 goblins".
 std::string counted(std::size_t count, const std::string& thing);
 

@@ -1,4 +1,4 @@
-#include "host/api/PluginRegistry.h"
+#include "host/plugin/PluginRegistry.h"
 
 #include <maya/MArgList.h>
 #include <maya/MObject.h>
@@ -33,12 +33,12 @@ MArgList asArgumentList(const mel::Words& words) {
 }
 
 mel::CommandResult runCommand(const std::string& name, ObjectCreator create,
-                              const mel::Words& words) {
+                              const mel::Words& words, mel::Value& result) {
   // Commands nest: what the outer one gave so far comes back when this one is done.
-  mel::Value outer = std::exchange(commandResult(), mel::Value());
+  mel::Value outer = std::exchange(result, mel::Value());
   const std::unique_ptr<MPxCommand> command(static_cast<MPxCommand*>(create()));
   const bool ok = command != nullptr && command->doIt(asArgumentList(words)) == MStatus::kSuccess;
-  mel::Value value = std::exchange(commandResult(), std::move(outer));
+  mel::Value value = std::exchange(result, std::move(outer));
   return ok ? mel::CommandResult::success(std::move(value))
             : mel::CommandResult::failure(name + ": the command failed");
 }
@@ -66,18 +66,6 @@ bool isPluginName(const fs::path& name) {
 
 }  // namespace
 
-mel::Value& commandResult() {
-  static mel::Value value;
-  return value;
-}
-
-// Never destroyed: plug-ins stay in the process when it exits, as nothing may run their code any
-// more.
-PluginRegistry& PluginRegistry::current() {
-  static PluginRegistry& registry = *new PluginRegistry;
-  return registry;
-}
-
 void PluginRegistry::addFolder(const std::string& folder) {
   folders_.push_back(folder);
 }
@@ -93,7 +81,7 @@ std::vector<std::string> PluginRegistry::searched() const {
   }
   std::vector<std::string> once;
   for (const std::string& folder : folders) {
-    std::string path = mel::resolvedPath(folder, mel::Interpreter::current().callerFolder());
+    std::string path = mel::resolvedPath(folder, interpreter_.callerFolder());
     if (std::find(once.begin(), once.end(), path) == once.end()) {
       once.push_back(std::move(path));
     }
@@ -104,8 +92,8 @@ std::vector<std::string> PluginRegistry::searched() const {
 std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string& error) const {
   const fs::path given = fs::u8path(nameOrPath);
   if (given.has_parent_path()) {
-    std::string found = asPlugin(
-        fs::u8path(mel::resolvedPath(nameOrPath, mel::Interpreter::current().callerFolder())));
+    std::string found =
+        asPlugin(fs::u8path(mel::resolvedPath(nameOrPath, interpreter_.callerFolder())));
     if (found.empty()) {
       error = "no plug-in named " + nameOrPath + " was found; check the path";
     }
@@ -192,6 +180,14 @@ bool PluginRegistry::unload(const std::string& name, std::string& error) {
   return ok;
 }
 
+void PluginRegistry::unloadAll() {
+  const std::vector<PluginPtr> plugins = plugins_;
+  for (const PluginPtr& plugin : plugins) {
+    std::string ignored;
+    unload(plugin->name, ignored);
+  }
+}
+
 void PluginRegistry::dropRegistrations(const PluginPtr& plugin) {
   const std::vector<std::string> commands = plugin->commands;
   for (const std::string& command : commands) {
@@ -205,17 +201,16 @@ void PluginRegistry::dropRegistrations(const PluginPtr& plugin) {
 
 bool PluginRegistry::addCommand(const PluginPtr& plugin, const std::string& name,
                                 ObjectCreator create) {
-  const bool taken =
-      mel::findFunction(name) != nullptr || mel::Interpreter::current().isProcedure(name);
+  const bool taken = mel::findFunction(name) != nullptr || interpreter_.isProcedure(name);
   Plugin* owner = plugin.get();
-  const auto run = [owner, name, create](const mel::Words& words) {
+  const auto run = [this, owner, name, create](const mel::Words& words) {
     ++owner->running_;
-    mel::CommandResult result = runCommand(name, create, words);
+    mel::CommandResult outcome = runCommand(name, create, words, result);
     --owner->running_;
-    return result;
+    return outcome;
   };
   if (name.empty() || create == nullptr || taken ||
-      !mel::CommandTable::current().addFromPlugin(name, run)) {
+      !interpreter_.commands().addFromPlugin(name, run)) {
     return false;
   }
   plugin->commands.push_back(name);
@@ -228,7 +223,7 @@ bool PluginRegistry::removeCommand(const PluginPtr& plugin, const std::string& n
     return false;
   }
   plugin->commands.erase(command);
-  mel::CommandTable::current().remove(name);
+  interpreter_.commands().remove(name);
   return true;
 }
 

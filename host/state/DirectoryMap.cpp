@@ -1,4 +1,4 @@
-#include "host/file/DirectoryMap.h"
+#include "host/state/DirectoryMap.h"
 
 #include <algorithm>
 #include <cctype>
@@ -40,11 +40,6 @@ bool isIn(const std::string& name, const std::string& folder) {
 }
 
 }  // namespace
-
-DirectoryMap& DirectoryMap::current() {
-  static DirectoryMap map;
-  return map;
-}
 
 bool DirectoryMap::add(std::string_view from, std::string_view to) {
   if (from.empty() || to.empty()) {
@@ -102,11 +97,11 @@ bool DirectoryMap::hasGiven(std::string_view name) const {
   });
 }
 
-void DirectoryMap::convertTextures(std::size_t firstSerial) const {
+void DirectoryMap::convertTextures(const Scene& scene, std::size_t firstSerial) const {
   if (!enabled || folders_.empty()) {
     return;
   }
-  const auto& nodes = Scene::current().nodes();
+  const auto& nodes = scene.nodes();
   for (auto entry = nodes.lower_bound(firstSerial); entry != nodes.end(); ++entry) {
     const NodePtr& node = entry->second;
     if (!node->hasFn(MFn::kFileTexture)) {

@@ -1,13 +1,8 @@
-#include "host/file/SceneProblems.h"
+#include "host/state/SceneProblems.h"
 
 #include <utility>
 
 namespace host {
-
-SceneProblems& SceneProblems::current() {
-  static SceneProblems problems;
-  return problems;
-}
 
 void SceneProblems::add(SceneProblem problem) {
   std::size_t& count = problem.kind == SceneProblem::Kind::kDamage ? damages : notices;

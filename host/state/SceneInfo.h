@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_FILE_SCENEINFO_H_
-#define MORVANE_HOST_FILE_SCENEINFO_H_
+#ifndef MORVANE_HOST_STATE_SCENEINFO_H_
+#define MORVANE_HOST_STATE_SCENEINFO_H_
 
 #include <cstdint>
 #include <map>
@@ -58,9 +58,9 @@ struct SceneInfo {
   };
   std::vector<Relationship> relationships;
 
-  static SceneInfo& current();
+  static SceneInfo& current();  // of the host that runs
 };
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_FILE_SCENEINFO_H_
+#endif  // MORVANE_HOST_STATE_SCENEINFO_H_

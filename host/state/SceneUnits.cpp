@@ -1,4 +1,4 @@
-#include "host/file/SceneUnits.h"
+#include "host/state/SceneUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,11 +49,6 @@ bool isNamed(const std::string_view (&names)[kCount], const Attribute& attribute
 }
 
 }  // namespace
-
-SceneUnits& currentUnits() {
-  static SceneUnits units;
-  return units;
-}
 
 bool setLengthUnit(SceneUnits& units, std::string_view name) {
   return find(kLengths, name, units.length);

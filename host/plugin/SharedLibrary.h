@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_API_SHAREDLIBRARY_H_
-#define MORVANE_HOST_API_SHAREDLIBRARY_H_
+#ifndef MORVANE_HOST_PLUGIN_SHAREDLIBRARY_H_
+#define MORVANE_HOST_PLUGIN_SHAREDLIBRARY_H_
 
 #include <string>
 
@@ -26,4 +26,4 @@ std::string programFolder();
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_API_SHAREDLIBRARY_H_
+#endif  // MORVANE_HOST_PLUGIN_SHAREDLIBRARY_H_

@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_FILE_SCENEUNITS_H_
-#define MORVANE_HOST_FILE_SCENEUNITS_H_
+#ifndef MORVANE_HOST_STATE_SCENEUNITS_H_
+#define MORVANE_HOST_STATE_SCENEUNITS_H_
 
 #include <string_view>
 
@@ -30,4 +30,4 @@ double dividedBy(double value, double factor);
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_FILE_SCENEUNITS_H_
+#endif  // MORVANE_HOST_STATE_SCENEUNITS_H_

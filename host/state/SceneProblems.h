@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_FILE_SCENEPROBLEMS_H_
-#define MORVANE_HOST_FILE_SCENEPROBLEMS_H_
+#ifndef MORVANE_HOST_STATE_SCENEPROBLEMS_H_
+#define MORVANE_HOST_STATE_SCENEPROBLEMS_H_
 
 #include <cstddef>
 #include <string>
@@ -35,10 +35,10 @@ struct SceneProblems {
   };
   End end = End::kWhole;
 
-  static SceneProblems& current();
+  static SceneProblems& current();  // of the host that runs
   void add(SceneProblem problem);
 };
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_FILE_SCENEPROBLEMS_H_
+#endif  // MORVANE_HOST_STATE_SCENEPROBLEMS_H_

@@ -1,4 +1,4 @@
-#include "host/api/SharedLibrary.h"
+#include "host/plugin/SharedLibrary.h"
 
 #include <filesystem>
 

@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_FILE_DIRECTORYMAP_H_
-#define MORVANE_HOST_FILE_DIRECTORYMAP_H_
+#ifndef MORVANE_HOST_STATE_DIRECTORYMAP_H_
+#define MORVANE_HOST_STATE_DIRECTORYMAP_H_
 
 #include <cstddef>
 #include <map>
@@ -11,12 +11,14 @@
 
 namespace host {
 
-// Where folders of another machine are on this one. There is one map a process; opening a scene
-// does not change it. Folders are separated by '/' ('\' is taken for it) and compared letter by
-// letter, but for the letter of a drive, which may be in either case.
+class Scene;
+
+// Where folders of another machine are on this one. Opening a scene does not change the map.
+// Folders are separated by '/' ('\' is taken for it) and compared letter by letter, but for the
+// letter of a drive, which may be in either case.
 class DirectoryMap {
  public:
-  static DirectoryMap& current();
+  static DirectoryMap& current();  // of the host that runs
 
   bool enabled = false;
 
@@ -35,8 +37,9 @@ class DirectoryMap {
   // Whether `convert` gave this name.
   bool hasGiven(std::string_view name) const;
 
-  // Gives the file textures among the nodes from this serial on the names that they have here.
-  void convertTextures(std::size_t firstSerial) const;
+  // Gives the file textures among the scene's nodes from this serial on the names that they have
+  // here.
+  void convertTextures(const Scene& scene, std::size_t firstSerial) const;
 
  private:
   std::map<std::string, std::string> folders_;
@@ -45,4 +48,4 @@ class DirectoryMap {
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_FILE_DIRECTORYMAP_H_
+#endif  // MORVANE_HOST_STATE_DIRECTORYMAP_H_

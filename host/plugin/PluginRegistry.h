@@ -1,12 +1,13 @@
-#ifndef MORVANE_HOST_API_PLUGINREGISTRY_H_
-#define MORVANE_HOST_API_PLUGINREGISTRY_H_
+#ifndef MORVANE_HOST_PLUGIN_PLUGINREGISTRY_H_
+#define MORVANE_HOST_PLUGIN_PLUGINREGISTRY_H_
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "host/api/SharedLibrary.h"
+#include "host/mel/Interpreter.h"
 #include "host/mel/Value.h"
+#include "host/plugin/SharedLibrary.h"
 #include "host/scene/Object.h"
 
 class MPxFileTranslator;
@@ -43,10 +44,13 @@ struct Translator {
   PluginPtr plugin;
 };
 
-// The plug-ins of the process with what they registered.
+// Plug-ins with what they registered.
 class PluginRegistry {
  public:
-  static PluginRegistry& current();
+  static PluginRegistry& current();  // of the host that runs
+
+  // What plug-ins register goes to the commands of `interpreter`, which must live as long.
+  explicit PluginRegistry(mel::Interpreter& interpreter) : interpreter_(interpreter) {}
 
   // Folders searched before MAYA_PLUG_IN_PATH.
   void addFolder(const std::string& folder);
@@ -56,6 +60,7 @@ class PluginRegistry {
   bool load(const std::string& nameOrPath, std::string& error);
   // Refused while one of its commands runs.
   bool unload(const std::string& name, std::string& error);
+  void unloadAll();  // what is in use stays
   PluginPtr find(const std::string& nameOrPath) const;
   const std::vector<PluginPtr>& plugins() const { return plugins_; }
 
@@ -69,6 +74,9 @@ class PluginRegistry {
   // its creator gives nothing.
   std::shared_ptr<MPxFileTranslator> make(const Translator& translator);
 
+  // What the command that is running gives back: see MPxCommand::setResult.
+  mel::Value result;
+
  private:
   std::vector<std::string> searched() const;  // the folders, in order
   // Empty, with the reason in `error`, when there is none.
@@ -76,14 +84,12 @@ class PluginRegistry {
   bool start(const PluginPtr& plugin, std::string& error);
   void dropRegistrations(const PluginPtr& plugin);
 
+  mel::Interpreter& interpreter_;
   std::vector<std::string> folders_;
   std::vector<PluginPtr> plugins_;
   std::vector<Translator> translators_;
 };
 
-// What the plug-in's command that is running gives back: see MPxCommand::setResult.
-mel::Value& commandResult();
-
 }  // namespace host
 
-#endif  // MORVANE_HOST_API_PLUGINREGISTRY_H_
+#endif  // MORVANE_HOST_PLUGIN_PLUGINREGISTRY_H_

@@ -1,0 +1,49 @@
+#ifndef MORVANE_HOST_STATE_HOSTSTATE_H_
+#define MORVANE_HOST_STATE_HOSTSTATE_H_
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/mel/Command.h"
+#include "host/mel/Interpreter.h"
+#include "host/plugin/PluginRegistry.h"
+#include "host/scene/Scene.h"
+#include "host/state/DirectoryMap.h"
+#include "host/state/SceneInfo.h"
+#include "host/state/SceneProblems.h"
+#include "host/state/SceneUnits.h"
+
+namespace host {
+
+// The scene files that are being read, one inside the other.
+struct FilesBeingRead {
+  std::vector<std::string> open;  // absolute, the innermost last
+  int references = 0;             // read since the outermost was opened
+};
+
+// Everything that a host remembers. One host runs at a time, as the API has no argument that names
+// one.
+struct HostState {
+  Scene scene;
+  SceneInfo info;
+  SceneProblems problems;
+  SceneUnits units;  // of the scene file that is being read
+  FilesBeingRead files;
+  DirectoryMap folders;
+  mel::CommandTable commands;
+  mel::Interpreter interpreter{commands};
+  PluginRegistry plugins{interpreter};
+  std::function<void(std::string_view)> beforeMessage;
+
+  // The host that runs.
+  static HostState& current();
+  // Puts a new host in its place, which has no commands yet. Plug-ins are unloaded first; none of
+  // them may be running.
+  static void reset();
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_STATE_HOSTSTATE_H_
