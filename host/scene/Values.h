@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/scene/AttributeValue.h"
+#include "host/scene/Connections.h"
 #include "host/scene/Plug.h"
 
 namespace host {
@@ -36,6 +37,9 @@ bool writeValue(const Plug& plug, AttributeValue value);
 // attributes that the host does not interpret. The node gets a loose attribute by the path's first
 // name.
 void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value);
+
+// Takes connections away; a destination keeps the value that it read through its connection.
+void disconnectKeepingValue(const ConnectionPtr& connection);
 
 // Forgets values and flags that were set on the plug, its elements and its children.
 void forgetValues(const Plug& plug);
