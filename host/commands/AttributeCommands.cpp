@@ -24,6 +24,7 @@ using Texts = std::vector<std::string>;
 // The values of a setAttr, taken one plug after another.
 struct Values {
   std::string type;  // the word after -type
+  bool clamps;       // -clamp
   Texts words;
   std::size_t next = 0;
 
@@ -47,6 +48,23 @@ std::string joined(const Texts& words) {
   return text;
 }
 
+// Whether a script may set the number; with -clamp it becomes the nearest that it may.
+bool keepsLimits(const Plug& plug, bool clamps, double& number, std::string& error) {
+  const Attribute& attribute = *plug.attribute();
+  const bool above = attribute.max && number > *attribute.max;
+  if (!above && !(attribute.min && number < *attribute.min)) {
+    return true;
+  }
+  const double limit = above ? *attribute.max : *attribute.min;
+  number = limit;
+  if (!clamps) {
+    error = "Cannot set the attribute '" + plug.name() + "' " +
+            (above ? "past its maximum" : "below its minimum") + " value of " +
+            formatNumber(limit) + ".";
+  }
+  return clamps;
+}
+
 bool takeNumber(const Plug& plug, Values& values, const CommandContext& context, double& number,
                 std::string& error) {
   if (values.left() == 0) {
@@ -63,8 +81,9 @@ bool takeNumber(const Plug& plug, Values& values, const CommandContext& context,
   number = read ? *read : (*truth ? 1.0 : 0.0);
   if (context.inSceneFile) {
     number *= unitFactor(currentUnits(), *plug.attribute());
+    return true;
   }
-  return true;
+  return keepsLimits(plug, values.clamps, number, error);
 }
 
 // Data that is a count and as many entries, or just entries. False when it is not as it should be.
@@ -327,6 +346,7 @@ CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
     return keepForAnother(arguments, context, text, error);
   }
   Values values{arguments.text("typ"),
+                arguments.has("c"),
                 {arguments.objects().begin() + 1, arguments.objects().end()}};
   const AttributeState flags = flagsOf(arguments);
   const bool onlyShape = values.words.empty() && !saysAnything(flags);
@@ -395,6 +415,24 @@ CommandResult valueOf(const Plug& plug) {
                                 "' holds nothing that a command can give");
 }
 
+// Numbers of built-in types that are lengths and angles are named as such.
+std::string shownType(const Attribute& attribute) {
+  const double factor = unitFactor(SceneUnits{2.0, 3.0}, attribute);
+  const bool isPlain = attribute.typeWord() == "double";
+  return isPlain && factor == 2.0   ? "doubleLinear"
+         : isPlain && factor == 3.0 ? "doubleAngle"
+                                    : attribute.typeWord();
+}
+
+// A matrix of the world's without an index is that of the path by which the node was named.
+Plug ofNamedInstance(const Plug& plug, const std::string& text) {
+  if (!plug.isArray() || plug.attribute()->typeWord() != "matrix" || !plug.node()->isDag()) {
+    return plug;
+  }
+  const DagPath path = Scene::current().findPath(text.substr(0, text.find('.')));
+  return plug.element(path.isEmpty() ? 0 : static_cast<int>(path.instanceNumber()));
+}
+
 CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1) {
     return CommandResult::failure("getAttr: needs one attribute");
@@ -417,9 +455,9 @@ CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
     return CommandResult::success(Value::ofTruth(!isLocked(plug) && !isInputConnected(plug)));
   }
   if (arguments.has("typ")) {
-    return CommandResult::success(plug.attribute()->typeWord());
+    return CommandResult::success(shownType(*plug.attribute()));
   }
-  return valueOf(plug);
+  return valueOf(ofNamedInstance(plug, arguments.objects().front()));
 }
 
 }  // namespace

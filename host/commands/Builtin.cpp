@@ -14,6 +14,11 @@ void addBuiltinCommands(CommandTable& table) {
   addPluginCommands(table);
   addOutputCommands(table);
   addMeshCommands(table);
+  addScriptCommands(table);
+  addFolderCommands(table);
+  addNodeQuestions(table);
+  addPlacementCommands(table);
+  addPolygonCommands(table);
   addHeaderCommands(table);
 }
 

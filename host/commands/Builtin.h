@@ -21,6 +21,11 @@ void addDirectoryMapCommand(CommandTable& table);
 void addPluginCommands(CommandTable& table);
 void addOutputCommands(CommandTable& table);
 void addMeshCommands(CommandTable& table);
+void addScriptCommands(CommandTable& table);
+void addFolderCommands(CommandTable& table);
+void addNodeQuestions(CommandTable& table);
+void addPlacementCommands(CommandTable& table);
+void addPolygonCommands(CommandTable& table);
 // What scene files say beside nodes (requires, fileInfo, currentUnit, relationship...): see
 // SceneInfo.
 void addHeaderCommands(CommandTable& table);

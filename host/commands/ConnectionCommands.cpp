@@ -124,10 +124,12 @@ CommandResult disconnectAttr(const Arguments& arguments, CommandContext& context
       }
     }
   }
-  if (!disconnect(source, destination)) {
+  const ConnectionPtr existing = destination.node()->connections.into(destination.path());
+  if (existing == nullptr || existing->source != source) {
     return CommandResult::failure("disconnectAttr: '" + source.name() + "' is not connected to '" +
                                   destination.name() + "'");
   }
+  disconnectKeepingValue(existing);
   return CommandResult::success();
 }
 

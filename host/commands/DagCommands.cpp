@@ -1,8 +1,11 @@
 #include "host/commands/Builtin.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "host/commands/Lookup.h"
+#include "host/commands/Pivots.h"
 #include "host/commands/TransformValues.h"
 #include "host/mel/Command.h"
 #include "host/scene/Dag.h"
@@ -188,12 +191,31 @@ struct TransformFlag {
   std::string_view flag;
   const char* attribute;
 };
-constexpr TransformFlag kObjectSpaceFlags[] = {
-    {"t", "translate"},   {"ro", "rotate"}, {"s", "scale"},      {"rp", "rotatePivot"},
-    {"sp", "scalePivot"}, {"sh", "shear"},  {"ra", "rotateAxis"}};
+constexpr TransformFlag kObjectSpaceFlags[] = {{"t", "translate"},
+                                               {"ro", "rotate"},
+                                               {"s", "scale"},
+                                               {"sh", "shear"},
+                                               {"ra", "rotateAxis"},
+                                               {"rt", "rotatePivotTranslate"},
+                                               {"st", "scalePivotTranslate"}};
 
 Value::Floats flat(const MMatrix& matrix) {
   return Value::Floats(&matrix.matrix[0][0], &matrix.matrix[0][0] + 16);
+}
+
+constexpr const char* kRotateOrders[] = {"xyz", "yzx", "zxy", "xzy", "yxz", "zyx"};
+
+// -rp, -sp, or with -pivots both.
+Value::Floats queryPivots(const Arguments& arguments, const SelectionItem& item) {
+  Value::Floats numbers;
+  for (const auto& [flag, pivot] :
+       {std::pair("rp", Pivot::kRotate), std::pair("sp", Pivot::kScale)}) {
+    if (arguments.has(flag) || arguments.has("piv")) {
+      const MPoint point = pivotOf(item, pivot, arguments.has("ws"));
+      numbers.insert(numbers.end(), {point.x, point.y, point.z});
+    }
+  }
+  return numbers;
 }
 
 CommandResult queryXform(const Arguments& arguments, const SelectionItem& item) {
@@ -207,6 +229,12 @@ CommandResult queryXform(const Arguments& arguments, const SelectionItem& item) 
   }
   if (arguments.has("bb")) {
     return CommandResult::success(boxNumbers(item, world));
+  }
+  if (arguments.has("rp") || arguments.has("sp") || arguments.has("piv")) {
+    return CommandResult::success(queryPivots(arguments, item));
+  }
+  if (arguments.has("roo")) {
+    return CommandResult::success(kRotateOrders[rotateOrderOf(item.node)]);
   }
   if (world && arguments.has("t")) {
     const MMatrix matrix = item.path.inclusiveMatrix();
@@ -247,6 +275,51 @@ bool applyFlag(const Arguments& arguments, const TransformFlag& flag, const Sele
   return writeValue(*plug, numbers);
 }
 
+bool applyPivots(const Arguments& arguments, const SelectionItem& item, std::string& error) {
+  const PivotChange change{arguments.has("ws"), arguments.truth("p", true)};
+  for (const auto& [flag, pivot] :
+       {std::pair("rp", Pivot::kRotate), std::pair("sp", Pivot::kScale)}) {
+    const char* given = arguments.has("piv") ? "piv" : flag;
+    if (!arguments.has(given)) {
+      continue;
+    }
+    const Value::Floats numbers = arguments.allNumbers(given).back();
+    MPoint point(numbers[0], numbers[1], numbers[2]);
+    if (arguments.has("r")) {
+      const MPoint old = pivotOf(item, pivot, change.inWorld);
+      point = MPoint(point.x + old.x, point.y + old.y, point.z + old.z);
+    }
+    if (!setPivot(item, pivot, point, change, error)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Both pivots to the middle of the box of what is below, in the transform's own space.
+bool centerPivots(const SelectionItem& item, std::string& error) {
+  const std::vector<double> box = boxNumbers(item, true);
+  const MPoint middle((box[0] + box[3]) / 2, (box[1] + box[4]) / 2, (box[2] + box[5]) / 2);
+  const PivotChange change{true, true};
+  return setPivot(item, Pivot::kRotate, middle, change, error) &&
+         setPivot(item, Pivot::kScale, middle, change, error);
+}
+
+// With the angles that keep where the transform stands, unless told otherwise.
+bool applyRotateOrder(const Arguments& arguments, const SelectionItem& item, std::string& error) {
+  const auto* const end = std::end(kRotateOrders);
+  const auto* const order = std::find(std::begin(kRotateOrders), end, arguments.text("roo"));
+  const auto plug = Plug::find(item.node, "rotateOrder");
+  if (order == end || !plug || isLocked(*plug)) {
+    error = order == end ? "'" + arguments.text("roo") + "' is not a rotate order"
+                         : "'" + shownName(item) + ".rotateOrder' is locked or missing";
+    return false;
+  }
+  const MMatrix before = localMatrix(item.node);
+  writeValue(*plug, static_cast<double>(order - std::begin(kRotateOrders)));
+  return !arguments.truth("p", true) || setLocalMatrix(item.node, before, error);
+}
+
 bool applyMatrix(const Arguments& arguments, const SelectionItem& item, std::string& error) {
   const Value::Floats numbers = arguments.allNumbers("m").back();
   MMatrix matrix;
@@ -274,6 +347,8 @@ CommandResult xform(const Arguments& arguments, CommandContext& context) {
       return CommandResult::failure("xform: '" + shownName(item) + "' is no transform");
     }
     bool ok = !arguments.has("m") || applyMatrix(arguments, item, error);
+    ok = ok && (!arguments.has("roo") || applyRotateOrder(arguments, item, error)) &&
+         (!arguments.has("cp") || centerPivots(item, error)) && applyPivots(arguments, item, error);
     for (const TransformFlag& flag : kObjectSpaceFlags) {
       ok = ok && (!arguments.has(flag.flag) || applyFlag(arguments, flag, item, error));
     }
@@ -314,6 +389,12 @@ void addDagCommands(CommandTable& table) {
              {"s", "scale", "nnn"},
              {"rp", "rotatePivot", "nnn"},
              {"sp", "scalePivot", "nnn"},
+             {"piv", "pivots", "nnn"},
+             {"cp", "centerPivots", ""},
+             {"p", "preserve", "b"},
+             {"roo", "rotateOrder", "s"},
+             {"rt", "rotateTranslation", "nnn"},
+             {"st", "scaleTranslation", "nnn"},
              {"sh", "shear", "nnn"},
              {"ra", "rotateAxis", "nnn"},
              {"m", "matrix", "nnnnnnnnnnnnnnnn"},

@@ -116,6 +116,11 @@ bool findItems(const std::vector<std::string>& names, const CommandContext& cont
       error = "No object matches name: " + name;
       return false;
     }
+    const bool isPattern = name.find_first_of("*?") != std::string::npos;
+    if (found.size() > 1 && !isPattern && !context.inSceneFile) {
+      error = "More than one object matches name: " + name;
+      return false;
+    }
     items.insert(items.end(), found.begin(), found.end());
   }
   return true;

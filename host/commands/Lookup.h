@@ -37,7 +37,7 @@ bool splitPlugName(std::string_view text, const CommandContext& context, PlugNam
 Plug findPlug(std::string_view text, const CommandContext& context, std::string& error);
 
 // Whatever the names match, in order; the active selection when there are no names. A name that
-// matches nothing is a failure.
+// matches nothing is a failure, and so is one without wildcards that matches several objects.
 bool findItems(const std::vector<std::string>& names, const CommandContext& context,
                std::vector<SelectionItem>& items, std::string& error);
 

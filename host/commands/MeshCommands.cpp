@@ -28,8 +28,8 @@ CommandResult polyCreateFacet(const Arguments& arguments, CommandContext&) {
   const NodePtr transform = scene.createNode(*NodeType::find("transform"), name, nullptr, &error);
   const NodePtr shape = transform == nullptr
                             ? nullptr
-                            : scene.createNode(*NodeType::find("mesh"), transform->name() + "Shape",
-                                               transform, &error);
+                            : scene.createNode(*NodeType::find("mesh"),
+                                               shapeNameFor(transform->name()), transform, &error);
   if (shape == nullptr) {
     return CommandResult::failure("polyCreateFacet: " + error);
   }

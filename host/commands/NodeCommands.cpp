@@ -8,6 +8,7 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
+#include "host/scene/Values.h"
 
 namespace host::mel {
 namespace {
@@ -235,10 +236,22 @@ CommandResult renameNode(const Arguments& arguments, CommandContext& context) {
   if (items.size() != 1) {
     return CommandResult::failure("rename: needs exactly one object");
   }
+  if (arguments.has("uid")) {
+    items[0].node->uuid = names.back();
+    return CommandResult::success(names.back());
+  }
   if (!Scene::current().rename(items[0].node, names.back(), !arguments.has("is"), &error)) {
     return CommandResult::failure("rename: " + error);
   }
   return CommandResult::success(shownName(SelectionItem::of(items[0].node)));
+}
+
+void keepWhatItGave(const NodePtr& node) {
+  for (const ConnectionPtr& connection : node->connections.inOrder()) {
+    if (connection->source.node() == node && connection->destination.node() != node) {
+      disconnectKeepingValue(connection);
+    }
+  }
 }
 
 CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
@@ -257,6 +270,7 @@ CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
     if (item.component != nullptr) {
       return CommandResult::failure("delete: components cannot be deleted");
     }
+    keepWhatItGave(item.node);
     if (item.node->isAlive() && !Scene::current().deleteNode(item.node, &error)) {
       return CommandResult::failure("delete: " + error);
     }
@@ -316,33 +330,57 @@ CommandResult objExists(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success(Value::ofTruth(exists));
 }
 
-CommandResult typeOf(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("d")) {
-    return CommandResult::failure("nodeType: -derived is not supported");
-  }
-  std::string error;
+// The type of the one object that is named; null with the reason in `error`.
+const NodeType* typeOfNamed(const Arguments& arguments, const CommandContext& context,
+                            std::string& error) {
   if (arguments.objects().size() != 1) {
-    return CommandResult::failure("needs one object");
+    error = "needs one object";
+    return nullptr;
   }
   const std::string& name = arguments.objects().front();
   const NodePtr node = findNode(std::string_view(name).substr(0, name.find('.')), context, error);
-  if (node == nullptr) {
-    return CommandResult::failure(error);
+  return node == nullptr ? nullptr : &node->type();
+}
+
+CommandResult objectType(const Arguments& arguments, CommandContext& context) {
+  std::string error;
+  const NodeType* type = typeOfNamed(arguments, context, error);
+  if (type == nullptr) {
+    return CommandResult::failure("objectType: " + error);
   }
   if (arguments.has("isa")) {
-    return CommandResult::success(Value::ofTruth(node->type().isA(arguments.text("isa"))));
+    return CommandResult::success(Value::ofTruth(type->isA(arguments.text("isa"))));
   }
   if (arguments.has("i")) {
-    Value::Strings names;
-    for (const NodeType* type = &node->type(); type != nullptr; type = type->base()) {
-      names.insert(names.begin(), type->name());
-    }
-    return CommandResult::success(std::move(names));
+    return CommandResult::success(Value::ofTruth(type->name() == arguments.text("i")));
   }
-  if (arguments.has("api")) {
-    return CommandResult::success(nameOf(node->apiType()));
+  return CommandResult::success(type->name());
+}
+
+// From the top down, without the type of all nodes, as the host lists them.
+Value::Strings inheritedTypes(const NodeType& own) {
+  Value::Strings names;
+  for (const NodeType* type = &own; type->base() != nullptr; type = type->base()) {
+    names.insert(names.begin(), type->name());
   }
-  return CommandResult::success(node->type().name());
+  return names;
+}
+
+CommandResult nodeType(const Arguments& arguments, CommandContext& context) {
+  if (arguments.has("d")) {
+    return CommandResult::failure("nodeType: -derived is not supported");
+  }
+  std::string error = "needs one name of a type";
+  const bool namesType = arguments.has("itn") && arguments.objects().size() == 1;
+  const NodeType* type = namesType ? NodeType::find(arguments.objects().front())
+                                   : typeOfNamed(arguments, context, error);
+  if (type == nullptr) {
+    return CommandResult::failure("nodeType: " + (namesType ? "no such node type" : error));
+  }
+  if (arguments.has("i")) {
+    return CommandResult::success(inheritedTypes(*type));
+  }
+  return CommandResult::success(arguments.has("api") ? nameOf(type->apiType()) : type->name());
 }
 
 }  // namespace
@@ -377,9 +415,13 @@ void addNodeCommands(CommandTable& table) {
              {"q", "query", ""}},
             lockNode);
   table.add("objExists", {}, objExists);
-  table.add("objectType", {{"isa", "isAType", "s"}}, typeOf);
-  table.add("nodeType", {{"i", "inherited", ""}, {"api", "apiType", ""}, {"d", "derived", ""}},
-            typeOf);
+  table.add("objectType", {{"isa", "isAType", "s"}, {"i", "isType", "s"}}, objectType);
+  table.add("nodeType",
+            {{"i", "inherited", ""},
+             {"api", "apiType", ""},
+             {"d", "derived", ""},
+             {"itn", "isTypeName", ""}},
+            nodeType);
 }
 
 }  // namespace host::mel

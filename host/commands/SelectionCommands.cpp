@@ -202,6 +202,20 @@ void addAllPaths(const Items& found, Items& items) {
   }
 }
 
+// What a name or a UUID names.
+Items namedItems(const std::string& name, const CommandContext& context) {
+  Items found = Scene::current().match(qualifiedName(name, context));
+  const bool mayBeUuid = found.empty() && name.size() == 36 && name[8] == '-' && name[13] == '-';
+  if (mayBeUuid) {
+    for (const auto& [serial, node] : Scene::current().nodes()) {
+      if (node->uuid == name) {
+        found.push_back(SelectionItem::of(node));
+      }
+    }
+  }
+  return found;
+}
+
 CommandResult ls(const Arguments& arguments, CommandContext& context) {
   Items items;
   if (arguments.has("sl")) {
@@ -210,7 +224,7 @@ CommandResult ls(const Arguments& arguments, CommandContext& context) {
     items = everything(arguments);
   }
   for (const std::string& name : arguments.objects()) {
-    const Items found = Scene::current().match(qualifiedName(name, context));
+    const Items found = namedItems(name, context);
     if (arguments.has("ap") && name.find('|') == std::string::npos) {
       addAllPaths(found, items);
     } else {

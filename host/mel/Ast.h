@@ -20,6 +20,8 @@ struct AstNode {
     kVariable,      // text: name
     kElement,       // children: the array's expression, index
     kArrayLiteral,  // children: elements
+    kVector,        // children: numbers; literal: how many rows of equal length they make
+    kComponent,     // text: "x", "y" or "z"; children: the vector's expression
     kUnary,         // text: "-" or "!"; children: operand
     kBinary,  // text: operator; children: left, right ("&&" and "||" evaluate the right one when
               // needed)
@@ -33,7 +35,8 @@ struct AstNode {
     // Statements.
     kBlock,      // children: statements, in a scope of their own
     kSequence,   // children: statements
-    kDeclare,    // text: name, type, isGlobal; children: initial value, or none
+    kDeclare,    // text: name, type, isGlobal; literal: rows and columns of a matrix; children:
+                 // initial value, or none
     kIf,         // children: condition, then, or also else
     kWhile,      // children: condition, body
     kDoWhile,    // children: condition, body

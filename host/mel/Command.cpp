@@ -113,6 +113,16 @@ std::vector<std::string> Arguments::texts(std::string_view shortName) const {
   return texts;
 }
 
+std::vector<std::vector<std::string>> Arguments::allTexts(std::string_view shortName) const {
+  std::vector<std::vector<std::string>> all;
+  for (const Use& use : uses_) {
+    if (use.shortName == shortName) {
+      all.push_back(use.arguments);
+    }
+  }
+  return all;
+}
+
 std::vector<std::string> Arguments::flagsAsWritten() const {
   std::vector<std::string> words;
   for (const Use& use : uses_) {

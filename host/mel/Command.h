@@ -81,6 +81,9 @@ class Arguments {
   // First arguments of all occurrences.
   std::vector<std::string> texts(std::string_view shortName) const;
 
+  // The arguments of every occurrence of a flag.
+  std::vector<std::vector<std::string>> allTexts(std::string_view shortName) const;
+
   bool query() const { return has("q"); }
   bool edit() const { return has("e"); }
   const std::vector<std::string>& objects() const { return objects_; }

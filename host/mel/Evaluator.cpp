@@ -259,6 +259,27 @@ Evaluator::Flow Evaluator::executeReturn(const AstNode& node) {
   return Flow::kReturn;
 }
 
+namespace {
+
+// A variable of a matrix has a size; any other begins as its type does.
+Value initialOf(const AstNode& declaration) {
+  const Value::Ints* sizes = declaration.literal.ints();
+  if (sizes == nullptr) {
+    return Value::initial(declaration.type);
+  }
+  const auto rows = static_cast<std::size_t>((*sizes)[0]);
+  const auto columns = static_cast<std::size_t>((*sizes)[1]);
+  return Value(Matrix{rows, columns, std::vector<double>(rows * columns, 0.0)});
+}
+
+bool hasSizeOf(const Value& value, const Value& wanted) {
+  return wanted.matrix() == nullptr || wanted.matrix()->rows == 0 ||
+         (value.matrix()->rows == wanted.matrix()->rows &&
+          value.matrix()->columns == wanted.matrix()->columns);
+}
+
+}  // namespace
+
 bool Evaluator::declare(const AstNode& node) {
   Value value;
   if (!node.children.empty() && !evaluate(*node.children[0], value)) {
@@ -271,8 +292,8 @@ bool Evaluator::declare(const AstNode& node) {
   }
   if (node.children.empty()) {
     // Declaring again at the top level starts afresh; a procedure's `global` only makes visible.
-    if (!node.isGlobal) {
-      *variable = Value::initial(node.type);
+    if (!node.isGlobal || (variable->matrix() != nullptr && variable->matrix()->rows == 0)) {
+      *variable = initialOf(node);
     }
     return true;
   }
@@ -280,6 +301,9 @@ bool Evaluator::declare(const AstNode& node) {
   if (!converted) {
     return fail(node, std::string("cannot convert ") + typeName(value.type()) + " to " +
                           typeName(node.type));
+  }
+  if (!hasSizeOf(*converted, initialOf(node))) {
+    return fail(node, "the matrix has another size");
   }
   *variable = *converted;
   return true;

@@ -2,6 +2,7 @@
 #define MORVANE_HOST_MEL_EVALUATOR_H_
 
 #include <memory>
+#include <random>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -33,6 +34,7 @@ struct Interpreter::State {
   std::string callerFolder;
   std::vector<std::string> scriptFolders;
   Limits limits;
+  std::mt19937_64 random;
   std::uint64_t steps = 0;
   int depth = 0;  // of evaluation, over all runs that are under way
 };
@@ -75,6 +77,8 @@ class Evaluator {
   bool evaluateVariable(const AstNode& node, Value& value);
   bool evaluateElement(const AstNode& node, Value& value);
   bool evaluateArray(const AstNode& node, Value& value);
+  bool evaluateVector(const AstNode& node, Value& value);
+  bool evaluateComponent(const AstNode& node, Value& value);
   bool evaluateUnary(const AstNode& node, Value& value);
   bool evaluateBinary(const AstNode& node, Value& value);
   bool evaluateChoice(const AstNode& node, Value& value);
@@ -83,6 +87,9 @@ class Evaluator {
   bool combine(const AstNode& node, const std::string& symbol, const Value& left,
                const Value& right, Value& value);
   bool evaluateIndex(const AstNode& node, std::size_t& index);
+  Variable matrixOf(const AstNode& element) const;
+  bool evaluateMatrixIndex(const AstNode& element, const Matrix& matrix, std::size_t& index);
+  bool storeInMatrix(const AstNode& target, Value& matrix, const Value& value);
   bool store(const AstNode& target, const Value& value);
 
   // Calls (EvaluatorCalls.cpp).

@@ -1,67 +1,10 @@
-#include <cmath>
-#include <limits>
-
 #include "host/mel/Evaluator.h"
+#include "host/mel/Operators.h"
 
 namespace host::mel {
 namespace {
 
 using Kind = AstNode::Kind;
-
-int wrap(long long number) {
-  return static_cast<int>(static_cast<unsigned>(number));
-}
-
-Value ofNumbers(const std::string& symbol, double left, double right) {
-  switch (symbol[0]) {
-    case '+':
-      return Value(left + right);
-    case '-':
-      return Value(left - right);
-    case '*':
-      return Value(left * right);
-    case '/':
-      return Value(left / right);
-    default:
-      return Value(std::fmod(left, right));
-  }
-}
-
-Value ofIntegers(const std::string& symbol, long long left, long long right) {
-  switch (symbol[0]) {
-    case '+':
-      return Value(wrap(left + right));
-    case '-':
-      return Value(wrap(left - right));
-    case '*':
-      return Value(wrap(left * right));
-    case '/':
-      return Value(wrap(left / right));
-    default:
-      return Value(wrap(left % right));
-  }
-}
-
-bool isComparison(const std::string& symbol) {
-  return symbol == "==" || symbol == "!=" || symbol[0] == '<' || symbol[0] == '>';
-}
-
-template <class T>
-bool compare(const std::string& symbol, const T& left, const T& right) {
-  if (symbol == "==") {
-    return left == right;
-  }
-  if (symbol == "!=") {
-    return !(left == right);
-  }
-  if (symbol == "<") {
-    return left < right;
-  }
-  if (symbol == ">") {
-    return right < left;
-  }
-  return symbol == "<=" ? left <= right : left >= right;
-}
 
 }  // namespace
 
@@ -87,6 +30,10 @@ bool Evaluator::evaluateInside(const AstNode& node, Value& value) {
       return evaluateElement(node, value);
     case Kind::kArrayLiteral:
       return evaluateArray(node, value);
+    case Kind::kVector:
+      return evaluateVector(node, value);
+    case Kind::kComponent:
+      return evaluateComponent(node, value);
     case Kind::kUnary:
       return evaluateUnary(node, value);
     case Kind::kBinary:
@@ -138,9 +85,42 @@ bool Evaluator::evaluateIndex(const AstNode& node, std::size_t& index) {
   return true;
 }
 
+// The variable of "$m[i][j]" when it holds a matrix, else null.
+Variable Evaluator::matrixOf(const AstNode& element) const {
+  const AstNode& row = *element.children[0];
+  if (row.kind != Kind::kElement || row.children[0]->kind != Kind::kVariable) {
+    return nullptr;
+  }
+  const Variable variable = find(row.children[0]->text);
+  return variable != nullptr && variable->matrix() != nullptr ? variable : nullptr;
+}
+
+bool Evaluator::evaluateMatrixIndex(const AstNode& element, const Matrix& matrix,
+                                    std::size_t& index) {
+  std::size_t row = 0;
+  std::size_t column = 0;
+  if (!evaluateIndex(*element.children[0]->children[1], row) ||
+      !evaluateIndex(*element.children[1], column)) {
+    return false;
+  }
+  if (row >= matrix.rows || column >= matrix.columns) {
+    return fail(element, "the matrix has " + std::to_string(matrix.rows) + " rows and " +
+                             std::to_string(matrix.columns) + " columns");
+  }
+  index = row * matrix.columns + column;
+  return true;
+}
+
 // An element past the end reads as the initial value, as in the host.
 bool Evaluator::evaluateElement(const AstNode& node, Value& value) {
   std::size_t index = 0;
+  if (const Variable matrix = matrixOf(node)) {
+    if (!evaluateMatrixIndex(node, *matrix->matrix(), index)) {
+      return false;
+    }
+    value = Value(matrix->matrix()->numbers[index]);
+    return true;
+  }
   if (!evaluateIndex(*node.children[1], index)) {
     return false;
   }
@@ -170,7 +150,8 @@ bool Evaluator::evaluateArray(const AstNode& node, Value& value) {
     if (!evaluate(*node.children[i], elements[i])) {
       return false;
     }
-    if (elements[i].isArray() || elements[i].type() == Value::Type::kNone) {
+    if (elements[i].isArray() || elements[i].type() == Value::Type::kNone ||
+        elements[i].type() == Value::Type::kMatrix) {
       return fail(*node.children[i], "an array cannot hold this");
     }
     type = std::max(type, elements[i].type());
@@ -182,17 +163,45 @@ bool Evaluator::evaluateArray(const AstNode& node, Value& value) {
   return true;
 }
 
+bool Evaluator::evaluateVector(const AstNode& node, Value& value) {
+  std::vector<double> numbers;
+  for (const AstPtr& child : node.children) {
+    if (!evaluate(*child, value)) {
+      return false;
+    }
+    if (!value.isNumber()) {
+      return fail(*child, std::string("a vector cannot hold ") + typeName(value.type()));
+    }
+    numbers.push_back(value.toFloat());
+  }
+  const auto rows = static_cast<std::size_t>(node.literal.toInt());
+  if (rows == 1 && numbers.size() == 3) {
+    value = Value(Vector{numbers[0], numbers[1], numbers[2]});
+  } else {
+    const std::size_t columns = numbers.size() / rows;
+    value = Value(Matrix{rows, columns, std::move(numbers)});
+  }
+  return true;
+}
+
+bool Evaluator::evaluateComponent(const AstNode& node, Value& value) {
+  if (!evaluate(*node.children[0], value)) {
+    return false;
+  }
+  if (value.type() != Value::Type::kVector) {
+    return fail(node, std::string(typeName(value.type())) + " has no component " + node.text);
+  }
+  value = Value(value.toVector()[static_cast<std::size_t>(node.text[0] - 'x')]);
+  return true;
+}
+
 bool Evaluator::evaluateUnary(const AstNode& node, Value& value) {
   if (!evaluate(*node.children[0], value)) {
     return false;
   }
   if (node.text == "!") {
     value = Value::ofTruth(!value.toTruth());
-  } else if (value.type() == Value::Type::kFloat) {
-    value = Value(-value.toFloat());
-  } else if (value.type() == Value::Type::kInt) {
-    value = Value(wrap(-static_cast<long long>(value.toInt())));
-  } else {
+  } else if (!negate(value)) {
     return fail(node, std::string("cannot negate ") + typeName(value.type()));
   }
   return true;
@@ -217,33 +226,8 @@ bool Evaluator::evaluateBinary(const AstNode& node, Value& value) {
 
 bool Evaluator::combine(const AstNode& node, const std::string& symbol, const Value& left,
                         const Value& right, Value& value) {
-  const Value::Type type = std::max(left.type(), right.type());
-  const bool bothSingle = !left.isArray() && !right.isArray() &&
-                          left.type() != Value::Type::kNone && right.type() != Value::Type::kNone;
-  if (!bothSingle) {
-    const Value& odd = left.isNumber() || left.type() == Value::Type::kString ? right : left;
-    return fail(node, "'" + symbol + "' cannot take " + typeName(odd.type()));
-  }
-  if (type == Value::Type::kString) {
-    if (isComparison(symbol)) {
-      value = Value::ofTruth(compare(symbol, left.toString(), right.toString()));
-    } else if (symbol == "+") {
-      value = Value(left.toString() + right.toString());
-    } else {
-      return fail(node, "'" + symbol + "' cannot take a string");
-    }
-    return true;
-  }
-  if (isComparison(symbol)) {
-    value = Value::ofTruth(compare(symbol, left.toFloat(), right.toFloat()));
-    return true;
-  }
-  if ((symbol == "/" || symbol == "%") && right.toFloat() == 0) {
-    return fail(node, "division by zero");
-  }
-  value = type == Value::Type::kInt ? ofIntegers(symbol, left.toInt(), right.toInt())
-                                    : ofNumbers(symbol, left.toFloat(), right.toFloat());
-  return true;
+  std::string error;
+  return applyOperator(symbol, left, right, value, error) || fail(node, error);
 }
 
 bool Evaluator::evaluateChoice(const AstNode& node, Value& value) {
@@ -279,7 +263,24 @@ bool Evaluator::evaluateStep(const AstNode& node, Value& value) {
   return true;
 }
 
+bool Evaluator::storeInMatrix(const AstNode& target, Value& matrix, const Value& value) {
+  std::size_t index = 0;
+  if (!evaluateMatrixIndex(target, *matrix.matrix(), index)) {
+    return false;
+  }
+  if (!value.isNumber()) {
+    return fail(target, std::string("a matrix cannot hold ") + typeName(value.type()));
+  }
+  matrix.matrix()->numbers[index] = value.toFloat();
+  return true;
+}
+
 bool Evaluator::store(const AstNode& target, const Value& value) {
+  if (target.kind == Kind::kElement) {
+    if (const Variable matrix = matrixOf(target)) {
+      return storeInMatrix(target, *matrix, value);
+    }
+  }
   const bool whole = target.kind == Kind::kVariable;
   const AstNode& name = whole ? target : *target.children[0];
   if (name.kind != Kind::kVariable) {

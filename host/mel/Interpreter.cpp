@@ -117,11 +117,25 @@ bool Interpreter::isProcedure(const std::string& name) const {
   return state_->procedures.count(name) != 0;
 }
 
+std::string Interpreter::originOfProcedure(const std::string& name) const {
+  const auto found = state_->procedures.find(name);
+  return found == state_->procedures.end() ? std::string() : found->second.script->origin;
+}
+
 void Interpreter::reset(const Limits& limits) {
   state_->globals.clear();
   state_->procedures.clear();
   state_->limits = limits;
   state_->steps = 0;
+  state_->random.seed();
+}
+
+double Interpreter::nextRandom() {
+  return static_cast<double>(state_->random() >> 11) * 0x1.0p-53;
+}
+
+void Interpreter::seedRandom(unsigned seed) {
+  state_->random.seed(seed);
 }
 
 const Limits& Interpreter::limits() const {

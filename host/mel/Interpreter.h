@@ -59,10 +59,16 @@ class Interpreter {
 
   CommandTable& commands() const;
   bool isProcedure(const std::string& name) const;
+  // The path of the script that holds a procedure, or what names its text in failures.
+  std::string originOfProcedure(const std::string& name) const;
 
   // Forgets all variables and procedures; no text may be running.
   void reset(const Limits& limits = Limits());
   const Limits& limits() const;
+
+  // Numbers from 0 up to 1 that look random; the same ones after the same seed, and after `reset`.
+  double nextRandom();
+  void seedRandom(unsigned seed);
 
   // Folder against which relative names in scripts resolve: absolute, the caller's.
   void setCallerFolder(const std::string& folder);

@@ -11,6 +11,9 @@ namespace {
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
+bool isHexDigit(char c) {
+  return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
 bool isNameStart(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
          static_cast<unsigned char>(c) >= 0x80;
@@ -25,7 +28,7 @@ bool endsWord(char c) {
 }
 
 constexpr std::string_view kLongSymbols[] = {
-    "++", "--", "+=", "-=", "*=", "/=", "%=", "==", "!=", "<=", ">=", "&&", "||"};
+    "++", "--", "+=", "-=", "*=", "/=", "%=", "^=", "==", "!=", "<=", ">=", "<<", ">>", "&&", "||"};
 
 }  // namespace
 
@@ -64,6 +67,15 @@ Token Lexer::numberToken(std::size_t at) const {
       ++end;
     }
   };
+  const bool isHex = text_[at] == '0' && at + 2 < text_.size() &&
+                     (text_[at + 1] == 'x' || text_[at + 1] == 'X') && isHexDigit(text_[at + 2]);
+  if (isHex) {
+    end = at + 2;
+    while (end < text_.size() && isHexDigit(text_[end])) {
+      ++end;
+    }
+    return make(Token::Kind::kNumber, at, end);
+  }
   digits();
   if (end < text_.size() && text_[end] == '.') {
     ++end;
@@ -104,7 +116,7 @@ Token Lexer::symbolToken(std::size_t at) const {
     }
   }
   const bool known =
-      std::string_view(";,(){}[]`=+-*/%<>!?:.|@").find(text_[at]) != std::string_view::npos;
+      std::string_view(";,(){}[]`=+-*/%^<>!?:.|@").find(text_[at]) != std::string_view::npos;
   return make(known ? Token::Kind::kSymbol : Token::Kind::kBad, at, at + 1);
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/mel/ParserImpl.h"
+#include "host/text/Numbers.h"
 #include "host/text/Text.h"
 
 namespace host::mel {
@@ -18,6 +19,12 @@ Value::Type namedType(std::string_view name) {
   }
   if (name == "float") {
     return Value::Type::kFloat;
+  }
+  if (name == "vector") {
+    return Value::Type::kVector;
+  }
+  if (name == "matrix") {
+    return Value::Type::kMatrix;
   }
   return name == "string" ? Value::Type::kString : Value::Type::kNone;
 }
@@ -366,10 +373,7 @@ bool Parser::atDeclaration() const {
 bool Parser::takeType(Value::Type& type) {
   type = token_.kind == TokenKind::kName ? namedType(token_.text) : Value::Type::kNone;
   if (type == Value::Type::kNone) {
-    const bool known = token_.isName("vector") || token_.isName("matrix");
-    known ? fail(token_.offset, "variables of type " + std::string(token_.text) +
-                                    " are not supported; use an array of floats")
-          : failAtToken("a type");
+    failAtToken("a type");
     return false;
   }
   take();
@@ -403,7 +407,11 @@ AstPtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
   node->text = std::string(take().text);
   node->type = type;
   node->isGlobal = isGlobal;
-  if (accept("[")) {
+  if (type == Value::Type::kMatrix && token_.isSymbol("[")) {
+    if (!parseDimensions(*node)) {
+      return nullptr;
+    }
+  } else if (accept("[")) {
     node->type = arrayType(type);
     // A size is a hint of the language for storage that grows anyway.
     if (!token_.isSymbol("]") && parseExpression() == nullptr) {
@@ -417,6 +425,33 @@ AstPtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
     return nullptr;
   }
   return node;
+}
+
+// "[3][4]" behind a matrix's name.
+bool Parser::parseDimensions(AstNode& declaration) {
+  Value::Ints sizes;
+  for (int i = 0; i < 2; ++i) {
+    if (!expect("[")) {
+      return false;
+    }
+    const auto size =
+        token_.kind == Token::Kind::kNumber ? parseInteger(token_.text) : std::nullopt;
+    if (!size || *size < 1 || *size > static_cast<int>(kMaxMatrixSize)) {
+      failAtToken("a size of the matrix");
+      return false;
+    }
+    take();
+    sizes.push_back(*size);
+    if (!expect("]")) {
+      return false;
+    }
+  }
+  if (static_cast<std::size_t>(sizes[0]) * static_cast<std::size_t>(sizes[1]) > kMaxMatrixSize) {
+    fail(declaration.offset, "the matrix is too large");
+    return false;
+  }
+  declaration.literal = Value(std::move(sizes));
+  return true;
 }
 
 AstPtr Parser::parseProcedure() {

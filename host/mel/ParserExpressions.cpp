@@ -1,3 +1,5 @@
+#include <charconv>
+
 #include "host/mel/Parser.h"
 #include "host/mel/ParserImpl.h"
 #include "host/text/Numbers.h"
@@ -16,7 +18,7 @@ int precedence(const Token& token) {
     std::string_view symbol;
     int precedence;
   } kOperators[] = {{"||", 1}, {"&&", 2}, {"==", 3}, {"!=", 3}, {"<", 4}, {">", 4}, {"<=", 4},
-                    {">=", 4}, {"+", 5},  {"-", 5},  {"*", 6},  {"/", 6}, {"%", 6}};
+                    {">=", 4}, {"+", 5},  {"-", 5},  {"*", 6},  {"/", 6}, {"%", 6}, {"^", 6}};
   if (token.kind == TokenKind::kSymbol) {
     for (const auto& known : kOperators) {
       if (token.text == known.symbol) {
@@ -29,7 +31,8 @@ int precedence(const Token& token) {
 
 bool isAssignment(const Token& token) {
   return token.isSymbol("=") || token.isSymbol("+=") || token.isSymbol("-=") ||
-         token.isSymbol("*=") || token.isSymbol("/=") || token.isSymbol("%=");
+         token.isSymbol("*=") || token.isSymbol("/=") || token.isSymbol("%=") ||
+         token.isSymbol("^=");
 }
 
 bool isVariable(const AstNode& node) {
@@ -122,9 +125,7 @@ AstPtr Parser::parseSigned() {
 
 AstPtr Parser::parsePostfix() {
   AstPtr operand = parsePrimary();
-  if (operand != nullptr && token_.isSymbol("[")) {
-    operand = parseElements(std::move(operand));
-  }
+  operand = parseParts(std::move(operand));
   if (operand != nullptr && isVariable(*operand) &&
       (token_.isSymbol("++") || token_.isSymbol("--"))) {
     const Token symbol = take();
@@ -137,9 +138,24 @@ AstPtr Parser::parsePostfix() {
   return operand;
 }
 
-AstPtr Parser::parseElements(AstPtr array) {
-  while (array != nullptr && token_.isSymbol("[")) {
-    const std::size_t offset = take().offset;
+// ".x", ".y" or ".z" of a vector.
+bool Parser::atComponent() const {
+  const Token name = lexer_.expressionToken(token_.end);
+  return token_.isSymbol(".") && name.offset == token_.end &&
+         (name.isName("x") || name.isName("y") || name.isName("z"));
+}
+
+// Elements and components of what was read.
+AstPtr Parser::parseParts(AstPtr array) {
+  while (array != nullptr && (token_.isSymbol("[") || atComponent())) {
+    const std::size_t offset = token_.offset;
+    if (take().isSymbol(".")) {
+      array = make(Kind::kComponent, offset, std::move(array));
+      if (array != nullptr) {
+        array->text = std::string(take().text);
+      }
+      continue;
+    }
     AstPtr index = parseExpression();
     if (index == nullptr || !expect("]")) {
       return nullptr;
@@ -168,6 +184,9 @@ AstPtr Parser::parsePrimary() {
   if (token_.isSymbol("{")) {
     return parseArrayLiteral();
   }
+  if (token_.isSymbol("<<")) {
+    return parseVector();
+  }
   if (token_.isSymbol("`")) {
     return parseBackQuoted();
   }
@@ -177,7 +196,14 @@ AstPtr Parser::parsePrimary() {
 AstPtr Parser::parseNumber() {
   const Token token = take();
   AstPtr node = make(Kind::kLiteral, token.offset);
-  if (const auto integer = parseInteger(token.text)) {
+  if (token.text.size() > 2 && (token.text[1] == 'x' || token.text[1] == 'X')) {
+    unsigned number = 0;
+    const char* end = token.text.data() + token.text.size();
+    if (std::from_chars(token.text.data() + 2, end, number, 16).ec != std::errc()) {
+      return fail(token.offset, "the number has more than 32 bits");
+    }
+    node->literal = Value(static_cast<int>(number));
+  } else if (const auto integer = parseInteger(token.text)) {
     node->literal = Value(*integer);
   } else {
     node->literal = Value(mel::parseNumber(token.text).value_or(0.0));
@@ -203,7 +229,8 @@ AstPtr Parser::parseVariable() {
 
 bool Parser::atCast() const {
   const Token type = lexer_.expressionToken(token_.end);
-  const bool named = type.isName("int") || type.isName("float") || type.isName("string");
+  const bool named =
+      type.isName("int") || type.isName("float") || type.isName("string") || type.isName("vector");
   return token_.isSymbol("(") && named && lexer_.expressionToken(type.end).isSymbol(")");
 }
 
@@ -264,6 +291,35 @@ AstPtr Parser::parseArrayLiteral() {
   return parseArguments(*array, "}") ? std::move(array) : nullptr;
 }
 
+// "<<1, 2, 3>>", or a matrix with semicolons between its rows.
+AstPtr Parser::parseVector() {
+  AstPtr node = make(Kind::kVector, take().offset);
+  std::size_t columns = 0;
+  std::size_t rowStart = 0;
+  int rows = 0;
+  for (bool inside = true; inside;) {
+    if (!add(*node, parseChoice())) {
+      return nullptr;
+    }
+    if (node->children.size() > kMaxMatrixSize) {
+      return fail(node->offset, "the matrix is too large");
+    }
+    if (accept(",")) {
+      continue;
+    }
+    const std::size_t inRow = node->children.size() - rowStart;
+    columns = rows == 0 ? inRow : columns;
+    if (inRow != columns) {
+      return fail(node->offset, "the matrix has rows of different lengths");
+    }
+    rowStart = node->children.size();
+    ++rows;
+    inside = accept(";");
+  }
+  node->literal = Value(rows);
+  return expect(">>") ? std::move(node) : nullptr;
+}
+
 AstPtr Parser::parseBackQuoted() {
   take();
   if (token_.kind != TokenKind::kName) {
@@ -296,7 +352,8 @@ AstPtr Parser::parseCommand(bool backQuoted) {
 // read.
 AstPtr Parser::parseArgument(const Token& word, bool first, AstNode& command) {
   const bool signOnly = word.kind == TokenKind::kName && word.text == "-";
-  if (word.kind == TokenKind::kName && !signOnly) {
+  const bool isVector = word.kind == TokenKind::kName && word.text.substr(0, 2) == "<<";
+  if (word.kind == TokenKind::kName && !signOnly && !isVector) {
     moveTo(word.end);
     AstPtr node = make(Kind::kWord, word.offset);
     node->text = std::string(word.text);
@@ -312,10 +369,8 @@ AstPtr Parser::parseArgument(const Token& word, bool first, AstNode& command) {
     return nullptr;
   }
   AstPtr argument = parsePrimary();
-  if (argument != nullptr && argument->kind == Kind::kVariable && token_.isSymbol("[")) {
-    argument = parseElements(std::move(argument));
-  }
-  return argument;
+  const bool hasParts = argument != nullptr && argument->kind == Kind::kVariable;
+  return hasParts ? parseParts(std::move(argument)) : std::move(argument);
 }
 
 }  // namespace host::mel

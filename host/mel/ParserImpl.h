@@ -65,6 +65,7 @@ class Parser {
   AstPtr parseGlobal();
   AstPtr parseDeclaration(bool isGlobal);
   AstPtr parseDeclarator(Value::Type type, bool isGlobal);
+  bool parseDimensions(AstNode& declaration);
   AstPtr parseProcedure();
   AstPtr parseParameter();
   AstPtr parseCondition();
@@ -79,7 +80,9 @@ class Parser {
   AstPtr parseUnary();
   AstPtr parseSigned();
   AstPtr parsePostfix();
-  AstPtr parseElements(AstPtr array);
+  AstPtr parseParts(AstPtr whole);
+  bool atComponent() const;
+  AstPtr parseVector();
   AstPtr parsePrimary();
   AstPtr parseParenthesised();
   AstPtr parseCast();

@@ -1,10 +1,14 @@
 #include "host/mel/Value.h"
 
+#include <charconv>
+#include <cmath>
+
 #include "host/text/Numbers.h"
 
 namespace host::mel {
 namespace {
 
+constexpr int kShownDigits = 10;
 constexpr int kArrayOffset =
     static_cast<int>(Value::Type::kIntArray) - static_cast<int>(Value::Type::kInt);
 
@@ -28,6 +32,27 @@ double leadingNumber(const std::string& text) {
   return 0;
 }
 
+// Ten digits at most, as the language shows a float.
+std::string shortNumber(double number) {
+  char buffer[64];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general,
+                                 kShownDigits);
+  return std::string(buffer, end.ptr);
+}
+
+std::string shownVector(const Vector& v) {
+  return shortNumber(v[0]) + " " + shortNumber(v[1]) + " " + shortNumber(v[2]);
+}
+
+std::string shownMatrix(const Matrix& matrix) {
+  std::string text;
+  for (std::size_t i = 0; i < matrix.numbers.size(); ++i) {
+    text += shortNumber(matrix.numbers[i]);
+    text += (i + 1) % matrix.columns == 0 ? '\n' : ' ';
+  }
+  return text;
+}
+
 }  // namespace
 
 Value Value::initial(Type type) {
@@ -38,12 +63,18 @@ Value Value::initial(Type type) {
       return Value(0);
     case Type::kFloat:
       return Value(0.0);
+    case Type::kVector:
+      return Value(Vector{0, 0, 0});
     case Type::kString:
       return Value(std::string());
+    case Type::kMatrix:
+      return Value(Matrix());
     case Type::kIntArray:
       return Value(Ints());
     case Type::kFloatArray:
       return Value(Floats());
+    case Type::kVectorArray:
+      return Value(Vectors());
     case Type::kStringArray:
       return Value(Strings());
   }
@@ -56,6 +87,8 @@ std::size_t Value::arraySize() const {
       return ints()->size();
     case Type::kFloatArray:
       return floats()->size();
+    case Type::kVectorArray:
+      return vectors()->size();
     case Type::kStringArray:
       return strings()->size();
     default:
@@ -81,6 +114,10 @@ double Value::toFloat() const {
       return std::get<int>(data_);
     case Type::kFloat:
       return std::get<double>(data_);
+    case Type::kVector: {
+      const Vector& v = std::get<Vector>(data_);
+      return std::hypot(v[0], v[1], v[2]);
+    }
     case Type::kString:
       return leadingNumber(std::get<std::string>(data_));
     case Type::kNone:
@@ -90,12 +127,27 @@ double Value::toFloat() const {
   }
 }
 
+Vector Value::toVector() const {
+  if (const Vector* vector = std::get_if<Vector>(&data_)) {
+    return *vector;
+  }
+  if (vectors() != nullptr) {
+    return vectors()->empty() ? Vector{0, 0, 0} : vectors()->front();
+  }
+  const double number = toFloat();
+  return {number, number, number};
+}
+
 std::string Value::toString() const {
   switch (type()) {
     case Type::kInt:
       return std::to_string(std::get<int>(data_));
     case Type::kFloat:
-      return formatNumber(std::get<double>(data_));
+      return shortNumber(std::get<double>(data_));
+    case Type::kVector:
+      return shownVector(std::get<Vector>(data_));
+    case Type::kMatrix:
+      return shownMatrix(std::get<Matrix>(data_));
     case Type::kString:
       return std::get<std::string>(data_);
     case Type::kNone:
@@ -117,7 +169,13 @@ std::optional<Value> Value::convertedTo(Type wanted) const {
   if (wanted == type()) {
     return *this;
   }
-  if (type() == Type::kNone || (isArray() && wanted < Type::kIntArray && arraySize() > 1)) {
+  const bool isTriple = wanted == Type::kVector && type() != Type::kStringArray && arraySize() == 3;
+  if (isTriple && type() != Type::kVectorArray) {
+    return Value(Vector{element(0).toFloat(), element(1).toFloat(), element(2).toFloat()});
+  }
+  const bool isMany = isArray() && wanted < Type::kIntArray && arraySize() > 1;
+  const bool isMatrix = type() == Type::kMatrix || wanted == Type::kMatrix;
+  if (type() == Type::kNone || isMany || isMatrix) {
     return std::nullopt;
   }
   switch (wanted) {
@@ -127,6 +185,8 @@ std::optional<Value> Value::convertedTo(Type wanted) const {
       return Value(toInt());
     case Type::kFloat:
       return Value(toFloat());
+    case Type::kVector:
+      return Value(toVector());
     case Type::kString:
       return Value(toString());
     default:
@@ -146,6 +206,8 @@ Value Value::element(std::size_t index) const {
       return Value((*ints())[index]);
     case Type::kFloatArray:
       return Value((*floats())[index]);
+    case Type::kVectorArray:
+      return Value((*vectors())[index]);
     case Type::kStringArray:
       return Value((*strings())[index]);
     default:
@@ -167,6 +229,9 @@ void Value::setElement(std::size_t index, const Value& value) {
     case Type::kFloatArray:
       store(*floats(), value.toFloat());
       break;
+    case Type::kVectorArray:
+      store(*vectors(), value.toVector());
+      break;
     case Type::kStringArray:
       store(*strings(), value.toString());
       break;
@@ -179,15 +244,28 @@ Value::Strings Value::toWords() const {
   if (type() == Type::kNone) {
     return {};
   }
-  if (!isArray()) {
-    return {toString()};
-  }
   if (strings() != nullptr) {
     return *strings();
   }
   Strings words;
-  for (std::size_t i = 0; i < arraySize(); ++i) {
-    words.push_back(element(i).toString());
+  if (isArray()) {
+    for (std::size_t i = 0; i < arraySize(); ++i) {
+      const Strings own = element(i).toWords();
+      words.insert(words.end(), own.begin(), own.end());
+    }
+    return words;
+  }
+  const auto addNumbers = [&words](const auto& numbers) {
+    for (const double number : numbers) {
+      words.push_back(formatNumber(number));
+    }
+  };
+  if (const auto* vector = std::get_if<Vector>(&data_)) {
+    addNumbers(*vector);
+  } else if (matrix() != nullptr) {
+    addNumbers(matrix()->numbers);
+  } else {
+    words.push_back(type() == Type::kFloat ? formatNumber(toFloat()) : toString());
   }
   return words;
 }
@@ -205,8 +283,8 @@ std::string Value::toPrinted() const {
 }
 
 const char* typeName(Value::Type type) {
-  static constexpr const char* kNames[] = {"nothing", "int",     "float",   "string",
-                                           "int[]",   "float[]", "string[]"};
+  static constexpr const char* kNames[] = {"nothing", "int",   "float",   "vector",   "string",
+                                           "matrix",  "int[]", "float[]", "vector[]", "string[]"};
   return kNames[static_cast<int>(type)];
 }
 
@@ -218,7 +296,7 @@ Value::Type elementType(Value::Type type) {
 }
 
 Value::Type arrayType(Value::Type type) {
-  if (type >= Value::Type::kIntArray || type == Value::Type::kNone) {
+  if (type >= Value::Type::kMatrix || type == Value::Type::kNone) {
     return type;
   }
   return static_cast<Value::Type>(static_cast<int>(type) + kArrayOffset);

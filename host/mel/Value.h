@@ -1,6 +1,7 @@
 #ifndef MORVANE_HOST_MEL_VALUE_H_
 #define MORVANE_HOST_MEL_VALUE_H_
 
+#include <array>
 #include <optional>
 #include <string>
 #include <variant>
@@ -8,22 +9,47 @@
 
 namespace host::mel {
 
-// A value of the command language: nothing, an int, a float (64 bits), a text, or an array of one
-// of these.
+using Vector = std::array<double, 3>;
+
+constexpr std::size_t kMaxMatrixSize = 65536;  // numbers in one matrix
+
+struct Matrix {
+  std::size_t rows = 0;
+  std::size_t columns = 0;
+  std::vector<double> numbers;  // row by row
+};
+
+// A value of the command language: nothing, an int, a float (64 bits), a vector, a text, a matrix,
+// or an array of one of these but matrices.
 class Value {
  public:
-  enum class Type { kNone, kInt, kFloat, kString, kIntArray, kFloatArray, kStringArray };
+  enum class Type {
+    kNone,
+    kInt,
+    kFloat,
+    kVector,
+    kString,
+    kMatrix,
+    kIntArray,
+    kFloatArray,
+    kVectorArray,
+    kStringArray
+  };
   using Ints = std::vector<int>;
   using Floats = std::vector<double>;
+  using Vectors = std::vector<Vector>;
   using Strings = std::vector<std::string>;
 
   Value() = default;
   Value(int number) : data_(number) {}
   Value(double number) : data_(number) {}
+  Value(const Vector& vector) : data_(vector) {}
   Value(std::string text) : data_(std::move(text)) {}
   Value(const char* text) : data_(std::string(text)) {}
+  Value(Matrix matrix) : data_(std::move(matrix)) {}
   Value(Ints numbers) : data_(std::move(numbers)) {}
   Value(Floats numbers) : data_(std::move(numbers)) {}
+  Value(Vectors vectors) : data_(std::move(vectors)) {}
   Value(Strings texts) : data_(std::move(texts)) {}
   static Value ofTruth(bool truth) { return Value(truth ? 1 : 0); }
 
@@ -36,15 +62,18 @@ class Value {
   std::size_t arraySize() const;  // 0 unless an array
   std::size_t textSize() const;   // in bytes; 0 unless a text
 
-  // Conversions as assignment makes them: a text reads as the number it holds, else 0; an array
-  // gives its first element; nothing gives 0 and the empty text.
+  // Conversions as assignment makes them: a text reads as the number it holds, else 0; a vector as
+  // its length, and a number as a vector of three such numbers; an array gives its first element;
+  // nothing gives 0 and the empty text. A text shows ten digits of a float.
   int toInt() const;
   double toFloat() const;
+  Vector toVector() const;
   std::string toString() const;
   bool toTruth() const;  // a text is true when it is not empty and not "0"
 
   // This value as a variable of `type` holds it. A single value becomes an array of one; an array
-  // becomes a single value only when it has one element at most. Null when `type` cannot hold it.
+  // becomes a single value only when it has one element at most, or a vector from three numbers.
+  // Null when `type` cannot hold it.
   std::optional<Value> convertedTo(Type type) const;
 
   // Array access; `index` must be in range.
@@ -52,22 +81,29 @@ class Value {
   // Grows the array with initial values to reach `index`, then stores.
   void setElement(std::size_t index, const Value& value);
 
-  // One text for each element (or one for a single value, none for nothing), as words of a command.
+  // One text for each element (or one for a single value, none for nothing), as words of a command:
+  // numbers with all their digits, vectors and matrices as their numbers.
   Strings toWords() const;
 
-  // As `print` shows it: array elements end with a line feed each.
+  // As `print` shows it: array elements and rows of matrices end with a line feed each.
   std::string toPrinted() const;
 
   Ints* ints() { return std::get_if<Ints>(&data_); }
   Floats* floats() { return std::get_if<Floats>(&data_); }
+  Vectors* vectors() { return std::get_if<Vectors>(&data_); }
   Strings* strings() { return std::get_if<Strings>(&data_); }
   const Ints* ints() const { return std::get_if<Ints>(&data_); }
   const Floats* floats() const { return std::get_if<Floats>(&data_); }
+  const Vectors* vectors() const { return std::get_if<Vectors>(&data_); }
+  Matrix* matrix() { return std::get_if<Matrix>(&data_); }
+  const Matrix* matrix() const { return std::get_if<Matrix>(&data_); }
   const Strings* strings() const { return std::get_if<Strings>(&data_); }
 
  private:
   // In the order of `Type`.
-  std::variant<std::monostate, int, double, std::string, Ints, Floats, Strings> data_;
+  std::variant<std::monostate, int, double, Vector, std::string, Matrix, Ints, Floats, Vectors,
+               Strings>
+      data_;
 };
 
 const char* typeName(Value::Type type);  // "int", "string[]", ...

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/mesh/MeshData.h"
 #include "host/scene/Dag.h"
 
 namespace host {
@@ -60,9 +61,44 @@ AttributeValue boxValue(const Plug& plug, const std::string& compound) {
   return (lows[axis] + highs[axis]) * 0.5;
 }
 
+// A number of a mesh's point or tweak: "pnts[3].pntx". Nothing for other plugs.
+AttributeValue pointValue(const Plug& plug) {
+  const AttributePtr parent = plug.attribute()->parent();
+  const std::size_t dot = plug.path().rfind('.');
+  if (!parent || dot == std::string::npos) {
+    return {};
+  }
+  const auto range = splitRange(std::string_view(plug.path()).substr(0, dot));
+  const bool isTweak = parent->longName() == "pnts";
+  if (!range || (!isTweak && parent->longName() != "vrts")) {
+    return {};
+  }
+  Vec3 point;
+  const MeshData& mesh = *plug.node()->mesh;
+  if (isTweak) {
+    const auto& tweaks = mesh.tweaks();
+    const auto tweak =
+        std::lower_bound(tweaks.begin(), tweaks.end(), range->first,
+                         [](const MeshTweak& each, int vertex) { return each.vertex < vertex; });
+    if (tweak != tweaks.end() && tweak->vertex == range->first) {
+      point = tweak->offset;
+    }
+  } else if (range->first < mesh.pointCount()) {
+    point = mesh.storedPoints()[static_cast<std::size_t>(range->first)];
+  }
+  const auto& axes = parent->children();
+  return plug.attribute() == axes[0] ? point.x : plug.attribute() == axes[1] ? point.y : point.z;
+}
+
 }  // namespace
 
 AttributeValue computedValue(const Plug& plug) {
+  if (plug.node()->mesh != nullptr) {
+    AttributeValue point = pointValue(plug);
+    if (!std::holds_alternative<std::monostate>(point)) {
+      return point;
+    }
+  }
   if (!plug.node()->isDag() || plug.attribute()->isDynamic) return {};
   if (plug.attribute()->typeWord() == "matrix") return matrixValue(plug);
   const AttributePtr parent = plug.attribute()->parent();

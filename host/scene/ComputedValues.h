@@ -7,8 +7,8 @@
 namespace host {
 
 // The value of an attribute that follows from the scene instead of being set: matrices of DAG nodes
-// (16 numbers, row by row) and the corners, size and centre of their bounding boxes. Nothing for
-// others.
+// (16 numbers, row by row), the corners, size and centre of their bounding boxes, and points and
+// tweaks of meshes. Nothing for others.
 AttributeValue computedValue(const Plug& plug);
 
 }  // namespace host

@@ -59,6 +59,11 @@ std::vector<NodePtr> shapesBelow(const Node& transform);
 // translate. The identity for what is no transform.
 MMatrix localMatrix(const NodePtr& node);
 
+// The parts of it that turn (rotate axis, rotate, joint orient) and that stretch (scale and shear),
+// about the origin.
+MMatrix rotationMatrix(const NodePtr& node);
+MMatrix scaleShearMatrix(const NodePtr& node);
+
 // A shape's box in its own space; a transform's box, around all shapes below, in its parent's
 // space.
 MBoundingBox boundingBox(const NodePtr& node);

@@ -75,7 +75,9 @@ const std::vector<NodeTypeRow> kRows = {
     {"dependNode", "", MFn::kDependencyNode, "",
      "message:msg:message caching:cch:bool isHistoricallyInteresting:ihi:byte=2 nodeState:nds:enum "
      "frozen:fzn:bool binMembership:bnm:string"},
-    {"dagNode", "dependNode", MFn::kDagNode, "", kDagNode},
+    {"containerBase", "dependNode", MFn::kDependencyNode, "", ""},
+    {"entity", "containerBase", MFn::kDependencyNode, "", ""},
+    {"dagNode", "entity", MFn::kDagNode, "", kDagNode},
     {"world", "dagNode", MFn::kWorld, "", ""},
     {"transform", "dagNode", MFn::kTransform, "", kTransform},
     {"joint", "transform", MFn::kJoint, "",
@@ -104,10 +106,14 @@ const std::vector<NodeTypeRow> kRows = {
      "castsShadows:csh:bool=1 receiveShadows:rcsh:bool=1 motionBlur:mb:bool=1 "
      "primaryVisibility:vis:bool=1 visibleInReflections:vir:bool visibleInRefractions:vif:bool "
      "smoothShading:smt:bool=1"},
-    {"mesh", "geometryShape", MFn::kMesh, "polySurface", kMesh},
-    {"nurbsCurve", "geometryShape", MFn::kNurbsCurve, "curve",
+    {"deformableShape", "geometryShape", MFn::kGeometric, "", ""},
+    {"controlPoint", "deformableShape", MFn::kGeometric, "", ""},
+    {"surfaceShape", "controlPoint", MFn::kGeometric, "", ""},
+    {"curveShape", "controlPoint", MFn::kGeometric, "", ""},
+    {"mesh", "surfaceShape", MFn::kMesh, "polySurface", kMesh},
+    {"nurbsCurve", "curveShape", MFn::kNurbsCurve, "curve",
      "create:cr:nurbsCurve local:l:nurbsCurve worldSpace:ws:nurbsCurve[] cached:cc:nurbsCurve"},
-    {"nurbsSurface", "geometryShape", MFn::kNurbsSurface, "nurbsSurface",
+    {"nurbsSurface", "surfaceShape", MFn::kNurbsSurface, "nurbsSurface",
      "create:cr:nurbsSurface local:l:nurbsSurface worldSpace:ws:nurbsSurface[] "
      "cached:cc:nurbsSurface"},
     {"locator", "shape", MFn::kLocator, "", "localPosition:lp:double3 localScale:los:double3=1"},
@@ -146,7 +152,8 @@ const std::vector<NodeTypeRow> kRows = {
     {"materialInfo", "dependNode", MFn::kMaterialInfo, "",
      "shadingGroup:sg:message material:m:message texture:t:message[]"},
 
-    {"lambert", "dependNode", MFn::kLambert, "", kMaterial},
+    {"shadingDependNode", "dependNode", MFn::kDependencyNode, "", ""},
+    {"lambert", "shadingDependNode", MFn::kLambert, "", kMaterial},
     {"reflect", "lambert", MFn::kReflect, "",
      "specularColor:sc:color=0.5 reflectivity:rfl:float=0.5 reflectedColor:rc:color"},
     {"blinn", "reflect", MFn::kBlinn, "",
@@ -155,13 +162,13 @@ const std::vector<NodeTypeRow> kRows = {
     {"phongE", "reflect", MFn::kPhongExplorer, "",
      "roughness:rn:float=0.7 highlightSize:hls:float=0.5 whiteness:wn:color=0.5"},
     {"anisotropic", "reflect", MFn::kReflect, "", "angle:ag:float roughness:rn:float=0.7"},
-    {"surfaceShader", "dependNode", MFn::kSurfaceShader, "",
+    {"surfaceShader", "shadingDependNode", MFn::kSurfaceShader, "",
      "outColor:oc:color outTransparency:ot:color outGlowColor:ogc:color "
      "outMatteOpacity:omo:color=1"},
-    {"particleCloud", "dependNode", MFn::kDependencyNode, "",
+    {"particleCloud", "shadingDependNode", MFn::kDependencyNode, "",
      "color:c:color=0.5 outColor:oc:color transparency:t:color"},
 
-    {"texture2d", "dependNode", MFn::kTexture2d, "",
+    {"texture2d", "shadingDependNode", MFn::kTexture2d, "",
      UV_COORD UV_FILTER OUT_COLOR
      "invert:i:bool alphaIsLuminance:ail:bool colorGain:cg:color=1 colorOffset:co:color "
      "defaultColor:dc:color=0.5 alphaGain:ag:float=1 alphaOffset:ao:float filter:f:float=1 "
@@ -180,13 +187,13 @@ const std::vector<NodeTypeRow> kRows = {
     {"ramp", "texture2d", MFn::kRamp, "",
      "type:t:enum interpolation:in:enum=1 colorEntryList:cel:compound[]{position:ep:float "
      "color:ec:color}"},
-    {"layeredTexture", "dependNode", MFn::kLayeredTexture, "",
+    {"layeredTexture", "shadingDependNode", MFn::kLayeredTexture, "",
      OUT_COLOR
      "inputs:cs:compound[]{color:c:color alpha:a:float=1 blendMode:bm:enum isVisible:iv:bool=1}"},
-    {"place2dTexture", "dependNode", MFn::kPlace2dTexture, "",
+    {"place2dTexture", "shadingDependNode", MFn::kPlace2dTexture, "",
      FACE_PLACEMENT UV_COORD UV_FILTER OUT_UV
      "outUvFilterSize:ofs:float2{outUvFilterSizeX:ofsx:float outUvFilterSizeY:ofsy:float}"},
-    {"bump2d", "dependNode", MFn::kBump, "",
+    {"bump2d", "shadingDependNode", MFn::kBump, "",
      "bumpValue:bv:float bumpDepth:bd:float=1 bumpInterp:bi:enum outNormal:o:float3"},
 
     {"polyPrimitive", "dependNode", MFn::kPolyPrimitive, "", POLY_OUT},

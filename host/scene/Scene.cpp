@@ -122,7 +122,7 @@ NodePtr Scene::createNode(const NodeType& type, std::string_view name, const Nod
     above = addNode(*NodeType::find("transform"), transform, world_);
   }
   if (type.isDag() && !canTake(above, nullptr, error)) return nullptr;
-  const std::string wanted = legalName(name);
+  const std::string wanted = numberedOrLegal(name);
   const std::string free = wanted.empty() ? freeDefaultName(type)
                                           : freeName(wanted, nullptr, {above.get()}, type.isDag());
   return addNode(type, free, above);

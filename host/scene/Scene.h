@@ -40,9 +40,9 @@ class Scene {
   // --- Nodes
 
   // Makes a node. An empty name stands for the type's default ("transform1"); a name that is taken
-  // gets its trailing number increased; characters that names cannot have become underscores.
-  // `parent` null: at the top. A shape without a parent gets a transform of its own. Null when the
-  // parent cannot have children or is too deep.
+  // gets its trailing number increased, a `#` at the end becomes a free number; characters that
+  // names cannot have become underscores. `parent` null: at the top. A shape without a parent gets
+  // a transform of its own. Null when the parent cannot have children or is too deep.
   NodePtr createNode(const NodeType& type, std::string_view name = {},
                      const NodePtr& parent = nullptr, std::string* error = nullptr);
 
@@ -132,6 +132,7 @@ class Scene {
                        const std::vector<Node*>& parents, bool isDag);
   std::string freeDefaultName(const NodeType& type);
   std::string numbered(const std::string& stem, long first);
+  std::string numberedOrLegal(std::string_view name);
   void setName(Node& node, const std::string& name);
   void forgetName(const Node& node);
 

@@ -55,6 +55,15 @@ std::string Scene::numbered(const std::string& stem, long first) {
       stem, first, [this](const std::string& name) { return byName_.find(name) == byName_.end(); });
 }
 
+// A number sign at the end stands for the first number that makes the name unique.
+std::string Scene::numberedOrLegal(std::string_view name) {
+  if (name.empty() || name.back() != '#') {
+    return legalName(name);
+  }
+  const std::string stem = legalName(name.substr(0, name.size() - 1));
+  return stem.empty() ? stem : numbered(stem, 1);
+}
+
 void Scene::setName(Node& node, const std::string& name) {
   if (!node.name_.empty()) forgetName(node);
   node.name_ = name;
@@ -74,7 +83,7 @@ void Scene::forgetName(const Node& node) {
 
 bool Scene::rename(const NodePtr& node, std::string_view name, bool withShapes,
                    std::string* error) {
-  const std::string wanted = legalName(name);
+  const std::string wanted = numberedOrLegal(name);
   if (wanted.empty() || node->isDefault || node->isLocked) {
     if (error) {
       *error = "Cannot rename '" + node->name() + "'" +
@@ -82,14 +91,10 @@ bool Scene::rename(const NodePtr& node, std::string_view name, bool withShapes,
     }
     return false;
   }
-  const NumberedName before = NumberedName::split(node->name());
+  const std::string shapeName = shapeNameFor(node->name());
   setName(*node, freeName(wanted, node.get(), node->parents_, node->isDag()));
   if (!withShapes || !node->isTransform()) return true;
-  const std::string shapeName =
-      before.stem + "Shape" + (before.number < 0 ? "" : std::to_string(before.number));
-  const NumberedName after = NumberedName::split(node->name());
-  const std::string newShapeName =
-      after.stem + "Shape" + (after.number < 0 ? "" : std::to_string(after.number));
+  const std::string newShapeName = shapeNameFor(node->name());
   for (const NodePtr& child : node->children()) {
     if (child->isShape() && child->name() == shapeName) rename(child, newShapeName);
   }

@@ -38,8 +38,14 @@ bool SelectionItem::operator==(const SelectionItem& other) const {
 }
 
 std::vector<std::string> SelectionItem::names() const {
-  const std::string name = path.isEmpty() ? node->displayName() : path.partialName();
-  if (!component) return {name};
+  if (!component) {
+    return {path.isEmpty() ? node->displayName() : path.partialName()};
+  }
+  // The only shape of a transform lends it its components.
+  const DagPath above = path.parent();
+  const bool isOnlyShape = !above.isEmpty() && node->isShape() && !node->isIntermediate() &&
+                           shapesBelow(*above.node()).size() == 1;
+  const std::string name = (isOnlyShape ? above : path).partialName();
   std::vector<std::string> names = component->toTexts();
   for (std::string& text : names) text.insert(0, name + ".");
   return names;

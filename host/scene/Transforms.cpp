@@ -135,6 +135,19 @@ const MBoundingBox& boxOf(const NodePtr& node, Boxes& known) {
 
 }  // namespace
 
+MMatrix rotationMatrix(const NodePtr& node) {
+  MMatrix m = rotation(tripleOf(node, "rotateAxis"));
+  m *= rotation(tripleOf(node, "rotate"), rotateOrderOf(node));
+  if (node->apiType() == MFn::kJoint) {
+    m *= jointPart(node);
+  }
+  return m;
+}
+
+MMatrix scaleShearMatrix(const NodePtr& node) {
+  return scaling(tripleOf(node, "scale")) * shearing(tripleOf(node, "shear"));
+}
+
 MMatrix localMatrix(const NodePtr& node) {
   if (!node->isTransform()) return MMatrix();
   if (const auto whole = matrixSetOn(node, "xformMatrix")) return *whole;

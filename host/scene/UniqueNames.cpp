@@ -27,6 +27,11 @@ NumberedName NumberedName::split(std::string_view name) {
   return result;
 }
 
+std::string shapeNameFor(std::string_view transformName) {
+  const NumberedName parts = NumberedName::split(transformName);
+  return parts.stem + "Shape" + std::string(transformName.substr(parts.stem.size()));
+}
+
 std::string UniqueNames::next(const std::string& stem, long first,
                               const std::function<bool(const std::string&)>& isFree) {
   long& number = known_[stem].emplace(first, first).first->second;

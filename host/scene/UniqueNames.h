@@ -19,6 +19,9 @@ struct NumberedName {
   static NumberedName split(std::string_view name);
 };
 
+// What a shape below a transform of that name is called: "pCubeShape12" below "pCube12".
+std::string shapeNameFor(std::string_view transformName);
+
 // Finds free numbers without trying the taken ones again and again.
 class UniqueNames {
  public:

@@ -168,6 +168,18 @@ void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords val
   takeFlags(state, flags);
 }
 
+void disconnectKeepingValue(const ConnectionPtr& connection) {
+  const Plug destination = connection->destination;
+  AttributeValue value = readValue(destination);
+  disconnect(connection);
+  const bool isPlain = std::holds_alternative<double>(value) ||
+                       std::holds_alternative<std::string>(value) ||
+                       destination.attribute()->isNumericCompound();
+  if (isPlain) {
+    writeValue(destination, std::move(value));
+  }
+}
+
 void forgetValues(const Plug& plug) {
   if (plug.isNull()) return;
   for (const Plug& child : plug.children()) forgetValues(child);

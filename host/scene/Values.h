@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/scene/AttributeValue.h"
+#include "host/scene/Connections.h"
 #include "host/scene/Plug.h"
 
 namespace host {
@@ -37,6 +38,9 @@ bool writeValue(const Plug& plug, AttributeValue value);
 // loose attribute by the path's first name.
 void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value,
                    const AttributeState& flags = {});
+
+// Takes connections away; a destination keeps the value that it read through its connection.
+void disconnectKeepingValue(const ConnectionPtr& connection);
 
 // Forgets values and flags that were set on the plug, its elements and its children.
 void forgetValues(const Plug& plug);

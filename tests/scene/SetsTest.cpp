@@ -53,17 +53,11 @@ TEST_F(Sets, ForcingTakesFromTheOtherGroupsOfThePartition) {
   } kSteps[] = {
       {'r', "tile", {"tileShape"}, {}},
       {'r', "tileShape", {"tileShape"}, {}},
-      {'b', "tile.f[2:3]", {"tileShape.f[0:1]", "tileShape.f[4:5]"}, {"tileShape.f[2:3]"}},
-      {'b',
-       "tile.f[5]",
-       {"tileShape.f[0:1]", "tileShape.f[4]"},
-       {"tileShape.f[2:3]", "tileShape.f[5]"}},
-      {'r',
-       "tile.f[3]",
-       {"tileShape.f[0:1]", "tileShape.f[3:4]"},
-       {"tileShape.f[2]", "tileShape.f[5]"}},
-      {'r', "tile.f[2:*]", {"tileShape.f[0:5]"}, {}},
-      {'b', "tile.f[*]", {}, {"tileShape.f[0:5]"}},
+      {'b', "tile.f[2:3]", {"tile.f[0:1]", "tile.f[4:5]"}, {"tile.f[2:3]"}},
+      {'b', "tile.f[5]", {"tile.f[0:1]", "tile.f[4]"}, {"tile.f[2:3]", "tile.f[5]"}},
+      {'r', "tile.f[3]", {"tile.f[0:1]", "tile.f[3:4]"}, {"tile.f[2]", "tile.f[5]"}},
+      {'r', "tile.f[2:*]", {"tile.f[0:5]"}, {}},
+      {'b', "tile.f[*]", {}, {"tile.f[0:5]"}},
       {'r', "|tile|tileShape", {"tileShape"}, {}},
   };
   for (const auto& step : kSteps) {
@@ -87,7 +81,7 @@ TEST_F(Sets, AddingIsRefusedWhereAnotherGroupHoldsTheItem) {
   const NodePtr free = make("objectSet", "free");
   EXPECT_TRUE(addMember(free, item("tile")));  // in no partition
   EXPECT_EQ(members(free), Strings{"tile"});
-  EXPECT_EQ(members(red), Strings{"tileShape.f[0:2]"});
+  EXPECT_EQ(members(red), Strings{"tile.f[0:2]"});
   EXPECT_FALSE(addMember(scene.findNode("lambert1"), item("tile"), &error));
   EXPECT_FALSE(addMember(red, item("tile.vtx[0]"), &error));
   EXPECT_FALSE(addMember(red, item("tile.f[6:7]"), &error));
@@ -112,7 +106,7 @@ TEST_F(Sets, MembersLeaveAndSetsFlatten) {
   EXPECT_TRUE(members(outer).empty());
   EXPECT_TRUE(forceMember(red, item("tile.f[1:2]")));
   EXPECT_TRUE(removeMember(red, item("tile.f[2]")));
-  EXPECT_EQ(members(red), Strings{"tileShape.f[1]"});
+  EXPECT_EQ(members(red), Strings{"tile.f[1]"});
 }
 
 // The connections and component lists as scene files spell them.
@@ -122,7 +116,7 @@ TEST_F(Sets, FilesAndTheScenesOwnGroupsAreTheSame) {
   join("tileShape.iog.og[1]", "redSG.dsm");
   join("tileShape.iog.og[2]", "blueSG.dsm");
   join("lambert1.oc", "redSG.ss");
-  EXPECT_EQ(members(red), (Strings{"tileShape.f[0:2]", "tileShape.f[5]"}));
+  EXPECT_EQ(members(red), (Strings{"tile.f[0:2]", "tile.f[5]"}));
   EXPECT_TRUE(addMember(make("objectSet", "plain"), item("tileShape")));
   EXPECT_EQ(assignmentsOf(mesh, 0, false).size(), 3u);
   const auto assigned = assignmentsOf(mesh, 0, true);  // shading groups alone
@@ -137,7 +131,7 @@ TEST_F(Sets, FilesAndTheScenesOwnGroupsAreTheSame) {
   EXPECT_TRUE(forceMember(blue, item("tile.f[0]")));
   EXPECT_EQ(std::get<Strings>(mesh->values.find(plug("tileShape.iog.og[1].gcl").path())->value),
             (Strings{"f[1:2]", "f[5]"}));
-  EXPECT_EQ(members(blue), (Strings{"tileShape.f[0]", "tileShape.f[3:4]"}));
+  EXPECT_EQ(members(blue), (Strings{"tile.f[0]", "tile.f[3:4]"}));
 }
 
 TEST_F(Sets, FacesOfAMeshWithHistoryComeFromItsGroupParts) {
@@ -147,7 +141,7 @@ TEST_F(Sets, FacesOfAMeshWithHistoryComeFromItsGroupParts) {
   join("id1.id", "tileShape.iog.og[0].gid");
   join("id1.id", "parts1.gi");
   join("tileShape.iog.og[0]", "redSG.dsm");
-  EXPECT_EQ(members(red), Strings{"tileShape.f[1:4]"});
+  EXPECT_EQ(members(red), Strings{"tile.f[1:4]"});
 }
 
 TEST_F(Sets, InstancesAreHeldOnTheirOwn) {

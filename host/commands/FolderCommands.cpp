@@ -1,0 +1,86 @@
+#include <algorithm>
+#include <filesystem>
+
+#include "host/commands/Builtin.h"
+#include "host/mel/Command.h"
+#include "host/mel/Interpreter.h"
+#include "host/mel/Pattern.h"
+
+// What scripts may ask of folders. Nothing here reads or changes a file.
+namespace host::mel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMostNames = 1'000'000;
+
+fs::path pathOf(const std::string& name, const CommandContext& context) {
+  return fs::u8path(resolvedPath(name, context.folder));
+}
+
+// Names of what is in a folder, in the order of their bytes.
+CommandResult getFileList(const Arguments& arguments, CommandContext& context) {
+  if (context.inSceneFile) {
+    return CommandResult::failure("a scene file may not look into folders");
+  }
+  Value::Strings names;
+  std::error_code error;
+  const std::string pattern = arguments.has("fs") ? arguments.text("fs") : "*";
+  fs::directory_iterator entry(pathOf(arguments.text("fld"), context), error);
+  while (!error && entry != fs::directory_iterator() && names.size() < kMostNames) {
+    std::string name = entry->path().filename().u8string();
+    if (matchesGlob(name, pattern)) {
+      std::error_code ignored;
+      // A folder ends with a slash.
+      names.push_back(name + (entry->is_directory(ignored) ? "/" : ""));
+    }
+    entry.increment(error);
+  }
+  std::sort(names.begin(), names.end());
+  return CommandResult::success(std::move(names));
+}
+
+CommandResult filetest(const Arguments& arguments, CommandContext& context) {
+  if (context.inSceneFile || arguments.objects().size() != 1) {
+    return CommandResult::failure(context.inSceneFile ? "a scene file may not look into folders"
+                                                      : "filetest: needs one file");
+  }
+  std::error_code error;
+  const fs::path path = pathOf(arguments.objects().front(), context);
+  const fs::file_status status = fs::status(path, error);
+  const bool isFile = fs::is_regular_file(status);
+  const bool isFolder = fs::is_directory(status);
+  const auto hasAny = [&status](fs::perms wanted) {
+    return fs::exists(status) && (status.permissions() & wanted) != fs::perms::none;
+  };
+  using fs::perms;
+  bool holds = true;
+  holds = holds && (!arguments.has("f") || isFile);
+  holds = holds && (!arguments.has("d") || isFolder);
+  holds = holds && (!arguments.has("s") || (isFile && fs::file_size(path, error) > 0 && !error));
+  holds = holds && (!arguments.has("L") || fs::is_symlink(fs::symlink_status(path, error)));
+  holds = holds && (!arguments.has("r") ||
+                    hasAny(perms::owner_read | perms::group_read | perms::others_read));
+  holds = holds && (!arguments.has("w") ||
+                    hasAny(perms::owner_write | perms::group_write | perms::others_write));
+  holds = holds && (!arguments.has("x") ||
+                    hasAny(perms::owner_exec | perms::group_exec | perms::others_exec));
+  return CommandResult::success(Value::ofTruth(holds));
+}
+
+}  // namespace
+
+void addFolderCommands(CommandTable& table) {
+  table.add("getFileList", {{"fld", "folder", "s"}, {"fs", "filespec", "s"}}, getFileList);
+  table.add("filetest",
+            {{"f", "file", ""},
+             {"d", "dir", ""},
+             {"r", "readable", ""},
+             {"w", "writable", ""},
+             {"x", "executable", ""},
+             {"s", "size", ""},
+             {"L", "link", ""}},
+            filetest);
+}
+
+}  // namespace host::mel

@@ -1,0 +1,231 @@
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+
+#include "host/commands/Builtin.h"
+#include "host/mel/Command.h"
+#include "host/mel/Functions.h"
+#include "host/mel/Interpreter.h"
+#include "host/text/Numbers.h"
+
+// What scripts ask of the language and of the session, beside the scene.
+namespace host::mel {
+namespace {
+
+// --- optionVar: values by name that live as long as the process does.
+
+constexpr std::size_t kMostOptions = 65536;
+
+using Options = std::map<std::string, Value, std::less<>>;
+
+Options& options() {
+  static Options all;
+  return all;
+}
+
+// What one of the flags that set a value makes of its text.
+struct OptionFlag {
+  std::string_view flag;
+  Value::Type type;  // an array's: the value is added to it
+};
+constexpr OptionFlag kOptionFlags[] = {
+    {"iv", Value::Type::kInt},         {"fv", Value::Type::kFloat},
+    {"sv", Value::Type::kString},      {"iva", Value::Type::kIntArray},
+    {"fva", Value::Type::kFloatArray}, {"sva", Value::Type::kStringArray}};
+
+bool setOption(const OptionFlag& flag, const std::string& name, const std::string& text) {
+  Options& all = options();
+  const std::size_t most = Interpreter::current().limits().arraySize;
+  if (all.size() >= kMostOptions && all.find(name) == all.end()) {
+    return false;
+  }
+  // A float keeps all its digits.
+  const Value given = elementType(flag.type) == Value::Type::kString
+                          ? Value(text)
+                          : Value(parseNumber(text).value_or(0.0));
+  Value& value = all[name];
+  const bool appends = elementType(flag.type) != flag.type;
+  if (!appends || value.type() != flag.type) {
+    value = Value::initial(flag.type);
+  }
+  if (!appends) {
+    value = given.convertedTo(flag.type).value_or(Value());
+  } else if (value.arraySize() < most) {
+    value.setElement(value.arraySize(), given);
+  }
+  return true;
+}
+
+CommandResult queryOption(const Arguments& arguments) {
+  const auto found =
+      arguments.objects().empty() ? options().end() : options().find(arguments.objects().front());
+  return CommandResult::success(found == options().end() ? Value(0) : found->second);
+}
+
+CommandResult optionVar(const Arguments& arguments, CommandContext&) {
+  if (arguments.query()) {
+    return queryOption(arguments);
+  }
+  if (arguments.has("ex")) {
+    return CommandResult::success(Value::ofTruth(options().count(arguments.text("ex")) != 0));
+  }
+  if (arguments.has("l")) {
+    Value::Strings names;
+    for (const auto& [name, value] : options()) {
+      names.push_back(name);
+    }
+    return CommandResult::success(std::move(names));
+  }
+  if (arguments.has("as")) {
+    const auto found = options().find(arguments.text("as"));
+    const bool isArray = found != options().end() && found->second.isArray();
+    return CommandResult::success(isArray ? static_cast<int>(found->second.arraySize()) : 0);
+  }
+  for (const std::string& name : arguments.texts("rm")) {
+    options().erase(name);
+  }
+  for (const std::string& name : arguments.texts("ca")) {
+    const auto found = options().find(name);
+    if (found != options().end() && found->second.isArray()) {
+      found->second = Value::initial(found->second.type());
+    }
+  }
+  for (const OptionFlag& flag : kOptionFlags) {
+    for (const std::vector<std::string>& given : arguments.allTexts(flag.flag)) {
+      if (!setOption(flag, given[0], given[1])) {
+        return CommandResult::failure("optionVar: there are too many variables");
+      }
+    }
+  }
+  return CommandResult::success();
+}
+
+// --- exists, whatIs
+
+enum class Meaning { kUnknown, kCommand, kProcedure, kScript };
+
+Meaning meaningOf(const std::string& name) {
+  const Interpreter& interpreter = Interpreter::current();
+  if (interpreter.isProcedure(name)) {
+    return Meaning::kProcedure;
+  }
+  if (CommandTable::current().find(name) != nullptr || findFunction(name) != nullptr) {
+    return Meaning::kCommand;
+  }
+  return interpreter.findScript(name).empty() ? Meaning::kUnknown : Meaning::kScript;
+}
+
+CommandResult exists(const Arguments& arguments, CommandContext&) {
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("exists: needs one name");
+  }
+  return CommandResult::success(
+      Value::ofTruth(meaningOf(arguments.objects().front()) != Meaning::kUnknown));
+}
+
+CommandResult whatIs(const Arguments& arguments, CommandContext&) {
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("whatIs: needs one name");
+  }
+  const std::string& name = arguments.objects().front();
+  const Interpreter& interpreter = Interpreter::current();
+  switch (meaningOf(name)) {
+    case Meaning::kCommand:
+      return CommandResult::success("Command");
+    case Meaning::kProcedure: {
+      const std::string origin = interpreter.originOfProcedure(name);
+      const bool isFile = std::filesystem::u8path(origin).is_absolute();
+      return CommandResult::success(isFile ? "Mel procedure found in: " + origin
+                                           : "Mel procedure entered interactively.");
+    }
+    case Meaning::kScript:
+      return CommandResult::success("Script found in: " + interpreter.findScript(name));
+    case Meaning::kUnknown:
+      break;
+  }
+  return CommandResult::success("Unknown");
+}
+
+// --- format
+
+// "^1s" stands for the first text, and so on; "^" before anything else stands for itself.
+CommandResult format(const Arguments& arguments, CommandContext&) {
+  const std::vector<std::string> texts = arguments.texts("s");
+  const std::string pattern = arguments.objects().empty() ? "" : arguments.objects().front();
+  const std::size_t most = Interpreter::current().limits().textSize;
+  std::string result;
+  for (std::size_t at = 0; at < pattern.size(); ++at) {
+    const std::size_t end = pattern.find('s', at);
+    const bool marks = pattern[at] == '^' && end != std::string::npos;
+    const auto number =
+        marks ? parseInteger(std::string_view(pattern).substr(at + 1, end - at - 1)) : std::nullopt;
+    if (!number || *number < 1) {
+      result += pattern[at];
+    } else if (static_cast<std::size_t>(*number) > texts.size()) {
+      return CommandResult::failure("format: there is no text " + std::to_string(*number));
+    } else {
+      result += texts[static_cast<std::size_t>(*number - 1)];
+      at = end;
+    }
+    if (result.size() > most) {
+      return CommandResult::failure("format: a text becomes too long");
+    }
+  }
+  return CommandResult::success(std::move(result));
+}
+
+// --- The session
+
+CommandResult environment(const Arguments& arguments, CommandContext&) {
+  if (arguments.objects().size() != 1) {
+    return CommandResult::failure("getenv: needs one name");
+  }
+  const char* value = std::getenv(arguments.objects().front().c_str());
+  return CommandResult::success(value == nullptr ? "" : value);
+}
+
+// Seconds since some moment, or since one that it gave before.
+CommandResult timer(const Arguments& arguments, CommandContext&) {
+  const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
+  return CommandResult::success(now.count() - (arguments.has("st") ? arguments.number("st") : 0.0));
+}
+
+CommandResult internalVar(const Arguments& arguments, CommandContext&) {
+  if (!arguments.has("utd")) {
+    return CommandResult::failure("internalVar: gives -userTmpDir; there are no other folders");
+  }
+  std::error_code error;
+  std::string folder = std::filesystem::temp_directory_path(error).generic_u8string();
+  if (!folder.empty() && folder.back() != '/') {
+    folder += '/';
+  }
+  return CommandResult::success(std::move(folder));
+}
+
+}  // namespace
+
+void addScriptCommands(CommandTable& table) {
+  table.add("optionVar",
+            {{"q", "query", ""},
+             {"iv", "intValue", "si"},
+             {"fv", "floatValue", "sn"},
+             {"sv", "stringValue", "ss"},
+             {"iva", "intValueAppend", "si"},
+             {"fva", "floatValueAppend", "sn"},
+             {"sva", "stringValueAppend", "ss"},
+             {"ex", "exists", "s"},
+             {"l", "list", ""},
+             {"rm", "remove", "s"},
+             {"as", "arraySize", "s"},
+             {"ca", "clearArray", "s"}},
+            optionVar);
+  table.add("exists", {}, exists);
+  table.add("whatIs", {}, whatIs);
+  table.add("format", {{"s", "stringArg", "s"}}, format);
+  table.add("getenv", {}, environment);
+  table.add("timerX", {{"st", "startTime", "n"}, {"e", "elapsedTime", ""}}, timer);
+  table.add("internalVar", {{"utd", "userTmpDir", ""}}, internalVar);
+}
+
+}  // namespace host::mel
