@@ -1,5 +1,8 @@
 #include "host/commands/Builtin.h"
 
+#include "host/file/SceneReader.h"
+#include "host/mel/AfterCommand.h"
+
 namespace host::mel {
 
 void addBuiltinCommands(CommandTable& table) {
@@ -20,6 +23,7 @@ void addBuiltinCommands(CommandTable& table) {
   addPlacementCommands(table);
   addPolygonCommands(table);
   addHeaderCommands(table);
+  setAfterCommand(refreshSceneHistories);
 }
 
 }  // namespace host::mel

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/mel/AfterCommand.h"
 #include "host/scene/UniqueNames.h"
 #include "host/text/Messages.h"
 #include "host/text/Numbers.h"
@@ -257,9 +258,9 @@ bool couldBeCommand(std::string_view name, const Words& words) {
   return hasArguments && !swallows && isLegalName(name);
 }
 
-}  // namespace
+void (*afterCommand)() = nullptr;
 
-CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
+CommandResult dispatch(std::string_view name, const Words& words, CommandContext& context) {
   const Command* command = CommandTable::current().find(name);
   if (command == nullptr) {
     const std::string error = "unknown command '" + std::string(name) + "'";
@@ -282,6 +283,20 @@ CommandResult runCommand(std::string_view name, const Words& words, CommandConte
                      : CommandResult::malformed(std::move(error));
   }
   return command->function(arguments, context);
+}
+
+}  // namespace
+
+void setAfterCommand(void (*action)()) {
+  afterCommand = action;
+}
+
+CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
+  CommandResult result = dispatch(name, words, context);
+  if (!context.inSceneFile && afterCommand != nullptr) {
+    afterCommand();
+  }
+  return result;
 }
 
 }  // namespace host::mel
