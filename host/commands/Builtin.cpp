@@ -1,5 +1,7 @@
 #include "host/commands/Builtin.h"
 
+#include "host/file/SceneReader.h"
+
 namespace host::mel {
 
 void addBuiltinCommands(CommandTable& table) {
@@ -20,6 +22,7 @@ void addBuiltinCommands(CommandTable& table) {
   addPlacementCommands(table);
   addPolygonCommands(table);
   addHeaderCommands(table);
+  table.setAfterCommand(refreshSceneHistories);
 }
 
 }  // namespace host::mel

@@ -22,7 +22,8 @@ void noteHistory(const NodePtr& node, const MeshHistory& history) {
          mesh + " is made by '" + history.stopNode + "' (" + history.stopType + ")" +
              (history.stopReason.empty() ? ", which is not evaluated"
                                          : ", but " + history.stopReason) +
-             ": it has no geometry; delete its history in Maya");
+             ": it has " + (node->mesh->pointCount() == 0 ? "no" : "the older") +
+             " geometry; delete its history in Maya");
   }
   for (const std::string& text : history.notes) {
     note(SceneProblem::Kind::kNotice, mesh + ": " + text);
@@ -38,6 +39,10 @@ void noteStored(const NodePtr& node) {
 }
 
 }  // namespace
+
+void refreshSceneHistories() {
+  refreshHistories(noteHistory);
+}
 
 void evaluateSceneHistories() {
   evaluateHistories(noteHistory);

@@ -50,6 +50,8 @@ class SceneReader {
 // Makes the meshes whose shape their history makes. Those that cannot be made, those with older UVs
 // or colours, and stored ones without usable faces are named in warnings.
 void evaluateSceneHistories();
+// The same for what changed since, without what is stored.
+void refreshSceneHistories();
 
 // Whether a file begins as a scene file does.
 bool isSceneFileStart(std::string_view firstBytes);

@@ -71,8 +71,20 @@ std::int64_t sizeOf(const MeshData& mesh) {
 }  // namespace
 
 bool Evaluation::hasHistory(const NodePtr& mesh) {
-  return mesh->mesh != nullptr && mesh->mesh->storedFaceStarts().size() <= 1 &&
+  const bool isMade = mesh->history != nullptr && mesh->history->isMade();
+  return mesh->mesh != nullptr && (isMade || mesh->mesh->storedFaceStarts().size() <= 1) &&
          historySource(mesh, "i", "inMesh").has_value();
+}
+
+bool Evaluation::isFresh(const Node& mesh) const {
+  auto changed = changed_.begin();
+  for (const std::size_t input : mesh.history->inputs) {
+    changed = std::lower_bound(changed, changed_.end(), input);
+    if (changed != changed_.end() && *changed == input) {
+      return false;
+    }
+  }
+  return true;
 }
 
 bool Evaluation::stopAt(const NodePtr& node, const std::string& reason) {
@@ -101,6 +113,10 @@ MeshHistory Evaluation::evaluate(const NodePtr& mesh) {
     }
   }
   underway_.erase(mesh.get());
+  history_.inputs.push_back(mesh->serial());
+  std::sort(history_.inputs.begin(), history_.inputs.end());
+  history_.inputs.erase(std::unique(history_.inputs.begin(), history_.inputs.end()),
+                        history_.inputs.end());
   return history_;
 }
 
@@ -112,6 +128,7 @@ bool Evaluation::make(const Plug& output, bool inWorldSpace, MeshData& mesh) {
   if (!underway_.insert(node.get()).second) {
     return stopAt(node, "its history leads back to itself");
   }
+  history_.inputs.push_back(node->serial());
   const bool made = node->mesh != nullptr ? copyOfMeshNode(output, inWorldSpace, mesh)
                                           : makeByNode(node, output, mesh);
   underway_.erase(node.get());
@@ -120,7 +137,12 @@ bool Evaluation::make(const Plug& output, bool inWorldSpace, MeshData& mesh) {
 
 bool Evaluation::copyOfMeshNode(const Plug& output, bool inWorldSpace, MeshData& mesh) {
   const NodePtr& node = output.node();
-  if (hasHistory(node)) {
+  const bool isMade = node->history != nullptr && node->history->isMade();
+  if (isMade) {
+    history_.inputs.insert(history_.inputs.end(), node->history->inputs.begin(),
+                           node->history->inputs.end());
+  }
+  if (hasHistory(node) && !(isMade && isFresh(*node))) {
     const auto source = historySource(node, "i", "inMesh");
     if (!make(*source, isWorldMesh(*source), mesh)) {
       return false;

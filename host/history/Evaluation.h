@@ -6,6 +6,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/mesh/MeshPrimitives.h"
@@ -26,7 +27,13 @@ class Evaluation {
   // Whether the mesh node's shape comes from what is connected into it and not from its file.
   static bool hasHistory(const NodePtr& mesh);
 
-  // Fills the mesh of a node that has a history; leaves it without points when that fails.
+  // For meshes that were made before one of these nodes changed.
+  explicit Evaluation(std::vector<std::size_t> changed = {}) : changed_(std::move(changed)) {}
+
+  // Whether a mesh that was made depends on none of the changed nodes.
+  bool isFresh(const Node& mesh) const;
+
+  // Fills the mesh of a node that has a history; leaves it as it is when that fails.
   MeshHistory evaluate(const NodePtr& mesh);
 
  private:
@@ -38,6 +45,7 @@ class Evaluation {
   bool pay(const NodePtr& node, const MeshData& mesh);
   bool stopAt(const NodePtr& node, const std::string& reason);
 
+  std::vector<std::size_t> changed_;  // in ascending order
   MeshHistory history_;
   std::set<const void*> underway_;
   std::map<std::string, std::unique_ptr<MeshData>> shared_;

@@ -15,6 +15,11 @@ namespace host {
 using HistoryReport = std::function<void(const NodePtr& mesh, const MeshHistory& history)>;
 void evaluateHistories(const HistoryReport& report);
 
+// Makes those meshes again of which something changed that their histories depend on, and those
+// that were given a history. One that cannot be made again keeps its shape. Tells `report` of each.
+// Costs nothing when nothing changed.
+void refreshHistories(const HistoryReport& report);
+
 // What keeps a mesh from being evaluated.
 struct Unevaluated {
   std::string node;    // the node of its history that does, by its name

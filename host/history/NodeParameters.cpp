@@ -11,6 +11,7 @@ namespace host {
 namespace {
 
 constexpr int kFirstIndex = 0;
+constexpr std::size_t kMostAncestors = 1000;
 
 // "wl[0:9].w" as its steps; a step that is no step ends the path.
 ParameterPath splitPath(std::string_view text) {
@@ -158,7 +159,17 @@ const AttributeValue* NodeParameters::find(const ParameterName& name) const {
   return nullptr;
 }
 
+// What a joint's matrix depends on is all the way up.
+void NodeParameters::noteInput(const NodePtr& node) const {
+  std::vector<const Node*> nodes = {node.get()};
+  for (std::size_t i = 0; i < nodes.size() && i < kMostAncestors; ++i) {
+    history_.inputs.push_back(nodes[i]->serial());
+    nodes.insert(nodes.end(), nodes[i]->parents().begin(), nodes[i]->parents().end());
+  }
+}
+
 std::vector<double> NodeParameters::numbersFrom(const Plug& source) const {
+  noteInput(source.node());
   if (source.node()->type().isA("animCurve") || source.node()->type().isInvented()) {
     history_.notes.push_back("'" + node_->name() + "' (" + node_->type().name() +
                              ") is driven by '" + source.node()->name() + "' (" +

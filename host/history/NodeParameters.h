@@ -44,6 +44,7 @@ class NodeParameters : public HistoryParameters {
  private:
   const AttributeValue* find(const ParameterName& name) const;
   std::vector<double> numbersFrom(const Plug& source) const;
+  void noteInput(const NodePtr& node) const;
 
   Plug output_;
   NodePtr node_;

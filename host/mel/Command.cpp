@@ -252,9 +252,7 @@ bool couldBeCommand(std::string_view name, const Words& words) {
   return hasArguments && !swallows && isLegalName(name);
 }
 
-}  // namespace
-
-CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
+CommandResult dispatch(std::string_view name, const Words& words, CommandContext& context) {
   const Command* command = context.interpreter->commands().find(name);
   if (command == nullptr) {
     const std::string error = "unknown command '" + std::string(name) + "'";
@@ -277,6 +275,17 @@ CommandResult runCommand(std::string_view name, const Words& words, CommandConte
                      : CommandResult::malformed(std::move(error));
   }
   return command->function(arguments, context);
+}
+
+}  // namespace
+
+CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
+  CommandResult result = dispatch(name, words, context);
+  const auto afterCommand = context.interpreter->commands().afterCommand();
+  if (!context.inSceneFile && afterCommand != nullptr) {
+    afterCommand();
+  }
+  return result;
 }
 
 }  // namespace host::mel

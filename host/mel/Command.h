@@ -132,8 +132,14 @@ class CommandTable {
   void remove(const std::string& name);
   const Command* find(std::string_view name) const;
 
+  // What runs after every command that no scene file runs, for what follows from the scene to keep
+  // up with it; null for nothing.
+  void setAfterCommand(void (*action)()) { afterCommand_ = action; }
+  void (*afterCommand() const)() { return afterCommand_; }
+
  private:
   std::map<std::string, Command, std::less<>> commands_;
+  void (*afterCommand_)() = nullptr;
 };
 
 // In a scene file, `isMalformed` tells what no sound one says: see `SceneProblem`.

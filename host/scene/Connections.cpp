@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "host/scene/Node.h"
+#include "host/scene/SceneChanges.h"
 
 namespace host {
 namespace {
@@ -114,6 +115,7 @@ bool connect(const Plug& source, const Plug& destination, bool force, std::strin
     }
     disconnect(existing);
   }
+  SceneChanges::current().note(*destination.node());
   const auto made =
       std::make_shared<const Connection>(Connection{source, destination, nextSerial()});
   destination.node()->connections.inputs_[destination.path()] = made;
@@ -134,6 +136,7 @@ bool disconnect(const Plug& source, const Plug& destination) {
 }
 
 void disconnect(const ConnectionPtr& connection) {
+  SceneChanges::current().note(*connection->destination.node());
   const Plug& source = connection->source;
   ConnectionTable& from = source.node()->connections;
   const auto outputs = from.outputs_.find(source.path());

@@ -1,6 +1,7 @@
 #ifndef MORVANE_HOST_SCENE_MESHHISTORY_H_
 #define MORVANE_HOST_SCENE_MESHHISTORY_H_
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,9 @@ struct MeshHistory {
   // What else is to be said of its nodes, one sentence each that begins with the node's name.
   std::vector<std::string> notes;
   bool hasOlderUvs = false;  // a node that would have changed UVs handed them on as they were
+
+  // The serials of all nodes that the mesh depends on, in ascending order.
+  std::vector<std::size_t> inputs;
 
   bool isMade() const { return stopNode.empty(); }
 };

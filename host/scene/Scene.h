@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/scene/Dag.h"
+#include "host/scene/SceneChanges.h"
 #include "host/scene/Selection.h"
 #include "host/scene/UniqueNames.h"
 
@@ -36,6 +37,7 @@ class Scene {
 
   std::string fileName;  // of the scene, absolute; empty while it has none
   Selection selection;   // the active one
+  SceneChanges changes;  // since histories were last evaluated
 
   // --- Nodes
 

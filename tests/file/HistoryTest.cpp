@@ -258,6 +258,27 @@ TEST_F(History, ColoursAreSetByVertexAndByCorner) {
   EXPECT_EQ(MeshData::colourAt(*set, 2), -1);
 }
 
+TEST_F(History, FollowsWhatItDependsOn) {
+  make("createNode transform -n \"root\";\ncreateNode joint -n \"j\" -p \"root\";\n" +
+           deformer("skinCluster", "\tsetAttr \".wl[0:3].w\" 1 0 1 1 0 1 1 0 1 1 0 1;\n") +
+           connected("j.wm", "last.ma[0]") +
+           "createNode mesh -n \"copy\";\ncreateNode polyNormal -n \"turned\";\n" +
+           connected("last.og[0]", "turned.ip") + connected("turned.out", "copy.i"),
+       "last.og[0]");
+  run("setAttr root.tx 5");
+  expectPoint(mesh(), 0, {4, 0, 1});
+  run("setAttr plane.w 4");
+  expectPoint(mesh(), 0, {3, 0, 1});
+  expectPoint(*node("copy")->mesh, 0, {3, 0, 1});
+  run("setAttr m.pt[0] 0 1 0; setAttr plane.sw 2");
+  EXPECT_EQ(mesh().pointCount(), 6);
+  expectPoint(mesh(), 0, {3, 1, 1});
+  run("disconnectAttr j.wm last.ma[0]");
+  EXPECT_EQ(mesh().pointCount(), 6);
+  run("createNode polyCube -n late; connectAttr -f late.out m.i");
+  EXPECT_EQ(mesh().pointCount(), 8);
+}
+
 // A cube of six faces, eight points and twelve edges, with fourteen UVs.
 TEST_F(History, FacesAreDeletedTurnedAndCut) {
   const struct {
