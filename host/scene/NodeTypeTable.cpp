@@ -17,10 +17,10 @@ namespace {
 #define FACE_PLACEMENT                                                                \
   "coverage:c:float2{coverageU:cu:float=1 coverageV:cv:float=1} "                     \
   "translateFrame:tf:float2{translateFrameU:tfu:float translateFrameV:tfv:float} "    \
-  "rotateFrame:rf:float mirrorU:mu:bool mirrorV:mv:bool stagger:s:bool "              \
+  "rotateFrame:rf:floatAngle mirrorU:mu:bool mirrorV:mv:bool stagger:s:bool "         \
   "wrapU:wu:bool=1 wrapV:wv:bool=1 "                                                  \
   "repeatUV:re:float2{repeatU:reu:float=1 repeatV:rev:float=1} "                      \
-  "offset:of:float2{offsetU:ofu:float offsetV:ofv:float} rotateUV:r:float "           \
+  "offset:of:float2{offsetU:ofu:float offsetV:ofv:float} rotateUV:r:floatAngle "      \
   "noiseUV:n:float2{noiseU:nu:float noiseV:nv:float} "                                \
   "vertexUvOne:vt1:float2{vertexUvOneU:t1u:float vertexUvOneV:t1v:float} "            \
   "vertexUvTwo:vt2:float2{vertexUvTwoU:t2u:float vertexUvTwoV:t2v:float} "            \
@@ -115,7 +115,7 @@ const std::vector<NodeTypeRow> kRows = {
     {"directionalLight", "nonAmbientLight", MFn::kDirectionalLight, "", ""},
     {"pointLight", "nonAmbientLight", MFn::kPointLight, "", ""},
     {"spotLight", "nonAmbientLight", MFn::kSpotLight, "",
-     "coneAngle:ca:double=40 penumbraAngle:pa:double dropoff:dro:double"},
+     "coneAngle:ca:doubleAngle=40 penumbraAngle:pa:doubleAngle dropoff:dro:double"},
     {"areaLight", "nonAmbientLight", MFn::kAreaLight, "", ""},
 
     {"objectSet", "dependNode", MFn::kSet, "set",
