@@ -5,8 +5,8 @@
 #include <cstring>
 
 // Loads and stores of fixed-width numbers at any address, whatever the machine's own byte order.
-// Layered images are big-endian; TGA headers and the goblin geometry blob are little-endian.
-// Each function touches exactly the bytes of its number.
+// Layered images and binary scenes are big-endian; TGA headers and the goblin geometry blob are
+// little-endian. Each function touches exactly the bytes of its number.
 
 namespace morvane {
 
@@ -16,6 +16,24 @@ inline std::uint16_t loadBe16(const std::uint8_t* from) {
 
 inline std::uint32_t loadBe32(const std::uint8_t* from) {
   return std::uint32_t{loadBe16(from)} << 16 | loadBe16(from + 2);
+}
+
+inline std::uint64_t loadBe64(const std::uint8_t* from) {
+  return std::uint64_t{loadBe32(from)} << 32 | loadBe32(from + 4);
+}
+
+inline float loadBeFloat(const std::uint8_t* from) {
+  const std::uint32_t bits = loadBe32(from);
+  float value;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
+}
+
+inline double loadBeDouble(const std::uint8_t* from) {
+  const std::uint64_t bits = loadBe64(from);
+  double value;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
 }
 
 inline std::uint16_t loadLe16(const std::uint8_t* from) {

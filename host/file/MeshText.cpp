@@ -1,6 +1,8 @@
 #include "host/file/MeshText.h"
 
 #include <optional>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "host/scene/Plug.h"
@@ -93,10 +95,33 @@ std::string countProblem(const MeshPath& path, std::size_t held) {
   return "names " + std::to_string(named) + " elements and holds " + std::to_string(held);
 }
 
-template <class Number, class Set>
-std::string setTuples(const MeshPath& path, TextScanner& in, std::size_t width, Set set) {
+// Where the numbers of a statement, or of what says the same without text, come from.
+struct TextNumbers {
+  TextScanner& in;
+  template <class Number>
+  bool read(std::vector<Number>& numbers) const {
+    return readNumbers(in, numbers);
+  }
+};
+struct GivenNumbers {
+  const std::vector<double>& given;
+  template <class Number>
+  bool read(std::vector<Number>& numbers) const {
+    for (const double number : given) {
+      if constexpr (std::is_same_v<Number, int>) {
+        numbers.push_back(mel::toInteger(number));
+      } else {
+        numbers.push_back(static_cast<Number>(number));
+      }
+    }
+    return true;
+  }
+};
+
+template <class Number, class Source, class Set>
+std::string setTuples(const MeshPath& path, const Source& source, std::size_t width, Set set) {
   std::vector<Number>& numbers = scratch<Number>();
-  if (!readNumbers(in, numbers)) {
+  if (!source.read(numbers)) {
     return "holds something that is no number";
   }
   if (numbers.size() % width != 0) {
@@ -195,47 +220,57 @@ std::string setFaces(MeshData& mesh, const MeshPath& path, TextScanner& in) {
 
 // --- Sets of UVs and colours
 
-std::string setUvSet(MeshData& mesh, const MeshPath& path, TextScanner& in) {
-  MeshUvSet* set = mesh.uvSet(path.set);
-  if (set == nullptr) {
-    return "is one UV set too many";
+bool isOneOf(std::string_view name, std::string_view shortName, std::string_view longName) {
+  return name == shortName || name == longName;
+}
+
+bool isUvSetName(const MeshPath& path) {
+  return isOneOf(path.name, "uvst", "uvSet") && isOneOf(path.child, "uvsn", "uvSetName");
+}
+bool isColourSetName(const MeshPath& path) {
+  return isOneOf(path.name, "clst", "colorSet") && isOneOf(path.child, "clsn", "colorName");
+}
+bool isCurrentUvSet(const MeshPath& path) {
+  return isOneOf(path.name, "cuvs", "currentUVSet");
+}
+bool isCurrentColourSet(const MeshPath& path) {
+  return isOneOf(path.name, "ccls", "currentColorSet");
+}
+
+constexpr char kTooManyUvSets[] = "is one UV set too many";
+constexpr char kTooManyColourSets[] = "is one colour set too many";
+
+template <class Source>
+std::string setUvs(MeshData& mesh, const MeshPath& path, const Source& source) {
+  if (mesh.uvSet(path.set) == nullptr) {
+    return kTooManyUvSets;
   }
-  if (path.child == "uvsn" || path.child == "uvSetName") {
-    set->name = quotedText(in);
-    return std::string();
-  }
-  return setTuples<float>(path, in, 2,
+  return setTuples<float>(path, source, 2,
                           [&](std::size_t first, const std::vector<float>& uv, std::size_t count) {
                             return mesh.setUvs(path.set, first, uv.data(), count);
                           });
 }
 
-std::string setColourSet(MeshData& mesh, const MeshPath& path, TextScanner& in) {
+template <class Source>
+std::string setColours(MeshData& mesh, const MeshPath& path, const Source& source) {
   MeshColourSet* set = mesh.colourSet(path.set);
   if (set == nullptr) {
-    return "is one colour set too many";
+    return kTooManyColourSets;
   }
-  if (path.child == "clsn" || path.child == "colorName") {
-    set->name = quotedText(in);
-    return std::string();
-  }
-  if (path.child == "rprt" || path.child == "representation") {
-    int components = 0;
-    if (!in.number(components) || (components != 1 && components != 3 && components != 4)) {
+  if (isOneOf(path.child, "rprt", "representation")) {
+    std::vector<int>& numbers = scratch<int>();
+    const int components = source.read(numbers) && numbers.size() == 1 ? numbers.front() : 0;
+    if (components != 1 && components != 3 && components != 4) {
       return "is no representation of colours";
     }
     set->components = components;
     return std::string();
   }
   const auto width = static_cast<std::size_t>(set->components);
-  return setTuples<float>(path, in, width,
+  return setTuples<float>(path, source, width,
                           [&](std::size_t first, const std::vector<float>& colours, std::size_t) {
                             return mesh.setColours(path.set, first, colours.data(), colours.size());
                           });
-}
-
-bool isOneOf(std::string_view name, std::string_view shortName, std::string_view longName) {
-  return name == shortName || name == longName;
 }
 
 bool isSetPart(const MeshPath& path) {
@@ -263,6 +298,70 @@ bool isMeshData(std::string_view text) {
          isOneOf(path->name, "ccls", "currentColorSet");
 }
 
+namespace {
+
+bool isName(const MeshPath& path) {
+  return isUvSetName(path) || isColourSetName(path) || isCurrentUvSet(path) ||
+         isCurrentColourSet(path);
+}
+
+std::string setName(MeshData& mesh, const MeshPath& path, std::string value) {
+  if (isUvSetName(path)) {
+    MeshUvSet* const set = mesh.uvSet(path.set);
+    if (set == nullptr) {
+      return kTooManyUvSets;
+    }
+    set->name = std::move(value);
+  } else if (isColourSetName(path)) {
+    MeshColourSet* const set = mesh.colourSet(path.set);
+    if (set == nullptr) {
+      return kTooManyColourSets;
+    }
+    set->name = std::move(value);
+  } else if (isCurrentUvSet(path)) {
+    mesh.setCurrentUvSetName(std::move(value));
+  } else {
+    mesh.setCurrentColourSetName(std::move(value));
+  }
+  return std::string();
+}
+
+template <class Source>
+std::string setNumbers(MeshData& mesh, const MeshPath& path, const Source& source,
+                       double lengthFactor) {
+  const auto points = [&](auto set) {
+    return setTuples<double>(path, source, 3,
+                             [&](std::size_t first, std::vector<double>& xyz, std::size_t count) {
+                               scale(xyz, lengthFactor);
+                               return (mesh.*set)(first, xyz.data(), count);
+                             });
+  };
+  if (isOneOf(path.name, "uvst", "uvSet")) {
+    return setUvs(mesh, path, source);
+  }
+  if (isOneOf(path.name, "clst", "colorSet")) {
+    return setColours(mesh, path, source);
+  }
+  if (isOneOf(path.name, "vt", "vrts")) {
+    return points(&MeshData::setPoints);
+  }
+  if (isOneOf(path.name, "pt", "pnts")) {
+    return points(&MeshData::setTweaks);
+  }
+  if (isOneOf(path.name, "ed", "edge")) {
+    return setTuples<int>(path, source, 3,
+                          [&](std::size_t first, const std::vector<int>& ints, std::size_t count) {
+                            return mesh.setEdges(first, ints.data(), count);
+                          });
+  }
+  return setTuples<float>(path, source, 3,
+                          [&](std::size_t first, const std::vector<float>& xyz, std::size_t count) {
+                            return mesh.setNormals(first, xyz.data(), count);
+                          });
+}
+
+}  // namespace
+
 std::string setMeshData(MeshData& mesh, std::string_view text, std::string_view rest,
                         double lengthFactor) {
   const MeshPath path = splitPath(text).value_or(MeshPath());
@@ -274,43 +373,30 @@ std::string setMeshData(MeshData& mesh, std::string_view text, std::string_view 
   if (in.atEnd()) {
     return std::string();  // announces a size only
   }
-  const auto points = [&](auto set) {
-    return setTuples<double>(path, in, 3,
-                             [&](std::size_t first, std::vector<double>& xyz, std::size_t count) {
-                               scale(xyz, lengthFactor);
-                               return (mesh.*set)(first, xyz.data(), count);
-                             });
-  };
-  if (isOneOf(path.name, "uvst", "uvSet")) {
-    return setUvSet(mesh, path, in);
-  }
-  if (isOneOf(path.name, "clst", "colorSet")) {
-    return setColourSet(mesh, path, in);
-  }
-  if (isOneOf(path.name, "vt", "vrts")) {
-    return points(&MeshData::setPoints);
-  }
-  if (isOneOf(path.name, "pt", "pnts")) {
-    return points(&MeshData::setTweaks);
+  if (isName(path)) {
+    return setName(mesh, path, quotedText(in));
   }
   if (isOneOf(path.name, "fc", "face")) {
     return setFaces(mesh, path, in);
   }
-  if (isOneOf(path.name, "ed", "edge")) {
-    return setTuples<int>(path, in, 3,
-                          [&](std::size_t first, const std::vector<int>& ints, std::size_t count) {
-                            return mesh.setEdges(first, ints.data(), count);
-                          });
+  return setNumbers(mesh, path, TextNumbers{in}, lengthFactor);
+}
+
+bool isMeshText(std::string_view text) {
+  return isName(splitPath(text).value_or(MeshPath()));
+}
+
+std::string setMeshText(MeshData& mesh, std::string_view text, std::string value) {
+  return setName(mesh, splitPath(text).value_or(MeshPath()), std::move(value));
+}
+
+std::string setMeshNumbers(MeshData& mesh, std::string_view text,
+                           const std::vector<double>& numbers) {
+  const MeshPath path = splitPath(text).value_or(MeshPath());
+  if (isName(path) || isOneOf(path.name, "fc", "face")) {
+    return "holds numbers where none belong";
   }
-  if (isOneOf(path.name, "n", "normals")) {
-    return setTuples<float>(
-        path, in, 3, [&](std::size_t first, const std::vector<float>& xyz, std::size_t count) {
-          return mesh.setNormals(first, xyz.data(), count);
-        });
-  }
-  const bool uvs = isOneOf(path.name, "cuvs", "currentUVSet");
-  uvs ? mesh.setCurrentUvSetName(quotedText(in)) : mesh.setCurrentColourSetName(quotedText(in));
-  return std::string();
+  return setNumbers(mesh, path, GivenNumbers{numbers}, 1.0);
 }
 
 }  // namespace host

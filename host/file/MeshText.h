@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/mesh/MeshData.h"
 
@@ -18,6 +19,14 @@ bool isMeshData(std::string_view path);
 // are multiplied by `lengthFactor`. Gives what is wrong, else an empty text.
 std::string setMeshData(MeshData& mesh, std::string_view path, std::string_view rest,
                         double lengthFactor);
+
+// Whether such an attribute is a name, not numbers or faces.
+bool isMeshText(std::string_view path);
+
+// The same for what comes from a file without text: a name, or numbers in centimetres.
+std::string setMeshText(MeshData& mesh, std::string_view path, std::string value);
+std::string setMeshNumbers(MeshData& mesh, std::string_view path,
+                           const std::vector<double>& numbers);
 
 }  // namespace host
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/binary/ChunkWalker.h"
 #include "host/file/SceneReader.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
@@ -22,6 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kSceneType[] = "mayaAscii";
+constexpr char kBinaryType[] = "mayaBinary";
 // As much as translators may want to see; fits the short that they are told.
 constexpr std::size_t kFirstBytes = 4096;
 
@@ -89,16 +91,20 @@ bool exists(const std::string& path, std::string& error) {
   return false;
 }
 
+// Either may be named for a scene of either kind: its first bytes tell how it is read.
+bool isSceneType(const std::string& type) {
+  return type == kSceneType || type == kBinaryType;
+}
+
 // The type that the request names or the file is; false when it is none that is known.
 bool settleType(FileRequest& request, std::string& error) {
   if (request.type.empty()) {
     request.type = identifyFile(request.path);
-    error =
-        request.path + " is neither a Maya ASCII scene nor of a type that a loaded plug-in knows";
+    error = request.path + " is neither a Maya scene nor of a type that a loaded plug-in knows";
     return !request.type.empty();
   }
   error = "unknown file type '" + request.type + "'; load the plug-in that reads it";
-  return request.type == kSceneType || findTranslator(request.type) != nullptr;
+  return isSceneType(request.type) || findTranslator(request.type) != nullptr;
 }
 
 using Mode = MPxFileTranslator::FileAccessMode;
@@ -162,7 +168,7 @@ void startNewScene() {
 std::string identifyFile(const std::string& path) {
   const std::string bytes = readFirstBytes(path);
   if (isSceneFileStart(bytes)) {
-    return kSceneType;
+    return isBinarySceneStart(bytes) ? kBinaryType : kSceneType;
   }
   std::string possible;
   for (const Translator& translator : PluginRegistry::current().translators()) {
@@ -188,7 +194,7 @@ bool openFile(const FileRequest& given, std::string& error) {
   if (!exists(request.path, error) || !settleType(request, error)) {
     return false;
   }
-  if (request.type != kSceneType) {
+  if (!isSceneType(request.type)) {
     return translate(request, MPxFileTranslator::kOpenAccessMode, error);
   }
   SceneReader::Options options;
@@ -209,7 +215,7 @@ bool importFile(const FileRequest& given, std::string& error) {
   if (!exists(request.path, error) || !settleType(request, error)) {
     return false;
   }
-  if (request.type != kSceneType) {
+  if (!isSceneType(request.type)) {
     return translate(request, MPxFileTranslator::kImportAccessMode, error);
   }
   SceneReader::Options options;
@@ -230,11 +236,15 @@ bool exportFile(const FileRequest& given, bool selectionOnly, std::string& error
     error = "nothing is selected; select what is to be exported";
     return false;
   }
-  if (request.type != kSceneType) {
+  if (!isSceneType(request.type)) {
     return translate(request,
                      selectionOnly ? MPxFileTranslator::kExportActiveAccessMode
                                    : MPxFileTranslator::kExportAccessMode,
                      error);
+  }
+  if (request.type == kBinaryType) {
+    error = "only Maya ASCII is written; name the type mayaAscii";
+    return false;
   }
   return selectionOnly ? writeNodes(request.path, selectedNodes(), error)
                        : writeScene(request.path, error);

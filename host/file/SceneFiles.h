@@ -15,9 +15,9 @@ void startNewScene();
 // by its registered name.
 struct FileRequest {
   std::string path;
-  std::string type;  // "mayaAscii", a translator's name; empty: the file's content tells (a scene
-                     // file when it is written)
-  std::string options;    // handed to the translator
+  std::string type;     // "mayaAscii", "mayaBinary", a translator's name; empty: the file's content
+                        // tells (a scene file when it is written)
+  std::string options;  // handed to the translator
   std::string nameSpace;  // for the names of an imported scene, without its colon; may be empty
 };
 
@@ -30,7 +30,8 @@ bool exportFile(const FileRequest& request, bool selectionOnly, std::string& err
 // The scene to its own file.
 bool saveFile(std::string& error);
 
-// "mayaAscii" or the name of the translator that says it is its file; empty when none does.
+// "mayaAscii", "mayaBinary" or the name of the translator that says it is its file; empty when none
+// does.
 std::string identifyFile(const std::string& path);
 
 }  // namespace host

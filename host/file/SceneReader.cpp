@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "host/binary/ChunkWalker.h"
+#include "host/file/BinaryReader.h"
 #include "host/file/MeshText.h"
 #include "host/mel/Interpreter.h"
 #include "host/mesh/MeshData.h"
@@ -80,6 +82,9 @@ std::string findReference(const std::string& name, const std::string& folder) {
 }  // namespace
 
 bool isSceneFileStart(std::string_view bytes) {
+  if (isBinarySceneStart(bytes)) {
+    return true;
+  }
   if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
     bytes.remove_prefix(3);
   }
@@ -100,9 +105,19 @@ bool SceneReader::noteZeroBytes(std::string_view text) {
 }
 
 void SceneReader::note(SceneProblem::Kind kind, const std::string& text) {
+  if (binary_ != nullptr) {
+    noteByte(kind, binary_->place(), text);
+    return;
+  }
   mel::showWarning(path_ + ":" + std::to_string(statements_.line()) + ":" +
                    std::to_string(statements_.column()) + ": " + text);
   SceneProblems::current().add({kind, path_, statements_.line(), text});
+}
+
+void SceneReader::noteByte(Kind kind, std::uint64_t place, const std::string& text) {
+  const std::string placed = "byte " + std::to_string(place) + ": " + text;
+  mel::showWarning(path_ + ": " + placed);
+  SceneProblems::current().add({kind, path_, 0, placed});
 }
 
 bool SceneReader::read(const std::string& path, const Options& options, std::string& error) {
@@ -128,17 +143,28 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   if (!statements_.open(path, error)) {
     return false;
   }
-  if (!isSceneFileStart(statements_.firstLine())) {
-    const bool isBinary = statements_.firstLine().compare(0, 3, "FOR") == 0;
-    error = path + (isBinary ? " is a binary scene, of which nothing can be read; open it in Maya "
-                               "and save it as Maya ASCII, .ma"
-                             : " is no scene file: it does not begin with //Maya; save it as Maya "
-                               "ASCII");
+  if (!isSceneFileStart(statements_.firstBytes())) {
+    const bool isOtherBinary = statements_.firstBytes().substr(0, 3) == "FOR";
+    error =
+        path + (isOtherBinary ? " begins as a binary file, but not as one of a Maya scene; open it "
+                                "where it was made and save it as Maya ASCII, .ma"
+                              : " is no scene file: it does not begin with //Maya; save it as Maya "
+                                "ASCII");
     return false;
   }
-  if (options.keepsInfo) {
-    SceneInfo::current().firstLine = statements_.firstLine();
-  }
+  const bool isBinary = isBinarySceneStart(statements_.firstBytes());
+  prepareContext(options, absolute);
+  const SceneUnits outerUnits = currentUnits();
+  currentUnits() = SceneUnits();
+  files.open.push_back(absolute);
+  const bool ok = isBinary ? readBinary(error) : readStatements(error);
+  applyEdits();
+  files.open.pop_back();
+  currentUnits() = outerUnits;
+  return ok;
+}
+
+void SceneReader::prepareContext(const Options& options, const std::string& absolute) {
   context_ = mel::CommandContext(mel::Interpreter::current());
   context_.inSceneFile = true;
   context_.isReference = options.isReference;
@@ -146,22 +172,45 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
   context_.nameSpace = options.nameSpace;
   context_.folder = fs::u8path(absolute).parent_path().u8string();
   context_.onWarning = [this](const std::string& text) { note(Kind::kNotice, text); };
-  const SceneUnits outerUnits = currentUnits();
-  currentUnits() = SceneUnits();
-  files.open.push_back(absolute);
+}
+
+bool SceneReader::readStatements(std::string& error) {
+  if (context_.keepsInfo) {
+    SceneInfo::current().firstLine = statements_.firstLine();
+  }
   std::string_view statement;
   while (statements_.next(statement)) {
     runStatement(statement);
   }
-  applyEdits();
-  files.open.pop_back();
-  currentUnits() = outerUnits;
   noteEnd();
   if (statements_.failed()) {
-    error = "cannot read all of " + path;
+    error = "cannot read all of " + path_;
     return false;
   }
   return true;
+}
+
+bool SceneReader::readBinary(std::string& error) {
+  BinaryReader reader(
+      context_,
+      [this](Kind kind, std::uint64_t place, const std::string& text) {
+        noteByte(kind, place, text);
+      },
+      [this](const mel::Words& words) { runFileStatement(words); });
+  binary_ = &reader;
+  const bool ok = reader.read(path_, error);
+  if (reader.isCut()) {
+    note(Kind::kDamage, "the file is cut off here; fetch it again");
+  }
+  binary_ = nullptr;
+  addEnd(reader.isCut() ? SceneProblems::End::kCut : SceneProblems::End::kWhole);
+  return ok;
+}
+
+void SceneReader::addEnd(SceneProblems::End end) {
+  if (!context_.isReference) {
+    SceneProblems::current().end = std::max(SceneProblems::current().end, end);
+  }
 }
 
 // A file that stops between two statements is whole only if it never was one of Maya's own.
@@ -180,9 +229,7 @@ void SceneReader::noteEnd() {
          "the file looks cut off here: it lacks the line // End of, with which Maya ends a scene; "
          "fetch it again or, where nothing is missing, add that line at its end");
   }
-  if (!context_.isReference) {
-    SceneProblems::current().end = std::max(SceneProblems::current().end, end);
-  }
+  addEnd(end);
 }
 
 // The bulk of a large scene: numbers go from the text into the mesh, with nothing between.

@@ -1,6 +1,7 @@
 #ifndef MORVANE_HOST_FILE_SCENEREADER_H_
 #define MORVANE_HOST_FILE_SCENEREADER_H_
 
+#include <cstdint>
 #include <set>
 #include <string>
 #include <string_view>
@@ -13,9 +14,12 @@
 
 namespace host {
 
-// Reads a scene file into the scene that is there: every statement runs as a command. What it
-// cannot use is named in a warning with the file's name, line and column, kept in `SceneProblems`,
-// and passed over.
+class BinaryReader;
+
+// Reads a scene file, Maya ASCII or Maya Binary as its first bytes tell, into the scene that is
+// there: every statement runs as a command, and so does what says the same in a binary file. What
+// it cannot use is named in a warning with the file's name and line and column, or byte, kept in
+// `SceneProblems`, and passed over.
 class SceneReader {
  public:
   struct Options {
@@ -29,6 +33,9 @@ class SceneReader {
   bool read(const std::string& path, const Options& options, std::string& error);
 
  private:
+  bool readStatements(std::string& error);
+  bool readBinary(std::string& error);
+  void prepareContext(const Options& options, const std::string& absolute);
   void runStatement(std::string_view statement);
   bool runMeshStatement(std::string_view statement);
   void runFileStatement(const mel::Words& words);
@@ -36,12 +43,15 @@ class SceneReader {
   void noteEnd();
   bool noteZeroBytes(std::string_view text);  // false when there are none
   void note(SceneProblem::Kind kind, const std::string& text);
+  void noteByte(SceneProblem::Kind kind, std::uint64_t place, const std::string& text);
+  void addEnd(SceneProblems::End end);
 
   std::string path_;
   StatementReader statements_;
   mel::CommandContext context_{mel::Interpreter::current()};
   std::string name_;
   mel::Words words_;
+  const BinaryReader* binary_ = nullptr;  // while a binary file is being read
   std::vector<ReferenceEdit> edits_;
   std::set<std::string> loaded_;    // names of reference nodes
   std::set<std::string> deferred_;  // the same
@@ -53,7 +63,7 @@ void evaluateSceneHistories();
 // The same for what changed since, without what is stored.
 void refreshSceneHistories();
 
-// Whether a file begins as a scene file does.
+// Whether a file begins as a scene file of either kind does.
 bool isSceneFileStart(std::string_view firstBytes);
 
 }  // namespace host

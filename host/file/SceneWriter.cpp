@@ -18,6 +18,14 @@ namespace {
 
 using NodeSet = std::unordered_set<const Node*>;
 
+// A Maya Binary scene that was opened is not replaced by a file of another kind with its name.
+bool isBinaryName(const std::string& path) {
+  std::string end = path.size() < 3 ? std::string() : path.substr(path.size() - 3);
+  std::transform(end.begin(), end.end(), end.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return end == ".mb";
+}
+
 class Writer {
  public:
   // `only` null: everything.
@@ -27,6 +35,10 @@ class Writer {
   }
 
   bool write(const std::string& path, std::string& error) {
+    if (isBinaryName(path)) {
+      error = "cannot write " + path + ": only Maya ASCII is written; give it a name with .ma";
+      return false;
+    }
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
                     writeConnections() && writeLoose() && writeRelationships() && writeMetadata() &&
                     file_.commit();

@@ -17,6 +17,9 @@ class StatementReader {
   // False when the file cannot be opened or read; `error` says why.
   bool open(const std::string& path, std::string& error);
 
+  // What there is of the file's beginning, before the first statement is asked for.
+  std::string_view firstBytes() const { return std::string_view(buffer_).substr(begin_); }
+
   // The next statement without its semicolon and what comes before its first word; good until the
   // next call. False at the end of the file.
   bool next(std::string_view& statement);

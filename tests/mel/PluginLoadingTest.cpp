@@ -47,7 +47,7 @@ TEST_F(PluginLoading, TranslatorsAreChosenByTypeOrByContent) {
   run("unloadPlugin probe;");
   EXPECT_EQ(run("file -import \"probe.bin\";"),
             "failed: file: " + path +
-                " is neither a Maya ASCII scene nor of a type that a loaded plug-in knows");
+                " is neither a Maya scene nor of a type that a loaded plug-in knows");
   std::filesystem::remove(path);
 }
 

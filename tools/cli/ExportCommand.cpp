@@ -43,8 +43,9 @@ bool isSceneName(const std::string& word) {
 bool isInOrder(const std::vector<std::string>& words) {
   // Nor has it a dot: a file of another kind, or a folder, is told of as what it is.
   if (!isSceneName(words[0]) && words[0].find('.') == std::string::npos) {
-    complain(printable(words[0]) +
-             " is no name of a scene: name scenes (*.ma) first, then tiles; nothing was exported");
+    complain(
+        printable(words[0]) +
+        " is no name of a scene: name scenes (*.ma, *.mb) first, then tiles; nothing was exported");
     return false;
   }
   const auto node = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
@@ -102,7 +103,7 @@ void addExport(CLI::App& program, int& status) {
       program.add_subcommand("export", "Write the goblins of tiles into the tiles' texture files");
   command
       ->add_option("SCENE", options->words,
-                   "Scenes (*.ma), then names or patterns of tiles in them\n"
+                   "Scenes (*.ma, *.mb), then names or patterns of tiles\n"
                    "(none: each with a file texture)")
       ->type_name("")
       ->required();

@@ -131,7 +131,7 @@ void addInfo(CLI::App& program, int& status) {
   command
       ->add_option("FILE", options->files,
                    "PSD files, TGA files as they would be imported,\n"
-                   "or scenes (*.ma): their tiles and textures")
+                   "or scenes (*.ma, *.mb): their tiles and textures")
       ->type_name("")
       ->required();
   command->add_flag("--json", options->json, "One JSON object a line for each file");

@@ -163,7 +163,7 @@ void addView(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("view", "Show files, or a scene's tiles, in a web page with 3D");
-  command->add_option("FILE", options->files, "PSD or TGA files, or scenes (*.ma)")
+  command->add_option("FILE", options->files, "PSD or TGA files, or scenes (*.ma, *.mb)")
       ->type_name("")
       ->required();
   checkOutput(*command

@@ -1,0 +1,50 @@
+#include "host/binary/ByteWindow.h"
+
+#include <algorithm>
+#include <new>
+
+namespace host {
+namespace {
+
+constexpr std::size_t kBlock = std::size_t{256} << 10;
+
+}  // namespace
+
+bool ByteWindow::open(const std::string& path, std::string& error) {
+  begin_ = 0;
+  held_ = 0;
+  error_.clear();
+  return file_.open(path.c_str(), UINT64_MAX, error);
+}
+
+const std::uint8_t* ByteWindow::at(std::uint64_t start, std::size_t count) {
+  if (failed() || start > size() || count > size() - start) {
+    return nullptr;
+  }
+  const bool held = start >= begin_ && start - begin_ <= held_ && count <= held_ - (start - begin_);
+  if (!held && !fill(start, count)) {
+    return nullptr;
+  }
+  return buffer_.get() + (start - begin_);
+}
+
+// A large request gets a buffer of its own size, which the next small one gives back.
+bool ByteWindow::fill(std::uint64_t start, std::size_t count) {
+  const std::size_t wanted = std::max(count, kBlock);
+  if (wanted > capacity_ || capacity_ > 4 * wanted) {
+    buffer_.reset();
+    buffer_.reset(new (std::nothrow) std::uint8_t[wanted]);
+    capacity_ = buffer_ == nullptr ? 0 : wanted;
+  }
+  held_ = 0;
+  if (buffer_ == nullptr) {
+    error_ = "out of memory";
+    return false;
+  }
+  const auto available = std::min<std::uint64_t>(wanted, size() - start);
+  begin_ = start;
+  held_ = file_.read(start, buffer_.get(), static_cast<std::size_t>(available), error_);
+  return !failed();
+}
+
+}  // namespace host

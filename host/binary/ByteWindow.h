@@ -1,0 +1,40 @@
+#ifndef MORVANE_HOST_BINARY_BYTEWINDOW_H_
+#define MORVANE_HOST_BINARY_BYTEWINDOW_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "util/InputFile.h"
+
+namespace host {
+
+// A file read through a window that moves along it: what it holds in memory is a block, or as much
+// as was asked for at once.
+class ByteWindow {
+ public:
+  // False with the reason in `error`, without the path.
+  bool open(const std::string& path, std::string& error);
+
+  std::uint64_t size() const { return file_.size(); }
+
+  // The `count` bytes from `start` on, good until the next call. Null when the file does not have
+  // them all, and when it cannot be read: then `failed` is true from there on.
+  const std::uint8_t* at(std::uint64_t start, std::size_t count);
+  bool failed() const { return !error_.empty(); }
+
+ private:
+  bool fill(std::uint64_t start, std::size_t count);
+
+  morvane::InputFile file_;
+  std::unique_ptr<std::uint8_t[]> buffer_;
+  std::size_t capacity_ = 0;
+  std::uint64_t begin_ = 0;  // in the file, of what the buffer holds
+  std::size_t held_ = 0;
+  std::string error_;
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_BINARY_BYTEWINDOW_H_

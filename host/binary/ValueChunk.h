@@ -1,0 +1,48 @@
+#ifndef MORVANE_HOST_BINARY_VALUECHUNK_H_
+#define MORVANE_HOST_BINARY_VALUECHUNK_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "host/binary/ByteCursor.h"
+#include "host/scene/AttributeValue.h"
+
+namespace host {
+
+// What a chunk says of one attribute of a node.
+struct BinaryValue {
+  std::string path;  // as a statement would name it: "t", "pt[0:19]", "iog[0].og[1].gcl"
+  bool isLocked = false;
+  bool isKeyable = false;
+  bool hasSize = false;  // of an array, which only arrays have
+  // What stands behind -type in a statement, or nothing where that has none.
+  std::string type;
+  // Numbers (centimetres and radians), a text, texts, or the words of a statement; nothing where
+  // there are only flags or a size.
+  AttributeValue value;
+};
+
+// A MESH chunk is none of these: see readMeshChunk.
+enum class ValueRead {
+  kDone,
+  kUnknown,    // no chunk of a value that is known, or data whose layout is not
+  kMalformed,  // too short for what it says
+};
+
+// How a file states times: as whole numbers of ticks.
+struct TimeUnit {
+  double ticksPerFrame = 1.0;
+  bool isLong = true;    // in eight bytes, else in four
+  bool isOfKeys = true;  // keys of animation stand at times, else at plain numbers
+};
+
+ValueRead readValueChunk(std::uint32_t tag, ByteCursor in, const TimeUnit& time, BinaryValue& out);
+
+// The name and the flags with which every chunk of a value begins; the size that may follow says
+// nothing. False when they are not all there.
+bool readValueHead(ByteCursor& in, BinaryValue& out);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_BINARY_VALUECHUNK_H_

@@ -1,0 +1,279 @@
+#include "host/file/BinaryAttributes.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/file/MeshText.h"
+#include "host/scene/Plug.h"
+#include "host/scene/Values.h"
+#include "host/state/SceneUnits.h"
+#include "host/text/Numbers.h"
+#include "host/text/Text.h"
+
+namespace host {
+namespace {
+
+using Numbers = std::vector<double>;
+using Texts = std::vector<std::string>;
+
+// --- Flags
+
+// Attributes of the host that are keyable as long as nothing else is said. What is not among them
+// or added to the node says nothing by being keyable.
+constexpr std::string_view kChannels[] = {"visibility", "translateX", "translateY", "translateZ",
+                                          "rotateX",    "rotateY",    "rotateZ",    "scaleX",
+                                          "scaleY",     "scaleZ"};
+
+bool isChannel(const Attribute& attribute) {
+  return std::find(std::begin(kChannels), std::end(kChannels), attribute.longName()) !=
+         std::end(kChannels);
+}
+
+void storeFlags(const Plug& plug, const BinaryValue& value) {
+  const Attribute& attribute = *plug.attribute();
+  if (value.isLocked) {
+    setLocked(plug, true);
+  }
+  if (attribute.isDynamic ? attribute.keyable || value.isKeyable
+                          : isChannel(attribute) && !value.isKeyable) {
+    setKeyable(plug, value.isKeyable);
+  }
+}
+
+// --- Values of attributes that the host knows
+
+// Numbers that one plug after another takes.
+struct NumberQueue {
+  const Numbers& numbers;
+  std::size_t next = 0;
+  std::size_t left() const { return numbers.size() - next; }
+};
+
+bool storeNumbers(const Plug& plug, NumberQueue& queue) {
+  const Attribute& attribute = *plug.attribute();
+  if (attribute.kind() == Attribute::Kind::kCompound) {
+    const std::vector<Plug> children = plug.children();
+    return !children.empty() &&
+           std::all_of(children.begin(), children.end(),
+                       [&queue](const Plug& child) { return storeNumbers(child, queue); });
+  }
+  if (attribute.kind() != Attribute::Kind::kNumber || queue.left() == 0) {
+    return false;
+  }
+  const double number = queue.numbers[queue.next++] * unitFactor(currentUnits(), attribute);
+  return writeValue(plug, number);
+}
+
+std::optional<Plug> elementOf(const NodePtr& node, const PathRange& range, int index) {
+  return Plug::find(node, std::string(range.stem) + "[" + std::to_string(index) + "]");
+}
+
+// A range stands for its elements in order; no more of them are touched than there are numbers.
+bool storeRange(const NodePtr& node, const PathRange& range, NumberQueue& queue) {
+  for (int i = range.first; i <= range.last && queue.left() > 0; ++i) {
+    const auto plug = elementOf(node, range, i);
+    if (!plug || !storeNumbers(*plug, queue)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+constexpr char kUnsuitable[] = "cannot hold what the file sets it to";
+constexpr char kUncounted[] = "is set to as many numbers as it does not have";
+
+// Whether the attribute takes a value of this kind; others are kept.
+bool canHold(const Attribute& attribute, const BinaryValue& given) {
+  if (std::holds_alternative<std::monostate>(given.value)) {
+    return true;
+  }
+  switch (attribute.kind()) {
+    case Attribute::Kind::kNumber:
+    case Attribute::Kind::kCompound:
+      return std::holds_alternative<Numbers>(given.value);
+    case Attribute::Kind::kText:
+      return std::holds_alternative<std::string>(given.value);
+    case Attribute::Kind::kData:
+      return std::holds_alternative<KeptWords>(given.value) || given.type == attribute.typeWord();
+    default:
+      return false;
+  }
+}
+
+// --- Values that are kept
+
+// Angles of attributes that the host does not know, which a statement has in degrees: those of the
+// numbers from `first` on, `step` apart.
+struct KeptAngle {
+  std::string_view type;  // of the node, or of a base
+  std::string_view stem;
+  std::size_t first;
+  std::size_t step;
+};
+constexpr KeptAngle kKeptAngles[] = {{"dagNode", "mnrl", 0, 1},
+                                     {"dagNode", "mxrl", 0, 1},
+                                     {"joint", "pa", 0, 1},
+                                     {"animCurveTA", "ktv", 1, 2},
+                                     {"animCurveUA", "ktv", 1, 2}};
+
+void turnIntoDegrees(const Node& node, std::string_view path, Numbers& numbers) {
+  const std::string_view stem = path.substr(0, path.find_first_of(".["));
+  for (const KeptAngle& row : kKeptAngles) {
+    if (row.stem != stem || (!node.type().isA(row.type) && node.type().name() != row.type)) {
+      continue;
+    }
+    for (std::size_t i = row.first; i < numbers.size(); i += row.step) {
+      numbers[i] *= currentUnits().angle;
+    }
+  }
+}
+
+bool isCounted(std::string_view type) {
+  return type == "Int32Array" || type == "stringArray" || type == "componentList";
+}
+
+struct WordsOf {
+  const std::string& type;
+
+  KeptWords operator()(std::monostate) const { return KeptWords(); }
+  KeptWords operator()(double number) const { return (*this)(Numbers{number}); }
+  KeptWords operator()(const std::string& text) const { return {type, {mel::quoted(text)}}; }
+  KeptWords operator()(const Numbers& numbers) const {
+    KeptWords kept{type, {}};
+    if (isCounted(type)) {
+      kept.words.push_back(std::to_string(numbers.size()));
+    }
+    for (const double number : numbers) {
+      kept.words.push_back(mel::formatNumber(number));
+    }
+    return kept;
+  }
+  KeptWords operator()(const Texts& texts) const {
+    KeptWords kept{type, {std::to_string(texts.size())}};
+    for (const std::string& text : texts) {
+      kept.words.push_back(mel::quoted(text));
+    }
+    return kept;
+  }
+  KeptWords operator()(const KeptWords& kept) const { return kept; }
+};
+
+void keep(const NodePtr& node, BinaryValue& value) {
+  if (auto* const numbers = std::get_if<Numbers>(&value.value)) {
+    turnIntoDegrees(*node, value.path, *numbers);
+  }
+  keepAsWritten(node, value.path, std::visit(WordsOf{value.type}, value.value));
+}
+
+// --- Arrays
+
+// The declaration of an attribute does not say that it is an array, but its size does.
+void makeArray(const Node& node, const std::string& path) {
+  const AttributePtr attribute = node.findAttribute(path);
+  if (attribute != nullptr && attribute->isDynamic && !attribute->isArray) {
+    attribute->isArray = true;
+    attribute->declaration.emplace_back("-m");
+  }
+}
+
+// --- Meshes
+
+std::string storeInMesh(MeshData& mesh, const BinaryValue& value) {
+  const auto* const text = std::get_if<std::string>(&value.value);
+  if (text != nullptr) {
+    return isMeshText(value.path) ? setMeshText(mesh, value.path, *text) : kUnsuitable;
+  }
+  const auto* const numbers = std::get_if<Numbers>(&value.value);
+  return numbers != nullptr ? setMeshNumbers(mesh, value.path, *numbers) : std::string();
+}
+
+}  // namespace
+
+std::string storeValue(const NodePtr& node, BinaryValue value) {
+  if (value.hasSize) {
+    makeArray(*node, value.path);
+  }
+  if (node->mesh != nullptr && isMeshData(value.path)) {
+    return storeInMesh(*node->mesh, value);
+  }
+  const auto range = splitRange(value.path);
+  const auto plug = Plug::find(node, value.path);
+  const auto first = plug || !range ? plug : elementOf(node, *range, range->first);
+  const bool isNothing = std::holds_alternative<std::monostate>(value.value);
+  if (!first || !canHold(*first->attribute(), value)) {
+    if (!isNothing) {
+      keep(node, value);
+    }
+    return std::string();
+  }
+  storeFlags(*first, value);
+  if (isNothing) {
+    return std::string();
+  }
+  const auto* const numbers = std::get_if<Numbers>(&value.value);
+  if (numbers == nullptr || first->attribute()->kind() == Attribute::Kind::kData) {
+    return writeValue(*first, std::move(value.value)) ? std::string() : kUnsuitable;
+  }
+  NumberQueue queue{*numbers};
+  const bool ok = plug ? storeNumbers(*plug, queue) : storeRange(node, *range, queue);
+  return ok && queue.left() == 0 ? std::string() : kUncounted;
+}
+
+// --- Declarations
+
+namespace {
+
+void addFlag(mel::Words& words, const char* flag) {
+  words.push_back({flag, false});
+}
+void addText(mel::Words& words, const char* flag, const std::string& text) {
+  if (!text.empty()) {
+    addFlag(words, flag);
+    words.push_back({text, true});
+  }
+}
+void addNumber(mel::Words& words, const char* flag, const std::optional<double>& number) {
+  if (number) {
+    addFlag(words, flag);
+    words.push_back({mel::formatNumber(*number), false});
+  }
+}
+void addTruth(mel::Words& words, const char* flag, bool isTrue) {
+  if (isTrue) {
+    addFlag(words, flag);
+    words.push_back({"true", false});
+  }
+}
+
+}  // namespace
+
+mel::Words declarationWords(const AttributeDeclaration& declaration) {
+  mel::Words words;
+  if (declaration.isColour) {
+    addFlag(words, "-uac");
+  }
+  addTruth(words, "-is", declaration.isInternal);
+  addTruth(words, "-ci", true);
+  addTruth(words, "-h", declaration.isHidden);
+  addTruth(words, "-k", declaration.isKeyable);
+  addText(words, "-sn", declaration.shortName);
+  addText(words, "-ln", declaration.longName);
+  addText(words, "-nn", declaration.niceName);
+  addNumber(words, "-dv", declaration.defaultValue);
+  addNumber(words, "-min", declaration.min);
+  addNumber(words, "-max", declaration.max);
+  addNumber(words, "-smn", declaration.softMin);
+  addNumber(words, "-smx", declaration.softMax);
+  addText(words, "-en", declaration.enumNames);
+  addText(words, declaration.isData ? "-dt" : "-at", declaration.type);
+  addText(words, "-p", declaration.parent);
+  if (declaration.children > 0) {
+    addNumber(words, "-nc", double{static_cast<double>(declaration.children)});
+  }
+  return words;
+}
+
+}  // namespace host
