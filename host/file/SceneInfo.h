@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "util/FileIdentity.h"
+
 namespace host {
 
 // What a scene file says beside its nodes, kept so that a saved scene says it again. Statements
@@ -22,6 +24,9 @@ struct SceneInfo {
     std::string statement;
   };
   std::vector<Relationship> relationships;
+
+  std::string openedAs;          // the file's path; empty for a new scene
+  morvane::FileIdentity opened;  // that file, before it was read or as it was last saved
 
   static SceneInfo& current();
 };

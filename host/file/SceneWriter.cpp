@@ -23,10 +23,19 @@ class Writer {
   // `only` null: everything.
   explicit Writer(const NodeSet* only) : only_(only) {}
 
+  // Over the scene that was opened, only while that is as it was.
   bool write(const std::string& path, std::string& error) {
+    SceneInfo& info = SceneInfo::current();
+    const bool isOwn = info.opened.known && morvane::isSamePlace(info.openedAs, path);
+    if (isOwn) {
+      file_.expect(info.opened);
+    }
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
                     writeConnections() && writeRelationships() && writeMetadata() && file_.commit();
     error = file_.error();
+    if (ok && isOwn) {
+      info.opened = file_.written();
+    }
     return ok;
   }
 
