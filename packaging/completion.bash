@@ -3,7 +3,7 @@
 _morvane_options() {
   case $1 in
     run) echo "--command --file --output --map --help" ;;
-    export) echo "--to --json --map --help" ;;
+    export) echo "--to --force --json --wait --in-place --map --help" ;;
     import) echo "--output --map --help" ;;
     info) echo "--json --map --help" ;;
     goblins) echo "--json --full --obj --glb --help" ;;
