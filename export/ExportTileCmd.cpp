@@ -5,8 +5,6 @@
 #include <maya/MGlobal.h>
 #include <maya/MSelectionList.h>
 
-#include <algorithm>
-#include <cctype>
 #include <memory>
 #include <new>
 #include <string>
@@ -14,15 +12,18 @@
 #include "geometry/GoblinGeometry.h"
 #include "geometry/TileMatrix.h"
 #include "psd/PsdDocument.h"
+#include "tile/FiniteCheck.h"
 #include "tile/GoblinExtraction.h"
 #include "tile/MaterialLookup.h"
 #include "tile/MessageLog.h"
-#include "util/Platform.h"
+#include "tile/TileTexture.h"
 
 namespace morvane {
 namespace {
 
 constexpr std::uint32_t kBlankDocumentSide = 256;
+constexpr const char* kLayerFailed = "*** Error : couldn't add goblin layer\n";
+constexpr const char* kSaveFailed = "*** Error : couldn't save psd\n";
 
 bool fail(const char* message) {
   logText(1, message);
@@ -35,14 +36,9 @@ bool fail(const char* message, const std::string& detail) {
   return fail(message);
 }
 
-// A tile's file: the texture itself when it is a PSD, else the PSD of the same name beside it.
-std::string savePathFor(const std::string& texture) {
-  const SplitPath path = splitPath(texture);
-  std::string extension = path.extension;
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  if (extension == ".psd") return texture;
-  return path.drive + path.directory + path.name + ".psd";
+// For what the log has no fixed line of.
+bool failFor(const std::string& reason) {
+  return fail(("*** Error : " + reason + "\n").c_str());
 }
 
 bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, GoblinGeometryBuilder& builder) {
@@ -54,8 +50,13 @@ bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, GoblinGeometryBui
     if (!getGoblinMatrix(walk.mesh(), goblinMatrix, parent)) {
       return fail("*** Error : transform weirdness on goblin");
     }
-    const std::size_t outside = appendGoblin(welded, product(goblinMatrix, tileMatrix),
-                                             GoblinLayout::kTagged, nullptr, nullptr, builder);
+    const Matrix44 toTile = product(goblinMatrix, tileMatrix);
+    const std::string fault = whyNotFinite(walk.mesh(), welded, toTile);
+    if (!fault.empty()) {
+      return failFor(fault);
+    }
+    const std::size_t outside =
+        appendGoblin(welded, toTile, GoblinLayout::kTagged, nullptr, nullptr, builder);
     for (std::size_t i = 0; i < outside; ++i) {
       logText(1, "*** Warning : goblin outside of tile boundary\n");
     }
@@ -73,14 +74,17 @@ bool storeGoblins(const GoblinGeometryBuilder& builder, const std::string& textu
   const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kTagged, blob.get(), size);
+  if (written == 0) {
+    return fail(kLayerFailed, texture + ": more goblins than 4 GB hold");
+  }
   std::string reason;
   if (!document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason)) {
-    return fail("*** Error : couldn't add goblin layer\n", texture + ": " + reason);
+    return fail(kLayerFailed, texture + ": " + reason);
   }
   return true;
 }
 
-// Loads the texture and takes an earlier export's layer out of it.
+// Loads the texture and takes an earlier export's layers out of it.
 bool loadTexture(const MDagPath& tile, const std::string& texture, PsdDocument& document) {
   std::string reason;
   if (!document.load(texture.c_str(), &reason)) {
@@ -89,13 +93,39 @@ bool loadTexture(const MDagPath& tile, const std::string& texture, PsdDocument& 
     return fail("*** Error : couldn't load psd\n",
                 texture.empty() ? nameless : texture + ": " + reason);
   }
-  if (document.findLayer(kGoblinLayerName) >= 0) document.removeLayerByName(kGoblinLayerName);
-  return true;
+  if (!document.loadWarning.empty()) {
+    MGlobal::displayWarning((texture + ": " + document.loadWarning).c_str());
+  }
+  return removeGoblins(document, reason) || fail(kLayerFailed, texture + ": " + reason);
 }
 
-bool saveTile(const std::string& path, const PsdDocument& document) {
+bool failSave(const std::string& file, const std::string& reason) {
+  return fail(kSaveFailed, "cannot write " + file + ": " + reason);
+}
+
+// Replaces the file that was loaded, or looked at before the goblins were gathered, and no other.
+bool saveTile(const std::string& file, const PsdDocument& document, const FileIdentity& seen) {
+  PsdReplacement replacement;
+  if (document.path == nullptr || file != document.path.get()) {
+    replacement.expected = &seen;
+  }
   std::string reason;
-  return document.save(path.c_str(), &reason) || fail("*** Error : couldn't save psd\n", reason);
+  const bool saved = document.save(file.c_str(), &reason, &replacement);
+  if (replacement.foundAnother) {
+    return failSave(file, "changed while it was exported; export again");
+  }
+  if (!saved) {
+    return fail(kSaveFailed, reason);
+  }
+  if (replacement.otherNames != 0) {
+    const bool isOne = replacement.otherNames == 1;
+    MGlobal::displayWarning((file + ": " + std::to_string(replacement.otherNames) +
+                             (isOne ? " more name (a hard link) of the file keeps"
+                                    : " more names (hard links) of the file keep") +
+                             " the old content")
+                                .c_str());
+  }
+  return true;
 }
 
 }  // namespace
@@ -105,25 +135,40 @@ bool exportTileNode(MObject node) {
   if (MDagPath::getAPathTo(node, tile) != MStatus::kSuccess) {
     return fail("*** Error : couldn't get DAG path\n");
   }
-  logf(1, "Exporting tile %s...\n", tile.fullPathName().asChar());
-  if (!node.hasFn(MFn::kTransform)) return fail("*** Error : No transform\n");
+  return exportTileAt(tile);
+}
+
+bool exportTileAt(MDagPath tile) {
+  // Whole, however long the path is.
+  logText(1, ("Exporting tile " + std::string(tile.fullPathName().asChar()) + "...\n").c_str());
+  if (!tile.node().hasFn(MFn::kTransform)) return fail("*** Error : No transform\n");
   MeshWalk walk(tile);
   if (walk.isDone()) return fail("*** Error : No mesh\n");
   MObject tileMesh = walk.mesh();
+  const std::string fault = whyNotFinite(tileMesh);
+  if (!fault.empty()) {
+    return failFor(fault);
+  }
   Matrix44 tileMatrix;
   if (!getTileMatrix(tile, tileMesh, tileMatrix)) {
     return fail("*** Error : tile has no extent in x or z\n");
   }
   MFnMesh fnTileMesh(tileMesh);
-  const std::unique_ptr<char[]> texture = getTileTextureName(fnTileMesh);
+  const std::unique_ptr<char[]> texture =
+      getTileTextureName(fnTileMesh, walk.path().instanceNumber());
   if (!texture) return false;
   PsdDocument document(kBlankDocumentSide, kBlankDocumentSide);
   if (!loadTexture(tile, texture.get(), document)) return false;
+  const std::string file = tileFileOf(texture.get());
+  FileIdentity seen;
+  const std::string obstacle = whyNotReplaced(texture.get(), seen);
+  if (!obstacle.empty()) {
+    return failSave(file, obstacle);
+  }
   GoblinGeometryBuilder builder;
   walk.next();
   return appendGoblins(walk, tileMatrix, builder) &&
-         storeGoblins(builder, texture.get(), document) &&
-         saveTile(savePathFor(texture.get()), document);
+         storeGoblins(builder, texture.get(), document) && saveTile(file, document, seen);
 }
 
 ExportTileCmd::ExportTileCmd() {
@@ -132,7 +177,10 @@ ExportTileCmd::ExportTileCmd() {
   for (unsigned int i = 0; i < selection.length(); ++i) {
     MObject node;
     if (selection.getDependNode(i, node) != MStatus::kSuccess) continue;
-    if (!exportTileNode(node)) logf(1, "*** Error exporting tile %d\n", static_cast<int>(i));
+    MDagPath tile;
+    const bool isNamed = selection.getDagPath(i, tile) == MStatus::kSuccess;
+    if (!(isNamed ? exportTileAt(tile) : exportTileNode(node)))
+      logf(1, "*** Error exporting tile %d\n", static_cast<int>(i));
   }
 }
 

@@ -2,6 +2,7 @@
 #define MORVANE_EXPORT_EXPORTTILECMD_H_
 
 #include <maya/MArgList.h>
+#include <maya/MDagPath.h>
 #include <maya/MObject.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
@@ -26,7 +27,9 @@ class ExportTileCmd : public MPxCommand {
   bool isUndoable() const override;
 };
 
-// Exports one tile. False after any failure, each of which is logged; the file is then as it was.
+// Exports one tile: the instance at the path or, of a node, the first. False after any failure,
+// each of which is logged; the file is then as it was.
+bool exportTileAt(MDagPath tile);
 bool exportTileNode(MObject node);
 
 }  // namespace morvane

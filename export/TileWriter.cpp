@@ -11,8 +11,10 @@
 #include "geometry/GoblinGeometry.h"
 #include "geometry/TileMatrix.h"
 #include "psd/PsdDocument.h"
+#include "tile/FiniteCheck.h"
 #include "tile/GoblinExtraction.h"
 #include "tile/SceneAttributes.h"
+#include "tile/TileTexture.h"
 
 namespace morvane {
 namespace {
@@ -43,7 +45,12 @@ Matrix44 matrixOf(MObject goblin) {
   return matrix;
 }
 
-void appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, const MString& sourceFileName,
+bool fail(const std::string& reason) {
+  std::printf("Error: %s!\n", reason.c_str());
+  return false;
+}
+
+bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, const MString& sourceFileName,
                    GoblinGeometryBuilder& builder) {
   for (; !walk.isDone(); walk.next()) {
     MObject goblin = walk.mesh();
@@ -52,15 +59,23 @@ void appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, const MString& so
     getStringAttr(goblin, "goblinName", name, true);
     WeldedMesh welded;
     if (!extractGoblin(goblin, welded)) continue;
-    appendGoblin(welded, product(matrixOf(goblin), tileMatrix), GoblinLayout::kNamed, name.asChar(),
-                 sourceFileName.asChar(), builder);
+    const Matrix44 toTile = product(matrixOf(goblin), tileMatrix);
+    const std::string fault = whyNotFinite(goblin, welded, toTile);
+    if (!fault.empty()) {
+      return fail(fault);
+    }
+    appendGoblin(welded, toTile, GoblinLayout::kNamed, name.asChar(), sourceFileName.asChar(),
+                 builder);
   }
+  return true;
 }
 
-void openSource(const MString& sourceFileName, PsdDocument& document) {
-  if (sourceFileName.length() == 0) return;
+bool openSource(const MString& sourceFileName, PsdDocument& document) {
+  if (sourceFileName.length() == 0) return true;
   document.load(sourceFileName.asChar());
-  if (document.findLayer(kGoblinLayerName) >= 0) document.removeLayerByName(kGoblinLayerName);
+  std::string reason;
+  return removeGoblins(document, reason) ||
+         fail(std::string(sourceFileName.asChar()) + ": " + reason);
 }
 
 MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document, const char* path) {
@@ -70,6 +85,9 @@ MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document,
   const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kNamed, blob.get(), size);
+  if (written == 0) {
+    return failTranslation("Error: .psd data layer size limit exceeded!\n");
+  }
   std::string reason;
   if (!document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason)) {
     MGlobal::displayError(reason.c_str());
@@ -95,15 +113,24 @@ MStatus writeTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mod
   std::printf("%s\n", tile.fullPathName().asChar());
   MeshWalk walk(tile);
   std::printf("Path to shape: %s\n", tile.fullPathName().asChar());
+  const std::string fault = walk.isDone() ? "" : whyNotFinite(walk.mesh());
+  if (!fault.empty()) {
+    fail(fault);
+    return MStatus::kFailure;
+  }
   Matrix44 tileMatrix;
   if (!getTileMatrix(tile, walk.mesh(), tileMatrix)) {
     return failTranslation("Error: tile has no extent in x or z!\n");
   }
   PsdDocument document(kDocumentSide, kDocumentSide);
-  openSource(sourceFileName, document);
+  if (!openSource(sourceFileName, document)) {
+    return MStatus::kFailure;
+  }
   GoblinGeometryBuilder builder;
   if (!walk.isDone()) walk.next();
-  appendGoblins(walk, tileMatrix, sourceFileName, builder);
+  if (!appendGoblins(walk, tileMatrix, sourceFileName, builder)) {
+    return MStatus::kFailure;
+  }
   return saveGoblins(builder, document, path.asChar());
 }
 

@@ -12,7 +12,7 @@ void include(float coordinate, float& min, float& max) {
 
 bool isScalable(float extent) {
   const float scale = 1.0F / extent;
-  return std::isfinite(scale) && scale != 0.0F;
+  return std::isfinite(scale) && scale > 0.0F;
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ struct TileBounds {
 
 TileBounds tileBounds(const std::vector<Float3>& points);
 
-// Whether x and z can be scaled to a length of 1: extents that are zero, or too small or large for
-// a float's reciprocal, cannot.
+// Whether x and z can be scaled to a length of 1. The extents of no points, which are negative, and
+// those that are zero, or too small or large for a float's reciprocal, cannot.
 bool hasTileExtent(const TileBounds& bounds);
 
 // Moves the box's minimum to the origin and scales x and z to [0, 1], y by the mean of their two

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 
+#include "tile/GoblinExtraction.h"
 #include "tile/SceneAttributes.h"
 
 namespace morvane {
@@ -25,7 +26,7 @@ MStatus collectMeshes(const MObject& root, MSelectionList& found, bool wantGobli
   for (walk.reset(root, MItDag::kDepthFirst, MFn::kMesh); !walk.isDone(); walk.next()) {
     MObject mesh = walk.currentItem();
     // Some hosts stand on the root first, whatever the filter.
-    if (!mesh.hasFn(MFn::kMesh) || !(isGoblin(mesh) ? wantGoblins : wantOthers)) continue;
+    if (!isShownMesh(mesh) || !(isGoblin(mesh) ? wantGoblins : wantOthers)) continue;
     std::printf("    Adding %s\n", getNodeName(mesh).asChar());
     found.add(mesh);
   }

@@ -12,6 +12,7 @@
 
 #include "goblin/GoblinSearch.h"
 #include "goblin/SurfaceSampling.h"
+#include "tile/GoblinExtraction.h"
 #include "tile/SceneAttributes.h"
 
 namespace morvane {
@@ -39,10 +40,11 @@ MStatus GoblinUvCmd::redoIt() {
   printMeshList(goblins);
   std::printf("Found UVed geometry (%u meshes):\n", uvGeometry.length());
   printMeshList(uvGeometry);
+  const GeometrySearch search(uvGeometry);
   for (unsigned i = 0; i < goblins.length(); ++i) {
     MObject goblin;
     goblins.getDependNode(i, goblin);
-    sampleGoblin(goblin);
+    sampleGoblin(goblin, search);
   }
   return MStatus::kSuccess;
 }
@@ -112,13 +114,13 @@ void GoblinUvCmd::findGeometryInScene() {
   for (MItDag walk(MItDag::kDepthFirst, MFn::kMesh); !walk.isDone(); walk.next()) {
     MObject mesh = walk.currentItem();
     // Some hosts stand on the root first, whatever the filter.
-    if (!mesh.hasFn(MFn::kMesh) || isGoblin(mesh)) continue;
+    if (!isShownMesh(mesh) || isGoblin(mesh)) continue;
     const MString name = MFnDagNode(mesh).name();
     if (std::strstr(name.asChar(), "collision") == nullptr) uvGeometry.add(mesh);
   }
 }
 
-void GoblinUvCmd::sampleGoblin(const MObject& goblin) const {
+void GoblinUvCmd::sampleGoblin(const MObject& goblin, const GeometrySearch& search) const {
   int locked = 0;
   getIntAttr(goblin, "lockUVs", locked, true);
   if (locked != 0) {
@@ -127,7 +129,7 @@ void GoblinUvCmd::sampleGoblin(const MObject& goblin) const {
   }
   unsigned index = uvGeometry.length();
   int polygon = 0;
-  findClosestGeometry(goblin, uvGeometry, index, polygon);
+  search.findClosest(goblin, index, polygon);
   if (index >= uvGeometry.length()) {
     std::printf("No geometry found for goblin %s; skipped.\n", getNodeName(goblin).asChar());
     return;

@@ -8,6 +8,8 @@
 
 namespace morvane {
 
+class GeometrySearch;
+
 // `goblin_uv [-s | root | goblinRoot uvRoot]`: gives every unlocked goblin the texture coordinates
 // of the geometry under it. Not undoable.
 class GoblinUvCmd : public MPxCommand {
@@ -33,7 +35,7 @@ class GoblinUvCmd : public MPxCommand {
   void findGeometry();
   void findGeometryBelow(const MString& name);
   void findGeometryInScene();
-  void sampleGoblin(const MObject& goblin) const;
+  void sampleGoblin(const MObject& goblin, const GeometrySearch& search) const;
 };
 
 }  // namespace morvane

@@ -36,13 +36,9 @@ double outside(double value, double low, double high) {
   return std::max({low - value, value - high, 0.0});
 }
 
-// A length that no point of the shape's surface can fall short of, so that a candidate that is
+// A length that no point of a surface in the box can fall short of, so that a candidate that is
 // farther than the best so far is passed over without a look at its surface.
-double leastDistance(const MPoint& query, const MDagPath& shape) {
-  MBoundingBox box = MFnDagNode(shape).boundingBox();
-  box.transformUsing(shape.inclusiveMatrix());
-  const MPoint low = box.min();
-  const MPoint high = box.max();
+double leastDistance(const MPoint& query, const MPoint& low, const MPoint& high) {
   const double distance =
       std::hypot(outside(query.x, low.x, high.x), outside(query.y, low.y, high.y),
                  outside(query.z, low.z, high.z));
@@ -80,25 +76,46 @@ void assignVertexUVs(MFnMesh& goblin) {
 
 }  // namespace
 
-MStatus findClosestGeometry(const MObject& goblin, const MSelectionList& candidates,
-                            unsigned& index, int& polygon) {
-  const MPoint query = MFnDagNode(goblin).boundingBox().center();
-  double best = -1.0;  // no distance yet
+GeometrySearch::GeometrySearch(const MSelectionList& candidates) {
   for (unsigned i = 0; i < candidates.length(); ++i) {
     const MDagPath shape = shapePath(firstPath(candidates, i));
-    if (best != -1.0 && leastDistance(query, shape) >= best) continue;
+    MBoundingBox box = MFnDagNode(shape).boundingBox();
+    box.transformUsing(shape.inclusiveMatrix());
+    candidates_.push_back({shape, box.min(), box.max()});
+  }
+}
+
+void GeometrySearch::findClosest(const MObject& goblin, unsigned& index, int& polygon) const {
+  const MPoint query = MFnDagNode(goblin).boundingBox().center();
+  double best = -1.0;  // no distance yet
+  for (std::size_t i = 0; i < candidates_.size(); ++i) {
+    const Candidate& candidate = candidates_[i];
+    if (best != -1.0 && leastDistance(query, candidate.low, candidate.high) >= best) {
+      continue;
+    }
     MStatus status;
-    MFnMesh mesh(shape, &status);
-    if (!status) continue;
+    MFnMesh mesh(candidate.shape, &status);
+    if (!status) {
+      continue;
+    }
     MPoint nearest;
     int nearestPolygon = 0;
-    if (!mesh.getClosestPoint(query, nearest, MSpace::kWorld, &nearestPolygon)) continue;
+    if (!mesh.getClosestPoint(query, nearest, MSpace::kWorld, &nearestPolygon)) {
+      continue;
+    }
     const double distance = query.distanceTo(nearest);
-    if (best != -1.0 && !(distance < best)) continue;
+    if (best != -1.0 && !(distance < best)) {
+      continue;
+    }
     best = distance;
-    index = i;
+    index = static_cast<unsigned>(i);
     polygon = nearestPolygon;
   }
+}
+
+MStatus findClosestGeometry(const MObject& goblin, const MSelectionList& candidates,
+                            unsigned& index, int& polygon) {
+  GeometrySearch(candidates).findClosest(goblin, index, polygon);
   return MStatus::kSuccess;
 }
 

@@ -1,12 +1,34 @@
 #ifndef MORVANE_GOBLIN_SURFACESAMPLING_H_
 #define MORVANE_GOBLIN_SURFACESAMPLING_H_
 
+#include <maya/MDagPath.h>
 #include <maya/MObject.h>
+#include <maya/MPoint.h>
 #include <maya/MSelectionList.h>
 #include <maya/MStatus.h>
 
+#include <vector>
+
 // Finds the textured geometry under a goblin and copies its texture coordinates onto the goblin.
 namespace morvane {
+
+// Candidate geometry, with what decides quickly whether a candidate can be the nearest. Good as
+// long as neither the list nor the candidates change.
+class GeometrySearch {
+ public:
+  explicit GeometrySearch(const MSelectionList& candidates);
+
+  // As findClosestGeometry().
+  void findClosest(const MObject& goblin, unsigned& index, int& polygon) const;
+
+ private:
+  struct Candidate {
+    MDagPath shape;
+    MPoint low;  // of its box in the world
+    MPoint high;
+  };
+  std::vector<Candidate> candidates_;
+};
 
 // Finds the candidate whose surface is nearest to the centre of the goblin's object-space box,
 // which is taken as a point of the world. Writes the candidate's position in the list and the id of

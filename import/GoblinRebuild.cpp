@@ -55,7 +55,8 @@ void setNormals(const GoblinMesh& goblin, MFnMesh& mesh) {
   }
 }
 
-MStatus createGoblin(const GoblinRecord& record, const GoblinMesh& goblin, MObject tile) {
+MStatus createGoblin(const GoblinRecord& record, const GoblinMesh& goblin, MObject tile,
+                     TextureNetworks& networks) {
   const auto points = static_cast<int>(goblin.points.size());
   MIntArray counts = toIntArray(goblin.polygonCounts);
   MIntArray connects = toIntArray(goblin.polygonConnects);
@@ -72,7 +73,7 @@ MStatus createGoblin(const GoblinRecord& record, const GoblinMesh& goblin, MObje
   mesh.assignUVs(counts, connects);
   setNormals(goblin, mesh);
   MObject shape = mesh.object();
-  applyTexture(shape, record.textureFileName.get());
+  networks.apply(shape, record.textureFileName.get());
   setStringAttr(shape, "goblinName", record.name.get(), true);
   return created;
 }
@@ -89,7 +90,7 @@ void mapPool(std::vector<GoblinPoolVertex>& pool, const Matrix44& fromTile) {
 // Makes goblins until the blob ends or stops making sense, which is false. `status` is that of the
 // last mesh.
 bool createGoblins(GoblinGeometryReader& reader, const Matrix44& fromTile, MObject tile,
-                   MStatus& status) {
+                   TextureNetworks& networks, MStatus& status) {
   std::vector<GoblinPoolVertex> pool;
   std::uint32_t goblins = 0;
   if (!reader.readPool(pool) || !reader.readGoblinCount(goblins)) return false;
@@ -98,7 +99,7 @@ bool createGoblins(GoblinGeometryReader& reader, const Matrix44& fromTile, MObje
   for (std::uint32_t i = 0; i < goblins; ++i) {
     GoblinRecord record;
     if (!reader.readGoblin(record)) return false;
-    status = createGoblin(record, buildGoblinMesh(record, pool, localIndices), tile);
+    status = createGoblin(record, buildGoblinMesh(record, pool, localIndices), tile, networks);
   }
   return true;
 }
@@ -113,15 +114,17 @@ bool hasVertices(const std::uint8_t* blob, std::size_t size) {
 }  // namespace
 
 MStatus rebuildGoblins(const std::uint8_t* blob, std::size_t size, const Matrix44& fromTile,
-                       MObject tile) {
+                       MObject tile, TextureNetworks& networks) {
   if (!hasVertices(blob, size)) {
     std::printf("Error: zero vertex size?!?\n");
     return MStatus::kFailure;
   }
   MStatus status;
   GoblinGeometryReader reader(blob, size, GoblinLayout::kNamed);
-  const bool sound = createGoblins(reader, fromTile, tile, status);
-  if (!sound || reader.consumed() != size) {
+  const bool sound = createGoblins(reader, fromTile, tile, networks, status);
+  if (!sound && reader.consumed() == size) {
+    std::printf("Error: corrupt goblin geometry data!  (It ends before what it promises.)\n");
+  } else if (reader.consumed() != size) {
     std::printf("Error: corrupt goblin geometry data!  (Processed %d of %d.)\n",
                 static_cast<int>(reader.consumed()), static_cast<int>(size));
   }

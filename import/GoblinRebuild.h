@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "import/TextureNetwork.h"
 #include "util/Matrix44.h"
 
 namespace morvane {
@@ -19,7 +20,7 @@ namespace morvane {
 // that does not hold together: goblins before the first value that does not fit are made, and a
 // line on standard output says how far the blob was read.
 MStatus rebuildGoblins(const std::uint8_t* blob, std::size_t size, const Matrix44& fromTile,
-                       MObject tile);
+                       MObject tile, TextureNetworks& networks);
 
 }  // namespace morvane
 

@@ -35,23 +35,17 @@ MStatus firstConnection(const MString& plug, MString& name) {
   return status;
 }
 
-bool hasTexture(const MString& shader, const MString& fileName) {
+// False when the shader has no texture that names a file.
+bool getTextureOf(const MString& shader, std::string& fileName) {
   MString texture;
   firstConnection(shader + ".color", texture);
   if (texture.length() == 0) return false;
   MStringArray names;
   const MString command = MString("getAttr ") + texture + ".fileTextureName";
   if (MGlobal::executeCommand(command, names, false, false) != MStatus::kSuccess) return false;
-  return names.length() > 0 && names[0] == fileName;
-}
-
-// The name of the first Lambert shader with this texture; empty when there is none.
-MString findShader(const MString& fileName) {
-  for (MItDependencyNodes node(MFn::kLambert); !node.isDone(); node.next()) {
-    const MString shader = getNodeName(node.thisNode());
-    if (hasTexture(shader, fileName)) return shader;
-  }
-  return MString();
+  if (names.length() == 0) return false;
+  fileName = names[0].asChar();
+  return true;
 }
 
 MStatus createGroup(const MString& shader, MString& group) {
@@ -82,14 +76,14 @@ MStatus createTexture(MString& texture) {
   return MStatus::kSuccess;
 }
 
-MStatus createNetwork(const MString& fileName, MString& group) {
+MStatus createNetwork(const MString& fileName, MString& shader, MString& group) {
   MString texture;
   MStatus status = createTexture(texture);
   if (status != MStatus::kSuccess) return status;
   MFnLambertShader lambert;
   lambert.create(true, &status);
   if (status != MStatus::kSuccess) return status;
-  const MString shader = getNodeName(lambert.object());
+  shader = getNodeName(lambert.object());
   status = createGroup(shader, group);
   if (status == MStatus::kSuccess) status = connectGroup(shader, group);
   const MString commands[] = {
@@ -105,12 +99,38 @@ MStatus createNetwork(const MString& fileName, MString& group) {
 
 }  // namespace
 
+std::string TextureNetworks::shaderOf(const std::string& fileName) {
+  if (!known_) {
+    known_ = true;
+    for (MItDependencyNodes node(MFn::kLambert); !node.isDone(); node.next()) {
+      const MString shader = getNodeName(node.thisNode());
+      std::string texture;
+      if (getTextureOf(shader, texture)) shaders_.emplace(texture, shader.asChar());
+    }
+  }
+  const auto found = shaders_.find(fileName);
+  return found != shaders_.end() ? found->second : std::string();
+}
+
 MStatus applyTexture(MObject node, const MString& fileName) {
+  return TextureNetworks().apply(node, fileName);
+}
+
+MStatus TextureNetworks::apply(MObject node, const MString& fileName) {
   std::printf("Creating texture node...\n");
-  const MString shader = findShader(fileName);
+  MString shader = shaderOf(fileName.asChar()).c_str();
   MString group;
-  const MStatus found =
-      shader.length() != 0 ? groupOf(shader, group) : createNetwork(fileName, group);
+  MStatus found;
+  if (shader.length() != 0) {
+    found = groupOf(shader, group);
+  } else {
+    found = createNetwork(fileName, shader, group);
+    std::string texture;
+    // Also of a network that was begun: it is what would be found next time.
+    if (shader.length() != 0 && getTextureOf(shader, texture)) {
+      shaders_.emplace(texture, shader.asChar());
+    }
+  }
   if (found != MStatus::kSuccess) return found;
   // Without a name the command would take the selection instead.
   const MObject shape = getShapeNode(node);

@@ -29,7 +29,12 @@ constexpr std::uint32_t kBlankDocumentSide = 256;
 
 bool loadDocument(const MString& path, PsdDocument& document) {
   std::string reason;
-  if (document.load(path.asChar(), &reason)) return true;
+  if (document.load(path.asChar(), &reason)) {
+    if (!document.loadWarning.empty()) {
+      MGlobal::displayWarning(path + ": " + document.loadWarning.c_str());
+    }
+    return true;
+  }
   MGlobal::displayError(path + ": " + reason.c_str());
   return false;
 }
@@ -59,14 +64,14 @@ MStatus recordPath(MObject tile, const MString& path) {
   return MStatus::kSuccess;
 }
 
-MStatus readGoblins(const MString& file, PsdDocument& document, MObject tile,
-                    const MDagPath& path) {
+MStatus readGoblins(const MString& file, const PsdDocument& document, MObject tile,
+                    const MDagPath& path, TextureNetworks& networks) {
   if (document.findLayer(kGoblinLayerName) < 0) {
     std::printf("Warning: no GoblinGeometry layer found.\n");
     return MStatus::kSuccess;
   }
   std::uint32_t size = 0;
-  const std::unique_ptr<std::uint8_t[]> blob = document.readDataLayer(kGoblinLayerName, size);
+  const std::unique_ptr<std::uint8_t[]> blob = document.peekDataLayer(kGoblinLayerName, size);
   if (!blob) {
     MGlobal::displayError(file + ": the layer GoblinGeometry does not hold what it says; was it " +
                           "changed in a paint program? Export the tile again");
@@ -80,7 +85,7 @@ MStatus readGoblins(const MString& file, PsdDocument& document, MObject tile,
     return failTranslation("Error: tile has no extent in x or z!\n");
   }
   fromTile.invert();
-  return rebuildGoblins(blob.get(), size, fromTile, tile);
+  return rebuildGoblins(blob.get(), size, fromTile, tile, networks);
 }
 
 }  // namespace
@@ -94,10 +99,11 @@ MStatus readTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mode
   const MString path = file.fullName();
   PsdDocument document(kBlankDocumentSide, kBlankDocumentSide);
   if (!loadDocument(path, document)) return MStatus::kFailure;
-  applyTexture(tile, path);
+  TextureNetworks networks;
+  networks.apply(tile, path);
   const MStatus recorded = recordPath(tile, path);
   if (recorded != MStatus::kSuccess) return recorded;
-  return readGoblins(path, document, tile, tilePath);
+  return readGoblins(path, document, tile, tilePath, networks);
 }
 
 }  // namespace morvane

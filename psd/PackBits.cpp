@@ -104,13 +104,17 @@ std::unique_ptr<std::uint8_t[]> packBitsEncodeFilledPlane(std::uint32_t width, s
 std::unique_ptr<std::uint8_t[]> packBitsDecodePlane(std::uint32_t width, std::uint32_t height,
                                                     const std::uint8_t* packed,
                                                     std::size_t packedLength) {
-  const std::uint64_t table = 2 * std::uint64_t{height};
-  const std::uint64_t size = std::uint64_t{width} * height;
+  return packBitsDecodeStart(height, packed, packedLength, std::size_t{width} * height);
+}
+
+std::unique_ptr<std::uint8_t[]> packBitsDecodeStart(std::uint32_t height,
+                                                    const std::uint8_t* packed,
+                                                    std::size_t packedLength, std::size_t size) {
+  const std::size_t table = 2 * std::size_t{height};
   if (packedLength < table || size / kMaxPackBitsExpansion > packedLength - table) return nullptr;
-  Array plane = allocated(static_cast<std::size_t>(size));
+  Array plane = allocated(size);
   if (!plane) return nullptr;
-  const bool filled = packBitsDecode(packed + table, packedLength - static_cast<std::size_t>(table),
-                                     plane.get(), static_cast<std::size_t>(size));
+  const bool filled = packBitsDecode(packed + table, packedLength - table, plane.get(), size);
   return filled ? std::move(plane) : nullptr;
 }
 

@@ -42,6 +42,11 @@ std::unique_ptr<std::uint8_t[]> packBitsDecodePlane(std::uint32_t width, std::ui
                                                     const std::uint8_t* packed,
                                                     std::size_t packedLength);
 
+// The first `size` bytes of a plane alone, unpacked in the same way.
+std::unique_ptr<std::uint8_t[]> packBitsDecodeStart(std::uint32_t height,
+                                                    const std::uint8_t* packed,
+                                                    std::size_t packedLength, std::size_t size);
+
 // Packs a plane that is there as packets of any form, without row lengths; of the plane itself only
 // some rows at a time are held. Null also when the packets end before the plane is full.
 std::unique_ptr<std::uint8_t[]> packBitsRepack(std::uint32_t width, std::uint32_t height,

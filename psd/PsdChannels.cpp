@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -84,22 +85,26 @@ void PsdDocument::replaceChannel(std::int32_t layer, std::uint32_t channel,
 }
 
 std::unique_ptr<std::uint8_t[]> PsdDocument::unpackedPlane(std::int32_t layer,
-                                                           std::uint32_t channel,
-                                                           std::size_t& size) const {
+                                                           std::uint32_t channel, std::size_t& size,
+                                                           std::uint64_t most) const {
   const PsdLayer& record = layers[layer];
   const PsdChannel& entry = layerChannels(layer)[channel];
   const std::uint32_t length = record.channelInfos[channel].length;
   if (!hasSaneRectangle(record)) return nullptr;
   const auto width = static_cast<std::uint32_t>(widthOf(record));
   const auto height = static_cast<std::uint32_t>(heightOf(record));
-  size = std::size_t{width} * height;
+  const std::size_t whole = std::size_t{width} * height;
+  size = static_cast<std::size_t>(std::min<std::uint64_t>(whole, most));
   if (length <= kCompressionWord || !entry.data) {
     if (size > kMaxMissingPlane) return nullptr;
     return std::unique_ptr<std::uint8_t[]>(new (std::nothrow) std::uint8_t[size]());
   }
   const std::size_t stored = length - kCompressionWord;
-  if (entry.compression != 0) return packBitsDecodePlane(width, height, entry.data.get(), stored);
-  return stored == size ? rawCopy(entry, size) : nullptr;
+  if (entry.compression == 0) {
+    return stored == whole ? rawCopy(entry, size) : nullptr;
+  }
+  return size == whole ? packBitsDecodePlane(width, height, entry.data.get(), stored)
+                       : packBitsDecodeStart(height, entry.data.get(), stored, size);
 }
 
 bool PsdDocument::decompressChannel(std::int32_t layer, std::uint32_t channel) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <new>
 
 #include "psd/PackBits.h"
@@ -43,8 +44,9 @@ bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::
   return appendLayer(name, kHiddenFlags, content.get(), length, error) >= 0;
 }
 
-// Reads a layer's planes as one run of bytes, one unpacked plane at a time. The document changes
-// only in repackChannels(), for which every plane is packed as it is read.
+// Reads a layer's planes as one run of bytes, one unpacked plane at a time, and of each no more
+// than is wanted. The document changes only in repackChannels(), for which every plane is unpacked
+// whole and packed as it is read.
 class PsdDocument::PlaneStream {
  public:
   PlaneStream(const PsdDocument& document, std::int32_t layer, bool repacks)
@@ -58,6 +60,7 @@ class PsdDocument::PlaneStream {
   // layer smaller than the image need only be as large as what it holds.
   bool read(std::uint8_t* to, std::uint64_t size) {
     while (size != 0) {
+      wanted_ = std::min(size, plane_);
       if (at_ == plane_ && !nextChannel()) return false;
       const auto part = static_cast<std::size_t>(std::min(size, plane_ - at_));
       if (at_ + part > rawSize_) return false;
@@ -94,8 +97,12 @@ class PsdDocument::PlaneStream {
     if (!canHold(std::uint64_t{length} + kLengthSize)) {
       return nullptr;
     }
-    std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[length]);
-    if (content == nullptr || !read(content.get(), length) || !finish()) {
+    std::unique_ptr<std::uint8_t[]> content(new (std::nothrow)
+                                                std::uint8_t[std::size_t{length} + kLengthSize]);
+    if (content == nullptr) {
+      return nullptr;
+    }
+    if (!readAll(content.get(), length) || !finish()) {
       return nullptr;
     }
     size = length;
@@ -109,6 +116,21 @@ class PsdDocument::PlaneStream {
   }
 
  private:
+  // What comes behind the length word, which was read. `to` has room for that, too.
+  bool readAll(std::uint8_t* to, std::uint32_t length) {
+    if (repacks_) {
+      return read(to, length);
+    }
+    // Of the first plane no more than the length was unpacked.
+    channels_ = 0;
+    at_ = plane_;
+    if (!read(to, std::uint64_t{length} + kLengthSize)) {
+      return false;
+    }
+    std::memmove(to, to + kLengthSize, length);
+    return true;
+  }
+
   struct Packed {
     std::unique_ptr<std::uint8_t[]> data;
     std::uint32_t length = 0;
@@ -119,7 +141,8 @@ class PsdDocument::PlaneStream {
     if (channel >= document_.layers[layer_].channelCount) {
       return false;
     }
-    raw_ = document_.unpackedPlane(layer_, channel, rawSize_);
+    const std::uint64_t most = repacks_ ? std::numeric_limits<std::uint64_t>::max() : wanted_;
+    raw_ = document_.unpackedPlane(layer_, channel, rawSize_, most);
     if (raw_ == nullptr || (repacks_ && !packPlane())) {
       return false;
     }
@@ -144,8 +167,9 @@ class PsdDocument::PlaneStream {
   const PsdDocument& document_;
   std::int32_t layer_;
   bool repacks_;
-  std::uint64_t plane_;  // bytes of each channel that count: the image's pixels
-  std::uint64_t at_;     // in the current plane
+  std::uint64_t plane_;       // bytes of each channel that count: the image's pixels
+  std::uint64_t at_;          // in the current plane
+  std::uint64_t wanted_ = 0;  // of the next plane, where planes are not packed again
   std::unique_ptr<std::uint8_t[]> raw_;
   std::size_t rawSize_ = 0;
   std::uint32_t channels_ = 0;  // that were read

@@ -9,8 +9,18 @@
 
 #include "psd/Bytes.h"
 #include "psd/PsdRecords.h"
+#include "util/FileIdentity.h"
 
 namespace morvane {
+
+// What saving a document may replace, and what it met.
+struct PsdReplacement {
+  // In: the only file that may be there, see FileReplacer::expect(). Null: any, but for the file
+  // that the document was loaded from, which must be as it was.
+  const FileIdentity* expected = nullptr;
+  bool foundAnother = false;     // out: so nothing was replaced
+  std::uint64_t otherNames = 0;  // out: hard links that keep the old content
+};
 
 // A layered image file (the published PSD format, version 1) in memory. It keeps every section as
 // it was read, of any depth and colour mode, so that a document can be loaded, changed a whole
@@ -79,6 +89,9 @@ class PsdDocument {
   // All that follows the compression word, be it more or less than the image needs.
   Bytes mergedData;
 
+  // What the file last loaded says that was not followed; empty: nothing.
+  std::string loadWarning;
+
   // The file as it was read; opaque bytes, channel data and merged data may lie in it.
   std::unique_ptr<std::uint8_t[]> fileBytes;
 
@@ -116,9 +129,14 @@ class PsdDocument {
   std::string mergedFault() const;
 
   // Writes the document as a PSD file. True only when every byte is on the disk; whatever happens,
-  // the path holds the old file or the new one whole (see util/ReplaceFile.h). `error`, where
-  // given, gets the reason.
-  bool save(const char* path, std::string* error = nullptr) const;
+  // the path holds the old file or the new one whole (see util/ReplaceFile.h). Fails when it
+  // would replace the file that was loaded, or saved last, and that is another file by now.
+  // `error`, where given, gets the reason.
+  bool save(const char* path, std::string* error = nullptr,
+            PsdReplacement* replacement = nullptr) const;
+
+  // Of the file last loaded, as it was then; not known for other documents.
+  const FileIdentity& identity() const { return onDisk_; }
 
   // The bytes that save() writes, in place of what `bytes` holds; false leaves that as it is.
   bool saveBytes(std::vector<std::uint8_t>& bytes, std::string* error = nullptr) const;
@@ -160,6 +178,8 @@ class PsdDocument {
   // layer's.
   void removeLayer(std::int32_t index);
   void removeLayerByName(const char* name);
+  // All of that name but layer 0, in time that does not grow with how many there are.
+  void removeLayersByName(const char* name);
 
   // Appends a hidden layer that carries `size` bytes in its channel planes, at most 4 x rows x
   // columns - 5. False where addLayer() gives -1, and for more bytes than that.
@@ -171,7 +191,7 @@ class PsdDocument {
   // it says.
   std::unique_ptr<std::uint8_t[]> readDataLayer(const char* name, std::uint32_t& size);
 
-  // The same, and the document stays as it is.
+  // The same, and the document stays as it is. Only the rows that hold the bytes are unpacked.
   std::unique_ptr<std::uint8_t[]> peekDataLayer(const char* name, std::uint32_t& size) const;
 
   // Writes a rectangle (in the image's pixels) of red, green, blue, alpha bytes, row after row,
@@ -185,15 +205,19 @@ class PsdDocument {
   class PlaneStream;
 
   PsdDocument() = default;
+  // Whether saving there would replace the file at `path`.
+  bool isOwnPath(const char* savePath) const;
   std::size_t channelTableStart(std::int32_t layer) const;
   PsdChannelInfo* findChannelInfo(std::int32_t layer, std::uint32_t channel);
 
   // Adds to both section lengths (or subtracts).
   void changeSectionLengths(std::int64_t difference);
 
-  // A raw copy of a channel's plane; null when its data does not fill the layer's rectangle.
+  // A raw copy of a channel's plane, or of its first `most` bytes; null when its data does not fill
+  // the layer's rectangle, or that part of it.
   std::unique_ptr<std::uint8_t[]> unpackedPlane(std::int32_t layer, std::uint32_t channel,
-                                                std::size_t& size) const;
+                                                std::size_t& size,
+                                                std::uint64_t most = UINT64_MAX) const;
 
   // Both build what is to be committed and change nothing; false when it cannot be built.
   bool buildBaseLayer(BuiltLayer& base) const;
@@ -215,6 +239,8 @@ class PsdDocument {
   void commitLayer(BuiltLayer& built);
   void extendLayerGroups();
   void takeLayerId(PsdLayer& layer);
+
+  mutable FileIdentity onDisk_;  // of the file at `path` as it was loaded, or saved last
 };
 
 }  // namespace morvane

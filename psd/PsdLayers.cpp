@@ -90,8 +90,17 @@ bool hasSides(const PsdDocument& document) {
   return isSide(document.rows) && isSide(document.columns);
 }
 
+// Whether the merged image can be as large as the header says, in any compression of the format: a
+// new layer takes memory and disk for every pixel. Deflate, the strongest, gives at most 1032 times
+// as much.
+bool hasPlausibleSides(const PsdDocument& document) {
+  constexpr std::uint64_t kMostExpansion = 1032;
+  return std::uint64_t{document.rows} * document.columns / kMostExpansion <= document.mergedLength;
+}
+
 bool canCarryLayers(const PsdDocument& document) {
-  return document.headerFault().empty() && document.depth == 8 && hasSides(document);
+  return document.headerFault().empty() && document.depth == 8 && hasSides(document) &&
+         hasPlausibleSides(document);
 }
 
 constexpr std::int16_t kMaxLayers = std::numeric_limits<std::int16_t>::max();
@@ -145,6 +154,15 @@ std::unique_ptr<std::uint8_t[]> packMergedPlane(const PsdDocument& document, std
   return packBitsRepack(document.columns, document.rows, rows, length, packedLength);
 }
 
+// Bytes in the file.
+std::int64_t sizeWithChannels(const PsdLayer& layer) {
+  std::int64_t size = recordSize(layer);
+  for (std::uint32_t c = 0; c < layer.channelCount; ++c) {
+    size += layer.channelInfos[c].length;
+  }
+  return size;
+}
+
 }  // namespace
 
 // A layer that is not part of the document yet.
@@ -164,11 +182,7 @@ struct PsdDocument::BuiltLayer {
   }
 
   // Bytes in the file.
-  std::uint64_t size() const {
-    std::uint64_t total = recordSize(record);
-    for (std::uint32_t c = 0; c < record.channelCount; ++c) total += record.channelInfos[c].length;
-    return total;
-  }
+  std::uint64_t size() const { return static_cast<std::uint64_t>(sizeWithChannels(record)); }
 
   // Into vectors that have room for them.
   void moveTo(std::vector<PsdLayer>& records, std::vector<PsdChannel>& table) {
@@ -265,6 +279,10 @@ std::string PsdDocument::layerObstacle(const char* name) const {
     return "an image of " + std::to_string(columns) + " x " + std::to_string(rows) +
            " pixels takes no layer";
   }
+  if (!hasPlausibleSides(*this)) {
+    return "the merged image is cut off: " + std::to_string(mergedLength) + " bytes for " +
+           std::to_string(columns) + " x " + std::to_string(rows) + " pixels";
+  }
   if (!name || std::strlen(name) > kMaxNameLength) return "the layer's name is too long";
   if (layerCount == kMaxLayers) return "it has as many layers as a file can have";
   if (layerCount != 0) return "out of memory, or the file would be too large";
@@ -328,9 +346,7 @@ void PsdDocument::takeLayerId(PsdLayer& layer) {
 void PsdDocument::removeLayer(std::int32_t index) {
   if (index < 1 || index >= layerCount) return;
   const PsdLayer& layer = layers[index];
-  std::int64_t removed = recordSize(layer);
-  for (std::uint32_t c = 0; c < layer.channelCount; ++c) removed += layer.channelInfos[c].length;
-  changeSectionLengths(-removed);
+  changeSectionLengths(-sizeWithChannels(layer));
   const auto first = channelTable.begin() + static_cast<std::ptrdiff_t>(channelTableStart(index));
   channelTable.erase(first, first + layer.channelCount);
   layers.erase(layers.begin() + index);
@@ -339,6 +355,31 @@ void PsdDocument::removeLayer(std::int32_t index) {
 
 void PsdDocument::removeLayerByName(const char* name) {
   removeLayer(findLayer(name));
+}
+
+void PsdDocument::removeLayersByName(const char* name) {
+  std::int64_t removed = 0;
+  std::size_t keptLayers = 0;
+  auto channel = channelTable.begin();
+  auto keptChannels = channel;
+  for (std::size_t i = 0; i < layers.size(); ++i) {
+    const auto channelsEnd = channel + layers[i].channelCount;
+    const char* const own = layers[i].name.get();
+    if (i > 0 && own != nullptr && std::strcmp(own, name) == 0) {
+      removed += sizeWithChannels(layers[i]);
+    } else {
+      keptChannels = std::move(channel, channelsEnd, keptChannels);
+      if (keptLayers != i) {
+        layers[keptLayers] = std::move(layers[i]);
+      }
+      ++keptLayers;
+    }
+    channel = channelsEnd;
+  }
+  channelTable.erase(keptChannels, channelTable.end());
+  layers.erase(layers.begin() + static_cast<std::ptrdiff_t>(keptLayers), layers.end());
+  layerCount = static_cast<std::int16_t>(keptLayers);
+  changeSectionLengths(-removed);
 }
 
 }  // namespace morvane

@@ -154,16 +154,17 @@ std::string refusal(const PsdDocument& document, std::size_t size, const std::st
 // Lengths within a file have 32 bits.
 constexpr std::uint64_t kMaxFile = std::numeric_limits<std::uint32_t>::max();
 
-bool loadPsd(const char* path, PsdDocument& document, std::string& error) {
+bool loadPsd(const char* path, PsdDocument& document, FileIdentity& identity, std::string& error) {
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
-  return readWholeFile(path, kMaxFile, bytes, size, error) &&
+  return readWholeFile(path, kMaxFile, bytes, size, error, &identity) &&
          parsePsd(std::move(bytes), size, document, error);
 }
 
-bool loadTga(const char* path, PsdDocument& document, std::string& error) {
+bool loadTga(const char* path, PsdDocument& document, FileIdentity& identity, std::string& error) {
   InputFile file;
   if (!file.open(path, kMaxFile, error)) return false;
+  identity = file.identity();
   if (importTga(file, document, error)) return true;
   std::uint8_t first[kKindSize];
   std::string ignored;
@@ -245,7 +246,9 @@ bool PsdDocument::load(const char* loadPath, std::string* error) {
     return false;
   }
   PsdDocument fresh;
-  if (isTga ? !loadTga(loadPath, fresh, why) : !loadPsd(loadPath, fresh, why)) return false;
+  FileIdentity identity;
+  if (!(isTga ? loadTga : loadPsd)(loadPath, fresh, identity, why)) return false;
+  fresh.onDisk_ = identity;
   const std::size_t pathSize = std::strlen(loadPath) + 1;
   fresh.path.reset(new (std::nothrow) char[pathSize]);
   if (!fresh.path) {

@@ -224,8 +224,19 @@ void writeSections(PsdOutput& out, const PsdDocument& document) {
 
 }  // namespace
 
-bool PsdDocument::save(const char* savePath, std::string* error) const {
+bool PsdDocument::isOwnPath(const char* savePath) const {
+  return onDisk_.known && path != nullptr && savePath != nullptr &&
+         isSamePlace(path.get(), savePath);
+}
+
+bool PsdDocument::save(const char* savePath, std::string* error,
+                       PsdReplacement* replacement) const {
   FileReplacer file;
+  const bool isOwn = isOwnPath(savePath);
+  if (isOwn) file.expect(onDisk_);
+  if (replacement != nullptr && replacement->expected != nullptr) {
+    file.expect(*replacement->expected);
+  }
   bool saved = file.open(savePath);
   std::string reason;
   if (saved) {
@@ -233,6 +244,11 @@ bool PsdDocument::save(const char* savePath, std::string* error) const {
     writeSections(out, *this);
     if (!out.complete()) reason = kIncomplete;
     saved = out.complete() && file.commit();
+  }
+  if (saved && isOwn) onDisk_ = file.written();
+  if (replacement != nullptr) {
+    replacement->foundAnother = file.foundAnother();
+    replacement->otherNames = file.otherNames();
   }
   if (error) *error = saved ? std::string() : reason.empty() ? file.error() : reason;
   return saved;

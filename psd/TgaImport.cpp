@@ -13,12 +13,17 @@ namespace {
 
 constexpr std::size_t kHeaderSize = 18;
 constexpr std::uint32_t kPlanes = 4;
+constexpr const char* kPackedNames[] = {"colour-mapped", "true-colour", "grey"};  // types 9 to 11
+
+constexpr unsigned kRightToLeft = 0x10;
+constexpr unsigned kTopToBottom = 0x20;
 
 struct TgaImage {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
   std::uint32_t pixelSize = 0;  // bytes: blue, green, red and perhaps alpha
   std::uint64_t start = 0;      // of the pixels in the file
+  unsigned descriptor = 0;
 
   std::size_t rowSize() const { return std::size_t{width} * pixelSize; }
 };
@@ -37,6 +42,12 @@ bool readHeader(InputFile& file, TgaImage& image, std::string& error) {
   if (file.read(0, bytes, sizeof bytes, error) < sizeof bytes) return false;
   image.width = loadLe16(bytes + 12);
   image.height = loadLe16(bytes + 14);
+  const unsigned type = bytes[2];
+  if (type >= 9 && type <= 11) {
+    error = "TGA of image type " + std::to_string(type) + ", run-length " + kPackedNames[type - 9] +
+            ", at byte 2: only unpacked images are supported; save it without compression";
+    return false;
+  }
   const unsigned depth = bytes[16];
   if (depth != 24 && depth != 32) {
     error = "TGA of " + std::to_string(depth) + " bits at byte 16: only 24 and 32 are supported";
@@ -44,7 +55,21 @@ bool readHeader(InputFile& file, TgaImage& image, std::string& error) {
   }
   image.pixelSize = depth / 8;
   image.start = kHeaderSize + bytes[0];
+  image.descriptor = bytes[17];
   return true;
+}
+
+std::string warningOf(const TgaImage& image) {
+  const bool isTurned = (image.descriptor & kTopToBottom) != 0;
+  const bool isMirrored = (image.descriptor & kRightToLeft) != 0;
+  if (!isTurned && !isMirrored) {
+    return std::string();
+  }
+  return std::string("its header says that it begins at the ") + (isTurned ? "top" : "bottom") +
+         (isMirrored ? " right" : " left") +
+         ", but it is taken from the bottom left on, so that it is " +
+         (isTurned ? "upside down" : "") + (isTurned && isMirrored ? " and " : "") +
+         (isMirrored ? "mirrored" : "") + "; save it with its first row at the bottom";
 }
 
 bool hasItsPixels(const InputFile& file, const TgaImage& image, std::string& error) {
@@ -116,6 +141,7 @@ bool importTga(InputFile& file, PsdDocument& document, std::string& error) {
   TgaImage image;
   if (!readHeader(file, image, error) || !hasItsPixels(file, image, error)) return false;
   document.reset(image.width, image.height);
+  document.loadWarning = warningOf(image);
   const std::int32_t layer = document.addLayer("$diffuse");
   if (layer < 0) {
     error = sizeText(image) + " pixels cannot be a layer";

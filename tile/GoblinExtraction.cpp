@@ -26,12 +26,16 @@ MObject meshDirectlyBelow(MDagPath tile) {
   MFnDagNode transform(tile);
   for (unsigned int i = 0; i < transform.childCount(); ++i) {
     MObject child = transform.child(i);
-    if (child.hasFn(MFn::kMesh) && !MFnDagNode(child).isIntermediateObject()) return child;
+    if (isShownMesh(child)) return child;
   }
   return MObject::kNullObj;
 }
 
 }  // namespace
+
+bool isShownMesh(MObject node) {
+  return node.hasFn(MFn::kMesh) && !MFnDagNode(node).isIntermediateObject();
+}
 
 MeshWalk::MeshWalk(MDagPath tile) : walk_(MItDag::kDepthFirst, MFn::kMesh) {
   walk_.reset(tile, MItDag::kDepthFirst, MFn::kMesh);
@@ -39,9 +43,13 @@ MeshWalk::MeshWalk(MDagPath tile) : walk_(MItDag::kDepthFirst, MFn::kMesh) {
 }
 
 MObject MeshWalk::mesh() const {
+  return path().node();
+}
+
+MDagPath MeshWalk::path() const {
   MDagPath path;
   walk_.getPath(path);
-  return path.node();
+  return path;
 }
 
 void MeshWalk::next() {
@@ -51,7 +59,7 @@ void MeshWalk::next() {
 
 // Hosts differ in whether a walk stands on its root when the filter does not admit it.
 void MeshWalk::skipToMesh() {
-  while (!walk_.isDone() && !mesh().hasFn(MFn::kMesh)) walk_.next();
+  while (!walk_.isDone() && !isShownMesh(mesh())) walk_.next();
 }
 
 bool getTileMatrix(MDagPath tile, MObject firstMesh, Matrix44& matrix) {

@@ -12,13 +12,17 @@
 // What both exporters do with a tile and the goblins below it.
 namespace morvane {
 
-// Visits every mesh below a tile, depth first: the tile's own mesh, then the goblins.
+// A mesh that is shown. What a mesh is made from stands beside it as an intermediate one.
+bool isShownMesh(MObject node);
+
+// Visits every shown mesh below a tile, depth first: the tile's own mesh, then the goblins.
 class MeshWalk {
  public:
   explicit MeshWalk(MDagPath tile);
 
   bool isDone() const { return walk_.isDone(); }
   MObject mesh() const;
+  MDagPath path() const;  // of the mesh
   void next();
 
  private:

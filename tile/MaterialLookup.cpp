@@ -85,10 +85,10 @@ std::int32_t countMaterials(MObject mesh) {
   return static_cast<std::int32_t>(seen.size());
 }
 
-std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh) {
+std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance) {
   MObjectArray groups;
   MIntArray groupOfFace;
-  mesh.getConnectedShaders(0, groups, groupOfFace);
+  mesh.getConnectedShaders(instance, groups, groupOfFace);
   if (groups.length() != 1) {
     return refuse("*** Error : Must have only one material attached to base mesh\n");
   }

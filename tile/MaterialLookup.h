@@ -15,9 +15,10 @@ namespace morvane {
 // this mesh.
 std::int32_t countMaterials(MObject mesh);
 
-// The name of the file that the mesh's colour comes from, as the texture node holds it. Null, after
+// The name of the file that the colour of an instance of the mesh comes from, as the texture node
+// holds it. Null, after
 // a line in the message log, unless exactly one material with exactly one file texture is found.
-std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh);
+std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance = 0);
 
 }  // namespace morvane
 

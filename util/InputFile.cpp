@@ -61,6 +61,7 @@ bool InputFile::open(const char* path, std::uint64_t maxSize, std::string& error
     error = lastReason();
     return false;
   }
+  identity_ = identityOf(file_.get());
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // straight to where it is wanted
   return true;
 }

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "util/FileIdentity.h"
+
 namespace morvane {
 
 // A regular file, to be read in parts. Operations that fail say why in `error`, without the path.
@@ -19,6 +21,9 @@ class InputFile {
   // In bytes, when it was opened.
   std::uint64_t size() const { return size_; }
 
+  // As it was when it was opened, before anything was read.
+  const FileIdentity& identity() const { return identity_; }
+
   // Reads the bytes from `start` on, up to `count` of them; returns how many there are. Fewer than
   // size() promises is a failure.
   std::size_t read(std::uint64_t start, std::uint8_t* to, std::size_t count, std::string& error);
@@ -30,6 +35,7 @@ class InputFile {
 
   std::unique_ptr<std::FILE, CloseFile> file_;
   std::uint64_t size_ = 0;
+  FileIdentity identity_;
 };
 
 }  // namespace morvane

@@ -1,5 +1,7 @@
 #include "util/ReplaceFile.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -10,6 +12,20 @@ namespace morvane {
 namespace {
 
 constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr long kLongestWait = 24L * 60 * 60;
+
+SaveSettings settingsOfEnvironment() {
+  SaveSettings settings;
+  const char* const wait = std::getenv("MORVANE_WAIT");
+  char* end = nullptr;
+  const long seconds = wait != nullptr ? std::strtol(wait, &end, 10) : 0;
+  if (wait != nullptr && end != wait && *end == '\0') {
+    settings.waitSeconds = static_cast<int>(std::clamp(seconds, 0L, kLongestWait));
+  }
+  const char* const inPlace = std::getenv("MORVANE_IN_PLACE");
+  settings.inPlace = inPlace != nullptr && std::strcmp(inPlace, "1") == 0;
+  return settings;
+}
 
 }  // namespace
 
@@ -21,7 +37,8 @@ bool FileReplacer::open(const char* path) {
   target_.reset(new (std::nothrow) Target);
   buffer_.reset(new (std::nothrow) std::uint8_t[kBufferSize]);
   if (!target_ || !buffer_) return fail("out of memory");
-  const std::string reason = target_->open(path_);
+  target_->settings = settingsOfEnvironment();
+  const std::string reason = target_->open(path_, otherNames_);
   return reason.empty() || fail(reason);
 }
 
@@ -37,7 +54,7 @@ bool FileReplacer::append(const void* bytes, std::size_t size) {
 
 bool FileReplacer::commit() {
   if (!target_ || !flush()) return false;
-  const std::string reason = target_->commit();
+  const std::string reason = target_->commit(expects_ ? &read_ : nullptr, written_, foundAnother_);
   if (!reason.empty()) return fail(reason);
   target_.reset();
   return true;

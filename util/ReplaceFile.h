@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "util/FileIdentity.h"
+
 namespace morvane {
 
 // Writes a whole file in place of another such that, whenever the process or the machine stops, the
@@ -18,16 +20,24 @@ namespace morvane {
 // over the target by commit(). Without a successful commit() the temporary file is removed, at the
 // latest by the destructor, and the target stays as it was; but when only flushing the folder after
 // the rename fails, the target is the new file and error() says so. A symbolic link is followed:
-// the link stays and the file that it names is replaced. The target's permissions are kept, and its
-// owner and group where the caller may set them; access lists and other attributes are not. A new
-// file gets the usual permissions. Hard links to the old file keep the old content.
+// the link stays and the file that it names is replaced. The target's access rights are kept (see
+// util/AccessRights.h); a new file gets the usual ones. Hard links to the old file keep the old
+// content.
 //
 // A process that is killed leaves its temporary file, ".morvane-PROCESS-NUMBER.tmp" ("morvane-..."
 // on Windows). It hinders nobody, and the first file to be replaced in the folder a day later
 // removes it.
 //
 // Two processes (or threads, each with its own object) may replace the same file at once: each
-// writes its own temporary file, and the last commit() wins whole.
+// writes its own temporary file, and the last commit() wins whole. Of those that expect() the file
+// as they read it, one wins and the others fail: from the comparison to the rename commit() holds a
+// lock on the target (not on Windows). It waits for that for as many seconds as MORVANE_WAIT in the
+// environment says, 10 by default, and then fails. Where files cannot be locked it goes without.
+//
+// MORVANE_IN_PLACE=1 in the environment lets commit() write into the target instead, so that hard
+// links keep naming one file. The new content then waits as TARGET.morvane-copy, whole and flushed,
+// until all of it has been copied; a process that is killed meanwhile leaves that and a target that
+// is neither old nor new.
 //
 // After the first failure every call returns false and error() keeps the first reason. (The class
 // is not named after the file because a Windows header has a macro of that name.)
@@ -43,12 +53,29 @@ class FileReplacer {
   // device, a pipe). Call once.
   bool open(const char* path);
 
+  // Lets commit() fail when the target is another file by then: written, replaced or removed since
+  // it had that identity or, for one that is not known, there at all.
+  void expect(const FileIdentity& read) {
+    expects_ = true;
+    read_ = read;
+  }
+
   // Adds bytes at the end. Small pieces are gathered, so calls of a few bytes are cheap.
   bool append(const void* bytes, std::size_t size);
 
   // Makes the new content the target's. Only true means that every byte, and the new name, are on
   // the disk.
   bool commit();
+
+  // The new file's identity, after a successful commit().
+  const FileIdentity& written() const { return written_; }
+
+  // Whether commit() failed because the target was not the file that was expected.
+  bool foundAnother() const { return foundAnother_; }
+
+  // How many other names (hard links) the target has that keep the old content. Good from open()
+  // on.
+  std::uint64_t otherNames() const { return otherNames_; }
 
   // "cannot write PATH: REASON" of the first failure; empty when there was none.
   const std::string& error() const { return error_; }
@@ -63,6 +90,11 @@ class FileReplacer {
   std::unique_ptr<Target> target_;
   std::unique_ptr<std::uint8_t[]> buffer_;
   std::size_t buffered_ = 0;
+  bool expects_ = false;
+  bool foundAnother_ = false;
+  std::uint64_t otherNames_ = 0;
+  FileIdentity read_;
+  FileIdentity written_;
   std::string path_;
   std::string error_;
 };

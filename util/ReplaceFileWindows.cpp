@@ -32,6 +32,16 @@ std::string resolved(const std::string& path) {
   return length > 0 && length < sizeof text ? std::string(text, length) : path;
 }
 
+std::uint64_t otherNamesOf(const std::string& path) {
+  const HANDLE file = CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
+  BY_HANDLE_FILE_INFORMATION found = {};
+  if (file == INVALID_HANDLE_VALUE) return 0;
+  const bool known = GetFileInformationByHandle(file, &found);
+  CloseHandle(file);
+  return known && found.nNumberOfLinks > 1 ? found.nNumberOfLinks - 1 : 0;
+}
+
 std::uint64_t ticks(const FILETIME& time) {
   return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
 }
@@ -43,7 +53,7 @@ FileReplacer::Target::~Target() {
   if (!temporaryPath_.empty()) DeleteFileA(temporaryPath_.c_str());
 }
 
-std::string FileReplacer::Target::open(const std::string& path) {
+std::string FileReplacer::Target::open(const std::string& path, std::uint64_t& otherNames) {
   const DWORD link = GetFileAttributesA(path.c_str());
   const bool isLink = link != INVALID_FILE_ATTRIBUTES && (link & FILE_ATTRIBUTE_REPARSE_POINT);
   targetPath_ = isLink ? resolved(path) : path;
@@ -51,6 +61,7 @@ std::string FileReplacer::Target::open(const std::string& path) {
   if (attributes != INVALID_FILE_ATTRIBUTES) {
     if (attributes & FILE_ATTRIBUTE_DIRECTORY) return "Is a directory";
     if (attributes & FILE_ATTRIBUTE_READONLY) return "Permission denied";
+    otherNames = settings.inPlace ? 0 : otherNamesOf(targetPath_);
   }
   const std::string reason = createTemporary();
   if (reason.empty()) removeAbandoned();
@@ -103,19 +114,44 @@ std::size_t FileReplacer::Target::write(const std::uint8_t* bytes, std::size_t s
 }
 
 // ReplaceFile keeps the attributes and access rights of the file that is replaced; a file that does
-// not exist yet is moved into place instead.
-std::string FileReplacer::Target::commit() {
+// not exist yet is moved into place instead, which fails where one is by then. CopyFile writes into
+// a file that is there.
+std::string FileReplacer::Target::commit(const FileIdentity* expected, FileIdentity& written,
+                                         bool& foundAnother) {
   if (!FlushFileBuffers(file_)) return lastReason();
   const HANDLE file = file_;
   file_ = nullptr;
   if (!CloseHandle(file)) return lastReason();
+  const FileIdentity now = identityAt(targetPath_);
+  foundAnother = expected != nullptr && (expected->known ? !isSameFile(*expected, now) : now.known);
+  if (foundAnother) return kFoundAnother;
   const bool exists = GetFileAttributesA(targetPath_.c_str()) != INVALID_FILE_ATTRIBUTES;
+  if (exists && settings.inPlace) return writeInPlace(written);
   const BOOL moved =
       exists ? ReplaceFileA(targetPath_.c_str(), temporaryPath_.c_str(), nullptr,
                             REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
              : MoveFileExA(temporaryPath_.c_str(), targetPath_.c_str(), MOVEFILE_WRITE_THROUGH);
   if (!moved) return lastReason();
   temporaryPath_.clear();
+  written = identityAt(targetPath_);
+  return std::string();
+}
+
+std::string FileReplacer::Target::writeInPlace(FileIdentity& written) {
+  const std::string copy = targetPath_ + ".morvane-copy";
+  if (!MoveFileExA(temporaryPath_.c_str(), copy.c_str(), MOVEFILE_WRITE_THROUGH)) {
+    return GetLastError() == ERROR_ALREADY_EXISTS
+               ? copy +
+                     " is there: what a save in place wanted to write before it was cut off; "
+                     "use it or remove it"
+               : lastReason();
+  }
+  temporaryPath_.clear();
+  if (!CopyFileA(copy.c_str(), targetPath_.c_str(), FALSE)) {
+    return lastReason() + "; the whole new content is in " + copy;
+  }
+  written = identityAt(targetPath_);
+  DeleteFileA(copy.c_str());
   return std::string();
 }
 

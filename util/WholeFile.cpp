@@ -8,7 +8,7 @@
 namespace morvane {
 
 bool readWholeFile(const char* path, std::uint64_t maxSize, std::unique_ptr<std::uint8_t[]>& bytes,
-                   std::size_t& size, std::string& error) {
+                   std::size_t& size, std::string& error, FileIdentity* identity) {
   InputFile file;
   if (!file.open(path, maxSize, error)) return false;
   // One byte more than expected tells a file that has grown.
@@ -29,6 +29,7 @@ bool readWholeFile(const char* path, std::uint64_t maxSize, std::unique_ptr<std:
   }
   bytes = std::move(buffer);
   size = got;
+  if (identity != nullptr) *identity = file.identity();
   return true;
 }
 

@@ -47,7 +47,6 @@ void MItDag::enqueueChildren() {
   const host::NodePtr node = path->isEmpty() ? host::Scene::current().world() : path->node();
   std::deque<Position> below;
   for (const host::NodePtr& child : node->children()) {
-    if (child->isIntermediate()) continue;
     below.push_back({MDagPath(path->extendedBy(child)), current.depth + 1});
   }
   const auto place = traversal_ == kBreadthFirst ? pending_.end() : pending_.begin();

@@ -31,6 +31,26 @@ NodePtr ownNode(std::string_view name, const CommandContext& context) {
              : nullptr;
 }
 
+// The path of a plug of the instance that a name means: of "|b|shape.iog", where b is the second
+// place of the shape, "iog[1]".
+std::string pathOfInstance(std::string_view path, std::string_view name, const NodePtr& node,
+                           const CommandContext& context) {
+  for (const std::string_view groups : {"iog", "instObjGroups"}) {
+    const bool isWhole = path.substr(0, groups.size()) == groups &&
+                         (path.size() == groups.size() || path[groups.size()] == '.');
+    if (!isWhole || !node->isDag() || node->pathCount() < 2) {
+      continue;
+    }
+    const DagPath instance = Scene::current().findPath(qualifiedName(name, context));
+    if (instance.isEmpty() || instance.node() != node) {
+      continue;
+    }
+    return std::string(groups) + '[' + std::to_string(instance.instanceNumber()) + ']' +
+           std::string(path.substr(groups.size()));
+  }
+  return std::string(path);
+}
+
 }  // namespace
 
 std::string qualifiedName(std::string_view name, const CommandContext& context) {
@@ -82,6 +102,9 @@ bool splitPlugName(std::string_view text, const CommandContext& context, PlugNam
   name.node = node.empty() ? currentNode(context) : findNode(node, context, error);
   if (name.node == nullptr && node.empty()) {
     error = "'" + std::string(text) + "' names no node, and none is selected";
+  }
+  if (name.node != nullptr && !node.empty()) {
+    name.path = pathOfInstance(name.path, node, name.node, context);
   }
   return name.node != nullptr;
 }

@@ -143,6 +143,16 @@ bool readSceneFile(const std::string& path, const SceneReader::Options& options,
   return ok;
 }
 
+// A scene replaces a scene, or what is not there yet.
+bool mayHoldScene(const std::string& path, std::string& error) {
+  const std::string bytes = readFirstBytes(path);
+  if (bytes.empty() || isSceneFileStart(bytes)) {
+    return true;
+  }
+  error = "cannot write " + path + ": the file there is not a scene; give the scene another name";
+  return false;
+}
+
 std::vector<NodePtr> selectedNodes() {
   std::vector<NodePtr> nodes;
   for (const SelectionItem& item : Scene::current().selection.items()) {
@@ -201,10 +211,13 @@ bool openFile(const FileRequest& given, std::string& error) {
   options.keepsInfo = true;
   // Before anything is read: names in the scene are its folder's.
   setWorkingFolder(fs::u8path(request.path).parent_path().u8string());
+  const morvane::FileIdentity identity = morvane::identityAt(request.path);
   if (!readSceneFile(request.path, options, error)) {
     startNewScene();
     return false;
   }
+  SceneInfo::current().openedAs = request.path;
+  SceneInfo::current().opened = identity;
   Scene::current().fileName = request.path;
   Scene::current().selection.clear();
   return true;
@@ -246,6 +259,9 @@ bool exportFile(const FileRequest& given, bool selectionOnly, std::string& error
     error = "only Maya ASCII is written; name the type mayaAscii";
     return false;
   }
+  if (!mayHoldScene(request.path, error)) {
+    return false;
+  }
   return selectionOnly ? writeNodes(request.path, selectedNodes(), error)
                        : writeScene(request.path, error);
 }
@@ -256,7 +272,7 @@ bool saveFile(std::string& error) {
     error = "the scene has no name; give it one with file -rename";
     return false;
   }
-  return writeScene(path, error);
+  return mayHoldScene(path, error) && writeScene(path, error);
 }
 
 }  // namespace host

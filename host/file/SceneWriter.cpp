@@ -34,15 +34,24 @@ class Writer {
     setAngleUnit(units_, SceneInfo::current().angleUnit);
   }
 
+  // Over the scene that was opened, only while that is as it was.
   bool write(const std::string& path, std::string& error) {
     if (isBinaryName(path)) {
       error = "cannot write " + path + ": only Maya ASCII is written; give it a name with .ma";
       return false;
     }
+    SceneInfo& info = SceneInfo::current();
+    const bool isOwn = info.opened.known && morvane::isSamePlace(info.openedAs, path);
+    if (isOwn) {
+      file_.expect(info.opened);
+    }
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
                     writeConnections() && writeLoose() && writeRelationships() && writeMetadata() &&
                     file_.commit();
     error = file_.error();
+    if (ok && isOwn) {
+      info.opened = file_.written();
+    }
     return ok;
   }
 

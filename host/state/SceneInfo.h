@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "util/FileIdentity.h"
+
 #include "host/scene/Plug.h"
 
 namespace host {
@@ -57,6 +59,9 @@ struct SceneInfo {
     std::string statement;
   };
   std::vector<Relationship> relationships;
+
+  std::string openedAs;          // the file's path; empty for a new scene
+  morvane::FileIdentity opened;  // that file, before it was read or as it was last saved
 
   static SceneInfo& current();  // of the host that runs
 };

@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "psd/PsdDocument.h"
 #include "tests/end_to_end/Program.h"
 
 namespace {
@@ -102,6 +103,40 @@ TEST_F(Batch, GoblinsThatAnotherTileReplacedAreNotExported) {
   EXPECT_NE(outcome.out.find("{\"scene\":\"one/same.ma\",\"tile\":\"|tile1\",\"texture\":null"),
             std::string::npos)
       << outcome.out;
+}
+
+// A TGA image's goblins go into the PSD file beside it, unless that is somebody's.
+TEST_F(Batch, APictureBesideATgaImageStays) {
+  write("one/c.ma", sceneOfTiles({"p.psd", "p.tga"}));
+  write("one/d.ma", sceneOfTiles({"p.tga"}));
+  write("one/p.psd", psdBytes(32, 32));
+  write("one/p.tga", tgaBytes(32, 32));
+  Outcome outcome = morvane({"export", "one/c.ma", "one/d.ma", "--json"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.err.find("|tile2: p.tga would be written as " + path("one/p.psd") +
+                             ", the texture of |tile1; give"),
+            std::string::npos)
+      << outcome.err;
+  EXPECT_NE(outcome.err.find(", the texture of |tile1 of one/c.ma; give"), std::string::npos);
+  EXPECT_EQ(morvane({"goblins", "one/p.psd"}).status, 0);
+  const std::string picture = read("one/p.psd");
+  EXPECT_EQ(picture.find("$diffuse"), std::string::npos);
+
+  morvane::PsdDocument painted(32, 32);
+  ASSERT_EQ(painted.addLayer("sky"), 1);
+  ASSERT_TRUE(painted.save(path("one/p.psd").c_str()));
+  const std::string before = read("one/p.psd");
+  for (const char* command : {"export", "info"}) {
+    outcome = morvane({command, "one/d.ma"});
+    EXPECT_EQ(outcome.status, 1) << command;
+    for (const char* text : {"p.psd: somebody's picture (it has the layer \"sky\")", "p.tga"}) {
+      EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
+    }
+  }
+  EXPECT_EQ(morvane({"export", "one/d.ma", "tile1", "--to", "one/p.psd"}).status, 1);
+  EXPECT_TRUE(read("one/p.psd") == before);
+  EXPECT_EQ(morvane({"export", "one/d.ma", "tile1", "--to", "one/p.psd", "--force"}).status, 0);
+  EXPECT_NE(shell("$morvane run one/d.ma -c 'file -rename \"one/p.psd\"; file -save'").status, 0);
 }
 
 TEST_F(Batch, ADamagedSceneIsExportedAndTold) {

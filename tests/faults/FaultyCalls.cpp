@@ -8,6 +8,10 @@
 //   MORVANE_FAULTS_FOLDER  only calls for files below this folder (its real path) count.
 //   MORVANE_FAULTS_REPORT  a line "KIND CALL PATH" is added to this file for every fault.
 //
+// MORVANE_FAULTS_PAINTED  with the kind "paint", two paths separated by a colon: the first is
+// renamed to
+//                        the second before the call, as a paint program saves.
+//
 // Kinds: the name of an error (see kErrors) or "kill" for calls that change something, "short" and
 // "kill-half" for writes, of which half is then made, and "read" for opening and reading a file.
 
@@ -15,6 +19,7 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -82,6 +87,16 @@ void report(const std::string& line) {
   NEXT(close)(out);
 }
 
+void paint() {
+  const char* const paths = std::getenv("MORVANE_FAULTS_PAINTED");
+  const std::string both = paths != nullptr ? paths : "";
+  const std::size_t colon = both.find(':');
+  const std::string from = both.substr(0, colon);
+  if (colon == both.npos || NEXT(rename)(from.c_str(), both.c_str() + colon + 1) != 0) {
+    std::abort();
+  }
+}
+
 std::string linkText(const std::string& link) {
   char text[4096];
   const ssize_t length = ::readlink(link.c_str(), text, sizeof text);
@@ -105,6 +120,10 @@ Effect effectOn(Call call, const char* name, const std::string& path) {
     if (!fault.befalls(call, name)) continue;
     report(fault.kind + ' ' + name + ' ' + path + '\n');
     if (fault.kind == "kill") ::kill(::getpid(), SIGKILL);
+    if (fault.kind == "paint") {
+      paint();
+      continue;
+    }
     effect = fault.kind == "short" ? Effect::kHalf : Effect::kHalfThenKill;
     for (const auto& error : kErrors) {
       if (fault.kind != error.name) continue;
@@ -157,6 +176,14 @@ ON_PATH(mkstemp, AT_FDCWD, (char* path), path)
 ON_PATH(rename, AT_FDCWD, (const char* path, const char* to) noexcept, path, to)
 ON_PATH(renameat, folder, (int folder, const char* path, int toFolder, const char* to) noexcept,
         folder, path, toFolder, to)
+
+ON_PATH(renameat2, folder,
+        (int folder, const char* path, int toFolder, const char* to, unsigned flags) noexcept,
+        folder, path, toFolder, to, flags)
+ON_FILE(fsetxattr,
+        (int file, const char* name, const void* value, std::size_t size, int flags) noexcept, file,
+        name, value, size, flags)
+ON_FILE(fremovexattr, (int file, const char* name) noexcept, file, name)
 
 ssize_t write(int file, const void* from, std::size_t size) {
   const Effect effect = effectOn(Call::kWrite, "write", pathOf(file));

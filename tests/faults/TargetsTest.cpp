@@ -120,10 +120,76 @@ TEST_F(Targets, OwnersGroupsAndPermissionsAreKept) {
     };
     EXPECT_EQ(kept("chown 65534:4242 a.psd; chmod 640 a.psd", true), "0 65534 4242 640\n");
     EXPECT_EQ(kept("chown 0:4242 a.psd; chmod 664 a.psd", false), "0 65534 4242 664\n");
-    EXPECT_EQ(kept("chown 0:0 a.psd; chmod 646 a.psd", false), "0 65534 65534 646\n");
+    // Others, among whom the old group is now, may do no more than that might.
+    EXPECT_EQ(kept("chown 0:0 a.psd; chmod 646 a.psd", false), "0 65534 65534 644\n");
     EXPECT_EQ(kept("chown 0:0 a.psd; chmod 644 a.psd", false), "1 0 0 644\n");
     EXPECT_EQ(kept("chmod 1777 .; chown 0:0 . a.psd; chmod 666 a.psd", false), "1 0 0 666\n");
   }
+}
+
+// Access lists, attributes and set-id bits of what takes the file's place.
+TEST_F(Targets, AccessRightsOfTheSuccessor) {
+  if (!isRoot_ || !canRunAsUser()) GTEST_SKIP() << "only root can give files away";
+  if (!hasCommand("setfacl") || inWork("setfacl -m u:1234:rw a.psd").status != 0) {
+    GTEST_SKIP() << "there are no access lists here";
+  }
+  const struct {
+    const char* setup;
+    bool asRoot;
+    const char* rights;  // owner, group, then the access list
+  } cases[] = {
+      {"setfacl -m u:1234:rw a.psd", true,
+       "65534 0 user::rw-,user:1234:rw-,group::r--,mask::rw-,other::r--"},
+      {"setfacl -m u:1234:rw a.psd", false,
+       "65534 65534 user::rw-,user:1234:rw-,group::r--,mask::rw-,other::r--"},
+      {"chown 7:4242 a.psd; setfacl -m g:77:rw,u:65534:rw,m:r a.psd; setfacl -m m:rw a.psd", false,
+       "65534 4242 user::rw-,user:65534:rw-,group::r--,group:77:rw-,mask::rw-,other::r--"},
+      {"chown 7:8 a.psd; chmod 600 a.psd; setfacl -m g::rw,u:65534:rw,o:r a.psd", false,
+       "65534 65534 user::rw-,user:65534:rw-,group::r--,mask::rw-,other::r--"},
+      {"chown 7:8 a.psd; chmod 600 a.psd; setfacl -m g::-,u:65534:rw,o:r a.psd", false,
+       "65534 65534 user::rw-,user:65534:rw-,group::---,mask::rw-,other::---"},
+      {"setfacl -d -m u:1234:rwx .; chmod 640 a.psd", true,
+       "65534 0 user::rw-,group::r--,other::---"},
+      {"chmod 6755 a.psd", true, "65534 0 user::rwx,group::r-x,other::r-x"},
+  };
+  for (const std::string& save : kSaves) {
+    for (const auto& c : cases) {
+      reset(old_);
+      inWork(asUser("true") + "; " + aimed(save, c.setup));
+      const Outcome outcome = c.asRoot ? inWork("$morvane " + save) : runAsUser(save);
+      EXPECT_EQ(outcome.status, 0) << outcome.err;
+      const std::string found =
+          inWork("stat -c '%u %g' " + targetOf(save) + " | tr '\\n' ' '; getfacl -cpnE " +
+                 targetOf(save) + " | paste -sd, | sed 's/,*$//'; stat -c %a " + targetOf(save) +
+                 " | cut -c4-")
+              .out;
+      EXPECT_EQ(found, std::string(c.rights) + "\n\n") << save << ": " << c.setup;
+    }
+    reset(old_);
+    if (inWork("setfattr -n user.status -v final " + targetOf(save)).status == 0) {
+      EXPECT_EQ(inWork("$morvane " + save).status, 0);
+      EXPECT_EQ(inWork("getfattr --only-values -n user.status " + targetOf(save)).out, "final");
+    }
+  }
+}
+
+// What a file-size limit ends, and a reader who goes away, leaves no file behind.
+TEST_F(Targets, SignalsLeaveNothing) {
+  const Outcome outcome = inWork("ulimit -f 8; $morvane export pebbled.ma");
+  EXPECT_EQ(outcome.status, 1) << outcome.err;
+  EXPECT_NE(outcome.err.find("a.psd: File too large"), std::string::npos) << outcome.err;
+  EXPECT_TRUE(look() == old_ && leftovers_ == 0);
+}
+
+TEST_F(Targets, HardLinksAreTold) {
+  inWork("ln a.psd other.psd");
+  const Outcome outcome = inWork("$morvane export pebbled.ma --json");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.out.find("a.psd: 1 more name"), std::string::npos) << outcome.out;
+  EXPECT_TRUE(look()["other.psd"] == old_["a.psd"]);
+  inWork("ln -f a.psd other.psd");
+  EXPECT_EQ(inWork("$morvane export bare.ma --in-place").err.find("hard links"), std::string::npos);
+  EXPECT_TRUE(look()["other.psd"] == look()["a.psd"]);
 }
 
 TEST_F(Targets, AFullDiskKeepsTheOldFile) {

@@ -139,6 +139,11 @@ TEST_F(ExportTile, TgaTexturesBecomeAPsdBesideThem) {
   EXPECT_EQ(run(kExport), kExporting);
   EXPECT_EQ(word(blobOf(upperCase), 1), 3U);
   EXPECT_FALSE(std::filesystem::exists(path("tile01.psd")));
+
+  const std::string nameless = writePsd(".psd");
+  open(tileText(nameless) + goblinText("goblin"));
+  EXPECT_EQ(run(kExport), kExporting);
+  EXPECT_EQ(word(blobOf(nameless), 1), 3U);
 }
 
 TEST_F(ExportTile, RefusesWhatIsNoTile) {
@@ -211,6 +216,106 @@ TEST_F(ExportTile, AFailedTileLeavesItsFileAlone) {
     EXPECT_EQ(run(kExport), std::string(kExporting) + c.message + kFailed);
     EXPECT_EQ(read(c.file), before);
   }
+}
+
+// Each is refused before anything is written.
+TEST_F(ExportTile, TilesThatWouldLoseSomethingAreRefused) {
+  const std::string file = writePsd("tile.psd");
+  PsdDocument painted(8, 8);
+  ASSERT_EQ(painted.addLayer("sky"), 1);
+  ASSERT_TRUE(painted.save(path("pond.psd").c_str()));
+  const std::string pond = writeTga("pond.tga");
+  PsdDocument bottom(8, 8);
+  ASSERT_EQ(bottom.addLayer("top"), 1);
+  bottom.removeLayer(0);
+  bottom.layers[0].name = copyText("GoblinGeometry");
+  bottom.layers[0].extraLength += 12;  // 15 bytes padded to 16, in place of 4
+  bottom.layerInfoLength += 12;
+  bottom.layerAndMaskLength += 12;
+  ASSERT_TRUE(bottom.save(path("bottom.psd").c_str()));
+  const MeshShape nothing = {{}, {}};
+  const std::string bare = transformText("tile") + meshText("tileShape", "tile", nothing) +
+                           materialText("grass", file) + assignText("tileShape", "grassSG");
+  const std::string odd = "\tsetAttr \".vt[2]\" nan 0 0;\n";
+  const std::string far = "\tsetAttr \".t\" -type \"double3\" 0 0 1e300;\n";
+  const std::string quad = tileText(file);
+  const struct {
+    std::string scene;
+    std::string target;
+    std::string message;
+  } cases[] = {
+      {bare, file, "*** Error : tile has no extent in x or z\n"},
+      {quad + goblinText("odd") + odd, file,
+       "*** Error : |tile|odd|oddShape: vertex 2 is not finite\n"},
+      {quad + goblinText("far", far), file,
+       "*** Error : |tile|far|farShape: vertex 0 is not finite\n"},
+      {transformText("tile") + meshText("tileShape", "tile", tileShape()) +
+           "\tsetAttr \".vt[3]\" 0 inf 0;\n" + materialText("grass", file) +
+           assignText("tileShape", "grassSG"),
+       file, "*** Error : |tile|tileShape: vertex 3 is not finite\n"},
+      {tileText(path("bottom.psd")), path("bottom.psd"), "*** Error : couldn't add goblin layer\n"},
+      {tileText(pond), path("pond.psd"), "*** Error : couldn't save psd\n"},
+  };
+  for (const auto& c : cases) {
+    const std::string before = read(c.target);
+    open(c.scene);
+    EXPECT_EQ(run(kExport), kExporting + c.message + kFailed);
+    EXPECT_TRUE(read(c.target) == before) << c.message;
+  }
+  std::filesystem::remove(path("pond.psd"));
+  open(tileText(pond));
+  EXPECT_EQ(run(kExport), kExporting);
+  EXPECT_EQ(run(kExport), kExporting);  // over what the first export made
+}
+
+TEST_F(ExportTile, OlderGoblinsAllGo) {
+  PsdDocument document(8, 8);
+  for (const char* name : {"GoblinGeometry", "paint", "GoblinGeometry"}) {
+    ASSERT_GT(document.addLayer(name), 0);
+  }
+  const std::string file = path("tile.psd");
+  ASSERT_TRUE(document.save(file.c_str()));
+  open(tileText(file));
+  EXPECT_EQ(run(kExport), kExporting);
+  PsdDocument exported(1, 1);
+  ASSERT_TRUE(exported.load(file.c_str()));
+  EXPECT_EQ(exported.layerCount, 3);
+  EXPECT_EQ(exported.findLayer("paint"), 1);
+  EXPECT_EQ(exported.findLayer("GoblinGeometry"), 2);
+}
+
+// What meshes are made from stands beside them.
+TEST_F(ExportTile, IntermediateMeshesAreNoGoblins) {
+  const std::string file = writePsd("tile.psd");
+  const std::string hidden = "\tsetAttr \".io\" yes;\n";
+  open(transformText("tile") + meshText("original", "tile", triangleShape()) + hidden +
+       meshText("tileShape", "tile", tileShape()) + materialText("grass", file) +
+       assignText("tileShape", "grassSG") + goblinText("goblin") +
+       meshText("goblinOriginal", "goblin", triangleShape()) + hidden);
+  EXPECT_EQ(run(kExport), kExporting);
+  EXPECT_EQ(word(blobOf(file), 1), 3U);
+  EXPECT_EQ(run("select -r tile; goblin_name rock;").find("riginal"), std::string::npos);
+}
+
+// A tile's texture is that of its own instance.
+TEST_F(ExportTile, InstancesHaveTexturesOfTheirOwn) {
+  const std::string first = writePsd("first.psd");
+  const std::string second = writePsd("second.psd");
+  open(tileText(first) + transformText("twin") +
+       "parent -s -nc -r -add \"|tile|tileShape\" \"twin\";\n" + materialText("moss", second) +
+       assignText("|twin|tileShape", "mossSG") + goblinText("goblin"));
+  EXPECT_EQ(run("select -r twin; exportTile;"), "Exporting tile |twin...\n");
+  EXPECT_EQ(blobOf(second).size(), 12U);
+  EXPECT_EQ(run(kExport), kExporting);
+  EXPECT_EQ(word(blobOf(first), 1), 3U);
+  EXPECT_EQ(blobOf(second).size(), 12U);
+}
+
+TEST_F(ExportTile, ALongPathIsNamedWhole) {
+  const std::string name(300, 'a');
+  open(transformText(name));
+  EXPECT_EQ(run("select -r " + name + "; exportTile;"),
+            "Exporting tile |" + name + "...\n*** Error : No mesh\n" + kFailed);
 }
 
 // 128 bytes of goblin and 5 more just fit four planes of 34 bytes, not of 33.

@@ -49,6 +49,47 @@ TEST_F(PsdTest, FirstLayerBringsItsBase) {
   expectLengthsInStep(again);
 }
 
+TEST_F(PsdTest, RemovesAllLayersOfANameAboveTheBottomOne) {
+  PsdDocument document(4, 4);
+  ASSERT_EQ(document.addLayer("one"), 1);
+  const std::string one = saved(document);
+  ASSERT_EQ(document.addLayer("x"), 2);
+  ASSERT_EQ(document.addLayer("two"), 3);
+  ASSERT_EQ(document.addLayer("x"), 4);
+  document.removeLayersByName("x");
+  expectLengthsInStep(document);
+  ASSERT_EQ(document.layerCount, 3);
+  EXPECT_EQ(document.findLayer("two"), 2);
+  EXPECT_EQ(document.layerChannels(2), document.channelTable.data() + 7);
+  document.layers[0].name = std::make_unique<char[]>(2);
+  document.layers[0].name[0] = 'x';
+  document.removeLayersByName("x");
+  EXPECT_EQ(document.layerCount, 3);
+  document.layers[0].name.reset();
+  document.removeLayersByName("two");
+  const PsdDocument again = sound(one);
+  EXPECT_EQ(document.layerAndMaskLength, again.layerAndMaskLength);
+  EXPECT_EQ(channelBytes(document, 1), channelBytes(again, 1));
+}
+
+TEST_F(PsdTest, ReplacesOnlyTheFileThatWasLoaded) {
+  PsdDocument document = sound(layeredFile().file(), "mine.psd");
+  std::filesystem::create_symlink(path("mine.psd"), path("link.psd"));
+  ASSERT_TRUE(document.save(path("mine.psd").c_str()));
+  ASSERT_TRUE(document.save(path("link.psd").c_str()));
+  write("mine.psd", "an artist's");
+  for (const char* name : {"mine.psd", "link.psd", "./mine.psd"}) {
+    PsdReplacement replacement;
+    std::string error;
+    EXPECT_FALSE(document.save(path(name).c_str(), &error, &replacement)) << name;
+    EXPECT_TRUE(replacement.foundAnother) << name;
+    EXPECT_NE(error.find("changed since it was read"), std::string::npos) << error;
+  }
+  EXPECT_EQ(read("mine.psd"), "an artist's");
+  EXPECT_TRUE(document.save(path("other.psd").c_str()));
+  EXPECT_TRUE(document.save(path("other.psd").c_str()));
+}
+
 TEST_F(PsdTest, RemovingALayerUndoesAddingIt) {
   PsdDocument document(4, 4);
   document.addLayer("one");

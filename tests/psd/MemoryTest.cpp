@@ -89,5 +89,38 @@ TEST_F(PsdTest, AnEmptyLayerNeverTakesTheMemoryOfAPlane) {
   EXPECT_LT(largest, kSide * kSide / 4);
 }
 
+TEST_F(PsdTest, PeekingUnpacksNoMoreThanItReturns) {
+  constexpr std::uint32_t kSide = 2000;
+  PsdDocument document(kSide, kSide);
+  const Payload bytes = payload(300);
+  ASSERT_TRUE(addData(document, "d", bytes));
+  const std::string before = saved(document);
+  largest = 0;
+  std::uint32_t size = 0;
+  const auto peeked = document.peekDataLayer("d", size);
+  ASSERT_TRUE(peeked);
+  EXPECT_TRUE(Payload(peeked.get(), peeked.get() + size) == bytes);
+  EXPECT_LT(largest, 1000u);
+  EXPECT_TRUE(saved(document) == before);
+}
+
+// Nothing is made for pixels that the file cannot have.
+TEST_F(PsdTest, AHeaderThatClaimsMoreThanTheFileHoldsTakesNoLayer) {
+  HandMade hand;
+
+  hand.header =
+      "8BPS" + be16(1) + zeros(6) + be16(3) + be32(65535) + be32(65535) + be16(8) + be16(3);
+  for (const bool hasLayers : {true, false}) {
+    hand.hasLayers = hasLayers;
+    const auto document = loaded(hand.file());
+    ASSERT_TRUE(document);
+    largest = 0;
+    std::string error;
+    EXPECT_EQ(document->addLayer("new", &error), -1);
+    EXPECT_NE(error.find("cut off: 12 bytes for 65535 x 65535 pixels"), std::string::npos) << error;
+    EXPECT_LT(largest, 100'000u);
+  }
+}
+
 }  // namespace
 }  // namespace morvane

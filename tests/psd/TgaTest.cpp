@@ -56,6 +56,37 @@ TEST_F(PsdTest, TakesThePlanesOfLargeTgaApart) {
   }
 }
 
+// A run-length image can be as long as one that is not, and is noise when it is taken for that.
+TEST_F(PsdTest, RefusesRunLengthTgaByItsName) {
+  const char* const names[] = {"colour-mapped", "true-colour", "grey"};
+  for (int type = 9; type <= 11; ++type) {
+    std::string bytes = tga(2, 2, 24, "", zeros(12));
+    bytes[2] = static_cast<char>(type);
+    std::string error;
+    EXPECT_FALSE(loaded(bytes, &error, "f.tga"));
+    EXPECT_NE(error.find("run-length " + std::string(names[type - 9])), std::string::npos) << error;
+  }
+}
+
+TEST_F(PsdTest, WarnsOfTgaThatDoesNotBeginAtTheBottomLeft) {
+  const struct {
+    int descriptor;
+    std::string told;
+  } cases[] = {{0x00, ""},
+               {0x0F, ""},
+               {0x20, "upside down"},
+               {0x18, "mirrored"},
+               {0x30, "upside down and mirrored"}};
+  for (const auto& c : cases) {
+    std::string bytes = tga(1, 2, 32, "", "BGRAbgra");
+    bytes[17] = static_cast<char>(c.descriptor);
+    PsdDocument document = sound(bytes, "f.tga");
+    EXPECT_EQ(planes(document, 2), "aArRgGbB");
+    EXPECT_EQ(document.loadWarning.empty(), c.told.empty()) << c.descriptor;
+    EXPECT_NE(document.loadWarning.find(c.told), std::string::npos) << document.loadWarning;
+  }
+}
+
 TEST_F(PsdTest, RefusesOtherTga) {
   const std::string cases[] = {tga(1, 1, 16, "", "12"),
                                tga(1, 1, 8, "", "1"),

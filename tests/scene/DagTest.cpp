@@ -28,13 +28,13 @@ TEST_F(Dag, WalksInCreationOrderAndOncePerPath) {
   ASSERT_TRUE(scene.addInstance(shape, b));
   MItDag it;
   EXPECT_EQ(it.reset(MObject(top)), MStatus::kSuccess);
-  EXPECT_EQ(walk(it), (Strings{"|top1", "|top1|a", "|top1|a|shape", "|top1|b", "|top1|b|mark",
-                               "|top1|b|shape"}));
+  EXPECT_EQ(walk(it), (Strings{"|top1", "|top1|a", "|top1|a|shape", "|top1|a|hidden", "|top1|b",
+                               "|top1|b|mark", "|top1|b|shape"}));
   it.reset(MObject(top), MItDag::kBreadthFirst);
-  EXPECT_EQ(walk(it), (Strings{"|top1", "|top1|a", "|top1|b", "|top1|a|shape", "|top1|b|mark",
-                               "|top1|b|shape"}));
+  EXPECT_EQ(walk(it), (Strings{"|top1", "|top1|a", "|top1|b", "|top1|a|shape", "|top1|a|hidden",
+                               "|top1|b|mark", "|top1|b|shape"}));
   it.reset(MObject(top), MItDag::kDepthFirst, MFn::kMesh);
-  EXPECT_EQ(walk(it), (Strings{"|top1", "|top1|a|shape", "|top1|b|shape"}));
+  EXPECT_EQ(walk(it), (Strings{"|top1", "|top1|a|shape", "|top1|a|hidden", "|top1|b|shape"}));
   it.reset(MObject(top));
   it.next();
   it.prune();
@@ -47,6 +47,7 @@ TEST_F(Dag, WalksInCreationOrderAndOncePerPath) {
   EXPECT_EQ(all.next(), MStatus::kSuccess);
   EXPECT_EQ(all.depth(), 3u);
   EXPECT_EQ(all.prune(), MStatus::kSuccess);
+  EXPECT_EQ(all.next(), MStatus::kSuccess);
   EXPECT_EQ(all.next(), MStatus::kSuccess);
   EXPECT_EQ(all.next(), MStatus::kSuccess);
   EXPECT_TRUE(all.isDone());

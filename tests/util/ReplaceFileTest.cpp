@@ -1,12 +1,18 @@
 #include "util/ReplaceFile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
+#include <functional>
 #include <string>
+#include <thread>
 
 #include "tests/util/ScratchFolder.h"
+#include "util/FileLock.h"
 #include "util/WholeFile.h"
 
 namespace morvane {
@@ -78,14 +84,15 @@ TEST_F(ReplaceFile, RemovesAbandonedTemporaryFiles) {
   };
   age(write(".morvane-1-0.tmp", "abandoned"), 25);
   age(write(".morvane-1-1.tmp", "perhaps still written"), 23);
-  age(write(".morvane-notes", "a user's"), 1000);
+  age(write(".morvane-notes.tmp", "a user's"), 1000);
+  age(write(".morvane-1-0 notes.tmp", "a user's"), 1000);
   age(write("x.morvane-1-0.tmp", "a user's"), 1000);
   fs::create_directory(path(".morvane-folder.tmp"));
   age(path(".morvane-folder.tmp"), 1000);
   fs::create_symlink("x.morvane-1-0.tmp", path(".morvane-link.tmp"));
   EXPECT_EQ(replace(path("f"), "new"), "");
   EXPECT_FALSE(fs::exists(path(".morvane-1-0.tmp")));
-  EXPECT_EQ(entries(), 6);
+  EXPECT_EQ(entries(), 7);
 }
 
 TEST_F(ReplaceFile, TwoWritersAtOnceEachWriteAWholeFile) {
@@ -95,6 +102,87 @@ TEST_F(ReplaceFile, TwoWritersAtOnceEachWriteAWholeFile) {
   ASSERT_TRUE(second.commit() && first.commit());
   EXPECT_EQ(read(path("f")), "first");
   EXPECT_EQ(entries(), 1);
+}
+
+// Whoever read the file before others changed it does not replace what they wrote.
+TEST_F(ReplaceFile, FailsWhenTheTargetIsNotWhatWasRead) {
+  const struct {
+    const char* name;
+    std::function<void(const std::string&)> meanwhile;
+    std::string left;
+    bool isThere = true;  // when it is read
+  } cases[] = {
+      {"nothing", [](const std::string&) {}, "new"},
+      {"written in place, of the same size",
+       [&](const std::string& file) {
+         const auto read = fs::last_write_time(file);
+         write("f", "OLD");
+         fs::last_write_time(file, read + std::chrono::nanoseconds(100));
+       },
+       "OLD"},
+      {"replaced, with the time kept",
+       [&](const std::string& file) {
+         const auto read = fs::last_write_time(file);
+         fs::last_write_time(write("g", "OLD"), read);
+         fs::rename(path("g"), file);
+       },
+       "OLD"},
+      {"removed", [](const std::string& file) { fs::remove(file); }, ""},
+      {"made", [&](const std::string&) { write("f", "made"); }, "made", false},
+      {"nothing made", [](const std::string&) {}, "new", false},
+  };
+  for (const auto& c : cases) {
+    fs::remove(path("f"));
+    const std::string file = c.isThere ? write("f", "old") : path("f");
+    FileReplacer out;
+    ASSERT_TRUE(out.open(file.c_str()) && out.append("new", 3));
+    out.expect(identityAt(file));
+    c.meanwhile(file);
+    const bool mayReplace = c.left == "new";
+    EXPECT_EQ(out.commit(), mayReplace) << c.name;
+    EXPECT_EQ(out.foundAnother(), !mayReplace) << c.name;
+    EXPECT_EQ(read("f"), c.left) << c.name;
+    EXPECT_EQ(entries(), c.left.empty() ? 0 : 1) << c.name;
+    EXPECT_EQ(isSameFile(out.written(), identityAt(file)), mayReplace) << c.name;
+  }
+}
+
+TEST_F(ReplaceFile, WaitsForTheLockAsLongAsItMay) {
+  const int other = ::open(write("f", "old").c_str(), O_RDWR);
+  ASSERT_EQ(lockFile(other, 0), "");
+  ::setenv("MORVANE_WAIT", "0", 1);
+  EXPECT_EQ(replace(path("f"), "new"),
+            "cannot write " + path("f") + ": another program keeps it locked; waited 0 s");
+  ::setenv("MORVANE_WAIT", "60", 1);
+  std::thread unlocker([other] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    ::close(other);
+  });
+  EXPECT_EQ(replace(path("f"), "new"), "");
+  unlocker.join();
+  ::unsetenv("MORVANE_WAIT");
+  EXPECT_EQ(read("f"), "new");
+}
+
+TEST_F(ReplaceFile, WritesInPlaceWhereThatIsAsked) {
+  const std::string large(3'000'000, 'x');
+  for (const std::string& content : {large, std::string("short")}) {
+    fs::remove(path("other"));
+    fs::create_hard_link(write("f", "of middle length"), path("other"));
+    FileReplacer out;
+    ASSERT_TRUE(out.open(path("f").c_str()));
+    EXPECT_EQ(out.otherNames(), 1u);
+    ::setenv("MORVANE_IN_PLACE", "1", 1);
+    EXPECT_EQ(replace(path("f"), content), "");
+    ::unsetenv("MORVANE_IN_PLACE");
+    EXPECT_TRUE(read("other") == content && read("f") == content);
+  }
+  write("f.morvane-copy", "cut off");
+  ::setenv("MORVANE_IN_PLACE", "1", 1);
+  EXPECT_NE(replace(path("f"), "new").find("f.morvane-copy is there"), std::string::npos);
+  ::unsetenv("MORVANE_IN_PLACE");
+  EXPECT_EQ(read("f"), "short");
+  EXPECT_EQ(entries(), 3);
 }
 
 TEST_F(ReplaceFile, ReadsWholeFilesOfAllowedSize) {

@@ -24,6 +24,9 @@ constexpr std::string_view kSaveFailed = "couldn't save psd";
 constexpr std::string_view kLayerFailed = "couldn't add goblin layer";
 constexpr std::string_view kReplaced = "its goblins were replaced";
 constexpr std::string_view kHostError = "Error: ";
+constexpr std::string_view kHostWarning = "Warning: ";
+constexpr std::string_view kChanged = ": changed while it was exported";
+constexpr std::string_view kNotReplaced = ": somebody's ";
 
 // What the plug-in logs, and what the person at the terminal can do about it.
 struct Advice {
@@ -34,6 +37,7 @@ constexpr Advice kAdvice[] = {
     {kSaveFailed, "check that the texture's folder can be written and the disk is not full"},
     {kLayerFailed, "save the texture again as PSD: RGB, 8 bits a channel"},
     {kReplaced, "give each tile a texture of its own, and export again"},
+    {"would be written as", "give one of the two another name"},
     {"goblin geometry exceeds layer size", "use a larger texture, or fewer or simpler goblins"},
     {"tile has no extent", "the tile's mesh must reach over some width in x and in z"},
     {"No mesh", "a tile is a transform with its mesh directly below it"},
@@ -132,6 +136,44 @@ void ExportReport::endTile() {
 
 void ExportReport::hearHost(std::string_view line) {
   if (startsWith(line, kHostError)) reasons_.emplace_back(line.substr(kHostError.size()));
+  if (startsWith(line, kHostWarning)) hostWarnings_.emplace_back(line.substr(kHostWarning.size()));
+}
+
+// Those about the tile's file.
+void ExportReport::addHostWarnings(TileOutcome& tile) const {
+  const std::string texture = textureOf(tile.path);
+  if (texture.empty()) {
+    return;
+  }
+  const std::string stem = texture.substr(0, texture.rfind('.'));
+  for (const std::string& warning : hostWarnings_) {
+    if (startsWith(warning, stem + '.')) {
+      tile.warnings.emplace_back(warning, 1);
+    }
+  }
+}
+
+std::vector<std::string> ExportReport::takeChanged() {
+  endTile();
+  std::vector<std::string> changed;
+  for (const TileOutcome& tile : tiles_) {
+    if (reasonOf(tile).find(kChanged) != std::string::npos) {
+      changed.push_back(tile.path);
+    }
+  }
+  const auto isChanged = [&](const TileOutcome& tile) {
+    return std::find(changed.begin(), changed.end(), tile.path) != changed.end();
+  };
+  tiles_.erase(std::remove_if(tiles_.begin(), tiles_.end(), isChanged), tiles_.end());
+  const auto isTaken = [](const std::string& reason) {
+    return reason.find(kChanged) != std::string::npos;
+  };
+  reasons_.erase(std::remove_if(reasons_.begin(), reasons_.end(), isTaken), reasons_.end());
+  return changed;
+}
+
+void ExportReport::refuse(const std::string& tile, const std::string& error) {
+  tiles_.push_back({tile, error, {}, 0});
 }
 
 // Of a texture that could not be read or written, or takes no layer: what was said of that file, or
@@ -168,6 +210,7 @@ void ExportReport::lose(const std::string& tile, const std::string& error) {
 bool ExportReport::conclude() {
   endTile();
   for (TileOutcome& tile : tiles_) {
+    addHostWarnings(tile);
     if (tile.error.empty()) continue;
     const std::string reason = reasonOf(tile);
     const std::string why = reason.empty() ? tile.error : tile.error + ": " + reason;
@@ -198,6 +241,11 @@ std::string ExportReport::textureOf(const std::string& tile) const {
 
 std::string ExportReport::advice(const TileOutcome& tile, const std::string& reason) const {
   if (tile.error.find(kLoadFailed) != std::string::npos) return textureAdvice(tile.path);
+  const bool isAdvised =
+      reason.find(kChanged) != std::string::npos || reason.find(kNotReplaced) != std::string::npos;
+  if (isAdvised) {
+    return "nothing was replaced";
+  }
   for (const Advice& known : kAdvice) {
     if (tile.error.find(known.error) == std::string::npos) continue;
     return known.error == kSaveFailed ? writingAdvice(reason, known.text) : known.text;

@@ -40,6 +40,13 @@ class ExportReport {
 
   bool isExported(const std::string& tile) const;
 
+  // Tiles that failed because others changed their files meanwhile. Their outcomes are forgotten:
+  // they are to be exported again. The plug-in must have finished.
+  std::vector<std::string> takeChanged();
+
+  // Counts a tile as failed that is not given to the plug-in.
+  void refuse(const std::string& tile, const std::string& error);
+
   // The tile's goblins are not in its file any more, for the reason in `error`.
   void lose(const std::string& tile, const std::string& error);
 
@@ -56,6 +63,7 @@ class ExportReport {
   using Clock = std::chrono::steady_clock;
 
   void hearMessage(std::string_view message);
+  void addHostWarnings(TileOutcome& tile) const;
   void hearError(std::string_view message);
   void hearWarning(std::string_view message);
   void beginTile(std::string_view name);
@@ -70,6 +78,7 @@ class ExportReport {
   std::function<void(const TileOutcome&)> began_;
   std::vector<TileOutcome> tiles_;
   std::vector<std::string> reasons_;
+  std::vector<std::string> hostWarnings_;
   std::size_t nextTexture_ = 0;  // where the next node that is no DAG object is looked for
   bool open_ = false;            // the last tile is being exported
   Clock::time_point begin_{};

@@ -21,6 +21,8 @@
 namespace tools {
 namespace {
 
+constexpr int kMostRepeats = 3;  // of tiles whose files others changed meanwhile
+
 class Batch {
  public:
   explicit Batch(const ExportJob& job) : job_(job), bar_(standardErrorIsTerminal()) {
@@ -80,10 +82,18 @@ class Batch {
                         [this, begun = std::size_t{0}, total = tiles.size()](
                             const TileOutcome& tile) mutable { showTile(tile, begun++, total); });
     report_ = &report;
-    OutputWatch watch([&report](std::string_view line) { report.hear(line); },
-                      [this](const std::function<void()>& write) { bar_.makeRoom(write); });
-    const bool executed = exportRounds(tiles);
-    const bool heard = watch.finish();
+    bool heard = true;
+    bool executed = refuseClaims(report) && exportHeard(report, heard);
+    for (int again = 0; again < kMostRepeats && heard; ++again) {
+      const auto changed = report.takeChanged();
+      if (changed.empty()) {
+        break;
+      }
+      bar_.hide();
+      complain("somebody saved the texture of " + counted(changed.size(), "tile") +
+               " meanwhile: exporting again");
+      executed = selectOnly(changed) && exportHeard(report, heard) && executed;
+    }
     report_ = nullptr;
     bar_.hide();
     if (!heard) {
@@ -95,6 +105,34 @@ class Batch {
     const bool allExported = report.conclude();
     keep(report, isDamaged);
     return executed && heard && allExported && nothingLost ? kDone : kFailed;
+  }
+
+  // Takes tiles out of the selection that would replace another tile's texture.
+  bool refuseClaims(ExportReport& report) {
+    std::string script;
+    for (const auto& claim : textures_.claims(name(), host::selectedCandidates())) {
+      report.refuse(claim.tile.path, claim.error);
+      script += "select -deselect " + melString(claim.tile.path) + "; ";
+    }
+    return script.empty() || host::execute(script, "selection");
+  }
+
+  static bool selectOnly(const std::vector<std::string>& paths) {
+    std::string script = "select -clear; ";
+    for (const std::string& path : paths) {
+      script += "select -add " + melString(path) + "; ";
+    }
+    return host::execute(script, "selection");
+  }
+
+  // Exports the selection while the report hears what the plug-in says.
+  bool exportHeard(ExportReport& report, bool& heard) {
+    const auto tiles = host::selectedCandidates();
+    OutputWatch watch([&report](std::string_view line) { report.hear(line); },
+                      [this](const std::function<void()>& write) { bar_.makeRoom(write); });
+    const bool executed = tiles.empty() || exportRounds(tiles);
+    heard = watch.finish() && heard;
+    return executed;
   }
 
   // All that is selected; tiles with one texture not in one go, so that what each writes is seen.

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <iostream>
+#include <new>
 #include <utility>
 
 #include "tools/terminal/Platform.h"
@@ -31,7 +32,7 @@ OutputWatch::OutputWatch(std::function<void(std::string_view)> listener, Around 
   readEnd_ = ends[0];
   ok_ = redirect(kStandardOutput, ends[1]);
   closeFile(ends[1]);
-  if (ok_) thread_ = std::thread([this] { passOn(); });
+  if (ok_) thread_ = std::thread([this] { run(); });
 }
 
 OutputWatch::~OutputWatch() {
@@ -47,6 +48,19 @@ bool OutputWatch::finish() {
   closeFile(original_);
   original_ = readEnd_ = -1;
   return ok_;
+}
+
+// Nobody above catches what a thread throws. What could not be heard counts as lost.
+void OutputWatch::run() {
+  try {
+    passOn();
+  } catch (const std::bad_alloc&) {
+    ok_ = false;
+    char bytes[4096];
+    for (std::ptrdiff_t count; (count = readSome(readEnd_, bytes, sizeof bytes)) > 0;) {
+      writeAll(original_, bytes, static_cast<std::size_t>(count));
+    }
+  }
 }
 
 void OutputWatch::passOn() {

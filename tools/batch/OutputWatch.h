@@ -28,6 +28,7 @@ class OutputWatch {
   bool finish();
 
  private:
+  void run();
   void passOn();
   void hear(std::string_view bytes);
 

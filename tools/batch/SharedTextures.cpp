@@ -7,6 +7,7 @@
 
 #include "geometry/GoblinGeometry.h"
 #include "psd/PsdDocument.h"
+#include "tile/TileTexture.h"
 #include "tools/scene/Session.h"
 
 namespace tools {
@@ -26,7 +27,7 @@ std::size_t digestOfGoblins(const std::string& file) {
   morvane::PsdDocument document(1, 1);
   if (!document.load(file.c_str())) return 0;
   std::uint32_t size = 0;
-  const auto bytes = document.readDataLayer(morvane::kGoblinLayerName, size);
+  const auto bytes = document.peekDataLayer(morvane::kGoblinLayerName, size);
   if (!bytes) return 0;
   return std::hash<std::string_view>()({reinterpret_cast<const char*>(bytes.get()), size});
 }
@@ -34,11 +35,34 @@ std::size_t digestOfGoblins(const std::string& file) {
 }  // namespace
 
 std::string writtenFile(const std::string& texture) {
-  fs::path file = absoluteName(texture);
-  std::string extension = file.extension().string();
-  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  if (extension != ".psd") file.replace_extension(".psd");
-  return file.string();
+  return absoluteName(morvane::tileFileOf(texture));
+}
+
+std::vector<SharedTextures::Claim> SharedTextures::claims(
+    const std::string& scene, const std::vector<host::TileCandidate>& tiles) {
+  const auto isPsd = [](const host::TileCandidate& tile) {
+    return morvane::tileFileOf(tile.texture) == tile.texture;
+  };
+  for (const host::TileCandidate& tile : tiles) {
+    if (!tile.texture.empty() && isPsd(tile)) {
+      psdTextures_.try_emplace(identityOf(tile.texture), Tile{scene, tile.path});
+    }
+  }
+  std::vector<Claim> claims;
+  for (const host::TileCandidate& tile : tiles) {
+    if (tile.texture.empty() || isPsd(tile)) {
+      continue;
+    }
+    const auto owner = psdTextures_.find(identityOf(tile.texture));
+    if (owner != psdTextures_.end()) {
+      const Tile& other = owner->second;
+      claims.push_back({{scene, tile.path},
+                        tile.texture + " would be written as " + writtenFile(tile.texture) +
+                            ", the texture of " + other.path +
+                            (other.scene == scene ? "" : " of " + other.scene)});
+    }
+  }
+  return claims;
 }
 
 std::vector<std::vector<std::size_t>> SharedTextures::rounds(
@@ -55,6 +79,11 @@ std::vector<std::vector<std::size_t>> SharedTextures::rounds(
 
 void SharedTextures::beginRound(const std::vector<host::TileCandidate>& tiles,
                                 const std::vector<std::size_t>& round) {
+  for (const std::size_t i : round) {
+    if (tiles[i].texture.empty()) continue;
+    const auto isEarlier = [&](const Write& write) { return write.path == tiles[i].path; };
+    writes_.erase(std::remove_if(writes_.begin(), writes_.end(), isEarlier), writes_.end());
+  }
   roundStart_ = writes_.size();
   for (const std::size_t i : round) {
     if (tiles[i].texture.empty()) continue;

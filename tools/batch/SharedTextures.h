@@ -31,6 +31,16 @@ class SharedTextures {
     std::string file;
   };
 
+  struct Claim {
+    Tile tile;
+    std::string error;
+  };
+
+  // Tiles that would write the PSD file beside their textures where that is another tile's texture,
+  // of this scene or one before.
+  std::vector<Claim> claims(const std::string& scene,
+                            const std::vector<host::TileCandidate>& tiles);
+
   // Indices of `tiles`, in rounds that write each file once at most. One round where none is
   // shared.
   static std::vector<std::vector<std::size_t>> rounds(
@@ -54,6 +64,7 @@ class SharedTextures {
   };
 
   std::map<std::string, std::vector<Tile>> owners_;  // of the goblins in each file
+  std::map<std::string, Tile> psdTextures_;          // whose texture each file is
   std::vector<Write> writes_;                        // of this scene, in order
   std::size_t roundStart_ = 0;                       // in `writes_`
 };

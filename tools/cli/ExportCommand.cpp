@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/Host.h"
 #include "host/text/Text.h"
+#include "tile/TileTexture.h"
 #include "tools/batch/ExportScenes.h"
 #include "tools/cli/Commands.h"
 #include "tools/scene/SceneDamage.h"
@@ -12,6 +15,7 @@
 #include "tools/scene/TileSelection.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/OutputFile.h"
+#include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
 
 namespace tools {
@@ -24,15 +28,27 @@ constexpr const char* kFooter =
     "  morvane export level.ma                    every tile, into its texture\n"
     "  morvane export level.ma 'shore*' pond      only these tiles\n"
     "  morvane export scenes/*.ma --json          many scenes; a record for each tile\n"
-    "  morvane export level.ma --map P:/art=/mnt/art\n"
     "  morvane export level.ma pond --to pond.psd one tile into a file of its own";
 
 struct Options {
   std::vector<std::string> words;  // scenes, then nodes
   std::string to;
   FolderMaps maps;
+  std::optional<std::uint32_t> waitSeconds;
+  bool inPlace = false;
+  bool force = false;
   bool json = false;
 };
+
+// The plug-in saves, and is told through the environment.
+void tellThePlugIn(const Options& options) {
+  if (options.waitSeconds) {
+    setEnvironment("MORVANE_WAIT", std::to_string(*options.waitSeconds));
+  }
+  if (options.inPlace) {
+    setEnvironment("MORVANE_IN_PLACE", "1");
+  }
+}
 
 // No node's name has a slash.
 bool isSceneName(const std::string& word) {
@@ -63,7 +79,7 @@ ExportJob jobOf(const Options& options) {
 }
 
 // Through the translator, into a file of its own.
-ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
+ExitStatus exportToFile(const ExportJob& job, const std::string& file, bool force) {
   if (job.scenes.size() != 1 || job.nodes.size() != 1 || job.json) {
     complain(
         "--to takes exactly one scene and one node, since the file holds one tile, and no --json");
@@ -74,6 +90,12 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file) {
   const ExitStatus started = startSession(job.scenes[0], job.maps);
   if (started != kDone) return started;
   if (wouldReplaceTexture(to)) return kUsage;
+  const std::string picture = force ? "" : morvane::lookAt(to).picture;
+  if (!picture.empty()) {
+    complain(printable(file) + " is somebody's picture: " + printable(picture) +
+             "; give another name, or --force to replace it");
+    return kFailed;
+  }
   const host::SceneProblems problems = host::takeSceneProblems();
   std::string told;
   if (!selectTiles(job.scenes[0], job.nodes, problems, told)) return kFailed;
@@ -112,9 +134,15 @@ void addExport(CLI::App& program, int& status) {
                                 "Write one tile, with its goblins' names, to a new file")
                    ->type_name("FILE"),
               {"a PSD file", {".psd"}});
+  command->add_flag("--force", options->force, "Let --to replace a picture that somebody painted");
   command->add_flag("--json", options->json,
                     "A JSON record a line for each tile; the plug-in's own\n"
                     "lines go to standard error");
+  command
+      ->add_option("--wait", options->waitSeconds, "Wait so long for a texture that is locked (10)")
+      ->type_name("SECONDS");
+  command->add_flag("--in-place", options->inPlace,
+                    "Write into the texture: keeps hard links, not atomic");
   addMapOption(*command, options->maps);
   command->footer(kFooter);
   command->callback([options, &status] {
@@ -122,8 +150,10 @@ void addExport(CLI::App& program, int& status) {
       status = kUsage;
       return;
     }
+    tellThePlugIn(*options);
     const ExportJob job = jobOf(*options);
-    status = options->to.empty() ? exportScenes(job) : exportToFile(job, options->to);
+    status =
+        options->to.empty() ? exportScenes(job) : exportToFile(job, options->to, options->force);
   });
 }
 

@@ -38,17 +38,35 @@ Json goblinJson(const Goblin& goblin, bool full) {
   return json;
 }
 
-void printJson(const Goblins& goblins, bool full) {
-  Json json = {{"layout", goblins.layoutName()}, {"vertices", goblins.pool.size()}};
-  if (full) {
-    Json pool = Json::array();
-    for (const auto& p : goblins.pool) pool.push_back({p.x, p.y, p.z, p.nx, p.ny, p.nz, p.u, p.v});
-    json["pool"] = std::move(pool);
+void print(const std::string& json) {
+  std::fputs(printableJson(json).c_str(), stdout);
+}
+
+// An array under a key that is not the object's first. An element at a time: as one value the
+// goblins of a small file can take a hundred times its size.
+template <typename List, typename ToJson>
+void printArray(const char* key, const List& list, const ToJson& toJson) {
+  std::printf(",\"%s\":[", key);
+  const char* separator = "";
+  for (const auto& element : list) {
+    print(separator + toJson(element).dump());
+    separator = ",";
   }
-  Json list = Json::array();
-  for (const Goblin& goblin : goblins.goblins) list.push_back(goblinJson(goblin, full));
-  json["goblins"] = std::move(list);
-  std::printf("%s\n", printableJson(json.dump()).c_str());
+  std::printf("]");
+}
+
+void printJson(const Goblins& goblins, bool full) {
+  const Json beginning = {{"layout", goblins.layoutName()}, {"vertices", goblins.pool.size()}};
+  const std::string object = beginning.dump();
+  print(object.substr(0, object.size() - 1));
+  if (full) {
+    printArray("pool", goblins.pool, [](const morvane::GoblinPoolVertex& p) {
+      return Json{p.x, p.y, p.z, p.nx, p.ny, p.nz, p.u, p.v};
+    });
+  }
+  printArray("goblins", goblins.goblins,
+             [full](const Goblin& goblin) { return goblinJson(goblin, full); });
+  std::printf("}\n");
 }
 
 // In tile space: the tagged layout stores z mirrored.

@@ -9,6 +9,7 @@
 #include "tools/cli/Manual.h"
 #include "tools/cli/Usage.h"
 #include "tools/terminal/ExitStatus.h"
+#include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
 
 namespace tools {
@@ -30,7 +31,9 @@ constexpr std::size_t kHelpColumn = 24;
 int flushed(int status) {
   const bool ok = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
   if (ok) return status;
-  std::fprintf(stderr, "morvane: standard output could not be written; is the disk full?\n");
+  std::fprintf(
+      stderr,
+      "morvane: standard output could not be written; is the disk full, or its reader gone?\n");
   return status == kDone ? kFailed : status;
 }
 
@@ -78,10 +81,12 @@ int run(int argc, char** argv) {
 // What is thrown past everything is the lack of memory or of threads. Files that were being written
 // are cleared away on the way here.
 int main(int argc, char** argv) {
+  tools::letWritesFail();
   try {
     return tools::flushed(tools::run(argc, argv));
   } catch (const std::bad_alloc&) {
-    std::fprintf(stderr, "morvane: out of memory; free some, or give fewer or smaller files\n");
+    std::fprintf(stderr, "morvane: out of memory%s%s; free some, or give fewer or smaller files\n",
+                 argc > 1 ? " in " : "", argc > 1 ? argv[1] : "");
   } catch (const std::system_error& error) {
     tools::complain(tools::printable(error.what()) + "; try again, or with fewer files");
   }

@@ -76,14 +76,14 @@ BlendFunction blendOf(const char* key) {
   return normalBlend;
 }
 
-std::optional<PlaneRows> openChannel(const PsdDocument& document, std::int32_t layer,
+// `channels` are the layer's, in the document's table.
+std::optional<PlaneRows> openChannel(const PsdLayer& record, const morvane::PsdChannel* channels,
                                      std::uint16_t id, std::int64_t width, std::int64_t height) {
-  const PsdLayer& record = document.layers[static_cast<std::size_t>(layer)];
   if (width <= 0 || height <= 0) return std::nullopt;
   for (std::uint16_t c = 0; c < record.channelCount; ++c) {
     const PsdChannelInfo& info = record.channelInfos[c];
     if (info.id != id || info.length < 2) continue;
-    const auto& channel = document.layerChannels(layer)[c];
+    const morvane::PsdChannel& channel = channels[c];
     PlaneRows rows(channel.compression, channel.data.get(), info.length - 2,
                    static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height));
     if (rows.isReadable()) return rows;
@@ -94,11 +94,11 @@ std::optional<PlaneRows> openChannel(const PsdDocument& document, std::int32_t l
 // A layer's mask, row by row of the image from wherever it begins.
 class MaskRows {
  public:
-  MaskRows(const PsdDocument& document, std::int32_t layer)
-      : mask_(document.layers[static_cast<std::size_t>(layer)].mask), y_(mask_.top) {
+  MaskRows(const PsdLayer& layer, const morvane::PsdChannel* channels)
+      : mask_(layer.mask), y_(mask_.top) {
     if (mask_.size == 0 || mask_.flags & morvane::kMaskDisabled) return;
     rows_ =
-        openChannel(document, layer, morvane::kMaskChannel, std::int64_t{mask_.right} - mask_.left,
+        openChannel(layer, channels, morvane::kMaskChannel, std::int64_t{mask_.right} - mask_.left,
                     std::int64_t{mask_.bottom} - mask_.top);
   }
 
@@ -138,7 +138,8 @@ class LayerPainter {
       : grid_(grid), picture_(picture), base_(grid.cells()), sums_(grid.x.cells) {}
 
   // True when the layer left a mark.
-  bool paint(const PsdDocument& document, std::int32_t layer, float opacity);
+  bool paint(const PsdLayer& layer, const morvane::PsdChannel* channels, bool isGray,
+             float opacity);
 
  private:
   void addRow(const PsdLayer& layer, const std::uint8_t* const* rows, const MaskRows& mask);
@@ -204,20 +205,19 @@ bool LayerPainter::paintCells(std::uint32_t cellY) {
   return marked;
 }
 
-bool LayerPainter::paint(const PsdDocument& document, std::int32_t index, float opacity) {
-  const PsdLayer& layer = document.layers[static_cast<std::size_t>(index)];
+bool LayerPainter::paint(const PsdLayer& layer, const morvane::PsdChannel* own, bool isGray,
+                         float opacity) {
   clipped_ = layer.clipping != 0;
   if (!clipped_) std::fill(base_.begin(), base_.end(), std::uint8_t{0});
   const std::int64_t width = std::int64_t{layer.right} - layer.left;
   const std::int64_t height = std::int64_t{layer.bottom} - layer.top;
   std::optional<PlaneRows> channels[4];
   for (std::uint16_t c = 0; c < 3; ++c) {
-    const std::uint16_t id = document.colourMode == morvane::kGrayMode ? 0 : c;
-    channels[c] = openChannel(document, index, id, width, height);
+    channels[c] = openChannel(layer, own, isGray ? 0 : c, width, height);
     if (!channels[c]) return false;
   }
-  channels[3] = openChannel(document, index, morvane::kTransparencyChannel, width, height);
-  MaskRows mask(document, index);
+  channels[3] = openChannel(layer, own, morvane::kTransparencyChannel, width, height);
+  MaskRows mask(layer, own);
   blend_ = blendOf(layer.blendKey);
   opacity_ = opacity;
 
@@ -275,15 +275,19 @@ bool composeLayers(const PsdDocument& document, const PictureGrid& grid, Picture
   picture.rgba.assign(4 * grid.cells(), 0);
   LayerPainter painter(grid, picture);
   bool baseVisible = true;
+  const bool isGray = document.colourMode == morvane::kGrayMode;
+  const morvane::PsdChannel* next = document.channelTable.data();
   for (std::int32_t i = 0; i < document.layerCount; ++i) {
     const PsdLayer& layer = document.layers[static_cast<std::size_t>(i)];
     const LayerState& state = states[static_cast<std::size_t>(i)];
+    const morvane::PsdChannel* const channels = next;
+    next += layer.channelCount;
     if (sectionOf(layer) != Section::kNone) continue;
     if (layer.clipping == 0) baseVisible = state.visible;
     const bool carriesData =
         layer.name && std::strcmp(layer.name.get(), morvane::kGoblinLayerName) == 0;
     if (!state.visible || !baseVisible || carriesData) continue;
-    if (painter.paint(document, i, state.opacity)) picture.composed = true;
+    if (painter.paint(layer, channels, isGray, state.opacity)) picture.composed = true;
   }
   return picture.composed;
 }

@@ -34,12 +34,11 @@ std::string fromUtf16(const std::uint16_t* units, std::size_t count) {
   return text;
 }
 
-Json layerJson(const PsdDocument& document, std::int32_t index) {
-  const PsdLayer& layer = document.layers[static_cast<std::size_t>(index)];
+Json layerJson(const PsdLayer& layer, std::int32_t index, const morvane::PsdChannel* channel) {
   Json channels = Json::array();
   for (std::uint16_t c = 0; c < layer.channelCount; ++c) {
     channels.push_back({{"id", layer.channelInfos[c].id},
-                        {"compression", document.layerChannels(index)[c].compression},
+                        {"compression", channel[c].compression},
                         {"bytes", layer.channelInfos[c].length}});
   }
   return {{"index", index},
@@ -85,11 +84,17 @@ Json documentJson(const std::string& file, std::uintmax_t bytes, const PsdDocume
                          {"size", resource->size}});
   }
   Json layers = Json::array();
-  for (std::int32_t i = 0; i < document.layerCount; ++i) layers.push_back(layerJson(document, i));
+  const morvane::PsdChannel* channel = document.channelTable.data();
+  for (std::int32_t i = 0; i < document.layerCount; ++i) {
+    const PsdLayer& layer = document.layers[static_cast<std::size_t>(i)];
+    layers.push_back(layerJson(layer, i, channel));
+    channel += layer.channelCount;
+  }
   const std::string fault = documentFault(document);
   return {{"file", toUtf8(file)},
           {"bytes", bytes},
           {"fault", fault.empty() ? Json() : Json(fault)},
+          {"warning", document.loadWarning.empty() ? Json() : Json(document.loadWarning)},
           {"width", document.columns},
           {"height", document.rows},
           {"depth", document.depth},

@@ -147,11 +147,11 @@ std::string documentFault(const morvane::PsdDocument& document) {
   return fault.empty() ? document.mergedFault() : fault;
 }
 
-Goblins readGoblins(morvane::PsdDocument& document) {
+Goblins readGoblins(const morvane::PsdDocument& document) {
   Goblins goblins;
   if (document.findLayer(morvane::kGoblinLayerName) < 0) return goblins;
   std::uint32_t size = 0;
-  const auto bytes = document.readDataLayer(morvane::kGoblinLayerName, size);
+  const auto bytes = document.peekDataLayer(morvane::kGoblinLayerName, size);
   if (bytes) return decodeBlob(bytes.get(), size);
   goblins.present = true;
   goblins.fault = "the layer's channels do not hold as many bytes as it says";

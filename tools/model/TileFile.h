@@ -46,8 +46,8 @@ std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
 // Empty when nothing is.
 std::string documentFault(const morvane::PsdDocument& document);
 
-// Decodes the document's goblins. Not const: reading a layer unpacks it for the while.
-Goblins readGoblins(morvane::PsdDocument& document);
+// Decodes the document's goblins.
+Goblins readGoblins(const morvane::PsdDocument& document);
 
 // Says on standard error, by the name `shown`, what is wrong with a loaded document or with its
 // goblins, and what to do. True when nothing is.

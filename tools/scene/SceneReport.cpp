@@ -7,6 +7,7 @@
 
 #include "geometry/GoblinGeometry.h"
 #include "psd/PsdDocument.h"
+#include "tile/TileTexture.h"
 #include "tools/model/TileFile.h"
 #include "tools/scene/SceneTiles.h"
 #include "tools/terminal/Text.h"
@@ -28,7 +29,12 @@ std::string textureFault(const std::string& texture) {
   morvane::PsdDocument document(1, 1);
   std::string error;
   if (!document.load(texture.c_str(), &error)) return unreadable(texture, error, texture);
-  document.removeLayerByName(morvane::kGoblinLayerName);
+  if (!morvane::removeGoblins(document, error)) return texture + ": " + error;
+  morvane::FileIdentity ignored;
+  const std::string obstacle = morvane::whyNotReplaced(texture, ignored);
+  if (!obstacle.empty()) {
+    return morvane::tileFileOf(texture) + ": " + obstacle;
+  }
   if (document.addDataLayer(morvane::kGoblinLayerName, sizeof kSample, &kSample, &error)) return "";
   return texture + ": " + error + "; save it again as PSD: RGB, 8 bits a channel";
 }

@@ -12,6 +12,13 @@ std::string programFolder();
 
 bool standardErrorIsTerminal();
 
+// For this process, the libraries that it loads included.
+void setEnvironment(const char* name, const std::string& value);
+
+// Lets writing to a pipe that nobody reads, or beyond the allowed file size, fail instead of ending
+// the process.
+void letWritesFail();
+
 constexpr int kStandardOutput = 1;
 constexpr int kStandardError = 2;
 

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
 
 #ifdef __APPLE__
@@ -25,6 +27,15 @@ std::string programFolder() {
   const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
 #endif
   return error ? "" : program.parent_path().string();
+}
+
+void setEnvironment(const char* name, const std::string& value) {
+  ::setenv(name, value.c_str(), 1);
+}
+
+void letWritesFail() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool standardErrorIsTerminal() {

@@ -18,6 +18,12 @@ std::string programFolder() {
   return std::filesystem::path(name).parent_path().string();
 }
 
+void setEnvironment(const char* name, const std::string& value) {
+  ::_putenv_s(name, value.c_str());
+}
+
+void letWritesFail() {}
+
 bool standardErrorIsTerminal() {
   return _isatty(2) != 0;
 }

@@ -8,7 +8,7 @@
 #include <deque>
 
 // Walks the DAG below a root, which is the whole scene's until `reset` names another. Children come
-// in creation order, instances once for each path, intermediate objects never. After a `reset` the
+// in creation order, instances once for each path, intermediate objects too. After a `reset` the
 // walk stands on its root, whatever the filter; `next` goes to the next node that the filter
 // admits.
 class MItDag {

@@ -1,0 +1,36 @@
+#ifndef MORVANE_TILE_TILETEXTURE_H_
+#define MORVANE_TILE_TILETEXTURE_H_
+
+#include <string>
+
+#include "psd/PsdDocument.h"
+#include "util/FileIdentity.h"
+
+// The file that a tile's goblins go into.
+namespace morvane {
+
+// The texture itself when its name ends in ".psd", in any case; else the PSD file of its name
+// beside it.
+std::string tileFileOf(const std::string& texture);
+
+// What stands at a path where an export would write.
+struct ExistingFile {
+  FileIdentity identity;   // not known when there is none
+  std::string unreadable;  // why it does not load; empty when it does
+  std::string picture;     // what shows that a person painted it; empty: an export may have made it
+};
+ExistingFile lookAt(const std::string& file);
+
+// Why an export must not replace the file that tileFileOf() gives for a texture of another kind: it
+// holds what no export writes, so that it is somebody's picture. Empty when it may, when there is
+// none, and for a PSD texture. `found` becomes the identity of the file that was looked at, not
+// known when there is none.
+std::string whyNotReplaced(const std::string& texture, FileIdentity& found);
+
+// Takes earlier goblins out of a texture. False, with the reason, when they could only be added to
+// what others would take for goblins: the bottom layer, which always stays, has their layer's name.
+bool removeGoblins(PsdDocument& document, std::string& reason);
+
+}  // namespace morvane
+
+#endif  // MORVANE_TILE_TILETEXTURE_H_

@@ -1,0 +1,103 @@
+#include "util/FileIdentity.h"
+
+#include <filesystem>
+#include <system_error>
+
+#ifdef _WIN32
+#include <io.h>
+#include <windows.h>
+#else
+#include <sys/stat.h>
+#endif
+
+namespace morvane {
+
+#ifdef _WIN32
+
+namespace {
+
+std::uint64_t joined(DWORD high, DWORD low) {
+  return std::uint64_t{high} << 32 | low;
+}
+
+FileIdentity identityOfHandle(HANDLE file) {
+  FileIdentity identity;
+  BY_HANDLE_FILE_INFORMATION found;
+  if (!GetFileInformationByHandle(file, &found)) return identity;
+  identity.known = true;
+  identity.device = found.dwVolumeSerialNumber;
+  identity.file = joined(found.nFileIndexHigh, found.nFileIndexLow);
+  identity.size = joined(found.nFileSizeHigh, found.nFileSizeLow);
+  identity.seconds = static_cast<std::int64_t>(
+      joined(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime));
+  return identity;
+}
+
+}  // namespace
+
+FileIdentity identityOf(std::FILE* file) {
+  return identityOfHandle(reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(file))));
+}
+
+FileIdentity identityAt(const std::string& path) {
+  const HANDLE file = CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return FileIdentity();
+  const FileIdentity identity = identityOfHandle(file);
+  CloseHandle(file);
+  return identity;
+}
+
+#else
+
+namespace {
+
+FileIdentity identityOfStatus(const struct stat& status) {
+  FileIdentity identity;
+  identity.known = true;
+  identity.device = static_cast<std::uint64_t>(status.st_dev);
+  identity.file = static_cast<std::uint64_t>(status.st_ino);
+  identity.size = static_cast<std::uint64_t>(status.st_size);
+#ifdef __APPLE__
+  const struct timespec& written = status.st_mtimespec;
+#else
+  const struct timespec& written = status.st_mtim;
+#endif
+  identity.seconds = written.tv_sec;
+  identity.fraction = written.tv_nsec;
+  return identity;
+}
+
+}  // namespace
+
+FileIdentity identityOf(std::FILE* file) {
+  struct stat status;
+  return ::fstat(::fileno(file), &status) == 0 ? identityOfStatus(status) : FileIdentity();
+}
+
+FileIdentity identityAt(const std::string& path) {
+  struct stat status;
+  return ::stat(path.c_str(), &status) == 0 ? identityOfStatus(status) : FileIdentity();
+}
+
+#endif
+
+bool isSameFile(const FileIdentity& a, const FileIdentity& b) {
+  return a.known && b.known && a.device == b.device && a.file == b.file && a.size == b.size &&
+         a.seconds == b.seconds && a.fraction == b.fraction;
+}
+
+bool isSamePlace(const std::string& a, const std::string& b) {
+  if (a == b) {
+    return true;
+  }
+  std::error_code failed;
+  const std::filesystem::path first = std::filesystem::weakly_canonical(a, failed);
+  if (failed) {
+    return false;
+  }
+  const std::filesystem::path second = std::filesystem::weakly_canonical(b, failed);
+  return !failed && first == second;
+}
+
+}  // namespace morvane
