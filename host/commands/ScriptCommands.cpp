@@ -110,7 +110,7 @@ Meaning meaningOf(const std::string& name) {
   if (interpreter.isProcedure(name)) {
     return Meaning::kProcedure;
   }
-  if (CommandTable::current().find(name) != nullptr || findFunction(name) != nullptr) {
+  if (interpreter.commands().find(name) != nullptr || findFunction(name) != nullptr) {
     return Meaning::kCommand;
   }
   return interpreter.findScript(name).empty() ? Meaning::kUnknown : Meaning::kScript;
