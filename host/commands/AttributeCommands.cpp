@@ -1,6 +1,7 @@
 #include "host/commands/Builtin.h"
 
 #include <algorithm>
+#include <set>
 
 #include "host/commands/Lookup.h"
 #include "host/file/MeshText.h"
@@ -433,6 +434,48 @@ Plug ofNamedInstance(const Plug& plug, const std::string& text) {
   return plug.element(path.isEmpty() ? 0 : static_cast<int>(path.instanceNumber()));
 }
 
+// The indices at which something was set on or connected to an array, or how many there are.
+CommandResult elementsOf(const Plug& plug, bool countsOnly) {
+  std::set<int> indices;
+  const auto add = [&](const std::string& path) {
+    const std::size_t end = path.find(']', plug.path().size());
+    const auto range = end == std::string::npos
+                           ? std::nullopt
+                           : splitRange(std::string_view(path).substr(0, end + 1));
+    if (range && range->stem == plug.path()) {
+      indices.insert(range->first);
+    }
+  };
+  for (const AttributeState& state : plug.node()->values.inWrittenOrder()) {
+    add(state.path);
+  }
+  for (const ConnectionPtr& connection : plug.node()->connections.intoAtOrBelow(plug.path())) {
+    add(connection->destination.path());
+  }
+  for (const ConnectionPtr& connection : plug.node()->connections.outOfAtOrBelow(plug.path())) {
+    add(connection->source.path());
+  }
+  if (countsOnly) {
+    return CommandResult::success(plug.isArray() ? static_cast<int>(indices.size()) : 1);
+  }
+  return CommandResult::success(Value::Ints(indices.begin(), indices.end()));
+}
+
+// Of "green=5:blue:red", blue is 6.
+std::string enumName(const Attribute& attribute, double number) {
+  int value = -1;
+  for (const std::string& entry : attribute.enumNames) {
+    const std::size_t sign = entry.find('=');
+    const auto given =
+        sign == std::string::npos ? std::nullopt : parseInteger(entry.substr(sign + 1));
+    value = given.value_or(value + 1);
+    if (value == toInteger(number)) {
+      return entry.substr(0, sign);
+    }
+  }
+  return formatNumber(number);
+}
+
 CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1) {
     return CommandResult::failure("getAttr: needs one attribute");
@@ -457,6 +500,12 @@ CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.has("typ")) {
     return CommandResult::success(shownType(*plug.attribute()));
   }
+  if (arguments.has("s") || arguments.has("mi")) {
+    return elementsOf(plug, arguments.has("s"));
+  }
+  if (arguments.has("as") && plug.attribute()->typeWord() == "enum") {
+    return CommandResult::success(enumName(*plug.attribute(), readNumber(plug).value_or(0.0)));
+  }
   return valueOf(ofNamedInstance(plug, arguments.objects().front()));
 }
 
@@ -479,7 +528,11 @@ void addAttributeCommands(CommandTable& table) {
              {"k", "keyable", ""},
              {"cb", "channelBox", ""},
              {"se", "settable", ""},
-             {"typ", "type", ""}},
+             {"typ", "type", ""},
+             {"s", "size", ""},
+             {"mi", "multiIndices", ""},
+             {"as", "asString", ""},
+             {"sl", "silent", ""}},
             getAttr);
   addDynamicAttributeCommands(table);
 }

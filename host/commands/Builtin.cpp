@@ -16,6 +16,8 @@ void addBuiltinCommands(CommandTable& table) {
   addPluginCommands(table);
   addOutputCommands(table);
   addMeshCommands(table);
+  addAttributeQuery(table);
+  addDuplicateCommand(table);
   addScriptCommands(table);
   addFolderCommands(table);
   addNodeQuestions(table);

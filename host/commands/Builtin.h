@@ -21,6 +21,8 @@ void addDirectoryMapCommand(CommandTable& table);
 void addPluginCommands(CommandTable& table);
 void addOutputCommands(CommandTable& table);
 void addMeshCommands(CommandTable& table);
+void addAttributeQuery(CommandTable& table);
+void addDuplicateCommand(CommandTable& table);
 void addScriptCommands(CommandTable& table);
 void addFolderCommands(CommandTable& table);
 void addNodeQuestions(CommandTable& table);

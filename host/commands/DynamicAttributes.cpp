@@ -160,39 +160,6 @@ CommandResult deleteAttr(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success();
 }
 
-CommandResult attributeQuery(const Arguments& arguments, CommandContext& context) {
-  std::string error;
-  const NodePtr node = findNode(arguments.text("n"), context, error);
-  if (node == nullptr) {
-    return CommandResult::failure("attributeQuery: " + error);
-  }
-  if (arguments.objects().size() != 1) {
-    return CommandResult::failure("attributeQuery: needs one attribute");
-  }
-  const AttributePtr attribute = node->findAttribute(arguments.objects().front());
-  if (arguments.has("ex")) {
-    const bool exists = attribute != nullptr && attribute->kind() != Attribute::Kind::kLoose;
-    return CommandResult::success(Value::ofTruth(exists));
-  }
-  if (attribute == nullptr) {
-    return CommandResult::failure("attributeQuery: no attribute '" + arguments.objects().front() +
-                                  "' on '" + node->name() + "'");
-  }
-  if (arguments.has("at")) {
-    return CommandResult::success(attribute->typeWord());
-  }
-  if (arguments.has("ln")) {
-    return CommandResult::success(attribute->longName());
-  }
-  if (arguments.has("sn")) {
-    return CommandResult::success(attribute->shortName());
-  }
-  const bool truth =
-      (arguments.has("k") && attribute->keyable) || (arguments.has("m") && attribute->isArray) ||
-      (arguments.has("h") && attribute->hidden) || (arguments.has("w") && attribute->writable);
-  return CommandResult::success(Value::ofTruth(truth));
-}
-
 }  // namespace
 
 void addDynamicAttributeCommands(CommandTable& table) {
@@ -234,17 +201,6 @@ void addDynamicAttributeCommands(CommandTable& table) {
              {"pxy", "proxy", "s"}},
             addAttr);
   table.add("deleteAttr", {{"at", "attribute", "s"}}, deleteAttr);
-  table.add("attributeQuery",
-            {{"n", "node", "s"},
-             {"ex", "exists", ""},
-             {"at", "attributeType", ""},
-             {"ln", "longName", ""},
-             {"sn", "shortName", ""},
-             {"k", "keyable", ""},
-             {"m", "multi", ""},
-             {"h", "hidden", ""},
-             {"w", "writable", ""}},
-            attributeQuery);
 }
 
 }  // namespace host::mel

@@ -8,6 +8,7 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
+#include "host/scene/Values.h"
 #include "host/text/Numbers.h"
 
 namespace host::mel {
@@ -140,6 +141,24 @@ bool isTexture(const Node& node) {
   return node.type().isA("texture2d") || node.type().isA("layeredTexture");
 }
 
+bool isExcluded(const Arguments& arguments, const Node& node) {
+  const std::vector<std::string> types = arguments.texts("ext");
+  return std::find(types.begin(), types.end(), node.type().name()) != types.end();
+}
+
+// Shown by its own and every visibility above.
+bool isVisible(const SelectionItem& item) {
+  const auto& nodes = item.path.nodes();
+  return !nodes.empty() && std::all_of(nodes.begin(), nodes.end(), [](const NodePtr& node) {
+    return truthOf(node, "visibility") && !node->isIntermediate();
+  });
+}
+
+bool isShownAsAsked(const Arguments& arguments, const SelectionItem& item) {
+  return (!arguments.has("v") || isVisible(item)) &&
+         (!arguments.has("iv") || (!item.path.isEmpty() && !isVisible(item)));
+}
+
 bool admits(const Arguments& arguments, const Node& node) {
   const std::vector<std::string> types = arguments.texts("typ");
   const bool typed =
@@ -155,7 +174,9 @@ bool admits(const Arguments& arguments, const Node& node) {
          only("g", node.isShape() && node.type().isA("geometryShape")) &&
          only("mat", isMaterial(node)) && only("tex", isTexture(node)) &&
          only("set", node.isSet()) && only("ca", node.type().isA("camera")) &&
-         only("ro", node.isReferenced) && only("ni", !node.isIntermediate());
+         only("ro", node.isReferenced) && only("ni", !node.isIntermediate()) &&
+         only("io", node.isIntermediate()) && only("lt", node.type().isA("light")) &&
+         only("ln", node.isLocked) && only("dn", node.isDefault) && !isExcluded(arguments, node);
 }
 
 Items everything(const Arguments& arguments) {
@@ -191,6 +212,23 @@ std::vector<std::string> shownNames(const Arguments& arguments, const SelectionI
              : std::vector<std::string>{shownName(item)};
 }
 
+// With -flatten each component by itself, with -showType the node's type behind each name.
+void addShown(const Arguments& arguments, const SelectionItem& item, const std::string& name,
+              Value::Strings& names) {
+  const auto range =
+      arguments.has("fl") && item.component != nullptr ? splitRange(name) : std::nullopt;
+  const std::size_t most = Interpreter::current().limits().arraySize;
+  for (int i = range ? range->first : 0; i <= (range ? range->last : 0); ++i) {
+    if (names.size() + 1 >= most) {
+      return;
+    }
+    names.push_back(range ? std::string(range->stem) + "[" + std::to_string(i) + "]" : name);
+    if (arguments.has("st")) {
+      names.push_back(item.node->type().name());
+    }
+  }
+}
+
 void addAllPaths(const Items& found, Items& items) {
   for (const SelectionItem& item : found) {
     if (item.path.isEmpty()) {
@@ -203,8 +241,8 @@ void addAllPaths(const Items& found, Items& items) {
 }
 
 // What a name or a UUID names.
-Items namedItems(const std::string& name, const CommandContext& context) {
-  Items found = Scene::current().match(qualifiedName(name, context));
+Items namedItems(const std::string& name, bool inNamespaces, const CommandContext& context) {
+  Items found = Scene::current().match(qualifiedName(name, context), inNamespaces);
   const bool mayBeUuid = found.empty() && name.size() == 36 && name[8] == '-' && name[13] == '-';
   if (mayBeUuid) {
     for (const auto& [serial, node] : Scene::current().nodes()) {
@@ -224,7 +262,7 @@ CommandResult ls(const Arguments& arguments, CommandContext& context) {
     items = everything(arguments);
   }
   for (const std::string& name : arguments.objects()) {
-    const Items found = namedItems(name, context);
+    const Items found = namedItems(name, arguments.truth("r"), context);
     if (arguments.has("ap") && name.find('|') == std::string::npos) {
       addAllPaths(found, items);
     } else {
@@ -245,10 +283,17 @@ CommandResult ls(const Arguments& arguments, CommandContext& context) {
   Value::Strings names;
   for (const SelectionItem& item : items) {
     const bool assembly = !arguments.has("as") || item.path.nodes().size() == 1;
-    if (assembly && admits(arguments, *item.node)) {
-      const std::vector<std::string> shown = shownNames(arguments, item);
-      names.insert(names.end(), shown.begin(), shown.end());
+    if (!assembly || !admits(arguments, *item.node) || !isShownAsAsked(arguments, item)) {
+      continue;
     }
+    for (const std::string& name : shownNames(arguments, item)) {
+      addShown(arguments, item, name, names);
+    }
+  }
+  if (arguments.has("tl")) {
+    const auto count = static_cast<std::size_t>(std::max(0, toInteger(arguments.number("tl"))));
+    const std::size_t extra = names.size() - std::min(names.size(), count);
+    names.erase(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(extra));
   }
   if (arguments.has("hd")) {
     const auto count = static_cast<std::size_t>(std::max(0, toInteger(arguments.number("hd"))));
@@ -321,17 +366,39 @@ void addSelectionCommands(CommandTable& table) {
              {"ne", "noExpand", ""},
              {"af", "addFirst", ""}},
             select);
-  table.add("ls", {{"sl", "selection", ""},       {"l", "long", ""},
-                   {"typ", "type", "s"},          {"et", "exactType", "s"},
-                   {"dag", "dagObjects", ""},     {"s", "shapes", ""},
-                   {"tr", "transforms", ""},      {"g", "geometry", ""},
-                   {"mat", "materials", ""},      {"tex", "textures", ""},
-                   {"set", "sets", ""},           {"ca", "cameras", ""},
-                   {"ap", "allPaths", ""},        {"as", "assemblies", ""},
-                   {"o", "objectsOnly", ""},      {"ro", "readOnly", ""},
-                   {"ni", "noIntermediate", ""},  {"hd", "head", "i"},
-                   {"uid", "uuid", ""},           {"sn", "shortNames", ""},
-                   {"os", "orderedSelection", ""}},
+  table.add("ls",
+            {{"sl", "selection", ""},
+             {"l", "long", ""},
+             {"typ", "type", "s"},
+             {"et", "exactType", "s"},
+             {"dag", "dagObjects", ""},
+             {"s", "shapes", ""},
+             {"tr", "transforms", ""},
+             {"g", "geometry", ""},
+             {"mat", "materials", ""},
+             {"tex", "textures", ""},
+             {"set", "sets", ""},
+             {"ca", "cameras", ""},
+             {"ap", "allPaths", ""},
+             {"as", "assemblies", ""},
+             {"o", "objectsOnly", ""},
+             {"ro", "readOnly", ""},
+             {"ni", "noIntermediate", ""},
+             {"hd", "head", "i"},
+             {"uid", "uuid", ""},
+             {"tl", "tail", "i"},
+             {"v", "visible", ""},
+             {"iv", "invisible", ""},
+             {"fl", "flatten", ""},
+             {"st", "showType", ""},
+             {"lt", "lights", ""},
+             {"ln", "lockedNodes", ""},
+             {"io", "intermediateObjects", ""},
+             {"dn", "defaultNodes", ""},
+             {"ext", "excludeType", "s"},
+             {"r", "recursive", "b"},
+             {"sn", "shortNames", ""},
+             {"os", "orderedSelection", ""}},
             ls);
   table.add("listRelatives",
             {{"c", "children", ""},
