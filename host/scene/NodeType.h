@@ -35,6 +35,9 @@ class NodeType {
   // An attribute of this type or its bases, children of compounds included, by long or short name.
   AttributePtr findAttribute(std::string_view longOrShortName) const;
 
+  // Own top-level attributes, without those of the bases.
+  const std::vector<AttributePtr>& ownAttributes() const { return attributes_; }
+
  private:
   friend class NodeTypeRegistry;
   NodeType() = default;

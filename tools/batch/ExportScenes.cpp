@@ -112,7 +112,7 @@ class Batch {
     std::string script;
     for (const auto& claim : textures_.claims(name(), host::selectedCandidates())) {
       report.refuse(claim.tile.path, claim.error);
-      script += "select -deselect " + melString(claim.tile.path) + "; ";
+      script += "select -deselect " + host::mel::quoted(claim.tile.path) + "; ";
     }
     return script.empty() || host::execute(script, "selection");
   }
@@ -120,7 +120,7 @@ class Batch {
   static bool selectOnly(const std::vector<std::string>& paths) {
     std::string script = "select -clear; ";
     for (const std::string& path : paths) {
-      script += "select -add " + melString(path) + "; ";
+      script += "select -add " + host::mel::quoted(path) + "; ";
     }
     return host::execute(script, "selection");
   }
