@@ -5,12 +5,11 @@
 #include "host/history/Evaluation.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
-#include "host/scene/SceneChanges.h"
 
 namespace host {
 
 void evaluateHistories(const HistoryReport& report) {
-  SceneChanges::current().take();
+  Scene::current().changes.take();
   Evaluation evaluation;
   for (const auto& [serial, node] : Scene::current().nodes()) {
     if (node->history == nullptr && Evaluation::hasHistory(node)) {
@@ -21,10 +20,10 @@ void evaluateHistories(const HistoryReport& report) {
 }
 
 void refreshHistories(const HistoryReport& report) {
-  if (SceneChanges::current().isEmpty()) {
+  if (Scene::current().changes.isEmpty()) {
     return;
   }
-  std::vector<std::size_t> changed = SceneChanges::current().take();
+  std::vector<std::size_t> changed = Scene::current().changes.take();
   std::sort(changed.begin(), changed.end());
   Evaluation evaluation(changed);
   for (const auto& [serial, node] : Scene::current().nodes()) {

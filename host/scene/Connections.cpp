@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "host/scene/Node.h"
-#include "host/scene/SceneChanges.h"
 
 namespace host {
 namespace {
@@ -115,7 +114,7 @@ bool connect(const Plug& source, const Plug& destination, bool force, std::strin
     }
     disconnect(existing);
   }
-  SceneChanges::current().note(*destination.node());
+  destination.node()->noteChange();
   const auto made =
       std::make_shared<const Connection>(Connection{source, destination, nextSerial()});
   destination.node()->connections.inputs_[destination.path()] = made;
@@ -136,7 +135,7 @@ bool disconnect(const Plug& source, const Plug& destination) {
 }
 
 void disconnect(const ConnectionPtr& connection) {
-  SceneChanges::current().note(*connection->destination.node());
+  connection->destination.node()->noteChange();
   const Plug& source = connection->source;
   ConnectionTable& from = source.node()->connections;
   const auto outputs = from.outputs_.find(source.path());

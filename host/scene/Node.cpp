@@ -20,6 +20,12 @@ std::string Node::displayName() {
   return alive_ ? scene_->displayName(pointer()) : name_;
 }
 
+void Node::noteChange() const {
+  if (alive_) {
+    scene_->changes.note(*this);
+  }
+}
+
 bool Node::isIntermediate() const {
   const AttributeState* state = values.find("intermediateObject");
   const double* number = state ? std::get_if<double>(&state->value) : nullptr;

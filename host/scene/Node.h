@@ -31,6 +31,8 @@ class Node : public Object {
   bool isAlive() const override { return alive_; }
   // Null for a node that was deleted.
   Scene* scene() const { return alive_ ? scene_ : nullptr; }
+  // Adds the node to its scene's changes (SceneChanges.h).
+  void noteChange() const;
   // See Scene::displayName.
   std::string displayName();
   MFn::Type apiType() const override { return type_->apiType(); }

@@ -202,7 +202,7 @@ bool Scene::changePathCounts(Node& node, std::ptrdiff_t difference) {
 }
 
 bool Scene::link(const NodePtr& child, const NodePtr& parent) {
-  SceneChanges::current().note(*child);
+  changes.note(*child);
   child->parents_.push_back(parent.get());
   parent->children_.push_back(child);
   return changePathCounts(*child, static_cast<std::ptrdiff_t>(parent->pathCount_));

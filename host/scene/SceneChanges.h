@@ -13,9 +13,6 @@ namespace host {
 // taken.
 class SceneChanges {
  public:
-  // Those of the current scene.
-  static SceneChanges& current();
-
   void note(const Node& node) {
     if (serials_.empty() || serials_.back() != node.serial()) {
       serials_.push_back(node.serial());

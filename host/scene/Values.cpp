@@ -4,7 +4,6 @@
 
 #include "host/scene/ComputedValues.h"
 #include "host/scene/Node.h"
-#include "host/scene/SceneChanges.h"
 
 namespace host {
 namespace {
@@ -154,7 +153,7 @@ bool truthOf(const NodePtr& node, std::string_view pathText) {
 
 bool writeValue(const Plug& plug, AttributeValue value) {
   if (plug.isNull() || plug.isArray()) return false;
-  SceneChanges::current().note(*plug.node());
+  plug.node()->noteChange();
   const auto* numbers = std::get_if<std::vector<double>>(&value);
   if (numbers && plug.attribute()->kind() == Kind::kCompound) return writeNumbers(plug, *numbers);
   if (!suits(*plug.attribute(), value)) return false;
@@ -168,7 +167,7 @@ void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords val
   AttributeState& state = node->values.at(pathText);
   state.value = std::move(value);
   takeFlags(state, flags);
-  SceneChanges::current().note(*node);
+  node->noteChange();
 }
 
 void disconnectKeepingValue(const ConnectionPtr& connection) {

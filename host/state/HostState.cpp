@@ -29,10 +29,6 @@ Scene& Scene::current() {
   return HostState::current().scene;
 }
 
-SceneChanges& SceneChanges::current() {
-  return HostState::current().scene.changes;
-}
-
 SceneInfo& SceneInfo::current() {
   return HostState::current().info;
 }
