@@ -38,7 +38,8 @@ std::string pathOfInstance(std::string_view path, std::string_view name, const N
   for (const std::string_view groups : {"iog", "instObjGroups"}) {
     const bool isWhole = path.substr(0, groups.size()) == groups &&
                          (path.size() == groups.size() || path[groups.size()] == '.');
-    if (!isWhole || !node->isDag() || node->pathCount() < 2) {
+    const bool isAmbiguous = node->pathCount() > 1 || path.size() > groups.size();
+    if (!isWhole || !node->isDag() || !isAmbiguous) {
       continue;
     }
     const DagPath instance = Scene::current().findPath(qualifiedName(name, context));

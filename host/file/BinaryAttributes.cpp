@@ -165,7 +165,10 @@ void keep(const NodePtr& node, BinaryValue& value) {
   if (auto* const numbers = std::get_if<Numbers>(&value.value)) {
     turnIntoDegrees(*node, value.path, *numbers);
   }
-  keepAsWritten(node, value.path, std::visit(WordsOf{value.type}, value.value));
+  // By the name that a saved scene gives it, so that a second save says the same.
+  const auto plug = Plug::find(node, value.path);
+  keepAsWritten(node, plug ? plug->path() : value.path,
+                std::visit(WordsOf{value.type}, value.value));
 }
 
 // --- Arrays

@@ -112,7 +112,7 @@ TEST_F(Dag, WhatMakesNoSenseIsRefused) {
   EXPECT_TRUE(refused(scene.reparent(b, nullptr, a, &error)));
   EXPECT_TRUE(refused(scene.addInstance(shader, a, &error)));
   const auto& transform = *NodeType::find("transform");
-  EXPECT_TRUE(refused(scene.createNode(transform, "c", shape, &error) != nullptr));
+  EXPECT_NE(scene.createNode(transform, "c", shape), nullptr);  // as image planes stand
   EXPECT_TRUE(scene.reparent(b, a, nullptr));
   EXPECT_EQ(firstPath(shape).fullName(), "|b|shape");
 }

@@ -160,7 +160,7 @@ TEST_F(Plugs, WhatIsNotKnownIsKeptAsWritten) {
   ASSERT_TRUE(loose);
   EXPECT_EQ(loose->path(), "hyp[3].dn");
   EXPECT_TRUE(connect(plug("cube.msg"), *loose, false));
-  EXPECT_FALSE(Plug::findOrKeep(mesh, "iog[0].nothing"));
+  EXPECT_TRUE(Plug::findOrKeep(mesh, "iog[0].nothing"));  // another version may know it
   EXPECT_FALSE(Plug::findOrKeep(mesh, "a b["));
 }
 
