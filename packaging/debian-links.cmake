@@ -1,6 +1,9 @@
 # Puts the program, its manual page and its completion, and the Python module, where a Debian system looks for them.
 function(link_files component)
   set(folder ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/${component})
+  if(NOT EXISTS ${folder})  # one package alone has no folder of its own
+    set(folder ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
+  endif()
   foreach(file ${ARGN})
     if(EXISTS ${folder}/opt/morvane/${file})
       get_filename_component(parent ${folder}/usr/${file} DIRECTORY)
