@@ -52,13 +52,14 @@ bool fail(const std::string& reason) {
 
 bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, const MString& sourceFileName,
                    GoblinGeometryBuilder& builder) {
+  SpokenMessages messages;
   for (; !walk.isDone(); walk.next()) {
     MObject goblin = walk.mesh();
     std::printf("%s\n", getNodeName(goblin).asChar());
     MString name;
     getStringAttr(goblin, "goblinName", name, true);
     WeldedMesh welded;
-    if (!extractGoblin(goblin, welded)) continue;
+    if (!extractGoblin(goblin, messages, welded)) continue;
     const Matrix44 toTile = product(matrixOf(goblin), tileMatrix);
     const std::string fault = whyNotFinite(goblin, welded, toTile);
     if (!fault.empty()) {

@@ -8,10 +8,7 @@
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
 #include "host/plugin/PluginRegistry.h"
-#include "host/scene/Connections.h"
-#include "host/scene/Dag.h"
 #include "host/scene/Scene.h"
-#include "host/scene/Shading.h"
 #include "host/scene/Values.h"
 #include "host/state/DirectoryMap.h"
 #include "host/text/Messages.h"
@@ -33,50 +30,6 @@ bool report(const mel::Outcome& outcome) {
 
 std::string fromCaller(const std::string& path) {
   return mel::resolvedPath(path, mel::Interpreter::current().callerFolder());
-}
-
-// The mesh that a walk of the DAG meets first; an empty path when there is none.
-DagPath firstMesh(const DagPath& top) {
-  std::vector<DagPath> waiting{top};
-  while (!waiting.empty()) {
-    const DagPath path = waiting.back();
-    waiting.pop_back();
-    if (path.node()->mesh != nullptr && !path.node()->isIntermediate()) {
-      return path;
-    }
-    const auto& children = path.node()->children();
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
-      waiting.push_back(path.extendedBy(*child));
-    }
-  }
-  return DagPath();
-}
-
-// The file texture that the colour of one of the mesh's materials comes from.
-NodePtr colourTexture(const DagPath& mesh) {
-  for (const ShadingAssignment& assignment :
-       assignmentsOf(mesh.node(), mesh.instanceNumber(), true)) {
-    const NodePtr shader = surfaceShaderOf(assignment.set);
-    const auto colour = shader == nullptr ? std::nullopt : Plug::find(shader, "color");
-    const auto source = colour ? sourceOf(*colour) : std::nullopt;
-    if (source && source->node()->hasFn(MFn::kFileTexture)) {
-      return source->node();
-    }
-  }
-  return nullptr;
-}
-
-// With the texture that gives the first mesh below the path its colour, where there is one.
-TileCandidate candidateAt(const DagPath& top) {
-  TileCandidate candidate{top.fullName(), "", ""};
-  const DagPath mesh = firstMesh(top);
-  const NodePtr texture = mesh.isEmpty() ? nullptr : colourTexture(mesh);
-  const auto plug = texture == nullptr ? std::nullopt : Plug::find(texture, "fileTextureName");
-  if (plug) {
-    candidate.texture = readText(*plug).value_or("");
-    candidate.textureNode = texture->name();
-  }
-  return candidate;
 }
 
 Answer answerOf(const mel::Value& value) {
@@ -192,17 +145,6 @@ void beforeMessages(std::function<void(std::string_view)> listener) {
   mel::beforeMessage() = std::move(listener);
 }
 
-std::vector<TileCandidate> texturedTopLevelTransforms() {
-  std::vector<TileCandidate> candidates;
-  for (const NodePtr& node : Scene::current().world()->children()) {
-    TileCandidate candidate = node->isTransform() ? candidateAt(DagPath({node})) : TileCandidate();
-    if (!candidate.textureNode.empty()) {
-      candidates.push_back(std::move(candidate));
-    }
-  }
-  return candidates;
-}
-
 morvane::Status select(const std::string& name, bool onlyTransforms) {
   const std::vector<SelectionItem> found = Scene::current().match(name);
   const bool isThere = std::any_of(found.begin(), found.end(), [&](const SelectionItem& item) {
@@ -219,15 +161,6 @@ morvane::Status select(const std::string& name, bool onlyTransforms) {
     return {morvane::StatusCode::kBadArgument, outcome.failure.text};
   }
   return {};
-}
-
-std::vector<TileCandidate> selectedCandidates() {
-  std::vector<TileCandidate> candidates;
-  for (const SelectionItem& item : Scene::current().selection.items()) {
-    candidates.push_back(item.path.isEmpty() ? TileCandidate{item.node->name(), "", ""}
-                                             : candidateAt(item.path));
-  }
-  return candidates;
 }
 
 }  // namespace host

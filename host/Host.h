@@ -82,26 +82,12 @@ bool loadPlugin(const std::string& nameOrPath);
 // standard error next; none: nothing is.
 void beforeMessages(std::function<void(std::string_view line)> listener);
 
-struct TileCandidate {
-  std::string path;     // full DAG path of the transform
-  std::string texture;  // fileTextureName of the file texture that its mesh's colour comes from
-  std::string textureNode{};  // that file texture
-};
-
-// Every top-level transform with a mesh below it whose colour comes from a file texture, in scene
-// order.
-std::vector<TileCandidate> texturedTopLevelTransforms();
-
 // What the file textures of the open scene name, as they name it.
 std::vector<std::string> textureNames();
 
 // Adds to what is selected the objects that a name, path or pattern names; of them only transforms
 // when `onlyTransforms`. kNotFound when there are none. Nothing is shown of a failure.
 morvane::Status select(const std::string& name, bool onlyTransforms);
-
-// What is selected, in order. The path is the mere name, without a '|' before it, for what is not
-// in the DAG; the texture is empty where there is none.
-std::vector<TileCandidate> selectedCandidates();
 
 }  // namespace host
 

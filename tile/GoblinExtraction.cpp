@@ -85,8 +85,8 @@ bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix) {
   return true;
 }
 
-bool extractGoblin(MObject goblin, WeldedMesh& welded) {
-  const std::unique_ptr<TileMesh> mesh = buildTileMesh(getMeshTables(goblin));
+bool extractGoblin(MObject goblin, TileMessages& messages, WeldedMesh& welded) {
+  const std::unique_ptr<TileMesh> mesh = buildTileMesh(getMeshTables(goblin, messages));
   if (!mesh) return false;
   welded = weldTileMesh(*mesh);
   return !welded.triangles.empty();

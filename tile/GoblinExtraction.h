@@ -7,6 +7,7 @@
 #include <maya/MObject.h>
 
 #include "geometry/TileMesh.h"
+#include "tile/TileMessages.h"
 #include "util/Matrix44.h"
 
 // What both exporters do with a tile and the goblins below it.
@@ -38,7 +39,7 @@ bool getTileMatrix(MDagPath tile, MObject firstMesh, Matrix44& matrix);
 bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix);
 
 // Reads a goblin's mesh, triangulates and welds it. False when it has no triangle.
-bool extractGoblin(MObject goblin, WeldedMesh& welded);
+bool extractGoblin(MObject goblin, TileMessages& messages, WeldedMesh& welded);
 
 // The local matrix of the goblin's one parent; the identity when it has several parents or none.
 // False, with the identity, when that parent is no transform; `parent` is then set.

@@ -11,18 +11,32 @@
 #include <maya/MSelectionList.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "geometry/GoblinGeometry.h"
-#include "tile/MessageLog.h"
 #include "tile/SceneAttributes.h"
+#include "tile/TileLines.h"
 
 namespace morvane {
 namespace {
 
 constexpr const char* kDefaultShadingGroup = "initialShadingGroup";
+
+// What materials call the colour of their surface. The first that a material has is its colour; a
+// material with `color` is never asked for another.
+constexpr const char* kColourNames[] = {
+    "color",               // Lambert and all that derives from it, most renderers' own
+    "TEX_color_map",       // StingrayPBS, whose base_color is what is used without a map
+    "u_BaseColorTexture",  // GLSLShader with the glTF program
+    "baseColor",           // standardSurface, openPBRSurface, aiStandardSurface, PxrDisney
+    "bc",                  // the first two, where the host knows only what the scene file calls it
+    "base_color",          // RedshiftStandardMaterial; aiStandardSurface in its files
+    "diffuseColor",        // usdPreviewSurface, PxrSurface
+    "diffuse_color",       // RedshiftMaterial
+    "DiffuseTexture",      // dx11Shader
+    "diffuse",             // mia_material_x, CoronaSurface
+};
 
 MPlug plugOf(MObject node, const char* attributeName) {
   MFnDependencyNode dependencyNode(node);
@@ -43,6 +57,27 @@ MObject sourceNode(MObject node, const char* attributeName) {
   return sources.length() == 0 ? MObject() : sources[0].node();
 }
 
+MPlug colourOf(MObject material) {
+  for (const char* const name : kColourNames) {
+    const MPlug plug = plugOf(material, name);
+    if (!plug.isNull()) {
+      return plug;
+    }
+  }
+  return MPlug();
+}
+
+// Which material has no texture, where it was looked for.
+std::string withoutTexture(const MFnMesh& mesh, MObject material, const MPlug& colour) {
+  MDagPath path;
+  MDagPath::getAPathTo(mesh.object(), path);
+  const MFnDependencyNode node(material);
+  return std::string(path.fullPathName().asChar()) + ": material " + node.name().asChar() + " (" +
+         node.typeName().asChar() + ") has " +
+         (colour.isNull() ? "no colour that is known here"
+                          : std::string("nothing connected to ") + colour.name().asChar());
+}
+
 bool hasFacesOf(const MObject& mesh, MObject faces) {
   MDagPath path;
   MDagPath::getAPathTo(mesh, path);
@@ -59,14 +94,14 @@ bool isIdleDefaultGroup(const MFnSet& group, bool hasFaces, unsigned int groupCo
   return members.length() == 0 || (!hasFaces && groupCount > 1);
 }
 
-std::unique_ptr<char[]> refuse(const char* message) {
-  logText(1, message);
+std::unique_ptr<char[]> refuse(TileMessages& messages, const char* error) {
+  messages.fail(error);
   return nullptr;
 }
 
 }  // namespace
 
-std::int32_t countMaterials(MObject mesh) {
+std::int32_t countMaterials(MObject mesh, TileMessages& messages) {
   MObjectArray groups;
   MObjectArray faces;
   MFnMesh(mesh).getConnectedSetsAndMembers(0, groups, faces, true);
@@ -74,7 +109,9 @@ std::int32_t countMaterials(MObject mesh) {
   for (unsigned int i = 0; i < groups.length(); ++i) {
     MStatus attached;
     const MFnSet group(groups[i], &attached);
-    if (attached != MStatus::kSuccess) std::printf("ERROR: MFnSet::MFnSet\n");
+    if (attached != MStatus::kSuccess) {
+      messages.log("ERROR: MFnSet::MFnSet\n");
+    }
     const MObject material = sourceNode(groups[i], "surfaceShader");
     if (material.isNull()) continue;
     const bool hasFaces = attached == MStatus::kSuccess && hasFacesOf(mesh, faces[i]);
@@ -85,28 +122,52 @@ std::int32_t countMaterials(MObject mesh) {
   return static_cast<std::int32_t>(seen.size());
 }
 
-std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance) {
+std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance,
+                                           TileMessages& messages) {
   MObjectArray groups;
   MIntArray groupOfFace;
   mesh.getConnectedShaders(instance, groups, groupOfFace);
   if (groups.length() != 1) {
-    return refuse("*** Error : Must have only one material attached to base mesh\n");
+    return refuse(messages, kSeveralMaterials);
   }
   const MObject material = sourceNode(groups[0], "surfaceShader");
-  if (material.isNull()) return refuse("*** Error : No material attached to shader node\n");
-  const MPlugArray textures = sourcesOf(plugOf(material, "color"));
-  if (textures.length() == 0) return refuse("*** Error : No texture attached to material node\n");
+  if (material.isNull()) {
+    return refuse(messages, kNoMaterial);
+  }
+  const MPlug colour = colourOf(material);
+  const MPlugArray textures = sourcesOf(colour);
+  if (textures.length() == 0) {
+    messages.explain(withoutTexture(mesh, material, colour));
+    return refuse(messages, kNoTexture);
+  }
   if (textures.length() != 1) {
-    return refuse("*** Error : Must have only one texture attached to base material\n");
+    return refuse(messages, kSeveralTextures);
   }
   const MObject texture = textures[0].node();
-  if (!texture.hasFn(MFn::kFileTexture))
-    return refuse("*** Error : Only file textures supported\n");
+  if (!texture.hasFn(MFn::kFileTexture)) {
+    return refuse(messages, kNoFileTexture);
+  }
   MString fileName;
   if (plugOf(texture, "fileTextureName").getValue(fileName) != MStatus::kSuccess) {
-    return refuse("*** Error : Error retrieving texture name\n");
+    return refuse(messages, kNoTextureName);
   }
   return copyText(fileName.asChar());
+}
+
+MObject findColourTexture(const MDagPath& mesh) {
+  MObjectArray groups;
+  MIntArray groupOfFace;
+  MFnMesh(mesh).getConnectedShaders(mesh.instanceNumber(), groups, groupOfFace);
+  for (unsigned int i = 0; i < groups.length(); ++i) {
+    const MObject material = sourceNode(groups[i], "surfaceShader");
+    const MPlugArray textures = material.isNull() ? MPlugArray() : sourcesOf(colourOf(material));
+    for (unsigned int t = 0; t < textures.length(); ++t) {
+      if (textures[t].node().hasFn(MFn::kFileTexture)) {
+        return textures[t].node();
+      }
+    }
+  }
+  return MObject::kNullObj;
 }
 
 }  // namespace morvane

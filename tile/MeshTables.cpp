@@ -6,9 +6,10 @@
 #include <maya/MItMeshPolygon.h>
 #include <maya/MPointArray.h>
 
-#include <cstdio>
+#include <string>
 
 #include "tile/MaterialLookup.h"
+#include "tile/TileLines.h"
 
 namespace morvane {
 namespace {
@@ -77,8 +78,10 @@ void getMeshColours(MObject mesh, std::vector<std::uint32_t>& colours) {
   if (colours.empty()) colours.push_back(0);
 }
 
-void getMeshPolygons(MObject mesh, std::vector<PolygonRecord>& polygons) {
-  if (countMaterials(mesh) > 1) std::printf("Warning: more than one material on the goblin!");
+void getMeshPolygons(MObject mesh, TileMessages& messages, std::vector<PolygonRecord>& polygons) {
+  if (countMaterials(mesh, messages) > 1) {
+    messages.log(std::string(kPlainWarningMark) + kGoblinMaterials);
+  }
   polygons.clear();
   MStatus attached;
   MItMeshPolygon polygon(mesh, &attached);
@@ -86,13 +89,13 @@ void getMeshPolygons(MObject mesh, std::vector<PolygonRecord>& polygons) {
   for (; !polygon.isDone(); polygon.next()) polygons.push_back(readPolygon(polygon));
 }
 
-MeshTables getMeshTables(MObject mesh) {
+MeshTables getMeshTables(MObject mesh, TileMessages& messages) {
   MeshTables tables;
   getMeshPositions(mesh, tables.positions);
   getMeshNormals(mesh, tables.normals);
   getMeshUVs(mesh, tables.uvs);
   getMeshColours(mesh, tables.colours);
-  getMeshPolygons(mesh, tables.polygons);
+  getMeshPolygons(mesh, messages, tables.polygons);
   return tables;
 }
 

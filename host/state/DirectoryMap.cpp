@@ -10,9 +10,16 @@
 namespace host {
 namespace {
 
+// Backslashes are slashes, and several in a row are one, but not at the front, where two stand
+// before a machine's name.
 std::string portable(std::string_view name) {
-  std::string text(name);
-  std::replace(text.begin(), text.end(), '\\', '/');
+  std::string text;
+  for (const char c : name) {
+    const char character = c == '\\' ? '/' : c;
+    if (character != '/' || text.size() < 2 || text.back() != '/') {
+      text += character;
+    }
+  }
   return text;
 }
 

@@ -2,20 +2,14 @@
 
 #include <cstdio>
 
+#include "host/text/Printable.h"
+
 namespace host::mel {
 namespace {
 
-// What the text says may come from a file: control characters do not reach the terminal.
+// What the text says may come from a file.
 void showLine(const char* prefix, std::string_view text) {
-  std::string line = prefix;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    // The second block of control characters stands in UTF-8 as C2 and a byte below A0.
-    const bool second =
-        text[i] == '\xC2' && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-    const bool control = static_cast<unsigned char>(text[i]) < 0x20 || text[i] == 0x7F || second;
-    line += control && text[i] != '\t' ? ' ' : text[i];
-    i += second ? 1 : 0;
-  }
+  std::string line = prefix + printable(text);
   std::fflush(stdout);
   if (beforeMessage()) {
     beforeMessage()(line);

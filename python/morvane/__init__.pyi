@@ -90,6 +90,7 @@ class Warning:
     kind: Optional[str] = None
     file: Optional[str] = None
     line: Optional[int] = None
+    goblins: Optional[list[dict[str, Any]]] = None
 
 @dataclass(frozen=True)
 class ExportRecord:

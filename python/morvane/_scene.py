@@ -28,13 +28,16 @@ class SceneTile:
 
 @dataclasses.dataclass(frozen=True)
 class Warning:
-    """What was noticed, and how often; of a scene also ``kind`` ("notice" or "damage"), ``file`` and ``line``."""
+    """What was noticed, and how often; of a scene also ``kind`` ("notice" or "damage"), ``file`` and ``line``; of goblins
+    that reach out of a tile also ``goblins``, which and how far, farthest first: a list of dict, with "goblin" (DAG path)
+    and "distance" (a share of the tile's side)."""
 
     text: str
     count: int = 1
     kind: Optional[str] = None
     file: Optional[str] = None
     line: Optional[int] = None
+    goblins: Optional[List[dict]] = None
 
 
 @dataclasses.dataclass(frozen=True)
@@ -91,7 +94,7 @@ class Scene:
 
     def tiles(self):
         """The scene's tiles, in its order: a list of SceneTile."""
-        return [SceneTile(tile["tile"], tile["texture"], tile["goblins"], tile["fault"])
+        return [SceneTile(tile["tile"], tile["texture"], tile["goblins"], tile["error"])
                 for tile in self._ask({"do": "tiles"}, "failed")[0]["tiles"]]
 
     def export(self, tiles=None):

@@ -45,6 +45,41 @@ TEST_F(Batch, GoesOnAfterAFailedSceneAndSumsUp) {
   EXPECT_EQ(shell("$morvane export c.ma --map P:/art").status, 2);
 }
 
+TEST_F(Batch, TellsHowFarItWasWhenInterrupted) {
+  const Outcome outcome = shell(
+      "timeout --preserve-status -s INT 1 $morvane export "
+      "$(yes one/a.ma | head -5000) >/dev/null");
+  EXPECT_EQ(outcome.status, 130);
+  EXPECT_NE(outcome.err.find(" of 5000 scenes are done"), std::string::npos) << outcome.err;
+}
+
+TEST_F(Batch, QuietLeavesThePlugInsLinesOut) {
+  const Outcome outcome = shell("$morvane export --quiet" + scenes_);
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.out, "");
+  for (const char* line :
+       {"two/b.ma: |tile2: couldn't load psd; its texture gone.psd",
+        "morvane: with failures: broken.ma\n", "morvane: with failures: two/b.ma\n"}) {
+    EXPECT_NE(outcome.err.find(line), std::string::npos) << line << outcome.err;
+  }
+}
+
+// The pebble, a triangle of 1 by 1, is moved by 4 on a tile 4 wide whose middle is the origin.
+TEST_F(Batch, GoblinsOutsideAreNamedWithHowFar) {
+  std::string scene = sceneOfTiles({"a.psd"});
+  const std::string pebble = "createNode transform -n \"pebble1\" -p \"tile1\";\n";
+  scene.insert(scene.find(pebble) + pebble.size(), "\tsetAttr \".t\" 4 0 0;\n");
+  write("one/far.ma", scene);
+  const Outcome outcome = morvane({"export", "one/far.ma", "--json"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.err.find("|tile1|pebble1|pebbleShape1 reaches 0.75 of the tile's side"),
+            std::string::npos)
+      << outcome.err;
+  const Json expected = Json::parse(R"([{"text":"goblin outside of tile boundary","count":3,
+      "goblins":[{"goblin":"|tile1|pebble1|pebbleShape1","distance":0.75}]}])");
+  EXPECT_EQ(Json::parse(outcome.out)["warnings"], expected);
+}
+
 TEST_F(Batch, WritesARecordForEachTile) {
   const Outcome outcome = shell("$morvane export --json" + scenes_);
   EXPECT_EQ(outcome.status, 3);

@@ -29,7 +29,8 @@ TEST_F(Status, WrongUsageIs2) {
   refuses("$morvane export", 2, "SCENE");
   refuses("$morvane info", 2, "FILE");
   refuses("$morvane goblins a.psd --full", 2, "--json");
-  refuses("$morvane goblins a.psd b.psd", 2, "b.psd");
+  refuses("$morvane goblins a.psd b.psd --obj c.obj", 2, "name exactly one");
+  refuses("$morvane --json info a.psd", 2, "belongs behind the subcommand: morvane info --json");
   refuses("$morvane run scene.ma other.ma", 2, "other.ma");
   refuses("$morvane export tile1 scene.ma", 2, "tile1 is no name of a scene");
   refuses("$morvane export scene.ma tile1 other.ma", 2, "other.ma comes after the tile tile1");
@@ -167,10 +168,14 @@ TEST_F(Status, AScenesTilesAreListedAndAMissingTextureIs1) {
   const Outcome outcome = shell("$morvane info --json scene.ma plain.psd");
   EXPECT_EQ(outcome.status, 1);
   const std::string tile1 = R"({"tile":"|tile1","texture":"plain.psd","exists":true,"goblins":1,)";
-  EXPECT_EQ(outcome.out.find(R"({"file":"scene.ma","tiles":[)" + tile1 + R"("fault":null},)"), 0)
+  EXPECT_EQ(outcome.out.find(R"({"file":"scene.ma","tiles":[)" + tile1 +
+                             R"("warnings":[],"error":null,"status":0},)"),
+            0)
       << outcome.out;
   EXPECT_NE(outcome.out.find("{\"file\":\"plain.psd\""), std::string::npos) << outcome.out;
-  EXPECT_NE(outcome.err.find("tile2: texture gone.psd does not exist"), std::string::npos);
+  EXPECT_NE(
+      outcome.err.find("scene.ma: |tile2: couldn't load psd; its texture gone.psd does not exist"),
+      std::string::npos);
   write("empty.ma", "//Maya ASCII 2018 scene\n");
   EXPECT_EQ(shell("$morvane info empty.ma").status, 1);
   refuses("$morvane info missing.ma", 3, "missing.ma");

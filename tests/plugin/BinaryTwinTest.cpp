@@ -8,6 +8,7 @@
 #include "host/scene/Scene.h"
 #include "tests/file/BinaryTwin.h"
 #include "tests/plugin/HostFixture.h"
+#include "tile/TileSearch.h"
 
 namespace morvane {
 namespace {
@@ -19,8 +20,8 @@ class BinaryTwins : public HostFixture {
   // What the export of every tile of the scene leaves in the textures of the folder.
   std::string exported(const std::string& folder, const std::string& scene) const {
     EXPECT_TRUE(host::openScene(path(folder + "/" + scene)));
-    for (const host::TileCandidate& tile : host::texturedTopLevelTransforms()) {
-      run("select \"" + tile.path + "\"; exportTile");
+    for (const MDagPath& tile : texturedTiles()) {
+      run("select \"" + std::string(tile.fullPathName().asChar()) + "\"; exportTile");
     }
     std::string bytes;
     for (const char* name : {"hill", "path", "pond", "field"}) {

@@ -21,6 +21,7 @@ class ExportReportTest : public testing::Test {
 
   std::vector<std::string> begun_;
   ExportReport report_{
+      "a.ma",
       {{"|missing", "no/such/texture.psd"}, {"picture", ""}, {"|full", "full.psd"}},
       [this](const TileOutcome& tile) { begun_.push_back(tile.path); }};
 };
@@ -46,10 +47,10 @@ TEST_F(ExportReportTest, NamesEachFailedTileOnceWithItsReason) {
        "*** Error exporting tile 2", "Exporting tile |fine..."});
   EXPECT_EQ(
       said,
-      "morvane: export failed for |missing: couldn't load psd; its texture "
+      "morvane: a.ma: |missing: couldn't load psd; its texture "
       "no/such/texture.psd does not exist; if it lies elsewhere on this machine, say where with "
       "--map FROM=TO\n"
-      "morvane: export failed for |full: couldn't save psd: cannot write full.psd: No space left "
+      "morvane: a.ma: |full: couldn't save psd: cannot write full.psd: No space left "
       "on device; free some space there\n");
 }
 
@@ -62,8 +63,8 @@ TEST_F(ExportReportTest, HearsErrorsThatStandOnNoLineOfTheirOwn) {
                      "Warning: more than one material on the goblin!*** Error : No mesh",
                      "*** Error exporting tile 1", "*** Error : couldn't get DAG path",
                      "*** Error exporting tile 2"});
-  for (const char* named : {"for |a: transform weirdness on goblin;", "for |b: No mesh;",
-                            "for picture: couldn't get DAG path"})
+  for (const char* named : {"a.ma: |a: transform weirdness on goblin;", "a.ma: |b: No mesh;",
+                            "a.ma: picture: couldn't get DAG path"})
     EXPECT_NE(said.find(named), std::string::npos) << named << said;
 }
 

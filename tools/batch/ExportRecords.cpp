@@ -3,8 +3,8 @@
 #include <cmath>
 #include <filesystem>
 #include <map>
-#include <nlohmann/json.hpp>
 
+#include "tile/TileLines.h"
 #include "tools/batch/SharedTextures.h"
 #include "tools/model/TileFile.h"
 #include "tools/terminal/Text.h"
@@ -51,14 +51,27 @@ void addCounts(const std::string& file, Json& record) {
 
 }  // namespace
 
+nlohmann::ordered_json warningsJson(const TileOutcome& tile) {
+  Json warnings = Json::array();
+  for (const auto& [text, count] : tile.warnings) {
+    warnings.push_back({{"text", toUtf8(text)}, {"count", count}});
+    if (text == morvane::kGoblinOutside) {
+      Json& goblins = warnings.back()["goblins"] = Json::array();
+      for (const OutsideGoblin& goblin : tile.outside) {
+        goblins.push_back({{"goblin", toUtf8(goblin.path)},
+                           {"distance", std::round(goblin.distance * 1e4) / 1e4}});
+      }
+    }
+  }
+  return warnings;
+}
+
 void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
                           const std::string& texture) {
   Json record = emptyRecord(scene);
   if (!tile.path.empty()) record["tile"] = toUtf8(tile.path);
   const std::string file = texture.empty() ? "" : writtenFile(texture);
-  for (const auto& [text, count] : tile.warnings) {
-    record["warnings"].push_back({{"text", toUtf8(text)}, {"count", count}});
-  }
+  record["warnings"] = warningsJson(tile);
   record["milliseconds"] = std::round(tile.milliseconds * 1000) / 1000;
   if (!tile.error.empty()) {
     record["error"] = toUtf8(tile.error);
@@ -67,7 +80,7 @@ void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
     record["texture"] = toUtf8(file);
     addCounts(file, record);
   }
-  output_.writeLine(record.dump());
+  output_.writeLine(printableJson(record.dump()));
 }
 
 void ExportRecords::writeScene(const std::string& scene, const host::SceneProblems& problems,
@@ -76,7 +89,7 @@ void ExportRecords::writeScene(const std::string& scene, const host::SceneProble
   record["warnings"] = warningsOf(problems);
   if (!error.empty()) record["error"] = toUtf8(error);
   record["status"] = status;
-  output_.writeLine(record.dump());
+  output_.writeLine(printableJson(record.dump()));
 }
 
 }  // namespace tools

@@ -1,13 +1,18 @@
 #ifndef MORVANE_TOOLS_BATCH_EXPORTRECORDS_H_
 #define MORVANE_TOOLS_BATCH_EXPORTRECORDS_H_
 
+#include <nlohmann/json.hpp>
 #include <string>
 
+#include "host/Host.h"
 #include "tools/batch/ExportReport.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/OutputAside.h"
 
 namespace tools {
+
+// [{"text", "count"}]; the one of goblins outside has "goblins", too: [{"goblin", "distance"}].
+nlohmann::ordered_json warningsJson(const TileOutcome& tile);
 
 // One line of JSON for each tile on standard output, which it keeps for these lines alone.
 class ExportRecords {

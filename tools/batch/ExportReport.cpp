@@ -1,9 +1,14 @@
 #include "tools/batch/ExportReport.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 
+#include "geometry/GoblinGeometry.h"
+#include "host/Host.h"
 #include "psd/PsdDocument.h"
+#include "tile/TileGoblins.h"
+#include "tile/TileLines.h"
 #include "tools/model/TileFile.h"
 #include "tools/scene/SceneTiles.h"
 #include "tools/terminal/OutputFile.h"
@@ -12,17 +17,11 @@
 namespace tools {
 namespace {
 
-constexpr std::string_view kTile = "Exporting tile ";
-constexpr std::string_view kDots = "...";
 constexpr std::string_view kError = "*** Error";
-constexpr std::string_view kTileFailed = "*** Error exporting tile";
-// The plug-in's own, and those that its material lookup gives.
-constexpr std::string_view kWarnings[] = {"*** Warning : ", "Warning: "};
+constexpr std::string_view kWarnings[] = {morvane::kWarningMark, morvane::kPlainWarningMark};
 
-constexpr std::string_view kLoadFailed = "couldn't load psd";
-constexpr std::string_view kSaveFailed = "couldn't save psd";
-constexpr std::string_view kLayerFailed = "couldn't add goblin layer";
-constexpr std::string_view kReplaced = "its goblins were replaced";
+constexpr std::size_t kMostOutside = 3;  // goblins named of a tile
+
 constexpr std::string_view kHostError = "Error: ";
 constexpr std::string_view kHostWarning = "Warning: ";
 constexpr std::string_view kChanged = ": changed while it was exported";
@@ -33,19 +32,24 @@ struct Advice {
   std::string_view error;
   const char* text;
 };
+constexpr const char* kOneMaterial =
+    "give the tile's mesh one material, its colour from one file texture";
 constexpr Advice kAdvice[] = {
-    {kSaveFailed, "check that the texture's folder can be written and the disk is not full"},
-    {kLayerFailed, "save the texture again as PSD: RGB, 8 bits a channel"},
-    {kReplaced, "give each tile a texture of its own, and export again"},
-    {"would be written as", "give one of the two another name"},
-    {"goblin geometry exceeds layer size", "use a larger texture, or fewer or simpler goblins"},
-    {"tile has no extent", "the tile's mesh must reach over some width in x and in z"},
-    {"No mesh", "a tile is a transform with its mesh directly below it"},
-    {"No transform", "name the tile's transform, not the shape below it"},
-    {"couldn't get DAG path", "name the tile's transform"},
-    {"material", "give the tile's mesh one material, its colour from one file texture"},
-    {"texture", "give the tile's mesh one material, its colour from one file texture"},
-    {"transform weirdness", "every goblin's mesh must stand below a plain transform"},
+    {morvane::kSaveFailed,
+     "check that the texture's folder can be written and the disk is not full"},
+    {morvane::kLayerFailed, "save the texture again as PSD: RGB, 8 bits a channel"},
+    {morvane::kTooLarge, "use a larger texture, or fewer or simpler goblins"},
+    {morvane::kNoExtent, "the tile's mesh must reach over some width in x and in z"},
+    {morvane::kNoMesh, "a tile is a transform with its mesh directly below it"},
+    {morvane::kNoTransform, "name the tile's transform, not the shape below it"},
+    {morvane::kNoDagPath, "name the tile's transform"},
+    {morvane::kSeveralMaterials, kOneMaterial},
+    {morvane::kNoMaterial, kOneMaterial},
+    {morvane::kNoTexture, kOneMaterial},
+    {morvane::kSeveralTextures, kOneMaterial},
+    {morvane::kNoFileTexture, kOneMaterial},
+    {morvane::kNoTextureName, kOneMaterial},
+    {morvane::kWeirdTransform, "every goblin's mesh must stand below a plain transform"},
 };
 
 std::string_view trimmed(std::string_view text) {
@@ -61,7 +65,8 @@ bool startsWith(std::string_view text, std::string_view prefix) {
 // Where the message at the front of the line ends and the next one begins.
 std::size_t messageEnd(std::string_view line) {
   std::size_t end = line.size();
-  for (const std::string_view marker : {kTile, kError, kWarnings[0], kWarnings[1]}) {
+  for (const std::string_view marker :
+       {std::string_view(morvane::kTileBegins), kError, kWarnings[0], kWarnings[1]}) {
     end = std::min(end, line.find(marker, 1));
   }
   return end;
@@ -78,6 +83,7 @@ void ExportReport::hear(std::string_view line) {
 }
 
 void ExportReport::hearMessage(std::string_view message) {
+  constexpr std::string_view kTile = morvane::kTileBegins;
   if (startsWith(message, kTile)) return beginTile(message.substr(kTile.size()));
   if (startsWith(message, kError)) return hearError(message);
   for (const std::string_view warning : kWarnings) {
@@ -87,7 +93,7 @@ void ExportReport::hearMessage(std::string_view message) {
 
 void ExportReport::hearError(std::string_view message) {
   if (!open_) beginTile(nextNameless());
-  const bool isLast = startsWith(message, kTileFailed);
+  const bool isLast = startsWith(message, morvane::kTileFailed);
   std::string& error = tiles_.back().error;
   if (error.empty()) error = trimmed(isLast ? message : message.substr(kError.size()));
   if (isLast) endTile();
@@ -107,6 +113,7 @@ void ExportReport::hearWarning(std::string_view message) {
 }
 
 void ExportReport::beginTile(std::string_view name) {
+  constexpr std::string_view kDots = morvane::kTileBeginsEnd;
   endTile();
   name = trimmed(name);
   if (name.size() > kDots.size() && name.substr(name.size() - kDots.size()) == kDots) {
@@ -172,27 +179,27 @@ std::vector<std::string> ExportReport::takeChanged() {
   return changed;
 }
 
-void ExportReport::refuse(const std::string& tile, const std::string& error) {
-  tiles_.push_back({tile, error, {}, 0});
+void ExportReport::refuse(const Refusal& refusal) {
+  tiles_.push_back({refusal.tile, refusal.error, {}, 0, {}, refusal.advice});
 }
 
-// Of a texture that could not be read or written, or takes no layer: what was said of that file, or
-// of the tile where it has none.
+// What the host said of a failed tile's file, of its mesh, or of the tile where it has neither.
 std::string ExportReport::reasonOf(const TileOutcome& tile) const {
-  const auto failedAt = [&](std::string_view step) {
-    return tile.error.find(step) != std::string::npos;
-  };
-  const bool isSave = failedAt(kSaveFailed);
-  if (!isSave && !failedAt(kLoadFailed) && !failedAt(kLayerFailed)) return "";
+  const bool isSave = tile.error == morvane::kSaveFailed;
+  const bool isMaterial = tile.error == morvane::kNoTexture;
+  if (!isSave && !isMaterial && tile.error != morvane::kLoadFailed &&
+      tile.error != morvane::kLayerFailed) {
+    return "";
+  }
   const std::string texture = textureOf(tile.path);
   const std::string file = texture.empty() ? tile.path : texture;
-  const std::string stem = file.substr(0, file.rfind('.'));
-  for (const std::string& reason : reasons_) {
-    const bool fits =
-        isSave ? startsWith(reason, "cannot write " + stem + '.') : startsWith(reason, file + ": ");
-    if (fits) return reason;
-  }
-  return "";
+  const std::string beginning = isSave ? "cannot write " + file.substr(0, file.rfind('.')) + '.'
+                                : isMaterial ? tile.path + '|'
+                                             : file + ": ";
+  const auto reason = std::find_if(reasons_.begin(), reasons_.end(), [&](const std::string& each) {
+    return startsWith(each, beginning);
+  });
+  return reason == reasons_.end() ? "" : *reason;
 }
 
 bool ExportReport::isExported(const std::string& tile) const {
@@ -201,9 +208,48 @@ bool ExportReport::isExported(const std::string& tile) const {
   });
 }
 
-void ExportReport::lose(const std::string& tile, const std::string& error) {
-  for (TileOutcome& each : tiles_) {
-    if (each.path == tile && each.error.empty()) each.error = error;
+void ExportReport::lose(const SharedTextures::Loss& loss) {
+  for (const SharedTextures::Tile& tile : loss.lost) {
+    for (TileOutcome& each : tiles_) {
+      if (tile.scene == scene_ && each.path == tile.path && each.error.empty()) {
+        each.error = loss.errorOf(tile);
+        each.advice = SharedTextures::Loss::kAdvice;
+      }
+    }
+  }
+}
+
+// The plug-in warns once for each vertex, and names none.
+void ExportReport::findOutside(TileOutcome& tile) const {
+  const TileCandidate* const known = candidate(tile.path);
+  morvane::SilentMessages nobody;
+  morvane::TileGround ground;
+  if (known == nullptr || !morvane::findTileGround(known->dagPath, nobody, ground)) {
+    return;
+  }
+  morvane::visitGoblins(ground, nobody, [&](const morvane::TileGoblin& goblin) {
+    morvane::GoblinGeometryBuilder builder;
+    if (morvane::appendGoblin(goblin.welded, goblin.toTile, morvane::GoblinLayout::kTagged, nullptr,
+                              nullptr, builder) != 0) {
+      tile.outside.push_back({goblin.mesh.fullPathName().asChar(), goblin.distanceOutside()});
+    }
+    return true;
+  });
+  std::stable_sort(tile.outside.begin(), tile.outside.end(),
+                   [](const auto& a, const auto& b) { return a.distance > b.distance; });
+}
+
+void ExportReport::tellOutside(const TileOutcome& tile) const {
+  const std::size_t named = std::min(tile.outside.size(), kMostOutside);
+  for (std::size_t i = 0; i < named; ++i) {
+    char distance[32];
+    std::snprintf(distance, sizeof distance, "%.2f", tile.outside[i].distance);
+    complain(printable(scene_) + ": " + printable(tile.outside[i].path) + " reaches " + distance +
+             " of the tile's side beyond its edge");
+  }
+  if (tile.outside.size() > named) {
+    complain(printable(scene_) + ": " + printable(tile.path) + ": and " +
+             std::to_string(tile.outside.size() - named) + " more like this");
   }
 }
 
@@ -211,15 +257,29 @@ bool ExportReport::conclude() {
   endTile();
   for (TileOutcome& tile : tiles_) {
     addHostWarnings(tile);
+    const bool isOutside =
+        std::any_of(tile.warnings.begin(), tile.warnings.end(),
+                    [](const auto& warning) { return warning.first == morvane::kGoblinOutside; });
+    if (isOutside) {
+      findOutside(tile);
+      tellOutside(tile);
+    }
     if (tile.error.empty()) continue;
     const std::string reason = reasonOf(tile);
     const std::string why = reason.empty() ? tile.error : tile.error + ": " + reason;
-    const bool isInAdvice = tile.error.find(kLoadFailed) != std::string::npos;
-    complain("export failed for " + (tile.path.empty() ? "a selected node" : printable(tile.path)) +
-             ": " + printable(isInAdvice ? tile.error : why) + "; " + advice(tile, reason));
+    const bool isInAdvice = tile.error == morvane::kLoadFailed;
+    complain(printable(scene_) + ": " +
+             (tile.path.empty() ? "a selected node" : printable(tile.path)) + ": " +
+             printable(isInAdvice ? tile.error : why) + "; " + advice(tile, reason));
     tile.error = why;
   }
   return failures() == 0;
+}
+
+TileOutcome ExportReport::outcomeOf(const std::string& tile) const {
+  const auto found = std::find_if(tiles_.begin(), tiles_.end(),
+                                  [&](const TileOutcome& outcome) { return outcome.path == tile; });
+  return found == tiles_.end() ? TileOutcome() : *found;
 }
 
 std::size_t ExportReport::failures() const {
@@ -227,35 +287,38 @@ std::size_t ExportReport::failures() const {
       tiles_.begin(), tiles_.end(), [](const TileOutcome& tile) { return !tile.error.empty(); }));
 }
 
-const host::TileCandidate* ExportReport::candidate(const std::string& tile) const {
-  for (const host::TileCandidate& each : textures_) {
+const TileCandidate* ExportReport::candidate(const std::string& tile) const {
+  for (const TileCandidate& each : textures_) {
     if (each.path == tile) return &each;
   }
   return nullptr;
 }
 
 std::string ExportReport::textureOf(const std::string& tile) const {
-  const host::TileCandidate* const known = candidate(tile);
+  const TileCandidate* const known = candidate(tile);
   return known ? known->texture : "";
 }
 
 std::string ExportReport::advice(const TileOutcome& tile, const std::string& reason) const {
-  if (tile.error.find(kLoadFailed) != std::string::npos) return textureAdvice(tile.path);
+  if (!tile.advice.empty()) {
+    return tile.advice;
+  }
+  if (tile.error == morvane::kLoadFailed) return textureAdvice(tile.path);
   const bool isAdvised =
       reason.find(kChanged) != std::string::npos || reason.find(kNotReplaced) != std::string::npos;
   if (isAdvised) {
     return "nothing was replaced";
   }
   for (const Advice& known : kAdvice) {
-    if (tile.error.find(known.error) == std::string::npos) continue;
-    return known.error == kSaveFailed ? writingAdvice(reason, known.text) : known.text;
+    if (tile.error != known.error) continue;
+    return known.error == morvane::kSaveFailed ? writingAdvice(reason, known.text) : known.text;
   }
   return "its texture was not changed";
 }
 
 // Loads the texture again to learn what the plug-in does not say.
 std::string ExportReport::textureAdvice(const std::string& tile) const {
-  const host::TileCandidate* const known = candidate(tile);
+  const TileCandidate* const known = candidate(tile);
   if (known && !known->textureNode.empty() && known->texture.empty()) {
     return "set the fileTextureName of " + printable(known->textureNode);
   }
@@ -263,7 +326,9 @@ std::string ExportReport::textureAdvice(const std::string& tile) const {
   if (!texture.empty()) {
     std::error_code missing;
     if (!std::filesystem::exists(texture, missing) && !missing) {
+      const bool isKind = isTileFileName(texture);
       return "its texture " + printable(texture) +
+             (isKind ? "" : " is neither a PSD nor a TGA file and") +
              (host::isMapped(texture) ? " does not exist; it is where --map leads: copy it there"
                                       : kMissingTexture);
     }

@@ -9,9 +9,17 @@
 #include <utility>
 #include <vector>
 
-#include "host/Host.h"
+#include "tools/batch/SharedTextures.h"
+#include "tools/scene/TileCandidates.h"
 
 namespace tools {
+
+// A goblin that reaches out of its tile: the path of its mesh, and how far, as a share of the
+// tile's side.
+struct OutsideGoblin {
+  std::string path;
+  float distance = 0;
+};
 
 // What became of one tile.
 struct TileOutcome {
@@ -19,16 +27,18 @@ struct TileOutcome {
   std::string error;  // the first that the plug-in logged; empty: exported
   std::vector<std::pair<std::string, std::size_t>> warnings;  // each text once, and how often
   double milliseconds = 0;
+  std::vector<OutsideGoblin> outside{};  // the farthest first
+  std::string advice{};  // what to do about an error that is not of the plug-in's own; or empty
 };
 
 // Follows an export by what the plug-in logs, the only place where it tells of a tile's failure.
 class ExportReport {
  public:
-  // `textures` says which texture belongs to which tile. `began` (may be empty) is called at the
-  // beginning of each tile.
-  ExportReport(std::vector<host::TileCandidate> textures,
+  // `scene` is for messages. `textures` says which texture belongs to which tile. `began` (may be
+  // empty) is called at the beginning of each tile.
+  ExportReport(std::string scene, std::vector<TileCandidate> textures,
                std::function<void(const TileOutcome&)> began)
-      : textures_(std::move(textures)), began_(std::move(began)) {}
+      : scene_(std::move(scene)), textures_(std::move(textures)), began_(std::move(began)) {}
 
   // One line of the plug-in's output. Some of its messages end without a line feed, so that a line
   // can hold several.
@@ -45,10 +55,11 @@ class ExportReport {
   std::vector<std::string> takeChanged();
 
   // Counts a tile as failed that is not given to the plug-in.
-  void refuse(const std::string& tile, const std::string& error);
+  void refuse(const Refusal& refusal);
 
-  // The tile's goblins are not in its file any more, for the reason in `error`.
-  void lose(const std::string& tile, const std::string& error);
+  // The goblins of these tiles are not in their files any more. Tiles of other scenes are not
+  // looked at.
+  void lose(const SharedTextures::Loss& loss);
 
   // Names every failed tile, why, and what to do, on standard error. False when there are any.
   // Nothing is heard afterwards.
@@ -56,6 +67,8 @@ class ExportReport {
 
   const std::vector<TileOutcome>& tiles() const { return tiles_; }
   std::size_t failures() const;
+  // Of the tile at a path that this report was made for.
+  TileOutcome outcomeOf(const std::string& tile) const;
   // As the scene names it; empty when that is not known.
   std::string textureOf(const std::string& tile) const;
 
@@ -64,17 +77,20 @@ class ExportReport {
 
   void hearMessage(std::string_view message);
   void addHostWarnings(TileOutcome& tile) const;
+  void findOutside(TileOutcome& tile) const;
+  void tellOutside(const TileOutcome& tile) const;
   void hearError(std::string_view message);
   void hearWarning(std::string_view message);
   void beginTile(std::string_view name);
   std::string nextNameless();
   void endTile();
-  const host::TileCandidate* candidate(const std::string& tile) const;
+  const TileCandidate* candidate(const std::string& tile) const;
   std::string reasonOf(const TileOutcome& tile) const;
   std::string advice(const TileOutcome& tile, const std::string& reason) const;
   std::string textureAdvice(const std::string& tile) const;
 
-  std::vector<host::TileCandidate> textures_;
+  std::string scene_;
+  std::vector<TileCandidate> textures_;
   std::function<void(const TileOutcome&)> began_;
   std::vector<TileOutcome> tiles_;
   std::vector<std::string> reasons_;

@@ -11,9 +11,12 @@
 #include "tools/batch/ExportRecords.h"
 #include "tools/batch/ExportReport.h"
 #include "tools/batch/OutputWatch.h"
+#include "tools/batch/Refusals.h"
 #include "tools/batch/SharedTextures.h"
 #include "tools/scene/SceneDamage.h"
+#include "tools/scene/TileCandidates.h"
 #include "tools/scene/TileSelection.h"
+#include "tools/terminal/InterruptNotice.h"
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/ProgressBar.h"
 #include "tools/terminal/Text.h"
@@ -21,7 +24,8 @@
 namespace tools {
 namespace {
 
-constexpr int kMostRepeats = 3;  // of tiles whose files others changed meanwhile
+constexpr std::size_t kMostNamed = 20;  // failed scenes
+constexpr int kMostRepeats = 3;         // of tiles whose files others changed meanwhile
 
 class Batch {
  public:
@@ -41,7 +45,11 @@ class Batch {
     std::string error;
     ExitStatus worst = startSession("", job_.maps, &error);
     if (worst != kDone) return failAll(error, worst);
-    for (; scene_ < paths_.size(); ++scene_) worst = std::max(worst, exportScene());
+    InterruptNotice notice(paths_.size());
+    for (; scene_ < paths_.size(); ++scene_) {
+      worst = std::max(worst, exportScene());
+      notice.finishScene();
+    }
     tellUnusedMaps();
     if (paths_.size() > 1) summarise();
     if (!records_ || records_->ok()) return worst;
@@ -77,13 +85,13 @@ class Batch {
   }
 
   ExitStatus exportSelected(bool isDamaged) {
-    const auto tiles = host::selectedCandidates();
-    ExportReport report(tiles,
+    const auto tiles = selectedCandidates();
+    ExportReport report(name(), tiles,
                         [this, begun = std::size_t{0}, total = tiles.size()](
                             const TileOutcome& tile) mutable { showTile(tile, begun++, total); });
     report_ = &report;
     bool heard = true;
-    bool executed = refuseClaims(report) && exportHeard(report, heard);
+    bool executed = refuseTiles(report) && exportHeard(report, heard);
     for (int again = 0; again < kMostRepeats && heard; ++again) {
       const auto changed = report.takeChanged();
       if (changed.empty()) {
@@ -107,12 +115,12 @@ class Batch {
     return executed && heard && allExported && nothingLost ? kDone : kFailed;
   }
 
-  // Takes tiles out of the selection that would replace another tile's texture.
-  bool refuseClaims(ExportReport& report) {
+  // Takes tiles out of the selection that must not be exported.
+  bool refuseTiles(ExportReport& report) {
     std::string script;
-    for (const auto& claim : textures_.claims(name(), host::selectedCandidates())) {
-      report.refuse(claim.tile.path, claim.error);
-      script += "select -deselect " + host::mel::quoted(claim.tile.path) + "; ";
+    for (const Refusal& refusal : refusals(name(), selectedCandidates(), textures_)) {
+      report.refuse(refusal);
+      script += "select -deselect " + host::mel::quoted(refusal.tile) + "; ";
     }
     return script.empty() || host::execute(script, "selection");
   }
@@ -127,16 +135,17 @@ class Batch {
 
   // Exports the selection while the report hears what the plug-in says.
   bool exportHeard(ExportReport& report, bool& heard) {
-    const auto tiles = host::selectedCandidates();
+    const auto tiles = selectedCandidates();
     OutputWatch watch([&report](std::string_view line) { report.hear(line); },
-                      [this](const std::function<void()>& write) { bar_.makeRoom(write); });
+                      [this](const std::function<void()>& write) { bar_.makeRoom(write); },
+                      !job_.quiet);
     const bool executed = tiles.empty() || exportRounds(tiles);
     heard = watch.finish() && heard;
     return executed;
   }
 
   // All that is selected; tiles with one texture not in one go, so that what each writes is seen.
-  bool exportRounds(const std::vector<host::TileCandidate>& tiles) {
+  bool exportRounds(const std::vector<TileCandidate>& tiles) {
     bool ok = true;
     const auto rounds = SharedTextures::rounds(tiles);
     for (std::size_t i = 0; i < rounds.size(); ++i) {
@@ -149,7 +158,7 @@ class Batch {
   }
 
   // The first round is what is left of the selection without the others.
-  static bool selectRound(const std::vector<host::TileCandidate>& tiles,
+  static bool selectRound(const std::vector<TileCandidate>& tiles,
                           const std::vector<std::vector<std::size_t>>& rounds, std::size_t round) {
     std::string script = round == 0 ? "" : "select -clear; ";
     for (std::size_t i = round == 0 ? 1 : round; i < rounds.size(); ++i) {
@@ -167,15 +176,10 @@ class Batch {
     bool ok = true;
     const auto isExported = [&](const std::string& tile) { return report.isExported(tile); };
     for (const SharedTextures::Loss& loss : textures_.settle(name(), isExported)) {
+      report.lose(loss);
       for (const SharedTextures::Tile& tile : loss.lost) {
-        const bool isHere = tile.scene == name();
-        const std::string error = "its goblins were replaced by those of " + loss.winner.path +
-                                  (isHere ? "" : " of " + name()) + ", which writes " + loss.file +
-                                  ", too";
-        if (isHere) {
-          report.lose(tile.path, error);
-        } else {
-          loseEarlier(tile, error);
+        if (tile.scene != name()) {
+          loseEarlier(tile, loss.errorOf(tile));
           ok = false;
         }
       }
@@ -187,9 +191,9 @@ class Batch {
     failedScenes_.insert(tile.scene);
     --exportedTiles_;
     ++failedTiles_;
-    complain(printable(tile.scene) + ": " + printable(tile.path) + ": " + printable(error) +
-             "; give each tile a texture of its own, and export again");
-    if (records_) records_->write(tile.scene, {tile.path, error, {}, 0}, "");
+    complain(printable(tile.scene) + ": " + printable(tile.path) + ": " + printable(error) + "; " +
+             SharedTextures::Loss::kAdvice);
+    if (records_) records_->write(tile.scene, {tile.path, error, {}, 0, {}, ""}, "");
   }
 
   double doneSoFar(std::size_t tile, std::size_t tiles) const {
@@ -252,6 +256,16 @@ class Batch {
     complain(counted(paths_.size(), "scene") + ", " + std::to_string(failedScenes_.size()) +
              " with failures; " + counted(exportedTiles_, "tile") + " exported, " +
              std::to_string(failedTiles_) + " failed; " + seconds);
+    // Once more, where they do not scroll away.
+    std::size_t left = failedScenes_.size();
+    for (const std::string& scene : failedScenes_) {
+      if (failedScenes_.size() - left == kMostNamed) {
+        complain("... and " + std::to_string(left) + " more");
+        break;
+      }
+      complain("with failures: " + printable(scene));
+      --left;
+    }
   }
 
   const ExportJob& job_;

@@ -14,6 +14,7 @@ struct ExportJob {
   std::vector<std::string> nodes;   // in each scene; none: every tile
   FolderMaps maps;
   bool json = false;
+  bool quiet = false;  // what the plug-in prints is not passed on
 };
 
 // Runs exportTile on the tiles of each scene, one scene after another, and goes on after one that

@@ -20,8 +20,9 @@ void flushStandardOutput() {
 
 }  // namespace
 
-OutputWatch::OutputWatch(std::function<void(std::string_view)> listener, Around around)
-    : listener_(std::move(listener)), around_(std::move(around)) {
+OutputWatch::OutputWatch(std::function<void(std::string_view)> listener, Around around,
+                         bool passesOn)
+    : listener_(std::move(listener)), around_(std::move(around)), passesOn_(passesOn) {
   flushStandardOutput();
   int ends[2];
   original_ = duplicate(kStandardOutput);
@@ -58,7 +59,9 @@ void OutputWatch::run() {
     ok_ = false;
     char bytes[4096];
     for (std::ptrdiff_t count; (count = readSome(readEnd_, bytes, sizeof bytes)) > 0;) {
-      writeAll(original_, bytes, static_cast<std::size_t>(count));
+      if (passesOn_) {
+        writeAll(original_, bytes, static_cast<std::size_t>(count));
+      }
     }
   }
 }
@@ -71,7 +74,9 @@ void OutputWatch::passOn() {
     const auto write = [&] {
       if (!writeAll(original_, bytes, size)) ok_ = false;
     };
-    around_ ? around_(write) : write();
+    if (passesOn_) {
+      around_ ? around_(write) : write();
+    }
     hear({bytes, size});
   }
   if (!line_.empty()) listener_(line_);

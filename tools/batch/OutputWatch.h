@@ -18,7 +18,9 @@ class OutputWatch {
 
   // `listener` is called on another thread, after the line (its end cut off) has gone on; `around`,
   // when there is one, on the same thread for each piece of output.
-  explicit OutputWatch(std::function<void(std::string_view)> listener, Around around = {});
+  // Without `passesOn` the output ends here.
+  explicit OutputWatch(std::function<void(std::string_view)> listener, Around around = {},
+                       bool passesOn = true);
   ~OutputWatch();
   OutputWatch(const OutputWatch&) = delete;
   OutputWatch& operator=(const OutputWatch&) = delete;
@@ -34,6 +36,7 @@ class OutputWatch {
 
   std::function<void(std::string_view)> listener_;
   Around around_;
+  bool passesOn_ = true;
   std::string line_;
   std::thread thread_;
   int original_ = -1;

@@ -23,50 +23,61 @@ std::string identityOf(const std::string& texture) {
   return failed ? file : real.string();
 }
 
-std::size_t digestOfGoblins(const std::string& file) {
-  morvane::PsdDocument document(1, 1);
-  if (!document.load(file.c_str())) return 0;
+// 0 where there are none.
+std::size_t hashOfGoblins(const morvane::PsdDocument& document) {
   std::uint32_t size = 0;
   const auto bytes = document.peekDataLayer(morvane::kGoblinLayerName, size);
   if (!bytes) return 0;
   return std::hash<std::string_view>()({reinterpret_cast<const char*>(bytes.get()), size});
 }
 
+std::size_t hashOfGoblins(const std::string& file) {
+  morvane::PsdDocument document(1, 1);
+  return document.load(file.c_str()) ? hashOfGoblins(document) : 0;
+}
+
 }  // namespace
+
+std::string SharedTextures::Loss::errorOf(const Tile& tile) const {
+  return "its goblins were replaced by those of " + winner.path +
+         (tile.scene == winner.scene ? "" : " of " + winner.scene) + ", which writes " + file +
+         ", too";
+}
 
 std::string writtenFile(const std::string& texture) {
   return absoluteName(morvane::tileFileOf(texture));
 }
 
-std::vector<SharedTextures::Claim> SharedTextures::claims(
-    const std::string& scene, const std::vector<host::TileCandidate>& tiles) {
-  const auto isPsd = [](const host::TileCandidate& tile) {
+std::vector<Refusal> SharedTextures::claims(const std::string& scene,
+                                            const std::vector<TileCandidate>& tiles) {
+  const auto isPsd = [](const TileCandidate& tile) {
     return morvane::tileFileOf(tile.texture) == tile.texture;
   };
-  for (const host::TileCandidate& tile : tiles) {
+  for (const TileCandidate& tile : tiles) {
     if (!tile.texture.empty() && isPsd(tile)) {
       psdTextures_.try_emplace(identityOf(tile.texture), Tile{scene, tile.path});
     }
   }
-  std::vector<Claim> claims;
-  for (const host::TileCandidate& tile : tiles) {
+  std::vector<Refusal> claims;
+  for (const TileCandidate& tile : tiles) {
     if (tile.texture.empty() || isPsd(tile)) {
       continue;
     }
     const auto owner = psdTextures_.find(identityOf(tile.texture));
     if (owner != psdTextures_.end()) {
       const Tile& other = owner->second;
-      claims.push_back({{scene, tile.path},
+      claims.push_back({tile.path,
                         tile.texture + " would be written as " + writtenFile(tile.texture) +
                             ", the texture of " + other.path +
-                            (other.scene == scene ? "" : " of " + other.scene)});
+                            (other.scene == scene ? "" : " of " + other.scene),
+                        "give one of the two another name"});
     }
   }
   return claims;
 }
 
 std::vector<std::vector<std::size_t>> SharedTextures::rounds(
-    const std::vector<host::TileCandidate>& tiles) {
+    const std::vector<TileCandidate>& tiles) {
   std::vector<std::vector<std::size_t>> rounds(1);
   std::map<std::string, std::size_t> uses;
   for (std::size_t i = 0; i < tiles.size(); ++i) {
@@ -77,7 +88,7 @@ std::vector<std::vector<std::size_t>> SharedTextures::rounds(
   return rounds;
 }
 
-void SharedTextures::beginRound(const std::vector<host::TileCandidate>& tiles,
+void SharedTextures::beginRound(const std::vector<TileCandidate>& tiles,
                                 const std::vector<std::size_t>& round) {
   for (const std::size_t i : round) {
     if (tiles[i].texture.empty()) continue;
@@ -92,7 +103,7 @@ void SharedTextures::beginRound(const std::vector<host::TileCandidate>& tiles,
         owners_.count(write.file) != 0 ||
         std::any_of(writes_.begin(), writes_.begin() + static_cast<std::ptrdiff_t>(roundStart_),
                     [&](const Write& earlier) { return earlier.file == write.file; });
-    if (isWritten) write.before = digestOfGoblins(write.file);
+    if (isWritten) write.before = hashOfGoblins(write.file);
     writes_.push_back(std::move(write));
   }
 }
@@ -100,8 +111,17 @@ void SharedTextures::beginRound(const std::vector<host::TileCandidate>& tiles,
 void SharedTextures::endRound() {
   for (std::size_t i = roundStart_; i < writes_.size(); ++i) {
     Write& write = writes_[i];
-    write.changed = write.before && *write.before != digestOfGoblins(write.file);
+    write.changed = write.before && *write.before != hashOfGoblins(write.file);
   }
+}
+
+void SharedTextures::foresee(const TileCandidate& tile, const morvane::PsdDocument& document) {
+  Write write{tile.path, identityOf(tile.texture), std::nullopt};
+  const std::size_t hash = hashOfGoblins(document);
+  const auto [before, isFirst] = foreseen_.try_emplace(write.file, hash);
+  write.changed = !isFirst && before->second != hash;
+  before->second = hash;
+  writes_.push_back(std::move(write));
 }
 
 std::vector<SharedTextures::Loss> SharedTextures::settle(

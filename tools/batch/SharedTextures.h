@@ -8,9 +8,17 @@
 #include <string>
 #include <vector>
 
-#include "host/Host.h"
+#include "psd/PsdDocument.h"
+#include "tools/scene/TileCandidates.h"
 
 namespace tools {
+
+// A tile that is not given to the plug-in.
+struct Refusal {
+  std::string tile;  // its path
+  std::string error;
+  std::string advice;
+};
 
 // The absolute name of the file that an export of a tile with this texture writes. The working
 // folder must be the scene's.
@@ -29,27 +37,26 @@ class SharedTextures {
     std::vector<Tile> lost;  // whose goblins the file held before
     Tile winner;
     std::string file;
-  };
 
-  struct Claim {
-    Tile tile;
-    std::string error;
+    // What has happened to one of the lost tiles, and what to do.
+    std::string errorOf(const Tile& tile) const;
+    static constexpr const char* kAdvice = "give each tile a texture of its own, and export again";
   };
 
   // Tiles that would write the PSD file beside their textures where that is another tile's texture,
   // of this scene or one before.
-  std::vector<Claim> claims(const std::string& scene,
-                            const std::vector<host::TileCandidate>& tiles);
+  std::vector<Refusal> claims(const std::string& scene, const std::vector<TileCandidate>& tiles);
 
   // Indices of `tiles`, in rounds that write each file once at most. One round where none is
   // shared.
-  static std::vector<std::vector<std::size_t>> rounds(
-      const std::vector<host::TileCandidate>& tiles);
+  static std::vector<std::vector<std::size_t>> rounds(const std::vector<TileCandidate>& tiles);
 
   // Around the export of a round. Files that the run has not written before are not looked at.
-  void beginRound(const std::vector<host::TileCandidate>& tiles,
-                  const std::vector<std::size_t>& round);
+  void beginRound(const std::vector<TileCandidate>& tiles, const std::vector<std::size_t>& round);
   void endRound();
+
+  // In place of a round: the tile's export would leave this document.
+  void foresee(const TileCandidate& tile, const morvane::PsdDocument& document);
 
   // After a scene's rounds. `isExported` tells of the path of a tile whether it succeeded.
   std::vector<Loss> settle(const std::string& scene,
@@ -59,11 +66,12 @@ class SharedTextures {
   struct Write {
     std::string path;
     std::string file;
-    std::optional<std::size_t> before;  // digest of the goblins, where they are someone's
+    std::optional<std::size_t> before;  // hash of the goblins, where they are someone's
     bool changed = false;
   };
 
   std::map<std::string, std::vector<Tile>> owners_;  // of the goblins in each file
+  std::map<std::string, std::size_t> foreseen_;      // hash of the goblins in each file
   std::map<std::string, Tile> psdTextures_;          // whose texture each file is
   std::vector<Write> writes_;                        // of this scene, in order
   std::size_t roundStart_ = 0;                       // in `writes_`

@@ -10,8 +10,10 @@
 #include "tools/batch/ExportScenes.h"
 #include "tools/cli/Commands.h"
 #include "tools/scene/SceneDamage.h"
+#include "tools/scene/SceneEvaluation.h"
 #include "tools/scene/SceneOpener.h"
 #include "tools/scene/Session.h"
+#include "tools/scene/TileCandidates.h"
 #include "tools/scene/TileSelection.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/OutputFile.h"
@@ -38,6 +40,7 @@ struct Options {
   bool inPlace = false;
   bool force = false;
   bool json = false;
+  bool quiet = false;
 };
 
 // The plug-in saves, and is told through the environment.
@@ -75,7 +78,11 @@ bool isInOrder(const std::vector<std::string>& words) {
 ExportJob jobOf(const Options& options) {
   const auto& words = options.words;
   const auto firstNode = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
-  return {{words.begin(), firstNode}, {firstNode, words.end()}, options.maps, options.json};
+  return {{words.begin(), firstNode},
+          {firstNode, words.end()},
+          options.maps,
+          options.json,
+          options.quiet || (options.json && standardErrorIsTerminal())};
 }
 
 // Through the translator, into a file of its own.
@@ -99,10 +106,17 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file, bool forc
   const host::SceneProblems problems = host::takeSceneProblems();
   std::string told;
   if (!selectTiles(job.scenes[0], job.nodes, problems, told)) return kFailed;
-  const std::size_t selected = host::selectedCandidates().size();
-  if (selected != 1) {
-    complain(printable(job.nodes[0]) + " means " + counted(selected, "object") + ", and " +
+  const std::vector<TileCandidate> selected = selectedCandidates();
+  if (selected.size() != 1) {
+    complain(printable(job.nodes[0]) + " means " + counted(selected.size(), "object") + ", and " +
              printable(file) + " holds one tile; name exactly one");
+    return kFailed;
+  }
+  const Unevaluated found =
+      selected[0].dagPath.isValid() ? unevaluatedBelow(selected[0].dagPath) : Unevaluated();
+  if (!found.what.empty()) {
+    complain(printable(job.scenes[0]) + ": " + printable(selected[0].path) + ": " +
+             printable(found.what) + "; " + found.advice);
     return kFailed;
   }
   if (host::execute("file -force -exportSelected -type \"psd\" " + host::mel::quoted(to),
@@ -135,9 +149,8 @@ void addExport(CLI::App& program, int& status) {
                    ->type_name("FILE"),
               {"a PSD file", {".psd"}});
   command->add_flag("--force", options->force, "Let --to replace a picture that somebody painted");
-  command->add_flag("--json", options->json,
-                    "A JSON record a line for each tile; the plug-in's own\n"
-                    "lines go to standard error");
+  command->add_flag("--json", options->json, "A JSON record a line for each tile");
+  command->add_flag("--quiet", options->quiet, "Without the plug-in's own lines");
   command
       ->add_option("--wait", options->waitSeconds, "Wait so long for a texture that is locked (10)")
       ->type_name("SECONDS");

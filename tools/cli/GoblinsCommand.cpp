@@ -22,7 +22,7 @@ using Json = nlohmann::ordered_json;
 constexpr std::uint32_t kMaxGlbPicture = 4096;  // pixels a side
 
 struct Options {
-  std::string file;
+  std::vector<std::string> files;
   std::string obj;
   std::string glb;
   bool json = false;
@@ -55,8 +55,15 @@ void printArray(const char* key, const List& list, const ToJson& toJson) {
   std::printf("]");
 }
 
-void printJson(const Goblins& goblins, bool full) {
-  const Json beginning = {{"layout", goblins.layoutName()}, {"vertices", goblins.pool.size()}};
+// Of several files, each object names its own.
+void printJson(const Goblins& goblins, const Options& options, const std::string& file) {
+  const bool full = options.full;
+  Json beginning;
+  if (options.files.size() > 1) {
+    beginning["file"] = toUtf8(file);
+  }
+  beginning["layout"] = goblins.layoutName();
+  beginning["vertices"] = goblins.pool.size();
   const std::string object = beginning.dump();
   print(object.substr(0, object.size() - 1));
   if (full) {
@@ -117,7 +124,7 @@ void printTable(const Goblins& goblins, const std::string& file) {
 
 // Warns of what the file cannot show, which is no failure: the rest of it is right.
 bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
-  const std::string shown = printable(options.file);
+  const std::string shown = printable(options.files[0]);
   Picture picture;
   std::string fault;
   const bool hasPicture = readPicture(document, kMaxGlbPicture, picture, fault);
@@ -146,26 +153,39 @@ bool writeModels(morvane::PsdDocument& document, const Goblins& goblins, const O
   return objDone && glbDone;
 }
 
-ExitStatus showGoblins(const Options& options) {
-  for (const std::string& output : {options.obj, options.glb}) {
-    if (wouldReplaceInput(output, {options.file})) return kUsage;
-  }
-  const auto document = loadDocument(options.file, options.file);
+ExitStatus showFile(const Options& options, const std::string& file) {
+  const auto document = loadDocument(file, file);
   if (!document) return kFailed;
   const Goblins goblins = readGoblins(*document);
-  const std::string shown = printable(options.file);
-  const bool isSound = tellFaults(options.file, *document, goblins);
+  const std::string shown = printable(file);
+  const bool isSound = tellFaults(file, *document, goblins);
   if (!goblins.present) {
     complain(shown + ": no layer \"" + morvane::kGoblinLayerName + "\"; export the tile first");
     return kFailed;
   }
   if (options.json) {
-    printJson(goblins, options.full);
+    printJson(goblins, options, file);
   } else if (options.obj.empty() && options.glb.empty()) {
-    printTable(goblins, options.file);
+    printTable(goblins, file);
   }
   if (!goblins.fault.empty()) return kFailed;
   return writeModels(*document, goblins, options) && isSound ? kDone : kFailed;
+}
+
+ExitStatus showGoblins(const Options& options) {
+  const bool writes = !options.obj.empty() || !options.glb.empty();
+  if (writes && options.files.size() > 1) {
+    complain("--obj and --glb take the goblins of one file: name exactly one");
+    return kUsage;
+  }
+  for (const std::string& output : {options.obj, options.glb}) {
+    if (wouldReplaceInput(output, options.files)) return kUsage;
+  }
+  ExitStatus worst = kDone;
+  for (const std::string& file : options.files) {
+    worst = std::max(worst, showFile(options, file));
+  }
+  return worst;
 }
 
 }  // namespace
@@ -174,8 +194,9 @@ void addGoblins(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("goblins", "Show the goblins that a tile's file carries");
-  command->add_option("FILE", options->file, "The tile's PSD file")->type_name("")->required();
-  CLI::Option* json = command->add_flag("--json", options->json, "One JSON object");
+  command->add_option("FILE", options->files, "The tiles' PSD files")->type_name("")->required();
+  CLI::Option* json =
+      command->add_flag("--json", options->json, "One JSON object a line for each file");
   command->add_flag("--full", options->full, "With --json: the vertices and triangles too")
       ->needs(json);
   checkOutput(*command

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "psd/PsdFormat.h"
+#include "tools/batch/SceneReport.h"
 #include "tools/cli/Commands.h"
 #include "tools/model/DocumentReport.h"
 #include "tools/model/TileFile.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/SceneOpener.h"
-#include "tools/scene/SceneReport.h"
 #include "tools/scene/Session.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/Text.h"

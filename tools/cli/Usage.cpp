@@ -53,6 +53,11 @@ std::string wrongUsage(const CLI::App* program, const CLI::Error& error) {
   const auto chosen = program->get_subcommands();
   const CLI::App& command = chosen.empty() ? *program : *chosen.front();
   const std::vector<std::string> words = command.remaining();
+  const std::vector<std::string> before = program->remaining();
+  if (!chosen.empty() && words.empty() && !before.empty()) {
+    return "morvane: " + printable(before.front()) + " belongs behind the subcommand: morvane " +
+           command.get_name() + " " + printable(before.front()) + "\n";
+  }
   const std::string name = "morvane" + (chosen.empty() ? "" : " " + command.get_name());
   const std::string what = words.empty() ? printable(error.what()) : unexpected(command, words);
   return "morvane: " + what + (what.back() == '?' ? " " : "; ") + name +

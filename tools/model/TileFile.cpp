@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "tools/terminal/Text.h"
+#include "util/FileExtension.h"
 
 namespace tools {
 namespace {
@@ -131,6 +132,11 @@ std::string unreadable(const std::string& path, const std::string& error,
     break;
   }
   return printable(shown) + ": " + printable(error) + "; " + advice;
+}
+
+bool isTileFileName(const std::string& name) {
+  const std::string extension = morvane::lowerExtension(name);
+  return extension == ".psd" || extension == ".tga";
 }
 
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,

@@ -37,6 +37,9 @@ struct Goblins {
 // why, and what to do.
 std::string unreadable(const std::string& path, const std::string& error, const std::string& shown);
 
+// Whether a texture of that name can be loaded at all: it ends in .psd or .tga, in any case.
+bool isTileFileName(const std::string& name);
+
 // Loads `path`, or says on standard error what is wrong with it, by the name `shown`, and returns
 // null.
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,

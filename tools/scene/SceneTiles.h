@@ -15,7 +15,7 @@ struct SceneTile {
   std::string texture;  // the name of the file that its colour comes from, likewise
   ViewMesh mesh;        // the tile's own mesh, with its own texture coordinates
   Goblins goblins;      // a goblin without a name has that of its transform
-  std::string fault;    // why there is no mesh and no goblin; empty when there are
+  std::string fault;    // why its goblins cannot be exported; then some, or the mesh, are missing
 };
 
 // Every top-level transform whose mesh has a file texture. The scene is only looked at.

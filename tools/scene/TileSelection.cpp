@@ -6,6 +6,7 @@
 #include "host/text/NearestName.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/SceneTiles.h"
+#include "tools/scene/TileCandidates.h"
 #include "tools/terminal/Text.h"
 
 namespace tools {
@@ -21,7 +22,7 @@ bool isPattern(const std::string& name) {
 // Of a name that nothing has.
 std::string tileHint(const std::string& name) {
   std::vector<std::string> tiles;
-  for (const auto& tile : host::texturedTopLevelTransforms()) tiles.push_back(tile.path.substr(1));
+  for (const auto& tile : texturedTiles()) tiles.push_back(tile.path.substr(1));
   if (tiles.empty()) return "; the scene has no tile with a file texture";
   std::sort(tiles.begin(), tiles.end());
   const std::string nearest = host::nearestName(name, tiles);
@@ -51,7 +52,7 @@ std::string whyNotSelected(const std::string& name, const morvane::Status& statu
 bool selectTiles(const std::string& scene, std::vector<std::string> names,
                  const host::SceneProblems& problems, std::string& error) {
   if (names.empty()) {
-    for (const auto& tile : host::texturedTopLevelTransforms()) names.push_back(tile.path);
+    for (const auto& tile : texturedTiles()) names.push_back(tile.path);
   }
   if (names.empty()) {
     const std::string loss = likelyLoss(problems);

@@ -5,19 +5,14 @@
 #include <string>
 #include <string_view>
 
+#include "host/text/Printable.h"
+
 // Texts that come from files, made fit for where they go.
 namespace tools {
 
-// Valid UTF-8: `bytes` where they are that already, else each byte as the character of its number.
-std::string toUtf8(std::string_view bytes);
-
-// As shown to a person: control characters, those that reverse the line's direction included,
-// become \xNN or \u{NNNN}, so that no name can move the cursor or forge a line. Takes any bytes.
-std::string printable(std::string_view bytes);
-
-// A JSON text as nlohmann-json writes it, made printable: what it leaves of control characters is
-// escaped. It says the same.
-std::string printableJson(std::string_view json);
+using host::printable;
+using host::printableJson;
+using host::toUtf8;
 
 // "1 goblin", "2 goblins".
 std::string counted(std::size_t count, const std::string& thing);

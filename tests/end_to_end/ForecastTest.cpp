@@ -1,0 +1,219 @@
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/end_to_end/Program.h"
+#include "tests/util/Corpus.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+// What `info` says of tiles before an export, and the records of the export.
+class Forecast : public ProgramTest {
+ protected:
+  using Statements = std::map<std::string, Json>;  // by scene and tile: [error, status, warnings]
+
+  static Json statement(const Json& tile) {
+    return {tile["error"], tile["status"], tile["warnings"]};
+  }
+
+  static std::vector<Json> linesOf(const std::string& out) {
+    std::vector<Json> lines;
+    std::istringstream stream(out);
+    for (std::string line; std::getline(stream, line);) {
+      lines.push_back(Json::parse(line));
+    }
+    return lines;
+  }
+
+  // Of all scenes in these folders or files.
+  std::string outputOf(const std::string& command, const std::string& places) {
+    return shell("find " + places + " -name '*.ma' -print0 | sort -z | xargs -0 $morvane " +
+                 command + " --json")
+        .out;
+  }
+
+  Statements foretold(const std::string& places) {
+    Statements all;
+    for (const Json& scene : linesOf(outputOf("info", places))) {
+      for (const Json& tile : scene["tiles"]) {
+        all[scene["file"].get<std::string>() + tile["tile"].get<std::string>()] = statement(tile);
+      }
+    }
+    return all;
+  }
+
+  Statements exported(const std::string& places) {
+    Statements all;
+    for (const Json& record : linesOf(outputOf("export", places))) {
+      if (!record["tile"].is_null()) {
+        all[record["scene"].get<std::string>() + record["tile"].get<std::string>()] =
+            statement(record);
+      }
+    }
+    return all;
+  }
+};
+
+std::string tileNamed(const char* base, std::size_t number) {
+  return base + std::to_string(number);
+}
+
+void replace(std::string& text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  ASSERT_NE(at, std::string::npos) << from;
+  text.replace(at, from.size(), to);
+}
+
+struct Case {
+  std::string texture;
+  std::string error;  // how it begins; empty: the tile is exported
+  std::function<void(std::string& scene, const std::string& number)> breaks{};
+};
+
+// Takes what the file stores of a mesh's shape away, and connects a node that would make it.
+auto madeBy(const std::string& mesh, const std::string& type) {
+  return [=](std::string& scene, const std::string& n) {
+    const std::size_t node = scene.find("createNode mesh -n \"" + mesh + n + '"');
+    const std::size_t at = scene.find("\tsetAttr", node);
+    scene.erase(at, scene.find("createNode", at) - at);
+    scene += "createNode " + type + " -n \"" + type + n + "\";\nconnectAttr \"" + type + n +
+             ".out\" \"" + mesh + n + ".i\";\n";
+  };
+}
+
+// Puts statements after the one that makes a node.
+auto set(const std::string& creation, const std::string& statements) {
+  return [=](std::string& scene, const std::string& n) {
+    const std::string made = "createNode " + creation + n + '"';
+    const std::size_t at = scene.find('\n', scene.find(made)) + 1;
+    scene.insert(at, statements);
+  };
+}
+
+const std::vector<Case>& cases() {
+  const std::string none;
+  static const std::vector<Case> kCases = {
+      {"sound.psd", none},
+      {"image.tga", none},
+      {"joint.psd", "transform weirdness on goblin",
+       [](std::string& scene, const std::string& n) {
+         replace(scene, "createNode transform -n \"pebble" + n, "createNode joint -n \"pebble" + n);
+       }},
+      {"materials.psd", "Must have only one material",
+       [](std::string& scene, const std::string& n) {
+         scene +=
+             "createNode lambert -n \"extra\";\ncreateNode shadingEngine -n \"extraSG\";\n"
+             "connectAttr \"extra.oc\" \"extraSG.ss\";\n"
+             "connectAttr \"tileShape" +
+             n + ".iog\" \"extraSG.dsm\" -na;\n";
+       }},
+      {"standard.psd", none,
+       [](std::string& scene, const std::string& n) {
+         replace(scene, "lambert -n \"ground" + n, "standardSurface -n \"ground" + n);
+         replace(scene, "ground" + n + ".c\"", "ground" + n + ".bc\"");
+       }},
+      {"gone.psd", "couldn't load psd: gone.psd: No such file"},
+      {none, "couldn't load psd: |tile7: its file texture names no file"},
+      {"photo.jpg", "couldn't load psd: photo.jpg: "},
+      {"gone_photo.jpg", "couldn't load psd: gone_photo.jpg: "},
+      {"cut.psd", "couldn't load psd: cut.psd: "},
+      {"other.psd", "couldn't add goblin layer: other.psd: not a PSD file"},
+      {"tiny.psd", "goblin geometry exceeds layer size"},
+      {"shared.psd", "its goblins were replaced by those of |tile14"},
+      {"./shared.psd", none, set("transform -n \"pebble", "\tsetAttr \".t\" 0.5 0 0;\n")},
+      {"same.psd", none},
+      {"same.psd", none},
+      {"claim.psd", none},
+      {"claim.tga", "claim.tga would be written as "},
+      {"bare.psd", none, set("mesh -n \"pebbleShape", "\tsetAttr \".io\" yes;\n")},
+      {"flat.psd", "tile has no extent in x or z",
+       set("mesh -n \"tileShape",
+           "\tsetAttr -s 4 \".pt[0:3]\" -type \"float3\" 0 0 -4 0 0 -4 0 0 4 0 0 4;\n")},
+      {"nan.psd", "|tile21|pebble21|pebbleShape21: vertex 1 is not finite",
+       set("mesh -n \"pebbleShape", "\tsetAttr \".pt[1]\" -type \"float3\" nan 0 0;\n")},
+      {"history.psd",
+       "|tile22|pebble22|pebbleShape22 is made by polyBevel322 (polyBevel3), which is not "
+       "evaluated",
+       madeBy("pebbleShape", "polyBevel3")},
+      {"ground.psd",
+       "|tile23|tileShape23 is made by polyBevel323 (polyBevel3), which is not evaluated",
+       madeBy("tileShape", "polyBevel3")},
+      {"moved.psd", "|tile24|pebble24 is driven by move (expression), which is not evaluated",
+       [](std::string& scene, const std::string& n) {
+         scene += "createNode expression -n \"move\";\nconnectAttr \"move.out[0]\" \"pebble" + n +
+                  ".tx\";\n";
+       }},
+      {"follows.psd", none,
+       [](std::string& scene, const std::string& n) {
+         scene +=
+             "createNode transform -n \"leader\";\n\tsetAttr \".tx\" 1;\nconnectAttr \"leader.tx\" "
+             "\"pebble" +
+             n + ".tx\";\n";
+       }},
+      {"far.psd", none, set("transform -n \"pebble", "\tsetAttr \".t\" 4 0 0;\n")},
+  };
+  return kCases;
+}
+
+TEST_F(Forecast, SaysOfBrokenTilesWhatAnExportDoes) {
+  std::vector<std::string> textures;
+  for (const Case& c : cases()) {
+    textures.push_back(c.texture);
+    if (!c.texture.empty() && c.texture.find("gone") == std::string::npos) {
+      const bool isTga = c.texture.find(".tga") != std::string::npos;
+      write(c.texture, isTga ? tgaBytes(32, 32) : psdBytes(32, 32));
+    }
+  }
+  write("photo.jpg", "\xFF\xD8\xFF\xE0 and so on");
+  write("cut.psd", psdBytes(32, 32).substr(0, 30));
+  write("other.psd", psdBytes(32, 32).replace(3, 1, "X"));
+  write("tiny.psd", psdBytes(2, 2));
+  std::string scene = sceneOfTiles(textures);
+  for (std::size_t i = 0; i < cases().size(); ++i) {
+    if (cases()[i].breaks) {
+      cases()[i].breaks(scene, std::to_string(i + 1));
+    }
+  }
+  write("broken.ma", scene);
+  std::map<std::string, std::string> before;
+  for (const std::string& name : names()) {
+    before[name] = read(name);
+  }
+  const Statements said = foretold("broken.ma");
+  for (const std::string& name : names()) {
+    EXPECT_TRUE(read(name) == before[name]) << name;
+  }
+  EXPECT_EQ(said, exported("broken.ma"));
+  ASSERT_EQ(said.size(), cases().size());
+  for (std::size_t i = 0; i < cases().size(); ++i) {
+    const Case& c = cases()[i];
+    const Json& tile = said.at(tileNamed("broken.ma|tile", i + 1));
+    const std::string error = tile[0].is_null() ? "" : tile[0].get<std::string>();
+    EXPECT_EQ(error.substr(0, c.error.size()), c.error) << c.texture;
+    EXPECT_EQ(error.empty(), c.error.empty()) << c.texture << error;
+    EXPECT_EQ(tile[1], c.error.empty() ? 0 : 1) << c.texture;
+    const bool isKept =
+        !c.error.empty() && before.count(c.texture) != 0 && c.texture != "shared.psd";
+    EXPECT_TRUE(!isKept || read(c.texture) == before[c.texture]) << c.texture;
+  }
+}
+
+TEST_F(Forecast, SaysOfRealScenesWhatAnExportDoes) {
+  fs::copy(fs::path(MORVANE_SOURCE_DIR) / "examples", path("examples"),
+           fs::copy_options::recursive);
+  std::string places = "examples";
+  if (!morvane::corpusScenes().empty()) {
+    fs::copy(morvane::corpusFolder() / "ma", path("ma"), fs::copy_options::recursive);
+    places += " ma";
+  }
+  const Statements said = foretold(places);
+  EXPECT_EQ(said, exported(places));
+  EXPECT_EQ(said.at("examples/meadow/meadow.ma|pondTile")[1], 0);
+}
+
+}  // namespace

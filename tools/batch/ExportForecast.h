@@ -1,0 +1,26 @@
+#ifndef MORVANE_TOOLS_BATCH_EXPORTFORECAST_H_
+#define MORVANE_TOOLS_BATCH_EXPORTFORECAST_H_
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "tools/batch/ExportReport.h"
+#include "tools/scene/TileCandidates.h"
+
+namespace tools {
+
+struct TileForecast {
+  TileCandidate tile;
+  TileOutcome outcome;      // as the record of an export would have it
+  std::size_t goblins = 0;  // below the tile, whatever becomes of it
+};
+
+// What an export of the open scene without names would do, found out by the functions that the
+// plug-in exports with; only the saving is left out. Failures are named on standard error as the
+// export would. `scene` is the scene's name for that.
+std::vector<TileForecast> forecastExport(const std::string& scene);
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_BATCH_EXPORTFORECAST_H_

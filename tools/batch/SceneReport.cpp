@@ -1,0 +1,84 @@
+#include "tools/batch/SceneReport.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "tools/batch/ExportForecast.h"
+#include "tools/batch/ExportRecords.h"
+#include "tools/scene/SceneTiles.h"
+#include "tools/terminal/Text.h"
+
+namespace tools {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The scene's folder is the working folder, so that the texture's name is good as it stands.
+bool hasTexture(const TileCandidate& tile) {
+  std::error_code ignored;
+  return std::filesystem::exists(tile.texture, ignored);
+}
+
+// What stands behind the name of a texture that an export cannot use.
+std::string markOf(const TileCandidate& tile) {
+  if (tile.texture.empty()) {
+    return "(" + printable(tile.textureNode) + " names no file)";
+  }
+  const std::string missing = hasTexture(tile) ? "" : "missing";
+  const std::string kind = isTileFileName(tile.texture) ? "" : "neither PSD nor TGA";
+  const std::string both = missing + (missing.empty() || kind.empty() ? "" : ", ") + kind;
+  return both.empty() ? "" : " (" + both + ")";
+}
+
+Json tileJson(const TileForecast& forecast) {
+  const TileOutcome& outcome = forecast.outcome;
+  return {{"tile", toUtf8(forecast.tile.path)},
+          {"texture", toUtf8(forecast.tile.texture)},
+          {"exists", hasTexture(forecast.tile)},
+          {"goblins", forecast.goblins},
+          {"warnings", warningsJson(outcome)},
+          {"error", outcome.error.empty() ? Json() : Json(toUtf8(outcome.error))},
+          {"status", outcome.error.empty() ? kDone : kFailed}};
+}
+
+void printJson(const std::string& file, const std::vector<TileForecast>& tiles) {
+  Json list = Json::array();
+  for (const TileForecast& tile : tiles) {
+    list.push_back(tileJson(tile));
+  }
+  const Json json = {{"file", toUtf8(file)}, {"tiles", list}};
+  std::printf("%s\n", printableJson(json.dump()).c_str());
+}
+
+void printTable(const std::string& file, const std::vector<TileForecast>& tiles) {
+  std::printf("%s: %s\n", printable(file).c_str(), counted(tiles.size(), "tile").c_str());
+  for (const TileForecast& tile : tiles) {
+    std::printf("  %-24s %12s  %s%s\n", printable(tile.tile.path.substr(1)).c_str(),
+                counted(tile.goblins, "goblin").c_str(), printable(tile.tile.texture).c_str(),
+                markOf(tile.tile).c_str());
+  }
+}
+
+}  // namespace
+
+ExitStatus reportScene(const std::string& file, bool json) {
+  const std::vector<TileForecast> tiles = forecastExport(file);
+  if (json) {
+    printJson(file, tiles);
+  } else {
+    printTable(file, tiles);
+  }
+  if (tiles.empty()) {
+    complain(printable(file) + ": " + kNoTile);
+    return kFailed;
+  }
+  const bool isSound = std::all_of(tiles.begin(), tiles.end(), [](const TileForecast& tile) {
+    return tile.outcome.error.empty();
+  });
+  return isSound ? kDone : kFailed;
+}
+
+}  // namespace tools
