@@ -1,11 +1,9 @@
 #include "host/commands/Builtin.h"
 
+#include "host/commands/MeshObject.h"
 #include "host/mel/Command.h"
 #include "host/mesh/MeshBuild.h"
 #include "host/mesh/MeshData.h"
-#include "host/scene/Node.h"
-#include "host/scene/Scene.h"
-#include "host/scene/Sets.h"
 
 namespace host::mel {
 namespace {
@@ -23,23 +21,8 @@ CommandResult polyCreateFacet(const Arguments& arguments, CommandContext&) {
   if (!error.empty()) {
     return CommandResult::failure("polyCreateFacet: " + error);
   }
-  Scene& scene = Scene::current();
   const std::string name = arguments.has("n") ? arguments.text("n") : "polySurface1";
-  const NodePtr transform = scene.createNode(*NodeType::find("transform"), name, nullptr, &error);
-  const NodePtr shape = transform == nullptr
-                            ? nullptr
-                            : scene.createNode(*NodeType::find("mesh"),
-                                               shapeNameFor(transform->name()), transform, &error);
-  if (shape == nullptr) {
-    return CommandResult::failure("polyCreateFacet: " + error);
-  }
-  *shape->mesh = std::move(mesh);
-  for (const NodePtr& group : scene.nodesNamed("initialShadingGroup")) {
-    addMember(group, SelectionItem::of(shape));
-  }
-  scene.selection.clear();
-  scene.selection.add(SelectionItem::of(transform));
-  return CommandResult::success(Value::Strings{scene.displayName(transform)});
+  return addMeshObject("polyCreateFacet", name, std::move(mesh));
 }
 
 }  // namespace

@@ -3,13 +3,13 @@
 
 #include "host/commands/Builtin.h"
 #include "host/commands/Lookup.h"
+#include "host/commands/MeshObject.h"
 #include "host/math/MeshVector.h"
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
 #include "host/mesh/MeshPrimitives.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
-#include "host/scene/Sets.h"
 #include "host/scene/Values.h"
 
 // Polygon primitives, and what scripts count on meshes.
@@ -88,24 +88,9 @@ CommandResult makePrimitive(const Primitive& primitive, const Arguments& argumen
   if (!error.empty()) {
     return CommandResult::failure(command + ": " + error);
   }
-  Scene& scene = Scene::current();
   const std::string name =
       arguments.has("n") ? arguments.text("n") : primitive.object + std::string("#");
-  const NodePtr transform = scene.createNode(*NodeType::find("transform"), name, nullptr, &error);
-  const NodePtr shape = transform == nullptr
-                            ? nullptr
-                            : scene.createNode(*NodeType::find("mesh"),
-                                               shapeNameFor(transform->name()), transform, &error);
-  if (shape == nullptr) {
-    return CommandResult::failure(command + ": " + error);
-  }
-  *shape->mesh = std::move(mesh);
-  for (const NodePtr& group : scene.nodesNamed("initialShadingGroup")) {
-    addMember(group, SelectionItem::of(shape));
-  }
-  scene.selection.clear();
-  scene.selection.add(SelectionItem::of(transform));
-  return CommandResult::success(Value::Strings{scene.displayName(transform)});
+  return addMeshObject(command, name, std::move(mesh));
 }
 
 template <std::size_t kIndex>

@@ -1,27 +1,24 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <map>
 
 #include "host/commands/Builtin.h"
 #include "host/mel/Command.h"
 #include "host/mel/Functions.h"
 #include "host/mel/Interpreter.h"
+#include "host/state/HostState.h"
 #include "host/text/Numbers.h"
 
 // What scripts ask of the language and of the session, beside the scene.
 namespace host::mel {
 namespace {
 
-// --- optionVar: values by name that live as long as the process does.
+// --- optionVar: values by name that outlive the scene.
 
 constexpr std::size_t kMostOptions = 65536;
 
-using Options = std::map<std::string, Value, std::less<>>;
-
-Options& options() {
-  static Options all;
-  return all;
+NamedValues& options() {
+  return HostState::current().options;
 }
 
 // What one of the flags that set a value makes of its text.
@@ -35,7 +32,7 @@ constexpr OptionFlag kOptionFlags[] = {
     {"fva", Value::Type::kFloatArray}, {"sva", Value::Type::kStringArray}};
 
 bool setOption(const OptionFlag& flag, const std::string& name, const std::string& text) {
-  Options& all = options();
+  NamedValues& all = options();
   const std::size_t most = Interpreter::current().limits().arraySize;
   if (all.size() >= kMostOptions && all.find(name) == all.end()) {
     return false;

@@ -2,6 +2,8 @@
 #define MORVANE_HOST_MEL_VALUE_H_
 
 #include <array>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -109,6 +111,8 @@ class Value {
 const char* typeName(Value::Type type);  // "int", "string[]", ...
 Value::Type elementType(Value::Type type);
 Value::Type arrayType(Value::Type type);
+
+using NamedValues = std::map<std::string, Value, std::less<>>;
 
 }  // namespace host::mel
 

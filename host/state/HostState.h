@@ -34,6 +34,7 @@ struct HostState {
   DirectoryMap folders;
   mel::CommandTable commands;
   mel::Interpreter interpreter{commands};
+  mel::NamedValues options;  // of optionVar
   PluginRegistry plugins{interpreter};
   std::function<void(std::string_view)> beforeMessage;
 
