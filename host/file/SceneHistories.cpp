@@ -22,8 +22,8 @@ void noteHistory(const NodePtr& node, const MeshHistory& history) {
          mesh + " is made by '" + history.stopNode + "' (" + history.stopType + ")" +
              (history.stopReason.empty() ? ", which is not evaluated"
                                          : ", but " + history.stopReason) +
-             ": it has " + (node->mesh->pointCount() == 0 ? "no" : "the older") +
-             " geometry; delete its history in Maya");
+             ": it has " + (node->mesh->pointCount() == 0 ? "no" : "the older") + " geometry; " +
+             history.stopAdvice);
   }
   for (const std::string& text : history.notes) {
     note(SceneProblem::Kind::kNotice, mesh + ": " + text);

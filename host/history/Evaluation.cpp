@@ -91,6 +91,7 @@ bool Evaluation::stopAt(const NodePtr& node, const std::string& reason) {
   history_.stopNode = node->name();
   history_.stopType = node->type().name();
   history_.stopReason = reason;
+  history_.stopAdvice = "delete the mesh's history in Maya";
   return false;
 }
 
@@ -174,6 +175,11 @@ bool Evaluation::handOn(const NodePtr& node, const HistoryNodeType& type, const 
 
 bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& mesh) {
   const HistoryNodeType* type = findHistoryNodeType(node->type().name());
+  if (type == nullptr && node->type().name() == "reference") {
+    stopAt(node, "the file that it refers to is not loaded");
+    history_.stopAdvice = "tell where that file's folder is (--map, dirmap)";
+    return false;
+  }
   if (type == nullptr) {
     return stopAt(node, "");
   }

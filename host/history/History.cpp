@@ -44,7 +44,8 @@ std::optional<Unevaluated> unevaluatedBy(const NodePtr& mesh) {
   if (mesh->history == nullptr || mesh->history->isMade()) {
     return std::nullopt;
   }
-  return Unevaluated{mesh->history->stopNode, mesh->history->stopType, mesh->history->stopReason};
+  return Unevaluated{mesh->history->stopNode, mesh->history->stopType, mesh->history->stopReason,
+                     mesh->history->stopAdvice};
 }
 
 }  // namespace host

@@ -25,6 +25,7 @@ struct Unevaluated {
   std::string node;    // the node of its history that does, by its name
   std::string type;    // that node's type
   std::string reason;  // what is wrong with it; empty when its type is not evaluated at all
+  std::string advice;  // what to do about it
 };
 
 // Nothing for a mesh that has its shape, be it from its file or from its history.

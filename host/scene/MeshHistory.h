@@ -12,7 +12,8 @@ struct MeshHistory {
   // The node that kept the mesh from being made; empty when it was made.
   std::string stopNode;
   std::string stopType;
-  std::string stopReason;  // "is not evaluated", or what is wrong with it
+  std::string stopReason;  // what is wrong with it; empty when its type is not evaluated
+  std::string stopAdvice;  // what to do about it
 
   // What else is to be said of its nodes, one sentence each that begins with the node's name.
   std::vector<std::string> notes;

@@ -66,6 +66,8 @@ TEST_F(History, WhatStopsAMeshIsNamed) {
       {std::string(kPlane) + "createNode polyBevel3 -n \"bevel\";\n" +
            connected("plane.out", "bevel.ip") + kLast + connected("bevel.out", "last.ig"),
        "last.og", "bevel", ""},
+      {"createNode reference -n \"last\";\n", "last.phl[1]", "last",
+       "the file that it refers to is not loaded"},
       {kLast, "last.og", "last", "no mesh is connected into it"},
       {kLast + "createNode groupParts -n \"parts\";\n" + connected("last.og", "parts.ig") +
            connected("parts.og", "last.ig"),

@@ -65,7 +65,7 @@ Unevaluated unevaluatedMesh(const host::DagPath& mesh) {
   }
   return {mesh.fullName() + " is made by " + stop->node + " (" + stop->type + "), " +
               (stop->reason.empty() ? "which is not evaluated" : "but " + stop->reason),
-          "delete the mesh's history in Maya"};
+          stop->advice};
 }
 
 // Of the transforms from the goblin's own up to below the tile. The tile's own place plays no part,
