@@ -103,7 +103,7 @@ TEST_F(Race, NoPaintersSaveIsLost) {
     lost += version() == 3 ? 0 : 1;
     gaveUp += outcome.status == 0 ? 0 : 1;
     EXPECT_TRUE(outcome.status == 0 ||
-                outcome.err.find("export failed for |tile1: couldn't save psd: cannot write "
+                outcome.err.find("pebbled.ma: |tile1: couldn't save psd: cannot write "
                                  "a.psd: changed while it was exported") != std::string::npos)
         << outcome.err;
     look();

@@ -74,13 +74,14 @@ class Export:
                               errors="replace", timeout=readers.SECONDS)
         self.refused = done.returncode == 1
         self.faults = []
+        refusal = "%s: |tile: " % scene
         if done.returncode not in (0, 1):
             self.faults.append("the export ended with status %d" % done.returncode)
-        elif self.refused and "export failed for |tile: " not in done.stdout:
+        elif self.refused and refusal not in done.stdout:
             self.faults.append("the refusal does not name the tile")
         if self.refused and (self._files(folder) != there or _bytes(texture) != _bytes(original)):
             self.faults.append("refused, but not as it was")
-        self.said = done.stdout.rpartition("export failed for |tile: ")[2].split("\n")[0]
+        self.said = done.stdout.rpartition(refusal)[2].split("\n")[0]
 
     @staticmethod
     def _files(folder):
