@@ -128,11 +128,10 @@ double medianTime(const Comparison& it) {
 void addRow(const Row& row) {
   const auto same = std::find_if(rows().begin(), rows().end(),
                                  [&](const Row& other) { return other.work == row.work; });
-  if (same == rows().end()) {
+  if (same == rows().end())
     rows().push_back(row);
-  } else {
+  else
     *same = row;
-  }
 }
 
 std::string table() {

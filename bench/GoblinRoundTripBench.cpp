@@ -36,9 +36,8 @@ void exportGoblins(benchmark::State& state) {
   morvane::PsdDocument(kTextureSide, kTextureSide).save(texture.c_str());
   std::string text = texturedTile(texture);
   const int goblins = goblinCount(state);
-  for (int i = 0; i < goblins; ++i) {
+  for (int i = 0; i < goblins; ++i)
     text += gridText("goblin" + std::to_string(i), "tile", kGoblinSide, 1, "");
-  }
   writeFile(scratchFolder() + "/export.ma", text);
   if (!startHost() || !host::openScene(scratchFolder() + "/export.ma"))
     return state.SkipWithError("no host");
@@ -78,9 +77,8 @@ bool writeNamedGoblins(const std::string& file, int goblins) {
   morvane::Matrix44 toTile;
   toTile.setIdentity();
   morvane::GoblinGeometryBuilder builder;
-  for (int i = 0; i < goblins; ++i) {
+  for (int i = 0; i < goblins; ++i)
     morvane::appendGoblin(mesh, toTile, morvane::GoblinLayout::kNamed, "stone", "", builder);
-  }
   std::vector<std::uint8_t> blob(
       morvane::encodedGoblinGeometrySize(builder, morvane::GoblinLayout::kNamed));
   const std::uint32_t size = morvane::encodeGoblinGeometry(builder, morvane::GoblinLayout::kNamed,

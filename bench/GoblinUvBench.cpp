@@ -39,9 +39,8 @@ std::string goblinText(int number, double x, double z) {
 std::string sceneText(int goblins) {
   std::string text = "//Maya ASCII 2018 scene\n";
   text += gridText("ground", "", kGroundSide, kGroundSize, "");
-  for (int i = 0; i < kOtherCandidates; ++i) {
+  for (int i = 0; i < kOtherCandidates; ++i)
     text += gridText("other" + std::to_string(i), "", 10, 5, placedAt(200 + 10 * i, 0, 0));
-  }
   text += "createNode transform -n \"goblins\";\n";
   const int rowLength = static_cast<int>(std::ceil(std::sqrt(goblins)));
   for (int i = 0; i < goblins; ++i) {
@@ -56,9 +55,8 @@ void sampleGoblins(benchmark::State& state) {
   writeFile(scene, sceneText(static_cast<int>(state.range(0))));
   if (!startHost() || !host::openScene(scene)) return state.SkipWithError("no host");
   runQuietly("select -r goblins");
-  for (auto _ : state) {
+  for (auto _ : state)
     if (!runQuietly("goblin_uv")) state.SkipWithError("goblin_uv failed");
-  }
   state.SetItemsProcessed(state.iterations() * state.range(0));
   host::newScene();
 }

@@ -62,9 +62,8 @@ std::string makeLayeredFile(std::uint32_t side) {
 
 long peakKilobytes() {
   std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
+  for (std::string line; std::getline(status, line);)
     if (line.compare(0, 6, "VmHWM:") == 0) return std::strtol(line.c_str() + 6, nullptr, 10);
-  }
   return -1;
 }
 

@@ -48,9 +48,8 @@ Bytes makePlane(Content content, std::uint32_t side, std::uint32_t seed) {
   Bytes plane(std::size_t{side} * side, 90);
   if (content == Content::kFlatArt) fillFlatArt(plane, side, random);
   if (content == Content::kPhoto) fillPhoto(plane, side, random);
-  if (content == Content::kNoise) {
+  if (content == Content::kNoise)
     for (std::uint8_t& byte : plane) byte = static_cast<std::uint8_t>(random());
-  }
   return plane;
 }
 

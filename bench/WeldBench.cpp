@@ -80,9 +80,8 @@ morvane::TileMesh meshOf(Mesh kind, int corners) {
   mesh.normals.append({0, 1, 0}, 0);
   mesh.uvs.append({0, 0}, 0);
   mesh.colours.append(0, 0);
-  for (const auto& [a, b, c] : triangles) {
+  for (const auto& [a, b, c] : triangles)
     mesh.triangles.append({{numbers[a], numbers[b], numbers[c]}, {}, {}, {}, 0, 0}, 0);
-  }
   return mesh;
 }
 
@@ -96,11 +95,9 @@ void weld(const morvane::TileMesh& mesh) {
 std::vector<morvane::VertexKey> cornersOf(const morvane::TileMesh& mesh) {
   std::vector<morvane::VertexKey> corners;
   corners.reserve(3U * mesh.triangles.size());
-  for (int i = 0; i < mesh.triangles.size(); ++i) {
-    for (const std::int32_t position : mesh.triangles[i].positions) {
+  for (int i = 0; i < mesh.triangles.size(); ++i)
+    for (const std::int32_t position : mesh.triangles[i].positions)
       corners.push_back({mesh.positions[position], mesh.normals[0], mesh.uvs[0], {}, 0});
-    }
-  }
   return corners;
 }
 
@@ -177,9 +174,8 @@ bool declareAmongOurs(const Input& input, const Input& peer, const std::string& 
 const bool declared = [] {
   constexpr Mesh kKinds[] = {Mesh::kIntegerGrid, Mesh::kRandom, Mesh::kShuffled};
   constexpr int kSizes[] = {kLarge, kMiddle, kSmall};
-  for (const int size : kSizes) {
+  for (const int size : kSizes)
     for (const Mesh kind : kKinds) declareAgainstMeshoptimizer(kind, size);
-  }
   for (const int size : kSizes)
     declareAmongOurs({Mesh::kIntegerGrid, size}, {Mesh::kRandom, size}, "random", 1.15);
   for (const Mesh kind : kKinds)

@@ -16,11 +16,10 @@ std::string takeOption(const std::string& option, int& argc, char** argv) {
   int kept = 0;
   for (int i = 0; i < argc; ++i) {
     const std::string argument = argv[i];
-    if (argument.compare(0, option.size(), option) == 0) {
+    if (argument.compare(0, option.size(), option) == 0)
       value = argument.substr(option.size());
-    } else {
+    else
       argv[kept++] = argv[i];
-    }
   }
   argc = kept;
   return value;

@@ -19,18 +19,15 @@ namespace {
 // Replaces the file that was loaded, or looked at before the goblins were gathered, and no other.
 bool saveTile(const TileExport& tile, TileMessages& messages) {
   PsdReplacement replacement;
-  if (tile.document.path == nullptr || tile.file != tile.document.path.get()) {
+  if (tile.document.path == nullptr || tile.file != tile.document.path.get())
     replacement.expected = &tile.existing;
-  }
   std::string reason;
   const bool saved = tile.document.save(tile.file.c_str(), &reason, &replacement);
   if (replacement.foundAnother) {
     return messages.fail(
         kSaveFailed, "cannot write " + tile.file + ": changed while it was exported; export again");
   }
-  if (!saved) {
-    return messages.fail(kSaveFailed, reason);
-  }
+  if (!saved) return messages.fail(kSaveFailed, reason);
   if (replacement.otherNames != 0) {
     const bool isOne = replacement.otherNames == 1;
     messages.warn(tile.file + ": " + std::to_string(replacement.otherNames) +

@@ -39,9 +39,8 @@ MString outputPath(const MFileObject& file) {
 Matrix44 matrixOf(MObject goblin) {
   Matrix44 matrix;
   MObject parent;
-  if (!getGoblinMatrix(goblin, matrix, parent)) {
+  if (!getGoblinMatrix(goblin, matrix, parent))
     std::printf("Error: %s is not a transform node.\n", getNodeName(parent).asChar());
-  }
   return matrix;
 }
 
@@ -62,9 +61,7 @@ bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, const MString& so
     if (!extractGoblin(goblin, messages, welded)) continue;
     const Matrix44 toTile = product(matrixOf(goblin), tileMatrix);
     const std::string fault = whyNotFinite(goblin, welded, toTile);
-    if (!fault.empty()) {
-      return fail(fault);
-    }
+    if (!fault.empty()) return fail(fault);
     appendGoblin(welded, toTile, GoblinLayout::kNamed, name.asChar(), sourceFileName.asChar(),
                  builder);
   }
@@ -86,9 +83,7 @@ MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document,
   const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kNamed, blob.get(), size);
-  if (written == 0) {
-    return failTranslation("Error: .psd data layer size limit exceeded!\n");
-  }
+  if (written == 0) return failTranslation("Error: .psd data layer size limit exceeded!\n");
   std::string reason;
   if (!document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason)) {
     MGlobal::displayError(reason.c_str());
@@ -120,18 +115,13 @@ MStatus writeTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mod
     return MStatus::kFailure;
   }
   Matrix44 tileMatrix;
-  if (!getTileMatrix(tile, walk.mesh(), tileMatrix)) {
+  if (!getTileMatrix(tile, walk.mesh(), tileMatrix))
     return failTranslation("Error: tile has no extent in x or z!\n");
-  }
   PsdDocument document(kDocumentSide, kDocumentSide);
-  if (!openSource(sourceFileName, document)) {
-    return MStatus::kFailure;
-  }
+  if (!openSource(sourceFileName, document)) return MStatus::kFailure;
   GoblinGeometryBuilder builder;
   if (!walk.isDone()) walk.next();
-  if (!appendGoblins(walk, tileMatrix, sourceFileName, builder)) {
-    return MStatus::kFailure;
-  }
+  if (!appendGoblins(walk, tileMatrix, sourceFileName, builder)) return MStatus::kFailure;
   return saveGoblins(builder, document, path.asChar());
 }
 

@@ -72,12 +72,10 @@ void encode(InputBytes in) {
     }
     const auto vertices = static_cast<std::int32_t>(mesh.vertices.size());
     mesh.triangles.resize(vertices == 0 ? 0 : in.takeByte() % 8);
-    for (auto& triangle : mesh.triangles) {
+    for (auto& triangle : mesh.triangles)
       for (std::int32_t& corner : triangle) corner = in.takeByte() % vertices;
-    }
-    for (int i = 0; i < 2; ++i) {
+    for (int i = 0; i < 2; ++i)
       appendGoblin(mesh, Matrix44(), kLayouts[i], goblin ? "name" : nullptr, "", made[i]);
-    }
   }
   for (int i = 0; i < 2; ++i) {
     const std::string bytes = encoded(made[i], kLayouts[i]);

@@ -27,11 +27,9 @@ void confine(const std::string& name) {
   const Command command = *found;
   table.remove(name);
   table.addFromPlugin(name, [name, command](const Words& words) {
-    for (const auto& word : words) {
-      if (word.text.find('/') != word.text.npos || word.text == "..") {
+    for (const auto& word : words)
+      if (word.text.find('/') != word.text.npos || word.text == "..")
         return CommandResult::failure(name + ": not while fuzzing");
-      }
-    }
     CommandContext context(Interpreter::current());
     context.folder = scratchFolder();
     Arguments arguments;

@@ -47,12 +47,10 @@ std::size_t textLength(const std::unique_ptr<char[]>& text) {
 
 std::uint64_t recordSize(const GoblinRecord& record, GoblinLayout layout) {
   std::uint64_t size = 4;
-  if (layout == GoblinLayout::kNamed) {
+  if (layout == GoblinLayout::kNamed)
     size += 8 + std::uint64_t{textLength(record.name)} + textLength(record.textureFileName);
-  }
-  for (std::int32_t face = 0; face < record.faceCount; ++face) {
+  for (std::int32_t face = 0; face < record.faceCount; ++face)
     size += 4 + 4 * static_cast<std::uint64_t>(record.faces[face].cornerCount);
-  }
   return size;
 }
 
@@ -83,9 +81,8 @@ std::ptrdiff_t writeRecord(std::uint8_t* bytes, std::ptrdiff_t offset, const Gob
   for (std::int32_t i = 0; i < record.faceCount; ++i) {
     const GoblinFace& face = record.faces[i];
     offset = writeU32At(bytes, offset, static_cast<std::uint32_t>(face.cornerCount));
-    for (std::int32_t corner = 0; corner < face.cornerCount; ++corner) {
+    for (std::int32_t corner = 0; corner < face.cornerCount; ++corner)
       offset = writeU32At(bytes, offset, static_cast<std::uint32_t>(face.indices[corner]));
-    }
   }
   return offset;
 }

@@ -71,9 +71,7 @@ bool GoblinGeometryReader::readGoblinCount(std::uint32_t& count) {
 }
 
 bool GoblinGeometryReader::locatePool(std::size_t& start, std::uint32_t& count) {
-  if (!readPoolSize()) {
-    return false;
-  }
+  if (!readPoolSize()) return false;
   start = offset_;
   count = poolSize_;
   offset_ += sizeof(GoblinPoolVertex) * poolSize_;
@@ -82,9 +80,7 @@ bool GoblinGeometryReader::locatePool(std::size_t& start, std::uint32_t& count) 
 
 bool GoblinGeometryReader::locateText(std::size_t& start, std::size_t& length) {
   std::uint32_t count = 0;
-  if (!readCount(1, count)) {
-    return false;
-  }
+  if (!readCount(1, count)) return false;
   start = offset_;
   length = count;
   offset_ += count;
@@ -94,16 +90,10 @@ bool GoblinGeometryReader::locateText(std::size_t& start, std::size_t& length) {
 bool GoblinGeometryReader::readText(std::unique_ptr<char[]>& text) {
   std::size_t start = 0;
   std::size_t length = 0;
-  if (!locateText(start, length)) {
-    return false;
-  }
+  if (!locateText(start, length)) return false;
   text.reset(new (std::nothrow) char[length + 1]);
-  if (text == nullptr) {
-    return false;
-  }
-  if (length > 0) {
-    std::memcpy(text.get(), bytes_ + start, length);
-  }
+  if (text == nullptr) return false;
+  if (length > 0) std::memcpy(text.get(), bytes_ + start, length);
   text[length] = '\0';
   return true;
 }
@@ -112,12 +102,8 @@ bool GoblinGeometryReader::readText(std::unique_ptr<char[]>& text) {
 bool GoblinGeometryReader::readCorners(std::uint32_t corners, std::int32_t* indices) {
   for (std::uint32_t corner = 0; corner < corners; ++corner) {
     std::uint32_t index = 0;
-    if (!peekWord(index) || index >= poolSize_) {
-      return false;
-    }
-    if (indices != nullptr) {
-      indices[corner] = static_cast<std::int32_t>(index);
-    }
+    if (!peekWord(index) || index >= poolSize_) return false;
+    if (indices != nullptr) indices[corner] = static_cast<std::int32_t>(index);
     offset_ += kWord;
   }
   return true;
@@ -125,62 +111,39 @@ bool GoblinGeometryReader::readCorners(std::uint32_t corners, std::int32_t* indi
 
 bool GoblinGeometryReader::readFace(GoblinFace& face) {
   std::uint32_t corners = 0;
-  if (!readCount(kWord, corners)) {
-    return false;
-  }
+  if (!readCount(kWord, corners)) return false;
   face.cornerCount = static_cast<std::int32_t>(corners);
-  if (corners > 0) {
-    face.indices.reset(new (std::nothrow) std::int32_t[corners]);
-  }
-  if (corners > 0 && face.indices == nullptr) {
-    return false;
-  }
+  if (corners > 0) face.indices.reset(new (std::nothrow) std::int32_t[corners]);
+  if (corners > 0 && face.indices == nullptr) return false;
   return readCorners(corners, face.indices.get());
 }
 
 bool GoblinGeometryReader::readGoblin(GoblinRecord& record) {
   record = GoblinRecord();
   if (layout_ == GoblinLayout::kNamed) {
-    if (!readText(record.name) || !readText(record.textureFileName)) {
-      return false;
-    }
+    if (!readText(record.name) || !readText(record.textureFileName)) return false;
   }
   std::uint32_t faces = 0;
-  if (!readCount(kWord, faces)) {
-    return false;
-  }
+  if (!readCount(kWord, faces)) return false;
   record.faceCount = static_cast<std::int32_t>(faces);
   record.faces.reset(new (std::nothrow) GoblinFace[faces]);
-  if (record.faces == nullptr) {
-    return false;
-  }
-  for (std::uint32_t face = 0; face < faces; ++face) {
-    if (!readFace(record.faces[face])) {
-      return false;
-    }
-  }
+  if (record.faces == nullptr) return false;
+  for (std::uint32_t face = 0; face < faces; ++face)
+    if (!readFace(record.faces[face])) return false;
   return true;
 }
 
 bool GoblinGeometryReader::locateGoblin(GoblinExtent& extent) {
   extent = GoblinExtent();
   if (layout_ == GoblinLayout::kNamed) {
-    if (!locateText(extent.name, extent.nameLength)) {
-      return false;
-    }
-    if (!locateText(extent.texture, extent.textureLength)) {
-      return false;
-    }
+    if (!locateText(extent.name, extent.nameLength)) return false;
+    if (!locateText(extent.texture, extent.textureLength)) return false;
   }
-  if (!readCount(kWord, extent.faceCount)) {
-    return false;
-  }
+  if (!readCount(kWord, extent.faceCount)) return false;
   extent.faces = offset_;
   for (std::uint32_t face = 0; face < extent.faceCount; ++face) {
     std::uint32_t corners = 0;
-    if (!readCount(kWord, corners) || !readCorners(corners, nullptr)) {
-      return false;
-    }
+    if (!readCount(kWord, corners) || !readCorners(corners, nullptr)) return false;
   }
   extent.facesLength = offset_ - extent.faces;
   return true;
@@ -190,15 +153,10 @@ bool GoblinGeometryReader::skipBlob() {
   std::size_t pool = 0;
   std::uint32_t vertices = 0;
   std::uint32_t goblins = 0;
-  if (!locatePool(pool, vertices) || !readGoblinCount(goblins)) {
-    return false;
-  }
+  if (!locatePool(pool, vertices) || !readGoblinCount(goblins)) return false;
   GoblinExtent extent;
-  for (std::uint32_t goblin = 0; goblin < goblins; ++goblin) {
-    if (!locateGoblin(extent)) {
-      return false;
-    }
-  }
+  for (std::uint32_t goblin = 0; goblin < goblins; ++goblin)
+    if (!locateGoblin(extent)) return false;
   return left() == 0;
 }
 

@@ -23,9 +23,8 @@ void forEachCorner(const GoblinRecord& record, Visit visit) {
 GoblinMesh buildGoblinMesh(const GoblinRecord& record, const std::vector<GoblinPoolVertex>& pool,
                            LocalIndexMap& localIndices) {
   GoblinMesh mesh;
-  for (std::int32_t f = 0; f < record.faceCount; ++f) {
+  for (std::int32_t f = 0; f < record.faceCount; ++f)
     mesh.polygonCounts.push_back(record.faces[f].cornerCount);
-  }
   forEachCorner(record, [&](std::int32_t poolIndex) {
     std::int32_t& local = localIndices[poolIndex];
     if (local < 0) {

@@ -57,9 +57,8 @@ TileTriangle triangleOf(const PolygonRecord& polygon, std::size_t second) {
 
 std::size_t triangleCount(const std::vector<PolygonRecord>& polygons) {
   std::size_t count = 0;
-  for (const PolygonRecord& polygon : polygons) {
+  for (const PolygonRecord& polygon : polygons)
     count += std::max<std::size_t>(polygon.positions.size(), 2) - 2;
-  }
   return count;
 }
 
@@ -86,9 +85,8 @@ std::unique_ptr<TileMesh> buildTileMesh(const MeshTables& tables) {
       reportMismatch(face, polygon);
       return nullptr;
     }
-    for (std::size_t second = 1; second + 1 < polygon.positions.size(); ++second) {
+    for (std::size_t second = 1; second + 1 < polygon.positions.size(); ++second)
       mesh->triangles.append(triangleOf(polygon, second), slack);
-    }
   }
   return mesh;
 }

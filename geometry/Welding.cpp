@@ -151,9 +151,8 @@ void Welder::weldBlock(std::int32_t first, std::int32_t end) {
   }
   lookUpWaiting();
   for (std::int32_t i = first; i < end; ++i) {
-    for (std::int32_t& number : welded.triangles[i]) {
+    for (std::int32_t& number : welded.triangles[i])
       if (number < 0) number = waiting_[-2 - number].vertex;
-    }
   }
 }
 
@@ -213,9 +212,8 @@ std::int32_t weldVertex(const VertexKey& key, std::vector<VertexKey>& vertices, 
 WeldedMesh weldTileMesh(const TileMesh& mesh) {
   Welder welder(mesh);
   const std::int32_t count = mesh.triangles.size();
-  for (std::int32_t first = 0; first < count; first += Welder::kBlock) {
+  for (std::int32_t first = 0; first < count; first += Welder::kBlock)
     welder.weldBlock(first, std::min(count, first + Welder::kBlock));
-  }
   return std::move(welder.welded);
 }
 

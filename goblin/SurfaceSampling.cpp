@@ -90,23 +90,15 @@ void GeometrySearch::findClosest(const MObject& goblin, unsigned& index, int& po
   double best = -1.0;  // no distance yet
   for (std::size_t i = 0; i < candidates_.size(); ++i) {
     const Candidate& candidate = candidates_[i];
-    if (best != -1.0 && leastDistance(query, candidate.low, candidate.high) >= best) {
-      continue;
-    }
+    if (best != -1.0 && leastDistance(query, candidate.low, candidate.high) >= best) continue;
     MStatus status;
     MFnMesh mesh(candidate.shape, &status);
-    if (!status) {
-      continue;
-    }
+    if (!status) continue;
     MPoint nearest;
     int nearestPolygon = 0;
-    if (!mesh.getClosestPoint(query, nearest, MSpace::kWorld, &nearestPolygon)) {
-      continue;
-    }
+    if (!mesh.getClosestPoint(query, nearest, MSpace::kWorld, &nearestPolygon)) continue;
     const double distance = query.distanceTo(nearest);
-    if (best != -1.0 && !(distance < best)) {
-      continue;
-    }
+    if (best != -1.0 && !(distance < best)) continue;
     best = distance;
     index = static_cast<unsigned>(i);
     polygon = nearestPolygon;

@@ -18,9 +18,7 @@ namespace host {
 namespace {
 
 bool report(bool ok, const std::string& error) {
-  if (!ok) {
-    mel::showError(error);
-  }
+  if (!ok) mel::showError(error);
   return ok;
 }
 
@@ -38,9 +36,7 @@ Answer answerOf(const mel::Value& value) {
   answer.isArray = value.isArray();
   const auto array =
       value.convertedTo(value.isArray() ? value.type() : mel::arrayType(value.type()));
-  if (value.type() == Type::kNone || !array) {
-    return answer;
-  }
+  if (value.type() == Type::kNone || !array) return answer;
   if (array->ints() != nullptr) {
     answer.kind = Answer::Kind::kInts;
     answer.ints = *array->ints();
@@ -80,9 +76,7 @@ void newScene() {
 bool openScene(const std::string& path, std::string* reason) {
   std::string error;
   const bool ok = report(openFile({fromCaller(path), "mayaAscii", "", ""}, error), error);
-  if (reason != nullptr) {
-    *reason = ok ? "" : error;
-  }
+  if (reason != nullptr) *reason = ok ? "" : error;
   return ok;
 }
 
@@ -93,9 +87,7 @@ SceneProblems takeSceneProblems() {
 bool saveScene(const std::string& path, std::string* reason) {
   std::string error;
   const bool ok = report(writeScene(fromCaller(path), error), error);
-  if (reason != nullptr) {
-    *reason = error;
-  }
+  if (reason != nullptr) *reason = error;
   return ok;
 }
 
@@ -106,9 +98,7 @@ bool execute(const std::string& text, const std::string& origin) {
 bool evaluate(const std::string& text, Answer& answer, std::string& reason) {
   const mel::Outcome outcome = mel::Interpreter::current().execute(text, "");
   reason = outcome.failure.text;
-  if (outcome.ok) {
-    answer = answerOf(outcome.value);
-  }
+  if (outcome.ok) answer = answerOf(outcome.value);
   return outcome.ok;
 }
 
@@ -150,16 +140,12 @@ morvane::Status select(const std::string& name, bool onlyTransforms) {
   const bool isThere = std::any_of(found.begin(), found.end(), [&](const SelectionItem& item) {
     return !onlyTransforms || item.node->isTransform();
   });
-  if (!isThere) {
-    return {morvane::StatusCode::kNotFound, "no object matches the name " + name};
-  }
+  if (!isThere) return {morvane::StatusCode::kNotFound, "no object matches the name " + name};
   const std::string script =
       "select -add " +
       (onlyTransforms ? "`ls -long -transforms " + mel::quoted(name) + "`" : mel::quoted(name));
   const mel::Outcome outcome = mel::Interpreter::current().execute(script, "");
-  if (!outcome.ok) {
-    return {morvane::StatusCode::kBadArgument, outcome.failure.text};
-  }
+  if (!outcome.ok) return {morvane::StatusCode::kBadArgument, outcome.failure.text};
   return {};
 }
 

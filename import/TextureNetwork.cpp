@@ -91,9 +91,8 @@ MStatus createNetwork(const MString& fileName, MString& shader, MString& group) 
       MString("setAttr ") + texture + ".resolution 256",
       MString("setAttr -type \"string\" ") + texture + ".fileTextureName " + quoted(fileName),
   };
-  for (const MString& command : commands) {
+  for (const MString& command : commands)
     if (status == MStatus::kSuccess) status = run(command);
-  }
   return status;
 }
 
@@ -127,9 +126,8 @@ MStatus TextureNetworks::apply(MObject node, const MString& fileName) {
     found = createNetwork(fileName, shader, group);
     std::string texture;
     // Also of a network that was begun: it is what would be found next time.
-    if (shader.length() != 0 && getTextureOf(shader, texture)) {
+    if (shader.length() != 0 && getTextureOf(shader, texture))
       shaders_.emplace(texture, shader.asChar());
-    }
   }
   if (found != MStatus::kSuccess) return found;
   // Without a name the command would take the selection instead.

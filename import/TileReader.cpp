@@ -30,9 +30,8 @@ constexpr std::uint32_t kBlankDocumentSide = 256;
 bool loadDocument(const MString& path, PsdDocument& document) {
   std::string reason;
   if (document.load(path.asChar(), &reason)) {
-    if (!document.loadWarning.empty()) {
+    if (!document.loadWarning.empty())
       MGlobal::displayWarning(path + ": " + document.loadWarning.c_str());
-    }
     return true;
   }
   MGlobal::displayError(path + ": " + reason.c_str());
@@ -77,13 +76,11 @@ MStatus readGoblins(const MString& file, const PsdDocument& document, MObject ti
                           "changed in a paint program? Export the tile again");
   }
   if (size == 0) return failTranslation("Warning: empty GoblinGeometry layer!\n");
-  if (classifyGoblinBlob(blob.get(), size) == GoblinBlobKind::kTagged) {
+  if (classifyGoblinBlob(blob.get(), size) == GoblinBlobKind::kTagged)
     return failTranslation("Error: GoblinGeometry layer is in the exportTile layout!\n");
-  }
   Matrix44 fromTile;
-  if (!getTileMatrix(path, MeshWalk(path).mesh(), fromTile)) {
+  if (!getTileMatrix(path, MeshWalk(path).mesh(), fromTile))
     return failTranslation("Error: tile has no extent in x or z!\n");
-  }
   fromTile.invert();
   return rebuildGoblins(blob.get(), size, fromTile, tile, networks);
 }

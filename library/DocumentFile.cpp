@@ -26,25 +26,15 @@ Status badPath() {
 // may be.
 StatusCode readFailure(const std::string& path) {
   const std::string extension = lowerExtension(path);
-  if (extension != ".psd" && extension != ".tga") {
-    return StatusCode::kBadArgument;
-  }
+  if (extension != ".psd" && extension != ".tga") return StatusCode::kBadArgument;
   std::error_code code;
   const std::filesystem::file_status status = std::filesystem::status(path, code);
-  if (code == std::errc::permission_denied) {
-    return StatusCode::kNotAllowed;
-  }
-  if (!std::filesystem::exists(status)) {
-    return StatusCode::kNotFound;
-  }
-  if (!std::filesystem::is_regular_file(status)) {
-    return StatusCode::kCannotRead;
-  }
+  if (code == std::errc::permission_denied) return StatusCode::kNotAllowed;
+  if (!std::filesystem::exists(status)) return StatusCode::kNotFound;
+  if (!std::filesystem::is_regular_file(status)) return StatusCode::kCannotRead;
   errno = 0;
   std::FILE* const file = std::fopen(path.c_str(), "rb");
-  if (file == nullptr) {
-    return errno == EACCES ? StatusCode::kNotAllowed : StatusCode::kCannotRead;
-  }
+  if (file == nullptr) return errno == EACCES ? StatusCode::kNotAllowed : StatusCode::kCannotRead;
   std::fclose(file);
   return StatusCode::kDamaged;
 }
@@ -55,72 +45,51 @@ StatusCode writeFailure(const std::string& path) {
   std::error_code code;
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
   const auto folderStatus = std::filesystem::status(folder.empty() ? "." : folder, code);
-  if (code == std::errc::permission_denied) {
-    return StatusCode::kNotAllowed;
-  }
-  if (!std::filesystem::exists(folderStatus)) {
-    return StatusCode::kNotFound;
-  }
+  if (code == std::errc::permission_denied) return StatusCode::kNotAllowed;
+  if (!std::filesystem::exists(folderStatus)) return StatusCode::kNotFound;
   errno = 0;
   std::FILE* const file = std::fopen(path.c_str(), "r+b");
   const int reason = errno;
-  if (file != nullptr) {
-    std::fclose(file);
-  }
+  if (file != nullptr) std::fclose(file);
   return file == nullptr && reason == EACCES ? StatusCode::kNotAllowed : StatusCode::kCannotWrite;
 }
 
 }  // namespace
 
 Status loadDocument(std::string_view path, PsdDocument& document) {
-  if (!isPath(path)) {
-    return badPath();
-  }
+  if (!isPath(path)) return badPath();
   const std::string name(path);
   std::string error;
-  if (document.load(name.c_str(), &error)) {
-    return {};
-  }
+  if (document.load(name.c_str(), &error)) return {};
   return {readFailure(name), name + ": " + error};
 }
 
 Status parseDocument(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size,
                      PsdDocument& document) {
   std::string error;
-  if (document.loadBytes(std::move(bytes), size, &error)) {
-    return {};
-  }
+  if (document.loadBytes(std::move(bytes), size, &error)) return {};
   return {StatusCode::kDamaged, error};
 }
 
 Status parseDocument(const std::uint8_t* bytes, std::size_t size, PsdDocument& document) {
   std::unique_ptr<std::uint8_t[]> copy(new (std::nothrow) std::uint8_t[size + 1]);
-  if (copy == nullptr) {
+  if (copy == nullptr)
     return {StatusCode::kOutOfMemory, "no memory for " + std::to_string(size) + " bytes"};
-  }
-  if (size != 0) {
-    std::memcpy(copy.get(), bytes, size);
-  }
+  if (size != 0) std::memcpy(copy.get(), bytes, size);
   return parseDocument(std::move(copy), size, document);
 }
 
 Status saveDocument(const PsdDocument& document, std::string_view path) {
-  if (!isPath(path)) {
-    return badPath();
-  }
+  if (!isPath(path)) return badPath();
   const std::string name(path);
   std::string error;
-  if (document.save(name.c_str(), &error)) {
-    return {};
-  }
+  if (document.save(name.c_str(), &error)) return {};
   return {writeFailure(name), error};
 }
 
 Status writeDocument(const PsdDocument& document, std::vector<std::uint8_t>& bytes) {
   std::string error;
-  if (document.saveBytes(bytes, &error)) {
-    return {};
-  }
+  if (document.saveBytes(bytes, &error)) return {};
   return {StatusCode::kDamaged, error};
 }
 

@@ -67,9 +67,7 @@ std::vector<std::int32_t> StoredGoblin::vertices() const {
   std::vector<std::int32_t> used;
   used.reserve(faces_.size() / kWord - faceCount_);
   forEachFace(faces_, [&](std::uint32_t corners, const std::uint8_t* indices) {
-    for (std::uint32_t i = 0; i < corners; ++i) {
-      used.push_back(loadIndex(indices + kWord * i));
-    }
+    for (std::uint32_t i = 0; i < corners; ++i) used.push_back(loadIndex(indices + kWord * i));
   });
   std::sort(used.begin(), used.end());
   used.erase(std::unique(used.begin(), used.end()), used.end());
@@ -118,22 +116,17 @@ Status GoblinTile::parse(std::unique_ptr<std::uint8_t[]> blob, std::size_t size,
 }
 
 Status GoblinTile::read(const PsdDocument& document, GoblinTile& tile) {
-  if (document.findLayer(kGoblinLayerName) < 0) {
+  if (document.findLayer(kGoblinLayerName) < 0)
     return {StatusCode::kNotFound, std::string("there is no layer \"") + kGoblinLayerName + '"'};
-  }
   std::uint32_t size = 0;
   std::unique_ptr<std::uint8_t[]> blob = document.peekDataLayer(kGoblinLayerName, size);
-  if (blob == nullptr) {
-    return damaged("the layer's channels do not hold as many bytes as it says");
-  }
+  if (blob == nullptr) return damaged("the layer's channels do not hold as many bytes as it says");
   return parse(std::move(blob), size, tile);
 }
 
 Status GoblinTile::read(std::string_view path, GoblinTile& tile) {
   PsdDocument document(1, 1);
-  if (Status status = loadDocument(path, document); !status.ok()) {
-    return status;
-  }
+  if (Status status = loadDocument(path, document); !status.ok()) return status;
   const Status status = read(document, tile);
   return status.ok() ? status : Status(status.code(), std::string(path) + ": " + status.text());
 }
@@ -153,18 +146,14 @@ Goblin GoblinTile::goblin(std::size_t index) const {
   goblin.positions.reserve(used.size());
   goblin.normals.reserve(used.size());
   goblin.uvs.reserve(used.size());
-  for (const std::int32_t vertex : used) {
-    appendVertex(pool[vertex], layout_, goblin);
-  }
+  for (const std::int32_t vertex : used) appendVertex(pool[vertex], layout_, goblin);
   goblin.triangles = stored.triangles();
   for (std::array<std::int32_t, 3>& triangle : goblin.triangles) {
     for (std::int32_t& corner : triangle) {
       const auto at = std::lower_bound(used.begin(), used.end(), corner);
       corner = static_cast<std::int32_t>(at - used.begin());
     }
-    if (layout_ == GoblinLayout::kNamed) {
-      std::swap(triangle[0], triangle[2]);
-    }
+    if (layout_ == GoblinLayout::kNamed) std::swap(triangle[0], triangle[2]);
   }
   return goblin;
 }

@@ -16,19 +16,15 @@ constexpr std::size_t kMaxPool = std::numeric_limits<std::int32_t>::max();
 template <std::size_t N>
 std::string findNotFinite(const char* array, const std::vector<std::array<float, N>>& values) {
   for (std::size_t i = 0; i < values.size(); ++i) {
-    for (const float value : values[i]) {
-      if (!std::isfinite(value)) {
+    for (const float value : values[i])
+      if (!std::isfinite(value))
         return std::string(array) + "[" + std::to_string(i) + "] is not finite";
-      }
-    }
   }
   return {};
 }
 
 std::string findBadLength(const char* array, std::size_t length, std::size_t vertices) {
-  if (length == vertices) {
-    return {};
-  }
+  if (length == vertices) return {};
   return std::string(array) + " has " + std::to_string(length) + " entries, positions has " +
          std::to_string(vertices);
 }
@@ -58,9 +54,7 @@ std::string findFault(const Goblin& goblin) {
         findBadLength("uvs", goblin.uvs.size(), vertices),
         findNotFinite("positions", goblin.positions), findNotFinite("normals", goblin.normals),
         findNotFinite("uvs", goblin.uvs), findBadTriangle(goblin)}) {
-    if (!fault.empty()) {
-      return fault;
-    }
+    if (!fault.empty()) return fault;
   }
   return {};
 }
@@ -69,9 +63,7 @@ GoblinPoolVertex storedVertex(const Goblin& goblin, std::size_t i, GoblinLayout 
   const auto& [x, y, z] = goblin.positions[i];
   const auto& [nx, ny, nz] = goblin.normals[i];
   const auto& [u, v] = goblin.uvs[i];
-  if (layout == GoblinLayout::kTagged) {
-    return {x, y, 1 - z, nx, ny, nz, u, v + 1};
-  }
+  if (layout == GoblinLayout::kTagged) return {x, y, 1 - z, nx, ny, nz, u, v + 1};
   return {x, y, z, nx, ny, nz, u, -v};
 }
 
@@ -85,9 +77,7 @@ std::unique_ptr<GoblinRecord> makeRecord(const Goblin& goblin, std::int32_t base
   for (std::size_t i = 0; i < goblin.triangles.size(); ++i) {
     GoblinFace& face = record->faces[i];
     std::array<std::int32_t, 3> corners = goblin.triangles[i];
-    if (layout == GoblinLayout::kNamed) {
-      std::swap(corners[0], corners[2]);
-    }
+    if (layout == GoblinLayout::kNamed) std::swap(corners[0], corners[2]);
     face.cornerCount = 3;
     face.indices.reset(
         new std::int32_t[3]{base + corners[0], base + corners[1], base + corners[2]});
@@ -106,12 +96,10 @@ Status buildAll(const std::vector<Goblin>& goblins, GoblinLayout layout,
               "goblin " + std::to_string(i) + " \"" + goblin.name + "\": " + fault};
     }
     const std::size_t base = builder.pool.size();
-    if (goblin.positions.size() > kMaxPool - base || goblin.triangles.size() > kMaxPool) {
+    if (goblin.positions.size() > kMaxPool - base || goblin.triangles.size() > kMaxPool)
       return {StatusCode::kNoRoom, "the goblins have too many vertices or triangles"};
-    }
-    for (std::size_t vertex = 0; vertex < goblin.positions.size(); ++vertex) {
+    for (std::size_t vertex = 0; vertex < goblin.positions.size(); ++vertex)
       builder.pool.push_back(storedVertex(goblin, vertex, layout));
-    }
     builder.records.push_back(makeRecord(goblin, static_cast<std::int32_t>(base), layout));
   }
   return {};
@@ -122,13 +110,10 @@ Status buildAll(const std::vector<Goblin>& goblins, GoblinLayout layout,
 Status encodeGoblins(const std::vector<Goblin>& goblins, GoblinLayout layout,
                      std::vector<std::uint8_t>& blob) {
   GoblinGeometryBuilder builder;
-  if (Status status = buildAll(goblins, layout, builder); !status.ok()) {
-    return status;
-  }
+  if (Status status = buildAll(goblins, layout, builder); !status.ok()) return status;
   const std::uint64_t size = encodedGoblinGeometrySize(builder, layout);
-  if (size > std::numeric_limits<std::uint32_t>::max()) {
+  if (size > std::numeric_limits<std::uint32_t>::max())
     return {StatusCode::kNoRoom, "the goblins take " + std::to_string(size) + " bytes, over 4 GiB"};
-  }
   std::vector<std::uint8_t> fresh(static_cast<std::size_t>(size));
   encodeGoblinGeometry(builder, layout, fresh.data(), size);
   if (layout == GoblinLayout::kTagged &&
@@ -142,9 +127,7 @@ Status encodeGoblins(const std::vector<Goblin>& goblins, GoblinLayout layout,
 
 Status setGoblins(PsdDocument& document, const std::vector<Goblin>& goblins, GoblinLayout layout) {
   std::vector<std::uint8_t> blob;
-  if (Status status = encodeGoblins(goblins, layout, blob); !status.ok()) {
-    return status;
-  }
+  if (Status status = encodeGoblins(goblins, layout, blob); !status.ok()) return status;
   const std::int32_t old = document.findLayer(kGoblinLayerName);
   if (old == 0) {
     return {StatusCode::kUnsupported, std::string("the bottom layer is named \"") +

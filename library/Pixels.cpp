@@ -35,9 +35,7 @@ std::uint16_t colourPlanes(const PsdDocument& document) {
 }
 
 Status checkDepth(const PsdDocument& document) {
-  if (document.depth == 8) {
-    return {};
-  }
+  if (document.depth == 8) return {};
   return {StatusCode::kUnsupported, "pixels of " + std::to_string(document.depth) +
                                         " bits a channel, not 8, are not decoded"};
 }
@@ -58,21 +56,15 @@ bool findPlane(std::uint16_t compression, const std::uint8_t* data, std::size_t 
 // Puts one plane into every `stride`-th byte.
 void interleave(const std::uint8_t* plane, std::size_t size, std::size_t stride, std::uint8_t* to) {
   if (plane == nullptr) {
-    for (std::size_t i = 0; i < size; ++i) {
-      to[i * stride] = 0;
-    }
+    for (std::size_t i = 0; i < size; ++i) to[i * stride] = 0;
     return;
   }
-  for (std::size_t i = 0; i < size; ++i) {
-    to[i * stride] = plane[i];
-  }
+  for (std::size_t i = 0; i < size; ++i) to[i * stride] = plane[i];
 }
 
 Status allocate(Pixels& pixels) {
   pixels.bytes.reset(new (std::nothrow) std::uint8_t[pixels.size()]);
-  if (pixels.bytes != nullptr) {
-    return {};
-  }
+  if (pixels.bytes != nullptr) return {};
   return {StatusCode::kOutOfMemory, "no memory for " + std::to_string(pixels.size()) + " bytes"};
 }
 
@@ -88,9 +80,7 @@ std::vector<std::uint32_t> pixelChannels(const PsdDocument& document, const PsdL
       }
     }
   };
-  for (std::uint16_t id = 0; id < colours; ++id) {
-    look(id);
-  }
+  for (std::uint16_t id = 0; id < colours; ++id) look(id);
   look(kTransparencyChannel);
   return found;
 }
@@ -121,9 +111,7 @@ bool canFill(const PsdLayer& layer, const std::vector<std::uint32_t>& channels,
   for (const std::uint32_t channel : channels) {
     const std::uint32_t length = layer.channelInfos[channel].length;
     if (length > kCompressionWord) {
-      if (size > std::uint64_t{length} * kMaxPackBitsExpansion) {
-        return false;
-      }
+      if (size > std::uint64_t{length} * kMaxPackBitsExpansion) return false;
     } else {
       missing += size;
     }
@@ -135,9 +123,7 @@ bool setRectangle(const PsdLayer& layer, Pixels& pixels) {
   const std::int64_t width = std::int64_t{layer.right} - layer.left;
   const std::int64_t height = std::int64_t{layer.bottom} - layer.top;
   constexpr std::int64_t kMost = PsdDocument::kMaxSide;
-  if (width < 0 || height < 0 || width > kMost || height > kMost) {
-    return false;
-  }
+  if (width < 0 || height < 0 || width > kMost || height > kMost) return false;
   pixels.columns = static_cast<std::uint32_t>(width);
   pixels.rows = static_cast<std::uint32_t>(height);
   return true;
@@ -147,29 +133,21 @@ bool setRectangle(const PsdLayer& layer, Pixels& pixels) {
 
 Status readLayerPixels(const PsdDocument& document, std::int32_t layer, Pixels& pixels) {
   const PsdChannel* const entries = document.layerChannels(layer);
-  if (layer < 0 || layer >= document.layerCount) {
+  if (layer < 0 || layer >= document.layerCount)
     return {StatusCode::kNotFound, "there is no layer " + std::to_string(layer)};
-  }
-  if (Status status = checkDepth(document); !status.ok()) {
-    return status;
-  }
+  if (Status status = checkDepth(document); !status.ok()) return status;
   const PsdLayer& record = document.layers[layer];
   Pixels fresh;
   const std::vector<std::uint32_t> channels = pixelChannels(document, record);
-  if (Status status = checkCompression(entries, channels); !status.ok()) {
-    return status;
-  }
+  if (Status status = checkCompression(entries, channels); !status.ok()) return status;
   if (!setRectangle(record, fresh) ||
       !canFill(record, channels, std::uint64_t{fresh.rows} * fresh.columns)) {
     return {StatusCode::kDamaged,
             "layer " + std::to_string(layer) + ": its data does not fill its rectangle"};
   }
-  for (const std::uint32_t channel : channels) {
+  for (const std::uint32_t channel : channels)
     fresh.channels.push_back(record.channelInfos[channel].id);
-  }
-  if (Status status = allocate(fresh); !status.ok()) {
-    return status;
-  }
+  if (Status status = allocate(fresh); !status.ok()) return status;
   const std::size_t size = std::size_t{fresh.rows} * fresh.columns;
   for (std::size_t i = 0; i < channels.size() && size != 0; ++i) {
     const PsdChannel& entry = entries[channels[i]];
@@ -187,9 +165,7 @@ Status readLayerPixels(const PsdDocument& document, std::int32_t layer, Pixels& 
 }
 
 Status readMergedPixels(const PsdDocument& document, Pixels& pixels) {
-  if (Status status = checkDepth(document); !status.ok()) {
-    return status;
-  }
+  if (Status status = checkDepth(document); !status.ok()) return status;
   if (document.mergedCompression > 1) {
     return {StatusCode::kUnsupported, "the merged image's compression " +
                                           std::to_string(document.mergedCompression) +
@@ -206,16 +182,12 @@ Status readMergedPixels(const PsdDocument& document, Pixels& pixels) {
                  fresh.columns, fresh.rows * document.channels, all)) {
     return {StatusCode::kDamaged, "the merged image is cut off"};
   }
-  for (std::uint16_t channel = 0; channel < document.channels; ++channel) {
+  for (std::uint16_t channel = 0; channel < document.channels; ++channel)
     fresh.channels.push_back(channel);
-  }
-  if (Status status = allocate(fresh); !status.ok()) {
-    return status;
-  }
+  if (Status status = allocate(fresh); !status.ok()) return status;
   const std::size_t size = std::size_t{fresh.rows} * fresh.columns;
-  for (std::size_t i = 0; i < fresh.channels.size(); ++i) {
+  for (std::size_t i = 0; i < fresh.channels.size(); ++i)
     interleave(all.bytes + i * size, size, fresh.channels.size(), fresh.bytes.get() + i);
-  }
   pixels = std::move(fresh);
   return {};
 }

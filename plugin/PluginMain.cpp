@@ -74,9 +74,8 @@ MORVANE_EXPORT MStatus initializePlugin(MObject object) {
 MORVANE_EXPORT MStatus uninitializePlugin(MObject object) {
   using namespace morvane;
   MFnPlugin plugin(object, "Unknown", "Unknown", "Any");
-  for (const Command& command : kCommands) {
+  for (const Command& command : kCommands)
     succeeded(plugin.deregisterCommand(command.name), command.deregisterFailure);
-  }
   const MStatus status = plugin.deregisterFileTranslator(kTranslatorName);
   succeeded(status, "deregisterFileTranslator");
   return status;

@@ -37,9 +37,8 @@ constexpr Kind kKinds[] = {
 }  // namespace
 
 const char* knownKind(const void* first) {
-  for (const Kind& kind : kKinds) {
+  for (const Kind& kind : kKinds)
     if (std::memcmp(first, kind.first.data(), kind.first.size()) == 0) return kind.name;
-  }
   return nullptr;
 }
 

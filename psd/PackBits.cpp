@@ -53,9 +53,8 @@ std::size_t rowPackets(const std::uint8_t* packets, std::size_t length, std::siz
 std::uint32_t repetitions(const std::uint8_t* bytes, std::size_t length, std::size_t period,
                           std::uint32_t most) {
   std::uint32_t count = 1;
-  for (; count < most && period <= length - count * period; ++count) {
+  for (; count < most && period <= length - count * period; ++count)
     if (std::memcmp(bytes + count * period, bytes, period) != 0) break;
-  }
   return count;
 }
 

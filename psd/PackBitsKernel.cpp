@@ -51,11 +51,10 @@ PackBitsKernel::Place unpack(PackBitsKernel::Place at, const std::uint8_t* packe
     const std::ptrdiff_t count = header == -128 ? 0 : 1 + std::abs(header);
     const std::ptrdiff_t dataLength = header >= 0 ? count : header == -128 ? 0 : 1;
     if (count > toEnd - at.to || dataLength > packedEnd - data) break;
-    if (header < 0) {
+    if (header < 0)
       std::memset(at.to, *data, static_cast<std::size_t>(count));
-    } else {
+    else
       std::memcpy(at.to, data, static_cast<std::size_t>(count));
-    }
     at = {data + dataLength, at.to + count};
   }
   return at;

@@ -100,9 +100,7 @@ std::unique_ptr<std::uint8_t[]> PsdDocument::unpackedPlane(std::int32_t layer,
     return std::unique_ptr<std::uint8_t[]>(new (std::nothrow) std::uint8_t[size]());
   }
   const std::size_t stored = length - kCompressionWord;
-  if (entry.compression == 0) {
-    return stored == whole ? rawCopy(entry, size) : nullptr;
-  }
+  if (entry.compression == 0) return stored == whole ? rawCopy(entry, size) : nullptr;
   return size == whole ? packBitsDecodePlane(width, height, entry.data.get(), stored)
                        : packBitsDecodeStart(height, entry.data.get(), stored, size);
 }

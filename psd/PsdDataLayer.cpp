@@ -90,43 +90,30 @@ class PsdDocument::PlaneStream {
   // What the layer holds, and of how many bytes; null when it does not hold what it says.
   std::unique_ptr<std::uint8_t[]> readContent(std::uint32_t& size) {
     std::uint8_t lengthBytes[kLengthSize];
-    if (!read(lengthBytes, kLengthSize)) {
-      return nullptr;
-    }
+    if (!read(lengthBytes, kLengthSize)) return nullptr;
     const std::uint32_t length = loadLe32(lengthBytes);
-    if (!canHold(std::uint64_t{length} + kLengthSize)) {
-      return nullptr;
-    }
+    if (!canHold(std::uint64_t{length} + kLengthSize)) return nullptr;
     std::unique_ptr<std::uint8_t[]> content(new (std::nothrow)
                                                 std::uint8_t[std::size_t{length} + kLengthSize]);
-    if (content == nullptr) {
-      return nullptr;
-    }
-    if (!readAll(content.get(), length) || !finish()) {
-      return nullptr;
-    }
+    if (content == nullptr) return nullptr;
+    if (!readAll(content.get(), length) || !finish()) return nullptr;
     size = length;
     return content;
   }
 
   void repackChannels(PsdDocument& document) {
-    for (std::uint32_t c = 0; c < packed_.size(); ++c) {
+    for (std::uint32_t c = 0; c < packed_.size(); ++c)
       document.replaceChannel(layer_, c, 1, std::move(packed_[c].data), packed_[c].length);
-    }
   }
 
  private:
   // What comes behind the length word, which was read. `to` has room for that, too.
   bool readAll(std::uint8_t* to, std::uint32_t length) {
-    if (repacks_) {
-      return read(to, length);
-    }
+    if (repacks_) return read(to, length);
     // Of the first plane no more than the length was unpacked.
     channels_ = 0;
     at_ = plane_;
-    if (!read(to, std::uint64_t{length} + kLengthSize)) {
-      return false;
-    }
+    if (!read(to, std::uint64_t{length} + kLengthSize)) return false;
     std::memmove(to, to + kLengthSize, length);
     return true;
   }
@@ -138,14 +125,10 @@ class PsdDocument::PlaneStream {
 
   bool nextChannel() {
     const std::uint32_t channel = channels_;
-    if (channel >= document_.layers[layer_].channelCount) {
-      return false;
-    }
+    if (channel >= document_.layers[layer_].channelCount) return false;
     const std::uint64_t most = repacks_ ? std::numeric_limits<std::uint64_t>::max() : wanted_;
     raw_ = document_.unpackedPlane(layer_, channel, rawSize_, most);
-    if (raw_ == nullptr || (repacks_ && !packPlane())) {
-      return false;
-    }
+    if (raw_ == nullptr || (repacks_ && !packPlane())) return false;
     ++channels_;
     at_ = 0;
     return true;
@@ -157,9 +140,7 @@ class PsdDocument::PlaneStream {
     packed.data = packBitsEncodePlane(static_cast<std::uint32_t>(record.right - record.left),
                                       static_cast<std::uint32_t>(record.bottom - record.top),
                                       raw_.get(), packed.length);
-    if (packed.data == nullptr || !reserveMore(packed_, 1)) {
-      return false;
-    }
+    if (packed.data == nullptr || !reserveMore(packed_, 1)) return false;
     packed_.push_back(std::move(packed));
     return true;
   }
@@ -178,23 +159,17 @@ class PsdDocument::PlaneStream {
 
 std::unique_ptr<std::uint8_t[]> PsdDocument::readDataLayer(const char* name, std::uint32_t& size) {
   const std::int32_t layer = findLayer(name);
-  if (layer < 0 || rows == 0 || columns == 0) {
-    return nullptr;
-  }
+  if (layer < 0 || rows == 0 || columns == 0) return nullptr;
   PlaneStream planes(*this, layer, true);
   std::unique_ptr<std::uint8_t[]> content = planes.readContent(size);
-  if (content != nullptr) {
-    planes.repackChannels(*this);
-  }
+  if (content != nullptr) planes.repackChannels(*this);
   return content;
 }
 
 std::unique_ptr<std::uint8_t[]> PsdDocument::peekDataLayer(const char* name,
                                                            std::uint32_t& size) const {
   const std::int32_t layer = findLayer(name);
-  if (layer < 0 || rows == 0 || columns == 0) {
-    return nullptr;
-  }
+  if (layer < 0 || rows == 0 || columns == 0) return nullptr;
   return PlaneStream(*this, layer, false).readContent(size);
 }
 

@@ -44,9 +44,8 @@ std::int32_t PsdDocument::findLayer(const char* name) const {
 }
 
 PsdResource* PsdDocument::findResource(std::uint16_t id) const {
-  for (const auto& resource : resources) {
+  for (const auto& resource : resources)
     if (resource->id == id) return resource.get();
-  }
   return nullptr;
 }
 

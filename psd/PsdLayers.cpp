@@ -157,9 +157,7 @@ std::unique_ptr<std::uint8_t[]> packMergedPlane(const PsdDocument& document, std
 // Bytes in the file.
 std::int64_t sizeWithChannels(const PsdLayer& layer) {
   std::int64_t size = recordSize(layer);
-  for (std::uint32_t c = 0; c < layer.channelCount; ++c) {
-    size += layer.channelInfos[c].length;
-  }
+  for (std::uint32_t c = 0; c < layer.channelCount; ++c) size += layer.channelInfos[c].length;
   return size;
 }
 
@@ -369,9 +367,7 @@ void PsdDocument::removeLayersByName(const char* name) {
       removed += sizeWithChannels(layers[i]);
     } else {
       keptChannels = std::move(channel, channelsEnd, keptChannels);
-      if (keptLayers != i) {
-        layers[keptLayers] = std::move(layers[i]);
-      }
+      if (keptLayers != i) layers[keptLayers] = std::move(layers[i]);
       ++keptLayers;
     }
     channel = channelsEnd;

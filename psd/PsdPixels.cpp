@@ -62,9 +62,8 @@ bool PsdDocument::setLayerPixels(std::int32_t layer, std::uint32_t left, std::ui
                                     plane.get(), lengths[c]);
     if (!packed[c]) return false;
   }
-  for (std::uint32_t c = 0; c < kPixelSize; ++c) {
+  for (std::uint32_t c = 0; c < kPixelSize; ++c)
     replaceChannel(layer, c, 1, std::move(packed[c]), lengths[c]);
-  }
   return true;
 }
 

@@ -32,9 +32,8 @@ std::string upperExtension(const char* path) {
   while (start != path && start[-1] != '.' && !isSeparator(start[-1])) --start;
   if (start == path || start[-1] != '.') return std::string();
   std::string extension(start, end);
-  for (char& c : extension) {
+  for (char& c : extension)
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
   return extension;
 }
 
@@ -168,11 +167,10 @@ bool loadTga(const char* path, PsdDocument& document, FileIdentity& identity, st
   if (importTga(file, document, error)) return true;
   std::uint8_t first[kKindSize];
   std::string ignored;
-  if (file.size() == 0) {
+  if (file.size() == 0)
     error = "the file is empty";
-  } else if (file.read(0, first, kKindSize, ignored) == kKindSize && knownKind(first)) {
+  else if (file.read(0, first, kKindSize, ignored) == kKindSize && knownKind(first))
     error = "not a TGA image: " + describeBeginning(first);
-  }
   return false;
 }
 
@@ -192,11 +190,10 @@ std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size) {
   const std::uint8_t* const at = in.take(size);
   if (!at || size == 0) return nullptr;
   std::unique_ptr<std::uint8_t[]> copy(new (std::nothrow) std::uint8_t[size]);
-  if (copy) {
+  if (copy)
     std::memcpy(copy.get(), at, size);
-  } else {
+  else
     in.fail("out of memory");
-  }
   return copy;
 }
 
@@ -220,9 +217,8 @@ void readName(PsdInput& in, std::uint32_t alignment, std::unique_ptr<char[]>& na
 }
 
 std::string PsdDocument::headerFault() const {
-  if (std::memcmp(signature, "8BPS", 4) != 0) {
+  if (std::memcmp(signature, "8BPS", 4) != 0)
     return "not a PSD file: " + describeBeginning(signature);
-  }
   if (version == 1) return std::string();
   return "version " + std::to_string(version) + " is not supported" +
          (version == 2 ? ": a large document (PSB), not a PSD file" : "");
@@ -265,17 +261,12 @@ bool PsdDocument::loadBytes(std::unique_ptr<std::uint8_t[]> bytes, std::size_t s
   std::string why;
   PsdDocument fresh;
   bool loaded = false;
-  if (size <= kMaxFile) {
+  if (size <= kMaxFile)
     loaded = parsePsd(std::move(bytes), size, fresh, why);
-  } else {
+  else
     why = "too large: " + std::to_string(size) + " bytes";
-  }
-  if (error != nullptr) {
-    *error = why;
-  }
-  if (loaded) {
-    *this = std::move(fresh);
-  }
+  if (error != nullptr) *error = why;
+  if (loaded) *this = std::move(fresh);
   return loaded;
 }
 

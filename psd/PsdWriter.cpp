@@ -40,11 +40,10 @@ class PsdOutput {
   void bytes(const void* from, std::size_t size) {
     if (size == 0 || !complete_) return;
     written_ += size;
-    if (from) {
+    if (from)
       sink_(from, size);
-    } else {
+    else
       complete_ = false;
-    }
   }
   void opaque(const PsdOpaque& kept) { bytes(kept.bytes.get(), kept.length); }
   void zeros(std::size_t size) {
@@ -234,9 +233,8 @@ bool PsdDocument::save(const char* savePath, std::string* error,
   FileReplacer file;
   const bool isOwn = isOwnPath(savePath);
   if (isOwn) file.expect(onDisk_);
-  if (replacement != nullptr && replacement->expected != nullptr) {
+  if (replacement != nullptr && replacement->expected != nullptr)
     file.expect(*replacement->expected);
-  }
   bool saved = file.open(savePath);
   std::string reason;
   if (saved) {
@@ -259,17 +257,12 @@ bool PsdDocument::saveBytes(std::vector<std::uint8_t>& bytes, std::string* error
   writeSections(counted, *this);
   std::vector<std::uint8_t> fresh;
   const char* reason = nullptr;
-  if (!counted.complete()) {
+  if (!counted.complete())
     reason = kIncomplete;
-  } else if (!reserveMore(fresh, static_cast<std::size_t>(counted.written()))) {
+  else if (!reserveMore(fresh, static_cast<std::size_t>(counted.written())))
     reason = "out of memory";
-  }
-  if (error != nullptr) {
-    *error = reason != nullptr ? reason : "";
-  }
-  if (reason != nullptr) {
-    return false;
-  }
+  if (error != nullptr) *error = reason != nullptr ? reason : "";
+  if (reason != nullptr) return false;
   PsdOutput out([&fresh](const void* from, std::size_t size) {
     const auto* const first = static_cast<const std::uint8_t*>(from);
     fresh.insert(fresh.end(), first, first + size);

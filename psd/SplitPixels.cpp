@@ -32,11 +32,10 @@ MORVANE_INLINE void split(const std::uint8_t* MORVANE_RESTRICT pixels, std::size
 
 MORVANE_INLINE void splitEither(const std::uint8_t* pixels, std::size_t count,
                                 std::uint32_t pixelSize, std::uint8_t* const planes[4]) {
-  if (pixelSize == 4) {
+  if (pixelSize == 4)
     split<4>(pixels, count, planes);
-  } else {
+  else
     split<3>(pixels, count, planes);
-  }
 }
 
 void splitPortable(const std::uint8_t* pixels, std::size_t count, std::uint32_t pixelSize,

@@ -62,9 +62,7 @@ bool readHeader(InputFile& file, TgaImage& image, std::string& error) {
 std::string warningOf(const TgaImage& image) {
   const bool isTurned = (image.descriptor & kTopToBottom) != 0;
   const bool isMirrored = (image.descriptor & kRightToLeft) != 0;
-  if (!isTurned && !isMirrored) {
-    return std::string();
-  }
+  if (!isTurned && !isMirrored) return std::string();
   return std::string("its header says that it begins at the ") + (isTurned ? "top" : "bottom") +
          (isMirrored ? " right" : " left") +
          ", but it is taken from the bottom left on, so that it is " +

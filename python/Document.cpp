@@ -59,56 +59,41 @@ Shared openBytes(const py::object& bytes) {
 }
 
 Shared makeBlank(std::int64_t width, std::int64_t height) {
-  for (const auto& [side, name] : {std::pair{width, "width"}, std::pair{height, "height"}}) {
-    if (side < 1 || side > std::int64_t{PsdDocument::kMaxSide}) {
+  for (const auto& [side, name] : {std::pair{width, "width"}, std::pair{height, "height"}})
+    if (side < 1 || side > std::int64_t{PsdDocument::kMaxSide})
       throw py::value_error(std::string(name) + " is not from 1 to 65535");
-    }
-  }
   auto shared = std::make_shared<SharedDocument>();
   shared->document.reset(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
-  if (shared->document.rows == 0) {
-    throw std::bad_alloc();
-  }
+  if (shared->document.rows == 0) throw std::bad_alloc();
   return shared;
 }
 
 // Whether the Unicode name only repeats the bytes of the other, as names that are made here do.
 bool repeatsName(const PsdLayer& layer, const std::string& name) {
-  if (layer.unicodeCount != name.size()) {
-    return false;
-  }
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    if (layer.unicodeChars[i] != static_cast<unsigned char>(name[i])) {
-      return false;
-    }
-  }
+  if (layer.unicodeCount != name.size()) return false;
+  for (std::size_t i = 0; i < name.size(); ++i)
+    if (layer.unicodeChars[i] != static_cast<unsigned char>(name[i])) return false;
   return true;
 }
 
 py::str nameOf(const PsdLayer& layer) {
   const std::string name = layer.name ? layer.name.get() : "";
-  if (layer.unicodeCount == 0 || layer.unicodeChars == nullptr || repeatsName(layer, name)) {
+  if (layer.unicodeCount == 0 || layer.unicodeChars == nullptr || repeatsName(layer, name))
     return shownText(name.data(), name.size());
-  }
   int order = 0;
   std::uint32_t count = layer.unicodeCount;
-  while (count > 0 && layer.unicodeChars[count - 1] == 0) {
-    --count;
-  }
+  while (count > 0 && layer.unicodeChars[count - 1] == 0) --count;
   PyObject* const text =
       PyUnicode_DecodeUTF16(reinterpret_cast<const char*>(layer.unicodeChars.get()),
                             2 * static_cast<Py_ssize_t>(count), "surrogatepass", &order);
-  if (text == nullptr) {
-    throw py::error_already_set();
-  }
+  if (text == nullptr) throw py::error_already_set();
   return py::reinterpret_steal<py::str>(text);
 }
 
 py::tuple channelsOf(const PsdLayer& layer) {
   py::tuple ids(layer.channelCount);
-  for (std::uint32_t c = 0; c < layer.channelCount; ++c) {
+  for (std::uint32_t c = 0; c < layer.channelCount; ++c)
     ids[c] = static_cast<std::int16_t>(layer.channelInfos[c].id);
-  }
   return ids;
 }
 
@@ -137,9 +122,8 @@ py::array layerPixels(const LayerEntry& layer) {
   morvane::Pixels pixels;
   morvane::Status status;
   DocumentUse use(*layer.shared);
-  if (layer.generation != layer.shared->generation) {
+  if (layer.generation != layer.shared->generation)
     throwError("stale", "layers came or went since Document.layers was asked for: ask again");
-  }
   {
     const py::gil_scoped_release unlocked;
     status = morvane::readLayerPixels(*use, layer.index, pixels);
@@ -164,20 +148,15 @@ py::array mergedPixels(SharedDocument& shared) {
 std::int32_t findLayer(const PsdDocument& document, const std::string& stored,
                        const py::str& name) {
   const std::int32_t found = document.findLayer(stored.c_str());
-  for (std::int32_t i = 0; found < 0 && i < document.layerCount; ++i) {
-    if (nameOf(document.layers[i]).equal(name)) {
-      return i;
-    }
-  }
+  for (std::int32_t i = 0; found < 0 && i < document.layerCount; ++i)
+    if (nameOf(document.layers[i]).equal(name)) return i;
   return found;
 }
 
 void addDataLayer(SharedDocument& shared, const py::str& name, const py::object& data) {
   const std::string stored = storedText(name, "name");
   const BytesArgument content(data, "data");
-  if (stored.size() > kMaxName) {
-    throw py::value_error("name has over 255 bytes");
-  }
+  if (stored.size() > kMaxName) throw py::value_error("name has over 255 bytes");
   DocumentUse use(shared);
   const std::uint64_t room = 4 * std::uint64_t{use->rows} * use->columns;
   if (content.size() + 4 >= room || content.size() > UINT32_MAX) {
@@ -192,9 +171,7 @@ void addDataLayer(SharedDocument& shared, const py::str& name, const py::object&
     added = use->addDataLayer(stored.c_str(), static_cast<std::uint32_t>(content.size()),
                               content.data(), &error);
   }
-  if (!added) {
-    throwError("unsupported", "the document takes no layer: " + error);
-  }
+  if (!added) throwError("unsupported", "the document takes no layer: " + error);
   ++shared.generation;
 }
 
@@ -202,18 +179,14 @@ py::object readDataLayer(SharedDocument& shared, const py::str& name) {
   const std::string stored = storedText(name, "name");
   DocumentUse use(shared);
   const std::int32_t layer = findLayer(*use, stored, name);
-  if (layer < 0 || !use->layers[layer].name) {
-    return py::none();
-  }
+  if (layer < 0 || !use->layers[layer].name) return py::none();
   std::uint32_t size = 0;
   std::unique_ptr<std::uint8_t[]> bytes;
   {
     const py::gil_scoped_release unlocked;
     bytes = use->peekDataLayer(use->layers[layer].name.get(), size);
   }
-  if (bytes == nullptr) {
-    return py::none();
-  }
+  if (bytes == nullptr) return py::none();
   return py::bytes(reinterpret_cast<const char*>(bytes.get()), size);
 }
 
@@ -225,9 +198,7 @@ void removeLayer(SharedDocument& shared, const py::str& name) {
     PyErr_SetObject(PyExc_KeyError, name.ptr());
     throw py::error_already_set();
   }
-  if (layer == 0) {
-    throw py::value_error("name is the bottom layer, which stays");
-  }
+  if (layer == 0) throw py::value_error("name is the bottom layer, which stays");
   use->removeLayer(layer);
   ++shared.generation;
 }

@@ -22,39 +22,29 @@ template <typename T, std::size_t N>
 py::array_t<T> toArray(const std::vector<std::array<T, N>>& values) {
   const py::ssize_t count = static_cast<py::ssize_t>(values.size());
   py::array_t<T> array(std::vector<py::ssize_t>{count, static_cast<py::ssize_t>(N)});
-  if (count != 0) {
+  if (count != 0)
     std::memcpy(array.mutable_data(), values.data(), values.size() * sizeof values[0]);
-  }
   return array;
 }
 
 // The package has seen to the shape: n rows of N.
 template <typename T, std::size_t N>
 std::vector<std::array<T, N>> fromArray(const py::array_t<T, py::array::c_style>& array) {
-  if (array.ndim() != 2 || array.shape(1) != static_cast<py::ssize_t>(N)) {
+  if (array.ndim() != 2 || array.shape(1) != static_cast<py::ssize_t>(N))
     throw py::value_error("an array has another shape than (n, " + std::to_string(N) + ")");
-  }
   std::vector<std::array<T, N>> values(static_cast<std::size_t>(array.shape(0)));
-  if (!values.empty()) {
-    std::memcpy(values.data(), array.data(), values.size() * sizeof values[0]);
-  }
+  if (!values.empty()) std::memcpy(values.data(), array.data(), values.size() * sizeof values[0]);
   return values;
 }
 
 GoblinLayout layoutNamed(const std::string& name) {
-  if (name == "named") {
-    return GoblinLayout::kNamed;
-  }
-  if (name == "tagged") {
-    return GoblinLayout::kTagged;
-  }
+  if (name == "named") return GoblinLayout::kNamed;
+  if (name == "tagged") return GoblinLayout::kTagged;
   throw py::value_error("layout is neither \"named\" nor \"tagged\"");
 }
 
 std::size_t indexIn(const GoblinTile& tile, std::size_t index) {
-  if (index >= tile.size()) {
-    throw py::index_error("there is no such goblin");
-  }
+  if (index >= tile.size()) throw py::index_error("there is no such goblin");
   return index;
 }
 
@@ -66,9 +56,7 @@ py::object readTile(SharedDocument& shared) {
     const py::gil_scoped_release unlocked;
     status = GoblinTile::read(*use, *tile);
   }
-  if (status.code() == morvane::StatusCode::kNotFound) {
-    return py::none();
-  }
+  if (status.code() == morvane::StatusCode::kNotFound) return py::none();
   check(status);
   return py::cast(tile);
 }
@@ -77,9 +65,7 @@ SharedTile parseTile(const py::object& blob) {
   const BytesArgument content(blob, "blob");
   auto tile = std::make_shared<GoblinTile>();
   std::unique_ptr<std::uint8_t[]> copy(new std::uint8_t[content.size()]);
-  if (content.size() != 0) {
-    std::memcpy(copy.get(), content.data(), content.size());
-  }
+  if (content.size() != 0) std::memcpy(copy.get(), content.data(), content.size());
   check(GoblinTile::parse(std::move(copy), content.size(), *tile));
   return tile;
 }

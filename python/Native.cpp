@@ -55,9 +55,7 @@ void check(const morvane::Status& status, const std::string& path) {
     case morvane::StatusCode::kOk:
       return;
     case morvane::StatusCode::kNotFound:
-      if (!path.empty()) {
-        throwFileError(PyExc_FileNotFoundError, ENOENT, path);
-      }
+      if (!path.empty()) throwFileError(PyExc_FileNotFoundError, ENOENT, path);
       break;
     case morvane::StatusCode::kNotAllowed:
       throwFileError(PyExc_PermissionError, EACCES, path);
@@ -75,37 +73,29 @@ void check(const morvane::Status& status, const std::string& path) {
 }
 
 DocumentUse::DocumentUse(SharedDocument& shared) : shared_(shared) {
-  if (shared.busy.exchange(true)) {
-    throwError("busy", "another thread is using the document");
-  }
+  if (shared.busy.exchange(true)) throwError("busy", "another thread is using the document");
 }
 
 std::string storedText(const py::str& text, const char* argument) {
   const py::object bytes = py::reinterpret_steal<py::object>(
       PyUnicode_AsEncodedString(text.ptr(), "utf-8", "surrogateescape"));
-  if (!bytes) {
-    throw py::error_already_set();
-  }
+  if (!bytes) throw py::error_already_set();
   std::string stored = bytes.cast<std::string>();
-  if (stored.find('\0') != std::string::npos) {
+  if (stored.find('\0') != std::string::npos)
     throw py::value_error(std::string(argument) + " holds a zero byte");
-  }
   return stored;
 }
 
 py::str shownText(const char* bytes, std::size_t size) {
   PyObject* const text =
       PyUnicode_DecodeUTF8(bytes, static_cast<Py_ssize_t>(size), "surrogateescape");
-  if (text == nullptr) {
-    throw py::error_already_set();
-  }
+  if (text == nullptr) throw py::error_already_set();
   return py::reinterpret_steal<py::str>(text);
 }
 
 BytesArgument::BytesArgument(const py::handle& object, const char* argument) {
-  if (PyObject_CheckBuffer(object.ptr()) == 0) {
+  if (PyObject_CheckBuffer(object.ptr()) == 0)
     throw py::type_error(std::string(argument) + " is not bytes-like");
-  }
   if (PyObject_GetBuffer(object.ptr(), &buffer_, PyBUF_SIMPLE) != 0) {
     PyErr_Clear();
     throw py::value_error(std::string(argument) + ": its bytes do not lie in a row; copy it first");

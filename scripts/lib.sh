@@ -6,7 +6,7 @@ jobs=$(nproc 2>/dev/null || echo 2)
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-dev libtinygltf-dev libstb-dev
   libutfcpp-dev)
 python_packages=(pybind11-dev python3-dev python3-numpy)
-test_packages=(clang clang-format python3 git libgtest-dev imagemagick openimageio-tools util-linux chromium dpkg-dev groff-base
+test_packages=(clang clang-format-16 python3 git libgtest-dev imagemagick openimageio-tools util-linux chromium dpkg-dev groff-base
   parallel pkg-config python3-pip python3-psd-tools python3-pytest)
 fuzz_packages=(clang libclang-rt-14-dev)
 judge_packages=(imagemagick openimageio-tools python3 python3-psd-tools)

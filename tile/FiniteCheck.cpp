@@ -44,20 +44,14 @@ std::size_t vertexAt(MObject mesh, const Float3& position) {
 std::string whyNotFinite(MObject mesh) {
   std::vector<Float3> positions;
   getMeshPositions(mesh, positions);
-  for (std::size_t i = 0; i < positions.size(); ++i) {
-    if (!isFinite(positions[i].x, positions[i].y, positions[i].z)) {
-      return fault(mesh, i);
-    }
-  }
+  for (std::size_t i = 0; i < positions.size(); ++i)
+    if (!isFinite(positions[i].x, positions[i].y, positions[i].z)) return fault(mesh, i);
   return std::string();
 }
 
 std::string whyNotFinite(MObject goblin, const WeldedMesh& welded, const Matrix44& toTile) {
-  for (const VertexKey& vertex : welded.vertices) {
-    if (!isFinite(vertex, toTile)) {
-      return fault(goblin, vertexAt(goblin, vertex.position));
-    }
-  }
+  for (const VertexKey& vertex : welded.vertices)
+    if (!isFinite(vertex, toTile)) return fault(goblin, vertexAt(goblin, vertex.position));
   return std::string();
 }
 

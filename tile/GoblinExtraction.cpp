@@ -13,11 +13,9 @@ namespace {
 
 Matrix44 toMatrix44(const MMatrix& matrix) {
   Matrix44 result;
-  for (int row = 0; row < 4; ++row) {
-    for (int column = 0; column < 4; ++column) {
+  for (int row = 0; row < 4; ++row)
+    for (int column = 0; column < 4; ++column)
       result(row, column) = static_cast<float>(matrix(row, column));
-    }
-  }
   return result;
 }
 
@@ -76,9 +74,8 @@ bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix) {
   mesh.getPoints(points, MSpace::kObject);
   std::vector<Float3> positions;
   positions.reserve(points.length());
-  for (unsigned int i = 0; i < points.length(); ++i) {
+  for (unsigned int i = 0; i < points.length(); ++i)
     positions.push_back({points[i].x, points[i].y, points[i].z});
-  }
   const TileBounds bounds = tileBounds(positions);
   if (!hasTileExtent(bounds)) return false;
   matrix = tileNormalisationMatrix(bounds);

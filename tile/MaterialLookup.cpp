@@ -60,9 +60,7 @@ MObject sourceNode(MObject node, const char* attributeName) {
 MPlug colourOf(MObject material) {
   for (const char* const name : kColourNames) {
     const MPlug plug = plugOf(material, name);
-    if (!plug.isNull()) {
-      return plug;
-    }
+    if (!plug.isNull()) return plug;
   }
   return MPlug();
 }
@@ -109,9 +107,7 @@ std::int32_t countMaterials(MObject mesh, TileMessages& messages) {
   for (unsigned int i = 0; i < groups.length(); ++i) {
     MStatus attached;
     const MFnSet group(groups[i], &attached);
-    if (attached != MStatus::kSuccess) {
-      messages.log("ERROR: MFnSet::MFnSet\n");
-    }
+    if (attached != MStatus::kSuccess) messages.log("ERROR: MFnSet::MFnSet\n");
     const MObject material = sourceNode(groups[i], "surfaceShader");
     if (material.isNull()) continue;
     const bool hasFaces = attached == MStatus::kSuccess && hasFacesOf(mesh, faces[i]);
@@ -127,30 +123,21 @@ std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance,
   MObjectArray groups;
   MIntArray groupOfFace;
   mesh.getConnectedShaders(instance, groups, groupOfFace);
-  if (groups.length() != 1) {
-    return refuse(messages, kSeveralMaterials);
-  }
+  if (groups.length() != 1) return refuse(messages, kSeveralMaterials);
   const MObject material = sourceNode(groups[0], "surfaceShader");
-  if (material.isNull()) {
-    return refuse(messages, kNoMaterial);
-  }
+  if (material.isNull()) return refuse(messages, kNoMaterial);
   const MPlug colour = colourOf(material);
   const MPlugArray textures = sourcesOf(colour);
   if (textures.length() == 0) {
     messages.explain(withoutTexture(mesh, material, colour));
     return refuse(messages, kNoTexture);
   }
-  if (textures.length() != 1) {
-    return refuse(messages, kSeveralTextures);
-  }
+  if (textures.length() != 1) return refuse(messages, kSeveralTextures);
   const MObject texture = textures[0].node();
-  if (!texture.hasFn(MFn::kFileTexture)) {
-    return refuse(messages, kNoFileTexture);
-  }
+  if (!texture.hasFn(MFn::kFileTexture)) return refuse(messages, kNoFileTexture);
   MString fileName;
-  if (plugOf(texture, "fileTextureName").getValue(fileName) != MStatus::kSuccess) {
+  if (plugOf(texture, "fileTextureName").getValue(fileName) != MStatus::kSuccess)
     return refuse(messages, kNoTextureName);
-  }
   return copyText(fileName.asChar());
 }
 
@@ -161,11 +148,8 @@ MObject findColourTexture(const MDagPath& mesh) {
   for (unsigned int i = 0; i < groups.length(); ++i) {
     const MObject material = sourceNode(groups[i], "surfaceShader");
     const MPlugArray textures = material.isNull() ? MPlugArray() : sourcesOf(colourOf(material));
-    for (unsigned int t = 0; t < textures.length(); ++t) {
-      if (textures[t].node().hasFn(MFn::kFileTexture)) {
-        return textures[t].node();
-      }
-    }
+    for (unsigned int t = 0; t < textures.length(); ++t)
+      if (textures[t].node().hasFn(MFn::kFileTexture)) return textures[t].node();
   }
   return MObject::kNullObj;
 }

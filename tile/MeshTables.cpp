@@ -17,9 +17,8 @@ namespace {
 PolygonRecord readPolygon(MItMeshPolygon& polygon) {
   PolygonRecord record;
   const auto corners = static_cast<int>(polygon.polygonVertexCount());
-  for (auto* list : {&record.positions, &record.normals, &record.uvs, &record.colours}) {
+  for (auto* list : {&record.positions, &record.normals, &record.uvs, &record.colours})
     list->reserve(corners);
-  }
   for (int corner = 0; corner < corners; ++corner) {
     const auto vertex = static_cast<std::int32_t>(polygon.vertexIndex(corner));
     int uv = 0;
@@ -50,9 +49,8 @@ void getMeshNormals(MObject mesh, std::vector<Float3>& normals) {
   MFnMesh(mesh).getNormals(vectors, MSpace::kObject);
   normals.clear();
   normals.reserve(vectors.length());
-  for (unsigned int i = 0; i < vectors.length(); ++i) {
+  for (unsigned int i = 0; i < vectors.length(); ++i)
     normals.push_back({vectors[i].x, vectors[i].y, vectors[i].z});
-  }
 }
 
 void getMeshUVs(MObject mesh, std::vector<Float2>& uvs) {
@@ -79,9 +77,8 @@ void getMeshColours(MObject mesh, std::vector<std::uint32_t>& colours) {
 }
 
 void getMeshPolygons(MObject mesh, TileMessages& messages, std::vector<PolygonRecord>& polygons) {
-  if (countMaterials(mesh, messages) > 1) {
+  if (countMaterials(mesh, messages) > 1)
     messages.log(std::string(kPlainWarningMark) + kGoblinMaterials);
-  }
   polygons.clear();
   MStatus attached;
   MItMeshPolygon polygon(mesh, &attached);

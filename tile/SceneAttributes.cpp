@@ -136,11 +136,10 @@ MString quoted(const MString& text) {
   std::string literal = "\"";
   for (const char* at = text.asChar(); *at != '\0'; ++at) {
     const char* const escape = escapeOf(*at);
-    if (escape != nullptr) {
+    if (escape != nullptr)
       literal += escape;
-    } else {
+    else
       literal += *at;
-    }
   }
   literal += '"';
   return MString(literal.c_str());

@@ -16,9 +16,7 @@ namespace {
 bool findTexture(const TileGround& ground, TileMessages& messages, std::string& texture) {
   MFnMesh mesh(ground.mesh.node());
   const auto name = getTileTextureName(mesh, ground.mesh.instanceNumber(), messages);
-  if (!name) {
-    return false;
-  }
+  if (!name) return false;
   texture = name.get();
   return true;
 }
@@ -32,9 +30,8 @@ bool loadTexture(const MDagPath& tile, TileMessages& messages, TileExport& resul
                                                 std::string(": its file texture names no file")
                                           : result.texture + ": " + reason);
   }
-  if (!result.document.loadWarning.empty()) {
+  if (!result.document.loadWarning.empty())
     messages.warn(result.texture + ": " + result.document.loadWarning);
-  }
   return removeGoblins(result.document, reason) ||
          messages.fail(kLayerFailed, result.texture + ": " + reason);
 }
@@ -51,9 +48,8 @@ bool gatherGoblins(const TileGround& ground, TileMessages& messages,
   return visitGoblins(ground, messages, [&](const TileGoblin& goblin) {
     const std::size_t outside = appendGoblin(goblin.welded, goblin.toTile, GoblinLayout::kTagged,
                                              nullptr, nullptr, builder);
-    for (std::size_t i = 0; i < outside; ++i) {
+    for (std::size_t i = 0; i < outside; ++i)
       messages.log(std::string(kWarningMark) + kGoblinOutside + '\n');
-    }
     return true;
   });
 }
@@ -63,15 +59,12 @@ bool storeGoblins(const GoblinGeometryBuilder& builder, TileMessages& messages,
   PsdDocument& document = result.document;
   const std::uint64_t layerBytes = std::uint64_t{4} * document.rows * document.columns;
   const std::uint64_t size = encodedGoblinGeometrySize(builder, GoblinLayout::kTagged);
-  if (layerBytes > 0 && size + 5 > layerBytes) {
-    return messages.fail(kTooLarge);
-  }
+  if (layerBytes > 0 && size + 5 > layerBytes) return messages.fail(kTooLarge);
   const std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[size]);
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kTagged, blob.get(), size);
-  if (written == 0) {
+  if (written == 0)
     return messages.fail(kLayerFailed, result.texture + ": more goblins than 4 GB hold");
-  }
   std::string reason;
   return document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason) ||
          messages.fail(kLayerFailed, result.texture + ": " + reason);

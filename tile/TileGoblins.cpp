@@ -11,17 +11,11 @@
 namespace morvane {
 
 bool findTileGround(const MDagPath& tile, TileMessages& messages, TileGround& ground) {
-  if (!tile.node().hasFn(MFn::kTransform)) {
-    return messages.fail(kNoTransform);
-  }
+  if (!tile.node().hasFn(MFn::kTransform)) return messages.fail(kNoTransform);
   const MeshWalk walk(tile);
-  if (walk.isDone()) {
-    return messages.fail(kNoMesh);
-  }
+  if (walk.isDone()) return messages.fail(kNoMesh);
   const std::string fault = whyNotFinite(walk.mesh());
-  if (!fault.empty()) {
-    return messages.fail(fault);
-  }
+  if (!fault.empty()) return messages.fail(fault);
   ground.tile = tile;
   ground.mesh = walk.path();
   return getTileMatrix(tile, walk.mesh(), ground.toTile) || messages.fail(kNoExtent);
@@ -42,9 +36,7 @@ bool visitGoblins(const TileGround& ground, TileMessages& messages,
   for (walk.next(); !walk.isDone(); walk.next()) {
     TileGoblin goblin;
     goblin.mesh = walk.path();
-    if (!extractGoblin(walk.mesh(), messages, goblin.welded)) {
-      continue;
-    }
+    if (!extractGoblin(walk.mesh(), messages, goblin.welded)) continue;
     Matrix44 matrix;
     MObject parent;
     if (!getGoblinMatrix(walk.mesh(), matrix, parent)) {
@@ -53,12 +45,8 @@ bool visitGoblins(const TileGround& ground, TileMessages& messages,
     }
     goblin.toTile = product(matrix, ground.toTile);
     const std::string fault = whyNotFinite(walk.mesh(), goblin.welded, goblin.toTile);
-    if (!fault.empty()) {
-      return messages.fail(fault);
-    }
-    if (!visit(goblin)) {
-      return false;
-    }
+    if (!fault.empty()) return messages.fail(fault);
+    if (!visit(goblin)) return false;
   }
   return true;
 }

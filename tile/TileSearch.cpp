@@ -12,9 +12,7 @@ namespace morvane {
 TileTextureNode textureOfTile(const MDagPath& tile) {
   const MeshWalk walk(tile);
   const MObject texture = walk.isDone() ? MObject() : findColourTexture(walk.path());
-  if (texture.isNull()) {
-    return TileTextureNode();
-  }
+  if (texture.isNull()) return TileTextureNode();
   const MFnDependencyNode node(texture);
   MString file;
   MPlug(texture, node.attribute("fileTextureName")).getValue(file);
@@ -28,9 +26,8 @@ std::vector<MDagPath> texturedTiles() {
     walk.prune();
     MDagPath path;
     walk.getPath(path);
-    if (path.node().hasFn(MFn::kTransform) && !textureOfTile(path).name.empty()) {
+    if (path.node().hasFn(MFn::kTransform) && !textureOfTile(path).name.empty())
       tiles.push_back(path);
-    }
   }
   return tiles;
 }

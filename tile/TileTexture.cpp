@@ -24,9 +24,7 @@ const PsdLayer* foreignLayer(const PsdDocument& document) {
     const PsdLayer& layer = document.layers[i];
     const std::string name = layer.name ? layer.name.get() : "";
     const bool isOwn = i == 0 ? name.empty() : name == kTgaLayerName || name == kGoblinLayerName;
-    if (!isOwn) {
-      return &layer;
-    }
+    if (!isOwn) return &layer;
   }
   return nullptr;
 }
@@ -41,13 +39,9 @@ std::string tileFileOf(const std::string& texture) {
 ExistingFile lookAt(const std::string& file) {
   ExistingFile existing;
   existing.identity = identityAt(file);
-  if (!existing.identity.known) {
-    return existing;
-  }
+  if (!existing.identity.known) return existing;
   PsdDocument document(1, 1);
-  if (!document.load(file.c_str(), &existing.unreadable)) {
-    return existing;
-  }
+  if (!document.load(file.c_str(), &existing.unreadable)) return existing;
   existing.identity = document.identity();
   const PsdLayer* const layer = foreignLayer(document);
   if (layer != nullptr) {
@@ -63,9 +57,7 @@ std::string whyNotReplaced(const std::string& texture, FileIdentity& found) {
   found = existing.identity;
   const bool isPicture = !existing.picture.empty();
   const std::string& why = isPicture ? existing.picture : existing.unreadable;
-  if (why.empty()) {
-    return std::string();
-  }
+  if (why.empty()) return std::string();
   return std::string("somebody's ") + (isPicture ? "picture (" : "file (") + why +
          "), which an export of " + texture +
          " would replace; rename one of the two, or use the PSD as the texture";
@@ -73,9 +65,7 @@ std::string whyNotReplaced(const std::string& texture, FileIdentity& found) {
 
 bool removeGoblins(PsdDocument& document, std::string& reason) {
   document.removeLayersByName(kGoblinLayerName);
-  if (document.findLayer(kGoblinLayerName) < 0) {
-    return true;
-  }
+  if (document.findLayer(kGoblinLayerName) < 0) return true;
   reason = std::string("its bottom layer is named ") + kGoblinLayerName + "; rename that layer";
   return false;
 }

@@ -121,11 +121,9 @@ std::string AccessRights::readFrom(const std::string& path, const struct stat& s
 
 std::string AccessRights::giveTo(int file) const {
 #ifdef __linux__
-  for (const auto& [name, value] : attributes_) {
-    if (::fsetxattr(file, name.c_str(), value.data(), value.size(), 0) != 0 && !isUnsupported()) {
+  for (const auto& [name, value] : attributes_)
+    if (::fsetxattr(file, name.c_str(), value.data(), value.size(), 0) != 0 && !isUnsupported())
       return lastReason("its extended attributes cannot be kept");
-    }
-  }
 #endif
   if (!give(file, owner_, group_)) return lastReason("its owner cannot be kept");
   struct stat status;
@@ -136,9 +134,8 @@ std::string AccessRights::giveTo(int file) const {
 #ifdef __linux__
 
 std::string AccessRights::readAttributes(const std::string& path) {
-  if (!readAttribute(path, kAccessList, accessList_) && errno != ENODATA && !isUnsupported()) {
+  if (!readAttribute(path, kAccessList, accessList_) && errno != ENODATA && !isUnsupported())
     return lastReason("its access list cannot be read");
-  }
   if (accessList_.size() < kVersionSize) accessList_.clear();
   std::string names(kMaxAttribute, '\0');
   const ssize_t size = ::listxattr(path.c_str(), &names[0], names.size());
@@ -147,9 +144,8 @@ std::string AccessRights::readAttributes(const std::string& path) {
     const std::string name = names.c_str() + at;
     at += name.size() + 1;
     std::string value;
-    if (name.compare(0, 5, "user.") == 0 && readAttribute(path, name.c_str(), value)) {
+    if (name.compare(0, 5, "user.") == 0 && readAttribute(path, name.c_str(), value))
       attributes_.emplace_back(name, value);
-    }
   }
   return std::string();
 }
@@ -158,9 +154,8 @@ std::string AccessRights::readAttributes(const std::string& path) {
 std::string AccessRights::permit(int file, bool hasGroup) const {
   if (!dropList(file)) return lastReason("its access list cannot be kept");
   const mode_t mode = accessList_.empty() ? mode_ : mode_ & 0707;
-  if (!setMode(file, hasGroup ? mode : withoutGroup(mode))) {
+  if (!setMode(file, hasGroup ? mode : withoutGroup(mode)))
     return lastReason("its permissions cannot be kept");
-  }
   if (accessList_.empty()) return std::string();
   const std::string list = hasGroup ? accessList_ : listWithoutGroup(accessList_);
   const bool kept = ::fsetxattr(file, kAccessList, list.data(), list.size(), 0) == 0;

@@ -10,9 +10,7 @@ namespace morvane {
 // ".ma" itself.
 inline std::string lowerExtension(const std::string& file) {
   std::string extension = std::filesystem::path(file).extension().string();
-  for (char& c : extension) {
-    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  }
+  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   return extension;
 }
 

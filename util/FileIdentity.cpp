@@ -88,14 +88,10 @@ bool isSameFile(const FileIdentity& a, const FileIdentity& b) {
 }
 
 bool isSamePlace(const std::string& a, const std::string& b) {
-  if (a == b) {
-    return true;
-  }
+  if (a == b) return true;
   std::error_code failed;
   const std::filesystem::path first = std::filesystem::weakly_canonical(a, failed);
-  if (failed) {
-    return false;
-  }
+  if (failed) return false;
   const std::filesystem::path second = std::filesystem::weakly_canonical(b, failed);
   return !failed && first == second;
 }

@@ -65,11 +65,10 @@ void Matrix44::scaleColumns(float x, float y, float z) {
 
 Matrix44& Matrix44::invert() {
   const bool affine = m[3] == 0 && m[7] == 0 && m[11] == 0 && m[15] == 1;
-  if (affine) {
+  if (affine)
     invertAffine();
-  } else {
+  else
     invertGeneral();
-  }
   return *this;
 }
 

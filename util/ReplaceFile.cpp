@@ -19,9 +19,8 @@ SaveSettings settingsOfEnvironment() {
   const char* const wait = std::getenv("MORVANE_WAIT");
   char* end = nullptr;
   const long seconds = wait != nullptr ? std::strtol(wait, &end, 10) : 0;
-  if (wait != nullptr && end != wait && *end == '\0') {
+  if (wait != nullptr && end != wait && *end == '\0')
     settings.waitSeconds = static_cast<int>(std::clamp(seconds, 0L, kLongestWait));
-  }
   const char* const inPlace = std::getenv("MORVANE_IN_PLACE");
   settings.inPlace = inPlace != nullptr && std::strcmp(inPlace, "1") == 0;
   return settings;

@@ -169,9 +169,8 @@ std::string FileReplacer::Target::openFolder(std::string path) {
 // for root, who may open anything, a file without any write permission counts as read-only.
 std::string FileReplacer::Target::inspectTarget(std::uint64_t& otherNames) {
   struct stat status;
-  if (::fstatat(folder_, targetName_.c_str(), &status, 0) != 0) {
+  if (::fstatat(folder_, targetName_.c_str(), &status, 0) != 0)
     return errno == ENOENT ? std::string() : lastReason();
-  }
   if (S_ISDIR(status.st_mode)) return reasonOf(EISDIR);
   if (!S_ISREG(status.st_mode)) return "not a regular file";
   if ((status.st_mode & 0222) == 0) return reasonOf(EACCES);
@@ -266,13 +265,12 @@ std::string FileReplacer::Target::commit(const FileIdentity* expected, FileIdent
     if (foundAnother) return kFoundAnother;
   }
   if (settings.inPlace && target_ >= 0) return writeInPlace(written);
-  if (expected == nullptr) {
+  if (expected == nullptr)
     reason = renameOver();
-  } else if (expected->known) {
+  else if (expected->known)
     reason = exchange(*expected, written, foundAnother);
-  } else {
+  else
     reason = renameToTarget(foundAnother);
-  }
   if (!reason.empty()) return reason;
   if (!flushed(folder_))
     return "the new file is there, but its folder is not flushed: " + lastReason();
@@ -285,15 +283,13 @@ std::string FileReplacer::Target::commit(const FileIdentity* expected, FileIdent
 std::string FileReplacer::Target::exchange(const FileIdentity& expected,
                                            const FileIdentity& written, bool& foundAnother) {
 #ifdef RENAME_EXCHANGE
-  if (exchangeNames(folder_, temporaryName_.c_str(), targetName_.c_str()) != 0) {
+  if (exchangeNames(folder_, temporaryName_.c_str(), targetName_.c_str()) != 0)
     return isUnsupported() ? renameOver() : lastReason();
-  }
   foundAnother = !isSameFile(expected, temporaryIdentity());
   if (!foundAnother) return std::string();
   bool isBack = exchangeNames(folder_, temporaryName_.c_str(), targetName_.c_str()) == 0;
-  if (isBack && !isSameFile(written, temporaryIdentity())) {  // saved again meanwhile
+  if (isBack && !isSameFile(written, temporaryIdentity()))  // saved again meanwhile
     isBack = exchangeNames(folder_, temporaryName_.c_str(), targetName_.c_str()) == 0;
-  }
   if (isBack) return kFoundAnother;
   const std::string reason = lastReason();
   const std::string kept = std::exchange(temporaryName_, std::string());

@@ -97,9 +97,8 @@ void FileReplacer::Target::removeAbandoned() {
   const HANDLE search = FindFirstFileA((folder + "morvane-*.tmp").c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return;
   do {
-    if (ticks(found.ftLastWriteTime) + kAbandonedTicks < ticks(own)) {
+    if (ticks(found.ftLastWriteTime) + kAbandonedTicks < ticks(own))
       DeleteFileA((folder + found.cFileName).c_str());
-    }
   } while (FindNextFileA(search, &found));
   FindClose(search);
 }
@@ -147,9 +146,8 @@ std::string FileReplacer::Target::writeInPlace(FileIdentity& written) {
                : lastReason();
   }
   temporaryPath_.clear();
-  if (!CopyFileA(copy.c_str(), targetPath_.c_str(), FALSE)) {
+  if (!CopyFileA(copy.c_str(), targetPath_.c_str(), FALSE))
     return lastReason() + "; the whole new content is in " + copy;
-  }
   written = identityAt(targetPath_);
   DeleteFileA(copy.c_str());
   return std::string();

@@ -52,10 +52,8 @@ unsigned MArgList::flagIndex(const MString& shortFlag, const MString& longFlag) 
   const auto isFlag = [](const std::string& word, const MString& flag) {
     return flag.length() > 0 && (word == flag.asChar() || word == std::string("-") + flag.asChar());
   };
-  for (std::size_t i = 0; i < words_.size(); ++i) {
-    if (isFlag(words_[i], shortFlag) || isFlag(words_[i], longFlag)) {
+  for (std::size_t i = 0; i < words_.size(); ++i)
+    if (isFlag(words_[i], shortFlag) || isFlag(words_[i], longFlag))
       return static_cast<unsigned>(i);
-    }
-  }
   return kInvalidArgIndex;
 }

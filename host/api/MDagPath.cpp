@@ -64,9 +64,8 @@ MObject MDagPath::node(MStatus* status) const {
 MObject MDagPath::transform(MStatus* status) const {
   if (!endOf(*this, status)) return MObject();
   const auto& nodes = path_->nodes();
-  for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
+  for (auto node = nodes.rbegin(); node != nodes.rend(); ++node)
     if ((*node)->isTransform()) return MObject(*node);
-  }
   host::report(status, false);
   return MObject();
 }

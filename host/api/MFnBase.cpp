@@ -10,9 +10,8 @@ MFn::Type MFnBase::type() const {
 }
 
 bool MFnBase::hasObj(MFn::Type kind) const {
-  for (; kind != MFn::kInvalid; kind = host::baseOf(kind)) {
+  for (; kind != MFn::kInvalid; kind = host::baseOf(kind))
     if (kind == type()) return true;
-  }
   return false;
 }
 

@@ -21,9 +21,8 @@ bool isFace(const MeshData& mesh, int face) {
 host::NodePtr findParent(const MObject& parent, MStatus* status) {
   host::Scene& scene = host::Scene::current();
   if (parent.isNull()) return scene.createNode(*host::NodeType::find("transform"));
-  if (parent.hasFn(MFn::kTransform)) {
+  if (parent.hasFn(MFn::kTransform))
     return std::static_pointer_cast<host::Node>(parent.hostObject());
-  }
   report(status, MStatus::kInvalidParameter);
   return nullptr;
 }
@@ -71,13 +70,11 @@ MObject MFnMesh::createFrom(int numVertices, int numPolygons, const PointArray& 
     return {};
   }
   host::MeshPolygons polygons;
-  for (unsigned i = 0; i < vertices.length(); ++i) {
+  for (unsigned i = 0; i < vertices.length(); ++i)
     polygons.points.push_back({vertices[i].x, vertices[i].y, vertices[i].z});
-  }
   for (unsigned i = 0; i < polygonCounts.length(); ++i) polygons.counts.push_back(polygonCounts[i]);
-  for (unsigned i = 0; i < polygonConnects.length(); ++i) {
+  for (unsigned i = 0; i < polygonConnects.length(); ++i)
     polygons.connects.push_back(polygonConnects[i]);
-  }
   MeshData mesh;
   if (!host::buildMesh(polygons, mesh).empty()) {
     report(status, MStatus::kInvalidParameter);
@@ -143,9 +140,8 @@ MStatus fillPoints(const MeshData* mesh, const std::optional<MMatrix>& matrix, b
   if (!matrix) return MStatus::kInvalidParameter;
   const std::vector<Vec3>& source = mesh->points();
   points.setLength(static_cast<unsigned>(source.size()));
-  for (unsigned i = 0; i < points.length(); ++i) {
+  for (unsigned i = 0; i < points.length(); ++i)
     points[i] = host::toPoint(moved ? host::transformed(source[i], *matrix) : source[i]);
-  }
   return MStatus::kSuccess;
 }
 

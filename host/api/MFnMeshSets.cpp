@@ -100,9 +100,8 @@ MStatus MFnMesh::setUVs(const MFloatArray& uArray, const MFloatArray& vArray,
   MeshData* mesh = data();
   if (mesh == nullptr) return MStatus::kFailure;
   MeshUvSet* set = uvSetForWriting(*mesh, uvSet);
-  if (set == nullptr || uArray.length() != vArray.length() || uArray.length() < set->uvs.size()) {
+  if (set == nullptr || uArray.length() != vArray.length() || uArray.length() < set->uvs.size())
     return MStatus::kInvalidParameter;
-  }
   set->uvs.resize(uArray.length());
   for (unsigned i = 0; i < uArray.length(); ++i) set->uvs[i] = {uArray[i], vArray[i]};
   return MStatus::kSuccess;
@@ -198,9 +197,8 @@ MStatus MFnMesh::getConnectedShaders(unsigned int instanceNumber, MObjectArray& 
     const int position = static_cast<int>(shaders.length());
     shaders.append(MObject(assignment.set));
     if (assignment.whole) faceIndices = MIntArray(static_cast<unsigned>(faces), position);
-    for (const int face : assignment.faces.toIndices(faces)) {
+    for (const int face : assignment.faces.toIndices(faces))
       faceIndices[static_cast<unsigned>(face)] = position;
-    }
   }
   return MStatus::kSuccess;
 }

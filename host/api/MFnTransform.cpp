@@ -21,9 +21,8 @@ MFn::Type MFnTransform::type() const {
 MObject MFnTransform::create(const MObject& parent, MStatus* status) {
   const host::NodePtr above = host::nodeOf(parent);
   host::NodePtr made;
-  if (above || parent.isNull()) {
+  if (above || parent.isNull())
     made = host::Scene::current().createNode(*host::NodeType::find("transform"), {}, above);
-  }
   host::report(status, made != nullptr);
   if (made) setObject(MObject(made));
   return MObject(made);

@@ -29,9 +29,8 @@ std::optional<Value> run(const MString& command, bool display) {
     host::mel::showError(outcome.failure.describe());
     return std::nullopt;
   }
-  if (display && outcome.value.type() != Value::Type::kNone) {
+  if (display && outcome.value.type() != Value::Type::kNone)
     host::mel::showInfo("Result: " + outcome.value.toPrinted());
-  }
   return std::move(outcome.value);
 }
 
@@ -56,11 +55,10 @@ MStatus MGlobal::setActiveSelectionList(const MSelectionList& list, ListAdjustme
   }
   for (const SelectionItem& item : list.hostSelection().items()) {
     const bool isThere = active.contains(item);
-    if (adjustment == kRemoveFromList || (adjustment == kXORWithList && isThere)) {
+    if (adjustment == kRemoveFromList || (adjustment == kXORWithList && isThere))
       active.remove(item);
-    } else {
+    else
       active.addIfMissing(item);
-    }
   }
   return MStatus::kSuccess;
 }
@@ -71,27 +69,21 @@ MStatus MGlobal::executeCommand(const MString& command, bool display, bool) {
 
 MStatus MGlobal::executeCommand(const MString& command, int& result, bool display, bool) {
   const auto value = run(command, display);
-  if (!value || value->type() != Value::Type::kInt) {
-    return mismatch();
-  }
+  if (!value || value->type() != Value::Type::kInt) return mismatch();
   result = value->toInt();
   return MStatus::kSuccess;
 }
 
 MStatus MGlobal::executeCommand(const MString& command, double& result, bool display, bool) {
   const auto value = run(command, display);
-  if (!value || !value->isNumber()) {
-    return mismatch();
-  }
+  if (!value || !value->isNumber()) return mismatch();
   result = value->toFloat();
   return MStatus::kSuccess;
 }
 
 MStatus MGlobal::executeCommand(const MString& command, MString& result, bool display, bool) {
   const auto value = run(command, display);
-  if (!value || value->type() != Value::Type::kString) {
-    return mismatch();
-  }
+  if (!value || value->type() != Value::Type::kString) return mismatch();
   result = stringOf(value->toString());
   return MStatus::kSuccess;
 }
@@ -106,22 +98,16 @@ MStatus MGlobal::executeCommand(const MString& command, MIntArray& result, bool 
   }
   result.clear();
   const auto numbers = value->convertedTo(Value::Type::kIntArray);
-  for (const int number : numbers ? *numbers->ints() : Value::Ints()) {
-    result.append(number);
-  }
+  for (const int number : numbers ? *numbers->ints() : Value::Ints()) result.append(number);
   return MStatus::kSuccess;
 }
 
 MStatus MGlobal::executeCommand(const MString& command, MDoubleArray& result, bool display, bool) {
   const auto value = run(command, display);
-  if (!value || elementType(value->type()) == Value::Type::kString) {
-    return mismatch();
-  }
+  if (!value || elementType(value->type()) == Value::Type::kString) return mismatch();
   result.clear();
   const auto numbers = value->convertedTo(Value::Type::kFloatArray);
-  for (const double number : numbers ? *numbers->floats() : Value::Floats()) {
-    result.append(number);
-  }
+  for (const double number : numbers ? *numbers->floats() : Value::Floats()) result.append(number);
   return MStatus::kSuccess;
 }
 
@@ -132,17 +118,13 @@ MStatus MGlobal::executeCommand(const MString& command, MStringArray& result, bo
     return mismatch();
   }
   result.clear();
-  for (const std::string& text : value->toWords()) {
-    result.append(stringOf(text));
-  }
+  for (const std::string& text : value->toWords()) result.append(stringOf(text));
   return MStatus::kSuccess;
 }
 
 MStatus MGlobal::sourceFile(const MString& fileName) {
   const Outcome outcome = Interpreter::current().executeFile(textOf(fileName));
-  if (!outcome.ok) {
-    host::mel::showError(outcome.failure.describe());
-  }
+  if (!outcome.ok) host::mel::showError(outcome.failure.describe());
   return outcome.ok ? MStatus::kSuccess : MStatus::kFailure;
 }
 

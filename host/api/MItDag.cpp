@@ -46,9 +46,8 @@ void MItDag::enqueueChildren() {
   if (!path || pruned_ || (!path->isEmpty() && path->node()->isShape())) return;
   const host::NodePtr node = path->isEmpty() ? host::Scene::current().world() : path->node();
   std::deque<Position> below;
-  for (const host::NodePtr& child : node->children()) {
+  for (const host::NodePtr& child : node->children())
     below.push_back({MDagPath(path->extendedBy(child)), current.depth + 1});
-  }
   const auto place = traversal_ == kBreadthFirst ? pending_.end() : pending_.begin();
   pending_.insert(place, below.begin(), below.end());
 }

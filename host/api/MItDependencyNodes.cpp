@@ -19,9 +19,8 @@ MItDependencyNodes::MItDependencyNodes(MFn::Type filter, MStatus* status) : filt
 void MItDependencyNodes::skipOthers() {
   const host::Scene& scene = host::Scene::current();
   host::NodePtr node = scene.nodeAtOrAfter(serial_);
-  while (node && filter_ != MFn::kInvalid && !node->hasFn(filter_)) {
+  while (node && filter_ != MFn::kInvalid && !node->hasFn(filter_))
     node = scene.nodeAtOrAfter(node->serial() + 1);
-  }
   serial_ = node ? node->serial() : kPastTheLast;
 }
 

@@ -152,9 +152,8 @@ bool MItMeshPolygon::hasUVs(MStatus* status) const {
   const int face = current(status);
   const host::MeshUvSet* set = face == -1 ? nullptr : data()->findUvSet();
   if (set == nullptr) return false;
-  for (int i = 0; i < data()->cornerCount(face); ++i) {
+  for (int i = 0; i < data()->cornerCount(face); ++i)
     if (MeshData::uvAt(*set, data()->faceStart(face) + i) == -1) return false;
-  }
   return true;
 }
 

@@ -66,11 +66,9 @@ bool MPlug::connectedTo(MPlugArray& plugs, bool asDestination, bool asSource,
   if (!isUsable(plug_, status)) return false;
   const auto source = asDestination ? host::sourceOf(*plug_) : std::nullopt;
   if (source) plugs.append(MPlug(*source));
-  if (asSource) {
-    for (const host::Plug& destination : host::destinationsOf(*plug_)) {
+  if (asSource)
+    for (const host::Plug& destination : host::destinationsOf(*plug_))
       plugs.append(MPlug(destination));
-    }
-  }
   return plugs.length() > 0;
 }
 

@@ -50,17 +50,13 @@ void MPxCommand::setResult(const MString& value) {
 
 void MPxCommand::setResult(const MIntArray& value) {
   Value::Ints numbers;
-  for (unsigned i = 0; i < value.length(); ++i) {
-    numbers.push_back(value[i]);
-  }
+  for (unsigned i = 0; i < value.length(); ++i) numbers.push_back(value[i]);
   PluginRegistry::current().result = Value(std::move(numbers));
 }
 
 void MPxCommand::setResult(const MStringArray& value) {
   Value::Strings texts;
-  for (unsigned i = 0; i < value.length(); ++i) {
-    texts.push_back(value[i].asChar());
-  }
+  for (unsigned i = 0; i < value.length(); ++i) texts.push_back(value[i].asChar());
   PluginRegistry::current().result = Value(std::move(texts));
 }
 

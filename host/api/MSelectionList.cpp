@@ -7,11 +7,10 @@
 namespace {
 
 MStatus addItem(host::Selection& items, host::SelectionItem item, bool merge) {
-  if (merge) {
+  if (merge)
     items.addIfMissing(std::move(item));
-  } else {
+  else
     items.add(std::move(item));
-  }
   return MStatus::kSuccess;
 }
 
@@ -98,9 +97,8 @@ MStatus MSelectionList::getDagPath(unsigned int index, MDagPath& path, MObject& 
 
 MStatus MSelectionList::getSelectionStrings(MStringArray& names) const {
   names.clear();
-  for (const host::SelectionItem& item : items_->items()) {
+  for (const host::SelectionItem& item : items_->items())
     for (const std::string& name : item.names()) names.append(MString(name.c_str()));
-  }
   return MStatus::kSuccess;
 }
 

@@ -90,16 +90,14 @@ MString MString::substring(int start, int end) const {
 }
 
 MString& MString::toLowerCase() {
-  for (char& c : text_) {
+  for (char& c : text_)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
   return *this;
 }
 
 MString& MString::toUpperCase() {
-  for (char& c : text_) {
+  for (char& c : text_)
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
   return *this;
 }
 
@@ -108,9 +106,7 @@ MStatus MString::split(char separator, MStringArray& pieces) const {
   std::size_t start = 0;
   while (start < text_.size()) {
     const std::size_t end = std::min(text_.find(separator, start), text_.size());
-    if (end > start) {
-      pieces.append(MString(text_.data() + start, static_cast<int>(end - start)));
-    }
+    if (end > start) pieces.append(MString(text_.data() + start, static_cast<int>(end - start)));
     start = end + 1;
   }
   return MStatus::kSuccess;

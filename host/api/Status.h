@@ -7,9 +7,7 @@ namespace host {
 
 // How an API call ended, for a caller who may not want to know (null). True for a success.
 inline bool report(MStatus* status, MStatus::MStatusCode code) {
-  if (status != nullptr) {
-    *status = code;
-  }
+  if (status != nullptr) *status = code;
   return code == MStatus::kSuccess;
 }
 

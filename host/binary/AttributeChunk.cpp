@@ -36,11 +36,8 @@ constexpr TypeRow kData[] = {{"STR ", "string"},     {"STR#", "stringArray"},   
 
 template <std::size_t kCount>
 std::string wordFor(const TypeRow (&rows)[kCount], std::uint32_t tag) {
-  for (const TypeRow& row : rows) {
-    if (tagOf(row.letters) == tag) {
-      return row.word;
-    }
-  }
+  for (const TypeRow& row : rows)
+    if (tagOf(row.letters) == tag) return row.word;
   return std::string();
 }
 
@@ -63,15 +60,9 @@ void readType(ByteCursor& in, std::uint32_t kind, bool isCompound, AttributeDecl
 void readNames(ByteCursor& in, std::uint32_t flags, AttributeDeclaration& out) {
   out.longName = std::string(in.text());
   out.shortName = std::string(in.text());
-  if ((flags & kHasParent) != 0) {
-    out.parent = std::string(in.text());
-  }
-  if ((flags & kHasNiceName) != 0) {
-    out.niceName = std::string(in.text());
-  }
-  if ((flags & kHasEnum) != 0) {
-    out.enumNames = std::string(in.text());
-  }
+  if ((flags & kHasParent) != 0) out.parent = std::string(in.text());
+  if ((flags & kHasNiceName) != 0) out.niceName = std::string(in.text());
+  if ((flags & kHasEnum) != 0) out.enumNames = std::string(in.text());
 }
 
 void readLimits(ByteCursor& in, std::uint32_t flags, AttributeDeclaration& out) {
@@ -79,14 +70,10 @@ void readLimits(ByteCursor& in, std::uint32_t flags, AttributeDeclaration& out) 
   for (const auto& [flag, limit] :
        {std::pair(kHasMin, &out.min), std::pair(kHasMax, &out.max),
         std::pair(kHasSoftMin, &out.softMin), std::pair(kHasSoftMax, &out.softMax)}) {
-    if ((flags & flag) != 0) {
-      *limit = in.real();
-    }
+    if ((flags & flag) != 0) *limit = in.real();
   }
   // Behind the tag of a double, whatever the attribute's type.
-  if ((flags & kHasDefault) != 0 && in.word() == tagOf("DBLE")) {
-    out.defaultValue = in.real();
-  }
+  if ((flags & kHasDefault) != 0 && in.word() == tagOf("DBLE")) out.defaultValue = in.real();
 }
 
 }  // namespace

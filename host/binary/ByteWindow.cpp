@@ -18,13 +18,9 @@ bool ByteWindow::open(const std::string& path, std::string& error) {
 }
 
 const std::uint8_t* ByteWindow::at(std::uint64_t start, std::size_t count) {
-  if (failed() || start > size() || count > size() - start) {
-    return nullptr;
-  }
+  if (failed() || start > size() || count > size() - start) return nullptr;
   const bool held = start >= begin_ && start - begin_ <= held_ && count <= held_ - (start - begin_);
-  if (!held && !fill(start, count)) {
-    return nullptr;
-  }
+  if (!held && !fill(start, count)) return nullptr;
   return buffer_.get() + (start - begin_);
 }
 

@@ -62,9 +62,7 @@ bool ChunkWalker::readHeader(std::uint64_t end) {
   chunk_ = Chunk();
   chunk_.start = position_;
   const std::uint8_t* const header = end - position_ < size ? nullptr : bytes_.at(position_, size);
-  if (header == nullptr) {
-    return false;
-  }
+  if (header == nullptr) return false;
   chunk_.tag = morvane::loadBe32(header);
   chunk_.length = isWide_ ? morvane::loadBe64(header + 8) : morvane::loadBe32(header + 4);
   chunk_.data = position_ + size;
@@ -92,9 +90,8 @@ ChunkWalker::Step ChunkWalker::openContainer(std::uint64_t left) {
     isCut_ = isCut_ || isCut;
     return report("the container " + tagText(chunk_.tag) + " has no form type", end);
   }
-  if (open_.size() == kMaxDepth) {
+  if (open_.size() == kMaxDepth)
     return report("containers stand more than " + std::to_string(kMaxDepth) + " deep", end);
-  }
   chunk_.form = morvane::loadBe32(form);
   chunk_.data += kFormSize;
   chunk_.length = end - chunk_.data;
@@ -111,21 +108,15 @@ ChunkWalker::Step ChunkWalker::next() {
     return Step::kClose;
   }
   const std::uint64_t end = open_.empty() ? bytes_.size() : open_.back().end;
-  if (bytes_.failed() || position_ >= end) {
-    return Step::kEnd;
-  }
+  if (bytes_.failed() || position_ >= end) return Step::kEnd;
   if (!readHeader(end)) {
     isCut_ = isCut_ || open_.empty() || open_.back().isCut;
     return report(std::to_string(end - position_) + " bytes stand where a chunk should begin", end);
   }
   const std::uint64_t left = end - chunk_.data;
   const bool mayBeCut = open_.empty() || open_.back().isCut;
-  if (chunk_.length > left && !(isContainer() && mayBeCut)) {
-    return tooLong(left, end);
-  }
-  if (isContainer()) {
-    return openContainer(left);
-  }
+  if (chunk_.length > left && !(isContainer() && mayBeCut)) return tooLong(left, end);
+  if (isContainer()) return openContainer(left);
   const std::uint64_t alignment = isWide_ ? 8 : 4;
   const std::uint64_t padding = (alignment - chunk_.length % alignment) % alignment;
   position_ = chunk_.data + chunk_.length + std::min(padding, left - chunk_.length);

@@ -14,9 +14,7 @@ namespace host {
 // The four letters of a chunk's tag as the number that stands in the file.
 constexpr std::uint32_t tagOf(const char (&letters)[5]) {
   std::uint32_t tag = 0;
-  for (int i = 0; i < 4; ++i) {
-    tag = tag << 8 | static_cast<unsigned char>(letters[i]);
-  }
+  for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<unsigned char>(letters[i]);
   return tag;
 }
 

@@ -53,9 +53,7 @@ class MeshChunkReader {
   // The count before a table of words of which `width` belong together.
   bool readCount(const char* what, std::size_t width, std::size_t& count) {
     std::uint32_t word = 0;
-    if (!readWord(word)) {
-      return false;
-    }
+    if (!readWord(word)) return false;
     count = word;
     if (count > (end_ - at_) / kWord) {
       return fail("a mesh says that it has " + std::to_string(count) + " numbers for its " + what +
@@ -71,13 +69,9 @@ class MeshChunkReader {
     for (std::size_t first = 0; first < count; first += kBlockWords) {
       const std::size_t words = std::min(kBlockWords, count - first);
       const std::uint8_t* const block = take(words * kWord);
-      if (block == nullptr) {
-        return fail("a mesh cannot be read to its end");
-      }
+      if (block == nullptr) return fail("a mesh cannot be read to its end");
       std::string problem = use(block, words, first);
-      if (!problem.empty()) {
-        return fail("a mesh has " + std::move(problem));
-      }
+      if (!problem.empty()) return fail("a mesh has " + std::move(problem));
     }
     return true;
   }
@@ -87,9 +81,8 @@ class MeshChunkReader {
     std::vector<double> xyz(kBlockWords);
     return readCount("points", 3, count) &&
            forBlocks(count, [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
-             for (std::size_t i = 0; i < words; ++i) {
+             for (std::size_t i = 0; i < words; ++i)
                xyz[i] = double{loadBeFloat(block + i * kWord)};
-             }
              return mesh_.setPoints(first / 3, xyz.data(), words / 3);
            });
   }
@@ -120,9 +113,7 @@ class MeshChunkReader {
 
   bool readFaces() {
     std::size_t count = 0;
-    if (!readCount("faces", 1, count)) {
-      return false;
-    }
+    if (!readCount("faces", 1, count)) return false;
     const bool ok =
         forBlocks(count, [&](const std::uint8_t* block, std::size_t words, std::size_t) {
           std::string problem = mesh_.beginFaces(mesh_.storedFaceStarts().size() - 1);
@@ -130,9 +121,7 @@ class MeshChunkReader {
             const std::uint32_t corner = loadBe32(block + i * kWord);
             const int edge = static_cast<int>(corner & kEdgeMask);
             loop_.push_back((corner & kHighBit) != 0 ? -edge - 1 : edge);
-            if ((corner & kLoopEnd) != 0) {
-              problem = endLoop(corner);
-            }
+            if ((corner & kLoopEnd) != 0) problem = endLoop(corner);
           }
           return problem;
         });
@@ -153,9 +142,7 @@ class MeshChunkReader {
 
   void loadFloats(const std::uint8_t* block, std::size_t words) {
     floats_.resize(kBlockWords);
-    for (std::size_t i = 0; i < words; ++i) {
-      floats_[i] = loadBeFloat(block + i * kWord);
-    }
+    for (std::size_t i = 0; i < words; ++i) floats_[i] = loadBeFloat(block + i * kWord);
   }
 
   bool readName(std::string& name) {
@@ -163,9 +150,7 @@ class MeshChunkReader {
         static_cast<std::size_t>(std::min<std::uint64_t>(kLongestName, end_ - at_));
     const std::uint8_t* const bytes = longest == 0 ? nullptr : bytes_.at(at_, longest);
     const void* const end = bytes == nullptr ? nullptr : std::memchr(bytes, 0, longest);
-    if (end == nullptr) {
-      return fail("the name of a set of a mesh has no end");
-    }
+    if (end == nullptr) return fail("the name of a set of a mesh has no end");
     name.assign(bytes, static_cast<const std::uint8_t*>(end));
     at_ += name.size() + 1;
     return true;
@@ -173,18 +158,15 @@ class MeshChunkReader {
 
   bool readIds(std::vector<int>& ids) {
     std::size_t count = 0;
-    if (!readCount("ids", 1, count)) {
-      return false;
-    }
+    if (!readCount("ids", 1, count)) return false;
     if (count > mesh_.storedLoopEdges().size()) {
       return fail("a set of a mesh has " + std::to_string(count) + " ids for " +
                   std::to_string(mesh_.storedLoopEdges().size()) + " corners");
     }
     ids.resize(count);
     return forBlocks(count, [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
-      for (std::size_t i = 0; i < words; ++i) {
+      for (std::size_t i = 0; i < words; ++i)
         ids[first + i] = static_cast<int>(loadBe32(block + i * kWord));
-      }
       return std::string();
     });
   }
@@ -192,14 +174,10 @@ class MeshChunkReader {
   // Reads how many sets there are, then calls `readOne` for each of them.
   bool readSets(bool (MeshChunkReader::*readOne)(int index)) {
     std::uint32_t sets = 0;
-    if (!readWord(sets)) {
-      return false;
-    }
+    if (!readWord(sets)) return false;
     for (std::uint32_t i = 0; i < sets; ++i) {
       std::uint32_t index = 0;
-      if (!readWord(index)) {
-        return false;
-      }
+      if (!readWord(index)) return false;
       if (index > static_cast<std::uint32_t>(INT32_MAX) ||
           !(this->*readOne)(static_cast<int>(index))) {
         return problem_.empty() ? fail("a set of a mesh has no index") : false;
@@ -211,13 +189,9 @@ class MeshChunkReader {
   bool readUvSet(int index) {
     MeshUvSet* const set = mesh_.uvSet(index);
     std::string name;
-    if (set == nullptr) {
-      return fail("a mesh has too many UV sets");
-    }
+    if (set == nullptr) return fail("a mesh has too many UV sets");
     std::size_t count = 0;
-    if (!readName(name) || !readCount("UVs", 2, count)) {
-      return false;
-    }
+    if (!readName(name) || !readCount("UVs", 2, count)) return false;
     set->name = name;
     return forBlocks(count,
                      [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
@@ -231,15 +205,10 @@ class MeshChunkReader {
     MeshColourSet* const set = mesh_.colourSet(index);
     std::string name;
     std::uint32_t components = 0;
-    if (set == nullptr) {
-      return fail("a mesh has too many colour sets");
-    }
-    if (!readName(name) || !readWord(components)) {
-      return false;
-    }
-    if (components != 1 && components != 3 && components != 4) {
+    if (set == nullptr) return fail("a mesh has too many colour sets");
+    if (!readName(name) || !readWord(components)) return false;
+    if (components != 1 && components != 3 && components != 4)
       return fail("a colour set of a mesh has " + std::to_string(components) + " numbers a colour");
-    }
     set->name = name;
     set->components = static_cast<int>(components);
     std::size_t count = 0;

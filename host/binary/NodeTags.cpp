@@ -101,13 +101,9 @@ bool isLetterOrDigit(char c) {
 std::string NodeTags::nameOf(std::uint32_t tag) const {
   const auto known = std::find_if(std::begin(kTags), std::end(kTags),
                                   [tag](const Tag& row) { return tagOf(row.letters) == tag; });
-  if (known != std::end(kTags)) {
-    return known->typeName;
-  }
+  if (known != std::end(kTags)) return known->typeName;
   const auto found = fromPlugins_.find(tag);
-  if (found != fromPlugins_.end()) {
-    return found->second;
-  }
+  if (found != fromPlugins_.end()) return found->second;
   const std::string text = tagText(tag);
   const bool isName = text.size() == 4 && std::all_of(text.begin(), text.end(), isLetterOrDigit) &&
                       (text.front() < '0' || text.front() > '9');

@@ -42,9 +42,7 @@ bool readEdit(ByteCursor& in, KeptWords& kept) {
     kept.words.push_back(std::to_string(ends));
   }
   const int operands = operandsOf(kind, ends);
-  for (int i = 0; i < operands; ++i) {
-    takeText(in, kept);
-  }
+  for (int i = 0; i < operands; ++i) takeText(in, kept);
   return operands > 0 && !in.failed();
 }
 
@@ -52,11 +50,8 @@ bool readFile(ByteCursor& in, KeptWords& kept) {
   takeText(in, kept);
   const std::uint32_t edits = in.word();
   kept.words.push_back(std::to_string(edits));
-  for (std::uint32_t i = 0; i < edits; ++i) {
-    if (!readEdit(in, kept)) {
-      return false;
-    }
-  }
+  for (std::uint32_t i = 0; i < edits; ++i)
+    if (!readEdit(in, kept)) return false;
   return !in.failed();
 }
 
@@ -67,11 +62,8 @@ bool readReferenceEdits(ByteCursor& in, KeptWords& kept) {
   takeText(in, kept);
   while (in.left() > 0) {
     const std::uint32_t files = in.word();
-    for (std::uint32_t i = 0; i < files; ++i) {
-      if (!readFile(in, kept)) {
-        return false;
-      }
-    }
+    for (std::uint32_t i = 0; i < files; ++i)
+      if (!readFile(in, kept)) return false;
   }
   return !in.failed();
 }

@@ -32,11 +32,8 @@ constexpr NumberChunk kNumberChunks[] = {{"DBLE", 8, 1, ""},
                                          {"FLT3", 4, 3, "float3"}};
 
 const NumberChunk* findNumberChunk(std::uint32_t tag) {
-  for (const NumberChunk& row : kNumberChunks) {
-    if (tagOf(row.letters) == tag) {
-      return &row;
-    }
-  }
+  for (const NumberChunk& row : kNumberChunks)
+    if (tagOf(row.letters) == tag) return &row;
   return nullptr;
 }
 
@@ -51,9 +48,7 @@ ValueRead finished(const ByteCursor& in) {
 // --- Times
 
 double takeTime(ByteCursor& in, const TimeUnit& time) {
-  if (!time.isLong) {
-    return static_cast<std::int32_t>(in.word()) / time.ticksPerFrame;
-  }
+  if (!time.isLong) return static_cast<std::int32_t>(in.word()) / time.ticksPerFrame;
   const std::uint64_t high = in.word();
   const std::uint64_t ticks = high << 32 | in.word();
   return static_cast<double>(static_cast<std::int64_t>(ticks)) / time.ticksPerFrame;
@@ -62,9 +57,7 @@ double takeTime(ByteCursor& in, const TimeUnit& time) {
 // A chunk DBLE holds a time as well. Its four bytes are no double, and in eight, so few ticks as
 // there are in any scene would be one that is smaller than any normal one, or not a number.
 bool isTime(const ByteCursor& in, const TimeUnit& time) {
-  if (!time.isLong) {
-    return in.left() == 4;
-  }
+  if (!time.isLong) return in.left() == 4;
   ByteCursor peeked = in;
   const std::uint32_t high = peeked.word();
   return in.left() == 8 && (high < 0x00100000 || high >= 0xFFFF0000) &&
@@ -73,17 +66,11 @@ bool isTime(const ByteCursor& in, const TimeUnit& time) {
 
 ValueRead readNumbers(const NumberChunk& row, ByteCursor& in, BinaryValue& out) {
   const std::size_t size = in.left();
-  if (size % (row.width * row.group) != 0) {
-    return ValueRead::kMalformed;
-  }
+  if (size % (row.width * row.group) != 0) return ValueRead::kMalformed;
   Numbers numbers(size / row.width);
-  for (double& number : numbers) {
-    number = row.width == 8 ? in.real() : double{in.single()};
-  }
+  for (double& number : numbers) number = row.width == 8 ? in.real() : double{in.single()};
   out.type = row.type;
-  if (!numbers.empty()) {
-    out.value = std::move(numbers);
-  }
+  if (!numbers.empty()) out.value = std::move(numbers);
   return ValueRead::kDone;
 }
 
@@ -118,9 +105,7 @@ constexpr int kTransformNumbers = 36;  // as the statement has them; four more a
 // bytes of flags, the first of which is its last word.
 ValueRead readTransformParts(ByteCursor& in, BinaryValue& out) {
   KeptWords kept{"matrix", {mel::quoted("xform")}};
-  for (int i = 0; i < kTransformNumbers; ++i) {
-    appendNumber(kept, in.real());
-  }
+  for (int i = 0; i < kTransformNumbers; ++i) appendNumber(kept, in.real());
   in.take(4 * 8);
   kept.words.emplace_back(in.byte() != 0 ? "yes" : "no");
   out.value = std::move(kept);
@@ -128,16 +113,10 @@ ValueRead readTransformParts(ByteCursor& in, BinaryValue& out) {
 }
 
 ValueRead readMatrix(ByteCursor& in, BinaryValue& out) {
-  if (in.left() == kTransformSize) {
-    return readTransformParts(in, out);
-  }
-  if (in.left() != kMatrixSize) {
-    return ValueRead::kMalformed;
-  }
+  if (in.left() == kTransformSize) return readTransformParts(in, out);
+  if (in.left() != kMatrixSize) return ValueRead::kMalformed;
   Numbers numbers(kMatrixSize / 8);
-  for (double& number : numbers) {
-    number = in.real();
-  }
+  for (double& number : numbers) number = in.real();
   out.type = "matrix";
   out.value = std::move(numbers);
   return ValueRead::kDone;
@@ -158,13 +137,9 @@ bool mayHold(const ByteCursor& in, std::uint32_t count, std::size_t smallest) {
 
 ValueRead readTexts(ByteCursor& in, BinaryValue& out) {
   const std::uint32_t count = in.word();
-  if (!mayHold(in, count, 1)) {
-    return ValueRead::kMalformed;
-  }
+  if (!mayHold(in, count, 1)) return ValueRead::kMalformed;
   Texts texts;
-  for (std::uint32_t i = 0; i < count && !in.failed(); ++i) {
-    texts.emplace_back(in.text());
-  }
+  for (std::uint32_t i = 0; i < count && !in.failed(); ++i) texts.emplace_back(in.text());
   out.type = "stringArray";
   out.value = std::move(texts);
   return finished(in);
@@ -172,13 +147,9 @@ ValueRead readTexts(ByteCursor& in, BinaryValue& out) {
 
 ValueRead readIntegers(ByteCursor& in, BinaryValue& out) {
   const std::uint32_t count = in.word();
-  if (!mayHold(in, count, 4)) {
-    return ValueRead::kMalformed;
-  }
+  if (!mayHold(in, count, 4)) return ValueRead::kMalformed;
   Numbers numbers;
-  for (std::uint32_t i = 0; i < count; ++i) {
-    numbers.push_back(static_cast<std::int32_t>(in.word()));
-  }
+  for (std::uint32_t i = 0; i < count; ++i) numbers.push_back(static_cast<std::int32_t>(in.word()));
   out.type = "Int32Array";
   out.value = std::move(numbers);
   return finished(in);
@@ -195,9 +166,7 @@ const char* componentName(std::uint32_t tag) {
 
 std::string componentText(const char* name, std::uint32_t first, std::uint32_t last) {
   constexpr std::uint32_t kAll = 0xFFFFFFFF;
-  if (first == kAll) {
-    return std::string(name) + "[*]";
-  }
+  if (first == kAll) return std::string(name) + "[*]";
   return std::string(name) + '[' + std::to_string(first) +
          (last == first ? "" : ':' + std::to_string(last)) + ']';
 }
@@ -208,12 +177,8 @@ ValueRead readComponents(ByteCursor& in, BinaryValue& out) {
   for (std::uint32_t kind = 0; kind < kinds && !in.failed(); ++kind) {
     const char* const name = componentName(in.word());
     const std::uint32_t ranges = in.word();
-    if (!mayHold(in, ranges, 8)) {
-      return ValueRead::kMalformed;
-    }
-    if (name == nullptr) {
-      return ValueRead::kUnknown;
-    }
+    if (!mayHold(in, ranges, 8)) return ValueRead::kMalformed;
+    if (name == nullptr) return ValueRead::kUnknown;
     for (std::uint32_t i = 0; i < ranges; ++i) {
       const std::uint32_t first = in.word();
       texts.push_back(componentText(name, first, in.word()));
@@ -239,12 +204,8 @@ ValueRead readKeys(ByteCursor& in, const TimeUnit& time, BinaryValue& out) {
 
 // Compounds other than keys are known to hold doubles only.
 ValueRead readCompound(ByteCursor& in, const TimeUnit& time, BinaryValue& out) {
-  if (in.left() == 0) {
-    return ValueRead::kDone;  // a size alone
-  }
-  if (out.path.compare(0, 4, "ktv[") == 0) {
-    return readKeys(in, time, out);
-  }
+  if (in.left() == 0) return ValueRead::kDone;  // a size alone
+  if (out.path.compare(0, 4, "ktv[") == 0) return readKeys(in, time, out);
   const NumberChunk doubles = {"DBLE", 8, 1, ""};
   return in.left() % 8 != 0 ? ValueRead::kUnknown : readNumbers(doubles, in, out);
 }
@@ -252,34 +213,26 @@ ValueRead readCompound(ByteCursor& in, const TimeUnit& time, BinaryValue& out) {
 // --- Data that is kept as the words of a statement
 
 bool appendReals(ByteCursor& in, std::size_t count, KeptWords& kept) {
-  if (count > in.left() / 8) {
-    return false;
-  }
-  for (std::size_t i = 0; i < count; ++i) {
-    appendNumber(kept, in.real());
-  }
+  if (count > in.left() / 8) return false;
+  for (std::size_t i = 0; i < count; ++i) appendNumber(kept, in.real());
   return true;
 }
 
 // Degree, spans, form, whether it is rational, dimension; then counted knots and counted points.
 ValueRead readCurve(ByteCursor& in, BinaryValue& out) {
   KeptWords kept{"nurbsCurve", {}};
-  for (int i = 0; i < 3; ++i) {
-    appendNumber(kept, in.word());
-  }
+  for (int i = 0; i < 3; ++i) appendNumber(kept, in.word());
   const bool isRational = in.byte() != 0;
   const std::uint32_t dimension = in.word();
   kept.words.emplace_back(isRational ? "yes" : "no");
   appendNumber(kept, dimension);
-  if (dimension != 2 && dimension != 3) {
+  if (dimension != 2 && dimension != 3)
     return in.failed() ? ValueRead::kMalformed : ValueRead::kUnknown;
-  }
   for (const std::size_t width : {1U, dimension + (isRational ? 1U : 0U)}) {
     const std::uint32_t count = in.word();
     appendNumber(kept, count);
-    if (!mayHold(in, count, 8 * width) || !appendReals(in, count * width, kept)) {
+    if (!mayHold(in, count, 8 * width) || !appendReals(in, count * width, kept))
       return ValueRead::kMalformed;
-    }
   }
   out.value = std::move(kept);
   return finished(in);
@@ -287,9 +240,8 @@ ValueRead readCurve(ByteCursor& in, BinaryValue& out) {
 
 ValueRead readEdits(ByteCursor& in, BinaryValue& out) {
   KeptWords kept;
-  if (!readReferenceEdits(in, kept)) {
+  if (!readReferenceEdits(in, kept))
     return in.failed() ? ValueRead::kMalformed : ValueRead::kUnknown;
-  }
   out.value = std::move(kept);
   return ValueRead::kDone;
 }
@@ -301,28 +253,21 @@ bool readValueHead(ByteCursor& in, BinaryValue& out) {
   out.path = std::string(in.text());
   const std::uint8_t flags = in.byte();
   out.hasSize = (flags & kHasSize) != 0;
-  if (out.hasSize) {
-    in.word();
-  }
+  if (out.hasSize) in.word();
   out.isLocked = (flags & kLocked) != 0;
   out.isKeyable = (flags & kKeyable) != 0;
   return !in.failed() && !out.path.empty();
 }
 
 ValueRead readValueChunk(std::uint32_t tag, ByteCursor in, const TimeUnit& time, BinaryValue& out) {
-  if (!readValueHead(in, out)) {
-    return ValueRead::kMalformed;
-  }
-  if (tag == tagOf("DBLE") && isNested(out.path)) {
-    return readNestedNumbers(in, out);
-  }
+  if (!readValueHead(in, out)) return ValueRead::kMalformed;
+  if (tag == tagOf("DBLE") && isNested(out.path)) return readNestedNumbers(in, out);
   if (tag == tagOf("DBLE") && isTime(in, time)) {
     out.value = Numbers{takeTime(in, time)};
     return ValueRead::kDone;
   }
-  if (const NumberChunk* const numbers = findNumberChunk(tag)) {
+  if (const NumberChunk* const numbers = findNumberChunk(tag))
     return readNumbers(*numbers, in, out);
-  }
   switch (tag) {
     case tagOf("FLGS"):
       return ValueRead::kDone;

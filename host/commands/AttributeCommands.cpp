@@ -43,9 +43,7 @@ bool isTextData(const std::string& type) {
 
 std::string joined(const Texts& words) {
   std::string text;
-  for (const std::string& word : words) {
-    text += (text.empty() ? "" : " ") + word;
-  }
+  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
   return text;
 }
 
@@ -53,9 +51,7 @@ std::string joined(const Texts& words) {
 bool keepsLimits(const Plug& plug, bool clamps, double& number, std::string& error) {
   const Attribute& attribute = *plug.attribute();
   const bool above = attribute.max && number > *attribute.max;
-  if (!above && !(attribute.min && number < *attribute.min)) {
-    return true;
-  }
+  if (!above && !(attribute.min && number < *attribute.min)) return true;
   const double limit = above ? *attribute.max : *attribute.min;
   number = limit;
   if (!clamps) {
@@ -100,9 +96,7 @@ bool takeCounted(Values& values, AttributeValue& value) {
   std::vector<double> numbers;
   for (std::size_t i = fixed > 0 ? 0 : 1; i < entries.size(); ++i) {
     const auto number = parseNumber(entries[i]);
-    if (!number) {
-      return false;
-    }
+    if (!number) return false;
     numbers.push_back(*number);
   }
   value = std::move(numbers);
@@ -119,13 +113,12 @@ KeptWords keptWords(const Arguments& arguments, const std::string& plugText, std
   bool passedPlug = false;
   for (std::size_t i = 0; i < arguments.words().size(); ++i) {
     const Word& word = arguments.words()[i];
-    if (isFlag(word)) {
+    if (isFlag(word))
       i += takesNoArgument(word.text) ? 0 : 1;
-    } else if (!passedPlug && word.text == plugText) {
+    else if (!passedPlug && word.text == plugText)
       passedPlug = true;
-    } else {
+    else
       kept.words.push_back(word.quoted ? quoted(word.text) : word.text);
-    }
   }
   return kept;
 }
@@ -147,9 +140,7 @@ bool setOne(const Plug& plug, const Arguments& arguments, Values& values,
   double number = 0;
   switch (plug.attribute()->kind()) {
     case Attribute::Kind::kNumber:
-      if (!takeNumber(plug, values, context, number, error)) {
-        return false;
-      }
+      if (!takeNumber(plug, values, context, number, error)) return false;
       value = number;
       break;
     case Attribute::Kind::kText:
@@ -160,11 +151,8 @@ bool setOne(const Plug& plug, const Arguments& arguments, Values& values,
       value = values.words[values.next++];
       break;
     case Attribute::Kind::kCompound:
-      for (const Plug& child : plug.children()) {
-        if (!setOne(child, arguments, values, context, error)) {
-          return false;
-        }
-      }
+      for (const Plug& child : plug.children())
+        if (!setOne(child, arguments, values, context, error)) return false;
       return true;
     default:
       value = takeData(plug, arguments, values);
@@ -201,9 +189,7 @@ bool setRange(const NodePtr& node, const PathRange& range, const Arguments& argu
       error = "no attribute '" + path + "' on '" + node->name() + "'";
       return false;
     }
-    if (!setOne(*plug, arguments, values, context, error)) {
-      return false;
-    }
+    if (!setOne(*plug, arguments, values, context, error)) return false;
     setFlags(*plug, flagsOf(arguments));
   }
   return true;
@@ -220,9 +206,7 @@ bool isInputConnected(const Plug& plug) {
 
 // A lock that goes goes before the value is set, one that comes comes after it.
 void setFlags(const Plug& plug, const Arguments& arguments, bool locks) {
-  if (arguments.has("l") && arguments.truth("l") == locks) {
-    setLocked(plug, locks);
-  }
+  if (arguments.has("l") && arguments.truth("l") == locks) setLocked(plug, locks);
   if (locks) {
     AttributeState flags = flagsOf(arguments);
     flags.locked = AttributeState::Flag::kUnset;
@@ -233,9 +217,7 @@ void setFlags(const Plug& plug, const Arguments& arguments, bool locks) {
 
 // How many numbers a value of the attribute has; 0 where that depends on the value.
 std::size_t widthOf(const Attribute& attribute) {
-  if (attribute.kind() == Attribute::Kind::kNumber) {
-    return 1;
-  }
+  if (attribute.kind() == Attribute::Kind::kNumber) return 1;
   return attribute.isNumericCompound() ? attribute.children().size() : 0;
 }
 
@@ -246,12 +228,10 @@ bool isForeign(const Plug& plug, std::size_t elements, const Values& values) {
   const Attribute& attribute = *plug.attribute();
   const std::size_t width = widthOf(attribute);
   const auto typeWidth = static_cast<std::size_t>(numericCompoundSize(values.type));
-  if (attribute.kind() == Attribute::Kind::kText) {
+  if (attribute.kind() == Attribute::Kind::kText)
     return values.type != "string" || values.words.size() != elements;
-  }
-  if (!values.type.empty()) {
+  if (!values.type.empty())
     return attribute.kind() != Attribute::Kind::kData && (typeWidth == 0 || typeWidth != width);
-  }
   return attribute.kind() == Attribute::Kind::kMessage ||
          (width > 0 && values.words.size() != elements * width);
 }
@@ -260,9 +240,7 @@ bool isForeign(const Plug& plug, std::size_t elements, const Values& values) {
 std::optional<Plug> firstPlug(const NodePtr& node, const std::string& path, std::size_t& elements) {
   const auto range = splitRange(path);
   elements = 1;
-  if (!range || range->last == range->first) {
-    return Plug::find(node, path);
-  }
+  if (!range || range->last == range->first) return Plug::find(node, path);
   elements = static_cast<std::size_t>(range->last - range->first) + 1;
   return Plug::find(node, std::string(range->stem) + "[" + std::to_string(range->first) + "]");
 }
@@ -282,20 +260,13 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
                : CommandResult::malformed(error);
   }
   const auto plug = Plug::find(node, path);
-  if (!plug) {
-    return CommandResult::failure("no attribute '" + path + "' on '" + node->name() + "'");
-  }
+  if (!plug) return CommandResult::failure("no attribute '" + path + "' on '" + node->name() + "'");
   setFlags(*plug, arguments, false);
   if (values.left() > 0) {
-    if (!context.inSceneFile && (isLocked(*plug) || isInputConnected(*plug))) {
-      return refused(*plug);
-    }
-    if (!setOne(*plug, arguments, values, context, error)) {
-      return CommandResult::malformed(error);
-    }
-    if (values.left() > 0) {
+    if (!context.inSceneFile && (isLocked(*plug) || isInputConnected(*plug))) return refused(*plug);
+    if (!setOne(*plug, arguments, values, context, error)) return CommandResult::malformed(error);
+    if (values.left() > 0)
       return CommandResult::malformed("too many values for '" + plug->name() + "'");
-    }
   }
   setFlags(*plug, arguments, true);
   return CommandResult::success();
@@ -303,9 +274,7 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
 
 // What the host does not know of a node from a scene file is kept for the file that is saved.
 bool isToBeKept(const NodePtr& node, const std::string& path, const Values& values) {
-  if (node->mesh != nullptr && isMeshData(path)) {
-    return false;
-  }
+  if (node->mesh != nullptr && isMeshData(path)) return false;
   std::size_t elements = 1;
   const auto plug = firstPlug(node, path, elements);
   return !plug || plug->attribute()->kind() == Attribute::Kind::kLoose ||
@@ -316,9 +285,8 @@ bool isToBeKept(const NodePtr& node, const std::string& path, const Values& valu
 CommandResult keepForAnother(const Arguments& arguments, const CommandContext& context,
                              const std::string& text, const std::string& error) {
   CommandResult result = notFound(text, "setAttr: " + error);
-  if (context.keepsInfo && !result.isMalformed && text.front() != '.') {
+  if (context.keepsInfo && !result.isMalformed && text.front() != '.')
     SceneInfo::current().strayStatements.push_back(asStatement("setAttr", arguments.words()));
-  }
   return result;
 }
 
@@ -331,42 +299,32 @@ bool saysAnything(const AttributeState& flags) {
 
 void noteAltered(const NodePtr& node, const std::string& path) {
   const auto plug = Plug::find(node, path);
-  if (plug && (node->mesh == nullptr || !isMeshData(path))) {
+  if (plug && (node->mesh == nullptr || !isMeshData(path)))
     node->values.at(plug->path()).altered = AttributeState::Flag::kOn;
-  }
 }
 
 CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
-  if (arguments.objects().empty()) {
-    return CommandResult::malformed("setAttr: names no attribute");
-  }
+  if (arguments.objects().empty()) return CommandResult::malformed("setAttr: names no attribute");
   PlugName name;
   std::string error;
   const std::string& text = arguments.objects().front();
-  if (!splitPlugName(text, context, name, error)) {
+  if (!splitPlugName(text, context, name, error))
     return keepForAnother(arguments, context, text, error);
-  }
   Values values{arguments.text("typ"),
                 arguments.has("c"),
                 {arguments.objects().begin() + 1, arguments.objects().end()}};
   const AttributeState flags = flagsOf(arguments);
   const bool onlyShape = values.words.empty() && !saysAnything(flags);
   if (context.inSceneFile && isToBeKept(name.node, name.path, values)) {
-    if (!onlyShape) {
+    if (!onlyShape)
       keepAsWritten(name.node, name.path, keptWords(arguments, text, values.type), flags);
-    }
     return CommandResult::success();
   }
-  if (onlyShape) {
-    return CommandResult::success();
-  }
+  if (onlyShape) return CommandResult::success();
   CommandResult result = setValues(name.node, name.path, arguments, values, context);
-  if (context.inSceneFile && result.ok && flags.altered == AttributeState::Flag::kOn) {
+  if (context.inSceneFile && result.ok && flags.altered == AttributeState::Flag::kOn)
     noteAltered(name.node, name.path);
-  }
-  if (!result.ok) {
-    result.error = "setAttr: " + result.error;
-  }
+  if (!result.ok) result.error = "setAttr: " + result.error;
   return result;
 }
 
@@ -385,9 +343,7 @@ Value numbersAsValue(const Attribute& attribute, const std::vector<double>& numb
                                        [](const AttributePtr& child) { return isWhole(*child); });
   if (whole || attribute.typeWord() == "Int32Array") {
     Value::Ints ints;
-    for (const double number : numbers) {
-      ints.push_back(toInteger(number));
-    }
+    for (const double number : numbers) ints.push_back(toInteger(number));
     return Value(std::move(ints));
   }
   return Value(numbers);
@@ -399,19 +355,13 @@ CommandResult valueOf(const Plug& plug) {
     const double number = readNumber(plug).value_or(0.0);
     return CommandResult::success(isWhole(attribute) ? Value(toInteger(number)) : Value(number));
   }
-  if (attribute.kind() == Attribute::Kind::kText && !plug.isArray()) {
+  if (attribute.kind() == Attribute::Kind::kText && !plug.isArray())
     return CommandResult::success(readText(plug).value_or(""));
-  }
   const AttributeValue value = readValue(plug);
-  if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
+  if (const auto* numbers = std::get_if<std::vector<double>>(&value))
     return CommandResult::success(numbersAsValue(attribute, *numbers));
-  }
-  if (const auto* texts = std::get_if<Texts>(&value)) {
-    return CommandResult::success(*texts);
-  }
-  if (const auto* text = std::get_if<std::string>(&value)) {
-    return CommandResult::success(*text);
-  }
+  if (const auto* texts = std::get_if<Texts>(&value)) return CommandResult::success(*texts);
+  if (const auto* text = std::get_if<std::string>(&value)) return CommandResult::success(*text);
   return CommandResult::failure("getAttr: '" + plug.name() +
                                 "' holds nothing that a command can give");
 }
@@ -427,9 +377,8 @@ std::string shownType(const Attribute& attribute) {
 
 // A matrix of the world's without an index is that of the path by which the node was named.
 Plug ofNamedInstance(const Plug& plug, const std::string& text) {
-  if (!plug.isArray() || plug.attribute()->typeWord() != "matrix" || !plug.node()->isDag()) {
+  if (!plug.isArray() || plug.attribute()->typeWord() != "matrix" || !plug.node()->isDag())
     return plug;
-  }
   const DagPath path = Scene::current().findPath(text.substr(0, text.find('.')));
   return plug.element(path.isEmpty() ? 0 : static_cast<int>(path.instanceNumber()));
 }
@@ -442,22 +391,15 @@ CommandResult elementsOf(const Plug& plug, bool countsOnly) {
     const auto range = end == std::string::npos
                            ? std::nullopt
                            : splitRange(std::string_view(path).substr(0, end + 1));
-    if (range && range->stem == plug.path()) {
-      indices.insert(range->first);
-    }
+    if (range && range->stem == plug.path()) indices.insert(range->first);
   };
-  for (const AttributeState& state : plug.node()->values.inWrittenOrder()) {
-    add(state.path);
-  }
-  for (const ConnectionPtr& connection : plug.node()->connections.intoAtOrBelow(plug.path())) {
+  for (const AttributeState& state : plug.node()->values.inWrittenOrder()) add(state.path);
+  for (const ConnectionPtr& connection : plug.node()->connections.intoAtOrBelow(plug.path()))
     add(connection->destination.path());
-  }
-  for (const ConnectionPtr& connection : plug.node()->connections.outOfAtOrBelow(plug.path())) {
+  for (const ConnectionPtr& connection : plug.node()->connections.outOfAtOrBelow(plug.path()))
     add(connection->source.path());
-  }
-  if (countsOnly) {
+  if (countsOnly)
     return CommandResult::success(plug.isArray() ? static_cast<int>(indices.size()) : 1);
-  }
   return CommandResult::success(Value::Ints(indices.begin(), indices.end()));
 }
 
@@ -469,43 +411,26 @@ std::string enumName(const Attribute& attribute, double number) {
     const auto given =
         sign == std::string::npos ? std::nullopt : parseInteger(entry.substr(sign + 1));
     value = given.value_or(value + 1);
-    if (value == toInteger(number)) {
-      return entry.substr(0, sign);
-    }
+    if (value == toInteger(number)) return entry.substr(0, sign);
   }
   return formatNumber(number);
 }
 
 CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
-  if (arguments.objects().size() != 1) {
+  if (arguments.objects().size() != 1)
     return CommandResult::failure("getAttr: needs one attribute");
-  }
   std::string error;
   const Plug plug = findPlug(arguments.objects().front(), context, error);
-  if (plug.isNull()) {
-    return CommandResult::failure("getAttr: " + error);
-  }
-  if (arguments.has("l")) {
-    return CommandResult::success(Value::ofTruth(isLocked(plug)));
-  }
-  if (arguments.has("k")) {
-    return CommandResult::success(Value::ofTruth(isKeyable(plug)));
-  }
-  if (arguments.has("cb")) {
-    return CommandResult::success(Value::ofTruth(isInChannelBox(plug)));
-  }
-  if (arguments.has("se")) {
+  if (plug.isNull()) return CommandResult::failure("getAttr: " + error);
+  if (arguments.has("l")) return CommandResult::success(Value::ofTruth(isLocked(plug)));
+  if (arguments.has("k")) return CommandResult::success(Value::ofTruth(isKeyable(plug)));
+  if (arguments.has("cb")) return CommandResult::success(Value::ofTruth(isInChannelBox(plug)));
+  if (arguments.has("se"))
     return CommandResult::success(Value::ofTruth(!isLocked(plug) && !isInputConnected(plug)));
-  }
-  if (arguments.has("typ")) {
-    return CommandResult::success(shownType(*plug.attribute()));
-  }
-  if (arguments.has("s") || arguments.has("mi")) {
-    return elementsOf(plug, arguments.has("s"));
-  }
-  if (arguments.has("as") && plug.attribute()->typeWord() == "enum") {
+  if (arguments.has("typ")) return CommandResult::success(shownType(*plug.attribute()));
+  if (arguments.has("s") || arguments.has("mi")) return elementsOf(plug, arguments.has("s"));
+  if (arguments.has("as") && plug.attribute()->typeWord() == "enum")
     return CommandResult::success(enumName(*plug.attribute(), readNumber(plug).value_or(0.0)));
-  }
   return valueOf(ofNamedInstance(plug, arguments.objects().front()));
 }
 

@@ -11,16 +11,12 @@ namespace {
 
 // "translateX" as the interface shows it: "Translate X".
 std::string niceNameOf(const Attribute& attribute) {
-  if (!attribute.niceName.empty()) {
-    return attribute.niceName;
-  }
+  if (!attribute.niceName.empty()) return attribute.niceName;
   std::string name;
   for (const char c : attribute.longName()) {
     const bool isUpper = c >= 'A' && c <= 'Z';
     const bool startsWord = name.empty() || name.back() == ' ';
-    if (isUpper && !startsWord && !(name.back() >= 'A' && name.back() <= 'Z')) {
-      name += ' ';
-    }
+    if (isUpper && !startsWord && !(name.back() >= 'A' && name.back() <= 'Z')) name += ' ';
     name += c == '_' ? ' ' : startsWord && c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
   }
   return name;
@@ -28,18 +24,14 @@ std::string niceNameOf(const Attribute& attribute) {
 
 Value::Strings namesOf(const std::vector<AttributePtr>& attributes) {
   Value::Strings names;
-  for (const AttributePtr& attribute : attributes) {
-    names.push_back(attribute->longName());
-  }
+  for (const AttributePtr& attribute : attributes) names.push_back(attribute->longName());
   return names;
 }
 
 // One text: names with colons between, as addAttr took them.
 Value::Strings enumOf(const Attribute& attribute) {
   std::string text;
-  for (const std::string& name : attribute.enumNames) {
-    text += (text.empty() ? "" : ":") + name;
-  }
+  for (const std::string& name : attribute.enumNames) text += (text.empty() ? "" : ":") + name;
   return attribute.enumNames.empty() ? Value::Strings() : Value::Strings{text};
 }
 
@@ -135,27 +127,21 @@ CommandResult attributeQuery(const Arguments& arguments, CommandContext& context
   const NodeType* type = arguments.has("typ") ? NodeType::find(arguments.text("typ")) : nullptr;
   const NodePtr node =
       arguments.has("typ") ? nullptr : findNode(arguments.text("n"), context, error);
-  if (node == nullptr && type == nullptr) {
-    return CommandResult::failure("attributeQuery: " + error);
-  }
-  if (arguments.objects().size() != 1) {
+  if (node == nullptr && type == nullptr) return CommandResult::failure("attributeQuery: " + error);
+  if (arguments.objects().size() != 1)
     return CommandResult::failure("attributeQuery: needs one attribute");
-  }
   const std::string& name = arguments.objects().front();
   const AttributePtr attribute =
       node != nullptr ? node->findAttribute(name) : type->findAttribute(name);
   const bool exists = attribute != nullptr && attribute->kind() != Attribute::Kind::kLoose;
-  if (arguments.has("ex")) {
-    return CommandResult::success(Value::ofTruth(exists));
-  }
+  if (arguments.has("ex")) return CommandResult::success(Value::ofTruth(exists));
   if (!exists) {
     return CommandResult::failure("attributeQuery: no attribute '" + name + "' on '" +
                                   (node != nullptr ? node->name() : type->name()) + "'");
   }
   CommandResult result;
-  if (answerName(arguments, *attribute, result) || answerLimit(arguments, *attribute, result)) {
+  if (answerName(arguments, *attribute, result) || answerLimit(arguments, *attribute, result))
     return result;
-  }
   return CommandResult::success(Value::ofTruth(isTrue(arguments, *attribute)));
 }
 

@@ -16,9 +16,7 @@ namespace {
 // In a scene file, what is connected need not be known to the host.
 Plug endOf(const std::string& text, CommandContext& context, std::string& error) {
   PlugName name;
-  if (!splitPlugName(text, context, name, error)) {
-    return Plug();
-  }
+  if (!splitPlugName(text, context, name, error)) return Plug();
   const auto plug = context.inSceneFile ? Plug::findOrKeep(name.node, name.path)
                                         : Plug::find(name.node, name.path);
   if (!plug) {
@@ -32,9 +30,7 @@ Plug endOf(const std::string& text, CommandContext& context, std::string& error)
 bool feedsAnElement(const Plug& source, const Plug& array) {
   for (const Plug& end : destinationsOf(source)) {
     const auto range = splitRange(end.path());
-    if (end.node() == array.node() && range && range->stem == array.path()) {
-      return true;
-    }
+    if (end.node() == array.node() && range && range->stem == array.path()) return true;
   }
   return false;
 }
@@ -42,9 +38,7 @@ bool feedsAnElement(const Plug& source, const Plug& array) {
 SceneInfo::LooseConnection::End looseEnd(const std::string& text, const CommandContext& context) {
   PlugName name;
   std::string ignored;
-  if (!splitPlugName(text, context, name, ignored)) {
-    return {false, {}, text};
-  }
+  if (!splitPlugName(text, context, name, ignored)) return {false, {}, text};
   return {true, name.node, name.path};
 }
 
@@ -69,52 +63,38 @@ bool isNextOfUnknown(const Arguments& arguments, const CommandContext& context,
 }
 
 CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
-  if (arguments.objects().size() != 2) {
+  if (arguments.objects().size() != 2)
     return CommandResult::malformed("connectAttr: needs a source and a destination");
-  }
   std::string error;
   Plug source = endOf(arguments.objects()[0], context, error);
   Plug destination = source.isNull() ? Plug() : endOf(arguments.objects()[1], context, error);
-  if (source.isNull() || destination.isNull()) {
-    return keepLoose(arguments, context, error);
-  }
+  if (source.isNull() || destination.isNull()) return keepLoose(arguments, context, error);
   if (isNextOfUnknown(arguments, context, destination)) {
     keepLoose(arguments, context, "");
     return CommandResult::success();
   }
   source = source.orFirstElement();
   if (arguments.has("na") && destination.isArray()) {
-    if (context.inSceneFile && feedsAnElement(source, destination)) {
-      return CommandResult::success();
-    }
+    if (context.inSceneFile && feedsAnElement(source, destination)) return CommandResult::success();
     destination = nextElement(destination);
   }
   destination = destination.orFirstElement();
-  if (!context.inSceneFile && isLocked(destination)) {
+  if (!context.inSceneFile && isLocked(destination))
     return CommandResult::failure("connectAttr: '" + destination.name() + "' is locked");
-  }
-  if (!connect(source, destination, arguments.has("f") || context.inSceneFile, &error)) {
+  if (!connect(source, destination, arguments.has("f") || context.inSceneFile, &error))
     return keepLoose(arguments, context, error);
-  }
-  if (arguments.has("l")) {
-    setLocked(destination, arguments.truth("l"));
-  }
+  if (arguments.has("l")) setLocked(destination, arguments.truth("l"));
   return CommandResult::success("Connected " + source.name() + " to " + destination.name() + ".");
 }
 
 CommandResult disconnectAttr(const Arguments& arguments, CommandContext& context) {
-  if (arguments.objects().size() != 2) {
+  if (arguments.objects().size() != 2)
     return CommandResult::failure("disconnectAttr: needs a source and a destination");
-  }
   std::string error;
   const Plug source = findPlug(arguments.objects()[0], context, error).orFirstElement();
-  if (source.isNull()) {
-    return CommandResult::failure("disconnectAttr: " + error);
-  }
+  if (source.isNull()) return CommandResult::failure("disconnectAttr: " + error);
   Plug destination = findPlug(arguments.objects()[1], context, error);
-  if (destination.isNull()) {
-    return CommandResult::failure("disconnectAttr: " + error);
-  }
+  if (destination.isNull()) return CommandResult::failure("disconnectAttr: " + error);
   if (arguments.has("na") || destination.isArray()) {
     for (const Plug& end : destinationsOf(source)) {
       if (end.node() == destination.node() &&
@@ -143,33 +123,26 @@ std::vector<ConnectionPtr> connectionsOf(const std::string& text, const CommandC
                                          std::string& error) {
   if (text.find('.') != std::string::npos) {
     const Plug plug = findPlug(text, context, error);
-    if (plug.isNull()) {
-      return {};
-    }
+    if (plug.isNull()) return {};
     node = plug.node();
     return connectionsAtOrBelow(plug, asDestination, asSource);
   }
   node = findNode(text, context, error);
   std::vector<ConnectionPtr> connections;
-  if (node == nullptr) {
-    return connections;
-  }
+  if (node == nullptr) return connections;
   for (const ConnectionPtr& connection : node->connections.inOrder()) {
     const bool incoming = connection->destination.node() == node;
-    if ((incoming && asDestination) || (connection->source.node() == node && asSource)) {
+    if ((incoming && asDestination) || (connection->source.node() == node && asSource))
       connections.push_back(connection);
-    }
   }
   return connections;
 }
 
 CommandResult listConnections(const Arguments& arguments, CommandContext& context) {
   std::vector<std::string> names = arguments.objects();
-  if (names.empty()) {
-    for (const SelectionItem& item : Scene::current().selection.items()) {
+  if (names.empty())
+    for (const SelectionItem& item : Scene::current().selection.items())
       names.push_back(shownName(item));
-    }
-  }
   const bool sources = arguments.truth("s", true);
   const bool destinations = arguments.truth("d", true);
   Value::Strings result;
@@ -177,19 +150,13 @@ CommandResult listConnections(const Arguments& arguments, CommandContext& contex
     NodePtr node;
     std::string error;
     const auto connections = connectionsOf(name, context, node, sources, destinations, error);
-    if (node == nullptr) {
-      return CommandResult::failure("listConnections: " + error);
-    }
+    if (node == nullptr) return CommandResult::failure("listConnections: " + error);
     for (const ConnectionPtr& connection : connections) {
       const bool incoming = connection->destination.node() == node && sources;
       const Plug& near = incoming ? connection->destination : connection->source;
       const Plug& far = incoming ? connection->source : connection->destination;
-      if (!hasType(far.node(), arguments.text("t"), arguments.truth("et"))) {
-        continue;
-      }
-      if (arguments.truth("c")) {
-        result.push_back(near.name());
-      }
+      if (!hasType(far.node(), arguments.text("t"), arguments.truth("et"))) continue;
+      if (arguments.truth("c")) result.push_back(near.name());
       result.push_back(arguments.truth("p") ? far.name()
                                             : Scene::current().displayName(far.node()));
     }
@@ -198,16 +165,13 @@ CommandResult listConnections(const Arguments& arguments, CommandContext& contex
 }
 
 CommandResult isConnectedCommand(const Arguments& arguments, CommandContext& context) {
-  if (arguments.objects().size() != 2) {
+  if (arguments.objects().size() != 2)
     return CommandResult::failure("isConnected: needs a source and a destination");
-  }
   std::string error;
   const Plug source = findPlug(arguments.objects()[0], context, error);
   const Plug destination =
       source.isNull() ? Plug() : findPlug(arguments.objects()[1], context, error);
-  if (destination.isNull()) {
-    return CommandResult::failure("isConnected: " + error);
-  }
+  if (destination.isNull()) return CommandResult::failure("isConnected: " + error);
   const auto from = sourceOf(destination.orFirstElement());
   return CommandResult::success(Value::ofTruth(from && *from == source.orFirstElement()));
 }

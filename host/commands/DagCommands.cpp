@@ -37,9 +37,7 @@ bool moveBelow(const SelectionItem& item, const SelectionItem* parent, bool rela
                                  parent == nullptr ? nullptr : parent->node, &error)) {
     return false;
   }
-  if (relative || !item.node->isTransform()) {
-    return true;
-  }
+  if (relative || !item.node->isTransform()) return true;
   const MMatrix above = parent == nullptr ? MMatrix() : parent->path.inclusiveMatrix();
   const MMatrix wanted = before * above.inverse();
   return wanted.isEquivalent(localMatrix(item.node), 0.0) ||
@@ -49,9 +47,8 @@ bool moveBelow(const SelectionItem& item, const SelectionItem* parent, bool rela
 CommandResult removeInstances(const Items& items) {
   for (const SelectionItem& item : items) {
     std::string error;
-    if (!Scene::current().removeInstance(item.node, parentOf(item), &error)) {
+    if (!Scene::current().removeInstance(item.node, parentOf(item), &error))
       return CommandResult::failure("parent: " + error);
-    }
   }
   return CommandResult::success();
 }
@@ -59,19 +56,15 @@ CommandResult removeInstances(const Items& items) {
 CommandResult parent(const Arguments& arguments, CommandContext& context) {
   Items items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("parent: " + error);
-  }
   items.erase(std::remove_if(items.begin(), items.end(),
                              [](const SelectionItem& item) { return item.path.isEmpty(); }),
               items.end());
-  if (arguments.has("rm")) {
-    return removeInstances(items);
-  }
+  if (arguments.has("rm")) return removeInstances(items);
   const bool toWorld = arguments.has("w");
-  if (items.size() < (toWorld ? 1u : 2u)) {
+  if (items.size() < (toWorld ? 1u : 2u))
     return CommandResult::failure("parent: needs objects and a parent");
-  }
   SelectionItem target;
   if (!toWorld) {
     target = items.back();
@@ -86,9 +79,7 @@ CommandResult parent(const Arguments& arguments, CommandContext& context) {
     const bool ok = arguments.has("add")
                         ? Scene::current().addInstance(item.node, target.node, &error)
                         : moveBelow(item, toWorld ? nullptr : &target, arguments.has("r"), error);
-    if (!ok) {
-      return CommandResult::failure("parent: " + error);
-    }
+    if (!ok) return CommandResult::failure("parent: " + error);
     names.push_back(shownPath(item.node));
   }
   return CommandResult::success(std::move(names));
@@ -108,9 +99,7 @@ NodePtr makeInstance(const SelectionItem& item, const std::string& name, bool le
   }
   const NodePtr copy = scene.createNode(source->type(), name.empty() ? source->name() : name,
                                         item.node->isShape() ? nullptr : above, &error);
-  if (copy == nullptr) {
-    return nullptr;
-  }
+  if (copy == nullptr) return nullptr;
   for (const AttributeState& state : source->values.inWrittenOrder()) {
     if (state.path.find('[') == std::string::npos &&
         copy->findAttribute(state.path.substr(0, state.path.find('.'))) != nullptr) {
@@ -119,29 +108,22 @@ NodePtr makeInstance(const SelectionItem& item, const std::string& name, bool le
   }
   const std::vector<NodePtr> children =
       item.node->isShape() ? std::vector<NodePtr>{item.node} : source->children();
-  for (const NodePtr& child : children) {
-    if ((!leaf || child->isShape()) && !scene.addInstance(child, copy, &error)) {
-      return nullptr;
-    }
-  }
+  for (const NodePtr& child : children)
+    if ((!leaf || child->isShape()) && !scene.addInstance(child, copy, &error)) return nullptr;
   return copy;
 }
 
 CommandResult instance(const Arguments& arguments, CommandContext& context) {
   Items items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("instance: " + error);
-  }
   Value::Strings names;
   for (const SelectionItem& item : items) {
-    if (item.path.isEmpty()) {
+    if (item.path.isEmpty())
       return CommandResult::failure("instance: '" + shownName(item) + "' is not in the DAG");
-    }
     const NodePtr copy = makeInstance(item, arguments.text("n"), arguments.has("lf"), error);
-    if (copy == nullptr) {
-      return CommandResult::failure("instance: " + error);
-    }
+    if (copy == nullptr) return CommandResult::failure("instance: " + error);
     names.push_back(shownPath(copy));
   }
   return CommandResult::success(std::move(names));
@@ -150,18 +132,14 @@ CommandResult instance(const Arguments& arguments, CommandContext& context) {
 CommandResult group(const Arguments& arguments, CommandContext& context) {
   Items items;
   std::string error;
-  if (!arguments.has("em") && !findItems(arguments.objects(), context, items, error)) {
+  if (!arguments.has("em") && !findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("group: " + error);
-  }
-  if (!arguments.has("em") && items.empty()) {
+  if (!arguments.has("em") && items.empty())
     return CommandResult::failure("group: nothing is named or selected");
-  }
   NodePtr above;
   if (arguments.has("p")) {
     above = findNode(arguments.text("p"), context, error);
-    if (above == nullptr) {
-      return CommandResult::failure("group: " + error);
-    }
+    if (above == nullptr) return CommandResult::failure("group: " + error);
   } else if (!items.empty() && !arguments.has("w")) {
     above = parentOf(items.front());
   }
@@ -170,9 +148,7 @@ CommandResult group(const Arguments& arguments, CommandContext& context) {
                                                  : "group1";
   const NodePtr node =
       Scene::current().createNode(*NodeType::find("transform"), name, above, &error);
-  if (node == nullptr) {
-    return CommandResult::failure("group: " + error);
-  }
+  if (node == nullptr) return CommandResult::failure("group: " + error);
   const SelectionItem target = SelectionItem::of(node);
   for (const SelectionItem& item : items) {
     if (!item.node->isTransform() || !moveBelow(item, &target, arguments.has("r"), error)) {
@@ -220,22 +196,15 @@ Value::Floats queryPivots(const Arguments& arguments, const SelectionItem& item)
 
 CommandResult queryXform(const Arguments& arguments, const SelectionItem& item) {
   const bool world = arguments.has("ws");
-  if (item.component != nullptr) {
-    return CommandResult::success(componentPositions(item, world));
-  }
+  if (item.component != nullptr) return CommandResult::success(componentPositions(item, world));
   if (arguments.has("m")) {
     return CommandResult::success(
         flat(world ? item.path.inclusiveMatrix() : localMatrix(item.node)));
   }
-  if (arguments.has("bb")) {
-    return CommandResult::success(boxNumbers(item, world));
-  }
-  if (arguments.has("rp") || arguments.has("sp") || arguments.has("piv")) {
+  if (arguments.has("bb")) return CommandResult::success(boxNumbers(item, world));
+  if (arguments.has("rp") || arguments.has("sp") || arguments.has("piv"))
     return CommandResult::success(queryPivots(arguments, item));
-  }
-  if (arguments.has("roo")) {
-    return CommandResult::success(kRotateOrders[rotateOrderOf(item.node)]);
-  }
+  if (arguments.has("roo")) return CommandResult::success(kRotateOrders[rotateOrderOf(item.node)]);
   if (world && arguments.has("t")) {
     const MMatrix matrix = item.path.inclusiveMatrix();
     return CommandResult::success(Value::Floats{matrix[3][0], matrix[3][1], matrix[3][2]});
@@ -248,9 +217,7 @@ CommandResult queryXform(const Arguments& arguments, const SelectionItem& item) 
   for (const TransformFlag& flag : kObjectSpaceFlags) {
     const auto plug =
         arguments.has(flag.flag) ? Plug::find(item.node, flag.attribute) : std::nullopt;
-    if (plug) {
-      return CommandResult::success(readNumbers(*plug).value_or(Value::Floats(3, 0.0)));
-    }
+    if (plug) return CommandResult::success(readNumbers(*plug).value_or(Value::Floats(3, 0.0)));
   }
   return CommandResult::failure("xform: nothing to query");
 }
@@ -263,14 +230,12 @@ bool applyFlag(const Arguments& arguments, const TransformFlag& flag, const Sele
     error = "'" + shownName(item) + "." + flag.attribute + "' is locked or missing";
     return false;
   }
-  if (arguments.has("ws") && flag.flag == "t") {
+  if (arguments.has("ws") && flag.flag == "t")
     return setWorldTranslation(item, numbers, arguments.has("r"), error);
-  }
   if (arguments.has("r")) {
     const Value::Floats old = readNumbers(*plug).value_or(Value::Floats(3, 0.0));
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i)
       numbers[i] = flag.flag == "s" ? numbers[i] * old[i] : numbers[i] + old[i];
-    }
   }
   return writeValue(*plug, numbers);
 }
@@ -280,18 +245,14 @@ bool applyPivots(const Arguments& arguments, const SelectionItem& item, std::str
   for (const auto& [flag, pivot] :
        {std::pair("rp", Pivot::kRotate), std::pair("sp", Pivot::kScale)}) {
     const char* given = arguments.has("piv") ? "piv" : flag;
-    if (!arguments.has(given)) {
-      continue;
-    }
+    if (!arguments.has(given)) continue;
     const Value::Floats numbers = arguments.allNumbers(given).back();
     MPoint point(numbers[0], numbers[1], numbers[2]);
     if (arguments.has("r")) {
       const MPoint old = pivotOf(item, pivot, change.inWorld);
       point = MPoint(point.x + old.x, point.y + old.y, point.z + old.z);
     }
-    if (!setPivot(item, pivot, point, change, error)) {
-      return false;
-    }
+    if (!setPivot(item, pivot, point, change, error)) return false;
   }
   return true;
 }
@@ -324,37 +285,26 @@ bool applyMatrix(const Arguments& arguments, const SelectionItem& item, std::str
   const Value::Floats numbers = arguments.allNumbers("m").back();
   MMatrix matrix;
   std::copy(numbers.begin(), numbers.end(), &matrix.matrix[0][0]);
-  if (arguments.has("ws")) {
-    matrix = matrix * item.path.exclusiveMatrix().inverse();
-  }
+  if (arguments.has("ws")) matrix = matrix * item.path.exclusiveMatrix().inverse();
   return setLocalMatrix(item.node, matrix, error);
 }
 
 CommandResult xform(const Arguments& arguments, CommandContext& context) {
   Items items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("xform: " + error);
-  }
-  if (items.empty()) {
-    return CommandResult::failure("xform: nothing is named or selected");
-  }
-  if (arguments.query()) {
-    return queryXform(arguments, items.front());
-  }
+  if (items.empty()) return CommandResult::failure("xform: nothing is named or selected");
+  if (arguments.query()) return queryXform(arguments, items.front());
   for (const SelectionItem& item : items) {
-    if (!item.node->isTransform() || item.component != nullptr) {
+    if (!item.node->isTransform() || item.component != nullptr)
       return CommandResult::failure("xform: '" + shownName(item) + "' is no transform");
-    }
     bool ok = !arguments.has("m") || applyMatrix(arguments, item, error);
     ok = ok && (!arguments.has("roo") || applyRotateOrder(arguments, item, error)) &&
          (!arguments.has("cp") || centerPivots(item, error)) && applyPivots(arguments, item, error);
-    for (const TransformFlag& flag : kObjectSpaceFlags) {
+    for (const TransformFlag& flag : kObjectSpaceFlags)
       ok = ok && (!arguments.has(flag.flag) || applyFlag(arguments, flag, item, error));
-    }
-    if (!ok) {
-      return CommandResult::failure("xform: " + error);
-    }
+    if (!ok) return CommandResult::failure("xform: " + error);
   }
   return CommandResult::success();
 }

@@ -17,42 +17,30 @@ using Copies = std::unordered_map<const Node*, NodePtr>;
 
 // What is set on a node, without what connections say.
 void copyValues(const Node& from, Node& to) {
-  for (const AttributePtr& attribute : from.dynamicAttributes()) {
-    to.addAttribute(attribute);
-  }
+  for (const AttributePtr& attribute : from.dynamicAttributes()) to.addAttribute(attribute);
   for (const AttributeState& state : from.values.inWrittenOrder()) {
     const std::string_view name =
         std::string_view(state.path).substr(0, state.path.find_first_of(".["));
-    if (name == "instObjGroups") {
-      continue;
-    }
-    if (to.findAttribute(name) == nullptr) {
-      to.findOrKeepLoose(name);
-    }
+    if (name == "instObjGroups") continue;
+    if (to.findAttribute(name) == nullptr) to.findOrKeepLoose(name);
     to.values.at(state.path) = state;
   }
-  if (from.mesh != nullptr && to.mesh != nullptr) {
-    *to.mesh = from.mesh->clone();
-  }
+  if (from.mesh != nullptr && to.mesh != nullptr) *to.mesh = from.mesh->clone();
 }
 
 // The copy of a shape is shaded as the shape is, face by face.
 void copyShading(const NodePtr& from, const NodePtr& to) {
   for (const NodePtr& set : setsHolding(from)) {
-    for (const SelectionItem& member : membersOf(set)) {
-      if (member.node == from && isRenderable(set)) {
+    for (const SelectionItem& member : membersOf(set))
+      if (member.node == from && isRenderable(set))
         addMember(set, SelectionItem::of(firstPath(to), member.component));
-      }
-    }
   }
 }
 
 NodePtr copyNode(const NodePtr& from, const std::string& name, const NodePtr& parent,
                  std::string& error) {
   const NodePtr copy = Scene::current().createNode(from->type(), name, parent, &error);
-  if (copy != nullptr) {
-    copyValues(*from, *copy);
-  }
+  if (copy != nullptr) copyValues(*from, *copy);
   return copy;
 }
 
@@ -63,9 +51,8 @@ std::vector<NodePtr> copyTree(const SelectionItem& item, const std::string& name
   const auto& nodes = item.path.nodes();
   const NodePtr above = nodes.size() > 1 ? nodes[nodes.size() - 2] : nullptr;
   const NodePtr root = copyNode(item.node, name.empty() ? item.node->name() : name, above, error);
-  if (root == nullptr || !whole) {
+  if (root == nullptr || !whole)
     return root == nullptr ? std::vector<NodePtr>() : std::vector<NodePtr>{root};
-  }
   Copies copies{{item.node.get(), root}};
   std::vector<NodePtr> waiting{item.node};
   std::vector<NodePtr> transforms{root};
@@ -75,58 +62,44 @@ std::vector<NodePtr> copyTree(const SelectionItem& item, const std::string& name
     for (const NodePtr& child : from->children()) {
       const auto known = copies.find(child.get());
       if (known != copies.end()) {
-        if (!Scene::current().addInstance(known->second, to, &error)) {
-          return {};
-        }
+        if (!Scene::current().addInstance(known->second, to, &error)) return {};
         continue;
       }
       const bool isNamedAfter = child->name() == shapeNameFor(from->name());
       const NodePtr copy =
           copyNode(child, isNamedAfter ? shapeNameFor(to->name()) : child->name(), to, error);
-      if (copy == nullptr) {
-        return {};
-      }
+      if (copy == nullptr) return {};
       copies[child.get()] = copy;
       waiting.push_back(child);
-      if (child->isShape()) {
+      if (child->isShape())
         copyShading(child, copy);
-      } else {
+      else
         transforms.push_back(copy);
-      }
     }
   }
   return transforms;
 }
 
 CommandResult duplicate(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
-    return CommandResult::failure("a scene file may not duplicate nodes");
-  }
+  if (context.inSceneFile) return CommandResult::failure("a scene file may not duplicate nodes");
   std::vector<SelectionItem> items;
   std::string error = "nothing is named or selected";
-  if (!findItems(arguments.objects(), context, items, error) || items.empty()) {
+  if (!findItems(arguments.objects(), context, items, error) || items.empty())
     return CommandResult::failure("duplicate: " + error);
-  }
   Value::Strings names;
   std::vector<SelectionItem> made;
   for (const SelectionItem& item : items) {
-    if (!item.node->isTransform() || item.component != nullptr) {
+    if (!item.node->isTransform() || item.component != nullptr)
       return CommandResult::failure("duplicate: '" + shownName(item) + "' is not a transform");
-    }
     const std::vector<NodePtr> copies =
         copyTree(item, arguments.text("n"), !arguments.has("po"), error);
-    if (copies.empty()) {
-      return CommandResult::failure("duplicate: " + error);
-    }
+    if (copies.empty()) return CommandResult::failure("duplicate: " + error);
     made.push_back(SelectionItem::of(copies.front()));
-    for (std::size_t i = 0; i < (arguments.has("rr") ? 1 : copies.size()); ++i) {
+    for (std::size_t i = 0; i < (arguments.has("rr") ? 1 : copies.size()); ++i)
       names.push_back(shownName(SelectionItem::of(copies[i])));
-    }
   }
   Scene::current().selection.clear();
-  for (const SelectionItem& item : made) {
-    Scene::current().selection.add(item);
-  }
+  for (const SelectionItem& item : made) Scene::current().selection.add(item);
   return CommandResult::success(std::move(names));
 }
 

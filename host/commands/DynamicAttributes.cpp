@@ -47,9 +47,7 @@ AttributePtr makeAttribute(const Arguments& arguments) {
   attribute->max = limit(arguments, "max");
   attribute->softMin = limit(arguments, "smn");
   attribute->softMax = limit(arguments, "smx");
-  if (arguments.has("dv")) {
-    attribute->defaultValue = arguments.number("dv");
-  }
+  if (arguments.has("dv")) attribute->defaultValue = arguments.number("dv");
   attribute->declaration = arguments.flagsAsWritten();
   return attribute;
 }
@@ -77,9 +75,8 @@ CommandResult addTo(const NodePtr& node, const Arguments& arguments,
                     const CommandContext& context) {
   const AttributePtr attribute = makeAttribute(arguments);
   const std::string& name = attribute->longName();
-  if (!isLegalName(name) || !isLegalName(attribute->shortName())) {
+  if (!isLegalName(name) || !isLegalName(attribute->shortName()))
     return CommandResult::malformed("addAttr: '" + name + "' is no name for an attribute");
-  }
   const AttributePtr taken = node->findAttribute(name);
   // Other versions and plug-ins add what nodes of this host have.
   if (context.inSceneFile && taken != nullptr && !taken->isDynamic &&
@@ -92,12 +89,8 @@ CommandResult addTo(const NodePtr& node, const Arguments& arguments,
                                   "' already");
   }
   std::string error;
-  if (addToNode(node, attribute, arguments.text("p"), error)) {
-    return CommandResult::success();
-  }
-  if (context.inSceneFile) {
-    keepDeclaration(*node, arguments);
-  }
+  if (addToNode(node, attribute, arguments.text("p"), error)) return CommandResult::success();
+  if (context.inSceneFile) keepDeclaration(*node, arguments);
   return CommandResult::failure("addAttr: " + error);
 }
 
@@ -112,50 +105,36 @@ bool targets(const Arguments& arguments, const CommandContext& context, std::vec
     return true;
   }
   std::vector<SelectionItem> items;
-  if (!findItems(arguments.objects(), context, items, error)) {
-    return false;
-  }
-  for (const SelectionItem& item : items) {
-    nodes.push_back(item.node);
-  }
+  if (!findItems(arguments.objects(), context, items, error)) return false;
+  for (const SelectionItem& item : items) nodes.push_back(item.node);
   error = nodes.empty() ? "nothing is named or selected" : "";
   return !nodes.empty();
 }
 
 CommandResult addAttr(const Arguments& arguments, CommandContext& context) {
-  if (!arguments.has("ln") && !arguments.has("sn")) {
+  if (!arguments.has("ln") && !arguments.has("sn"))
     return CommandResult::malformed("addAttr: -ln is missing");
-  }
   std::vector<NodePtr> nodes;
   std::string error;
-  if (!targets(arguments, context, nodes, error)) {
+  if (!targets(arguments, context, nodes, error))
     return CommandResult::failure("addAttr: " + error);
-  }
   for (const NodePtr& node : nodes) {
     CommandResult result = addTo(node, arguments, context);
-    if (!result.ok) {
-      return result;
-    }
+    if (!result.ok) return result;
   }
   return CommandResult::success();
 }
 
 CommandResult deleteAttr(const Arguments& arguments, CommandContext& context) {
   for (std::string text : arguments.objects()) {
-    if (arguments.has("at")) {
-      text += "." + arguments.text("at");
-    }
+    if (arguments.has("at")) text += "." + arguments.text("at");
     std::string error;
     const Plug plug = findPlug(text, context, error);
-    if (plug.isNull()) {
-      return CommandResult::failure("deleteAttr: " + error);
-    }
-    if (isLocked(plug)) {
+    if (plug.isNull()) return CommandResult::failure("deleteAttr: " + error);
+    if (isLocked(plug))
       return CommandResult::failure("deleteAttr: '" + plug.name() + "' is locked");
-    }
-    if (!plug.node()->removeAttribute(plug.attribute())) {
+    if (!plug.node()->removeAttribute(plug.attribute()))
       return CommandResult::failure("deleteAttr: '" + plug.name() + "' was not added by addAttr");
-    }
   }
   return CommandResult::success();
 }

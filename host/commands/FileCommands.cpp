@@ -11,12 +11,9 @@ namespace {
 
 CommandResult query(const Arguments& arguments) {
   const std::string& name = Scene::current().fileName;
-  if (arguments.has("shn")) {
+  if (arguments.has("shn"))
     return CommandResult::success(std::filesystem::u8path(name).filename().u8string());
-  }
-  if (arguments.has("sn") || arguments.has("exn")) {
-    return CommandResult::success(name);
-  }
+  if (arguments.has("sn") || arguments.has("exn")) return CommandResult::success(name);
   return CommandResult::failure("file: -query gives -sceneName, -shortName or -expandName");
 }
 
@@ -25,12 +22,9 @@ CommandResult finish(bool ok, const std::string& path, const std::string& error)
 }
 
 CommandResult file(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
+  if (context.inSceneFile)
     return CommandResult::failure("a scene file may not read or write files");
-  }
-  if (arguments.query()) {
-    return query(arguments);
-  }
+  if (arguments.query()) return query(arguments);
   std::string error;
   if (arguments.has("new")) {
     startNewScene();
@@ -44,23 +38,17 @@ CommandResult file(const Arguments& arguments, CommandContext& context) {
     Scene::current().fileName = resolvedPath(arguments.text("rn"), context.folder);
     return CommandResult::success(Scene::current().fileName);
   }
-  if (arguments.objects().size() != 1 || arguments.objects().front().empty()) {
+  if (arguments.objects().size() != 1 || arguments.objects().front().empty())
     return CommandResult::failure("file: needs one file name");
-  }
   FileRequest request;
   request.path = resolvedPath(arguments.objects().front(), context.folder);
   request.type = arguments.text("typ");
   request.options = arguments.text("op");
   request.nameSpace = arguments.text("ns");
-  if (arguments.has("o")) {
-    return finish(openFile(request, error), request.path, error);
-  }
-  if (arguments.has("i")) {
-    return finish(importFile(request, error), request.path, error);
-  }
-  if (arguments.has("es") || arguments.has("ea")) {
+  if (arguments.has("o")) return finish(openFile(request, error), request.path, error);
+  if (arguments.has("i")) return finish(importFile(request, error), request.path, error);
+  if (arguments.has("es") || arguments.has("ea"))
     return finish(exportFile(request, arguments.has("es"), error), request.path, error);
-  }
   return CommandResult::failure(
       "file: needs -open, -import, -exportSelected, -exportAll, -save, -rename or -newFile");
 }

@@ -20,9 +20,7 @@ fs::path pathOf(const std::string& name, const CommandContext& context) {
 
 // Names of what is in a folder, in the order of their bytes.
 CommandResult getFileList(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
-    return CommandResult::failure("a scene file may not look into folders");
-  }
+  if (context.inSceneFile) return CommandResult::failure("a scene file may not look into folders");
   Value::Strings names;
   std::error_code error;
   const std::string pattern = arguments.has("fs") ? arguments.text("fs") : "*";

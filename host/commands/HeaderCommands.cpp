@@ -9,9 +9,8 @@ namespace host::mel {
 namespace {
 
 CommandResult requiresPlugin(const Arguments& arguments, CommandContext& context) {
-  if (context.keepsInfo) {
+  if (context.keepsInfo)
     SceneInfo::current().requirements.push_back(asStatement("requires", arguments.words()));
-  }
   return CommandResult::success();
 }
 
@@ -25,23 +24,19 @@ bool isWord(const std::string& text) {
 void keepUnits(const Arguments& arguments, const CommandContext& context) {
   SceneUnits tried;
   SceneInfo& info = SceneInfo::current();
-  if (context.keepsInfo && arguments.has("l") && setLengthUnit(tried, arguments.text("l"))) {
+  if (context.keepsInfo && arguments.has("l") && setLengthUnit(tried, arguments.text("l")))
     info.lengthUnit = arguments.text("l");
-  }
-  if (context.keepsInfo && arguments.has("a") && setAngleUnit(tried, arguments.text("a"))) {
+  if (context.keepsInfo && arguments.has("a") && setAngleUnit(tried, arguments.text("a")))
     info.angleUnit = arguments.text("a");
-  }
 }
 
 CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
-  if (!context.inSceneFile) {
+  if (!context.inSceneFile)
     return CommandResult::failure("currentUnit: the units are centimetres and degrees");
-  }
-  if (arguments.has("t") && !isWord(arguments.text("t"))) {
+  if (arguments.has("t") && !isWord(arguments.text("t")))
     context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
-  } else if (arguments.has("t") && context.keepsInfo) {
+  else if (arguments.has("t") && context.keepsInfo)
     SceneInfo::current().timeUnit = arguments.text("t");
-  }
   keepUnits(arguments, context);
   const bool length = !arguments.has("l") || setLengthUnit(currentUnits(), arguments.text("l"));
   const bool angle = !arguments.has("a") || setAngleUnit(currentUnits(), arguments.text("a"));
@@ -57,23 +52,20 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
 }
 
 CommandResult fileInfo(const Arguments& arguments, CommandContext& context) {
-  if (context.keepsInfo) {
+  if (context.keepsInfo)
     SceneInfo::current().fileInfo.push_back(asStatement("fileInfo", arguments.words()));
-  }
   return CommandResult::success();
 }
 
 CommandResult dataStructure(const Arguments& arguments, CommandContext& context) {
-  if (context.keepsInfo) {
+  if (context.keepsInfo)
     SceneInfo::current().metadata.push_back(asStatement("dataStructure", arguments.words()));
-  }
   return CommandResult::success();
 }
 
 CommandResult applyMetadata(const Arguments& arguments, CommandContext& context) {
-  if (context.keepsInfo) {
+  if (context.keepsInfo)
     SceneInfo::current().metadata.push_back(asStatement("applyMetadata", arguments.words()));
-  }
   return CommandResult::success();
 }
 

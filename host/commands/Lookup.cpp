@@ -13,18 +13,14 @@ std::string_view nodePart(std::string_view text) {
 }
 
 NodePtr currentNode(const CommandContext& context) {
-  if (context.inSceneFile) {
-    return context.currentNode;
-  }
+  if (context.inSceneFile) return context.currentNode;
   const Selection& selection = Scene::current().selection;
   return selection.size() == 0 ? nullptr : selection.items().front().node;
 }
 
 // In a scene file a name means the file's own node, whatever else the scene holds.
 NodePtr ownNode(std::string_view name, const CommandContext& context) {
-  if (context.ownNodes.empty()) {
-    return nullptr;
-  }
+  if (context.ownNodes.empty()) return nullptr;
   const auto own = context.ownNodes.find(std::string(name));
   return own != context.ownNodes.end() && own->second != nullptr && own->second->isAlive()
              ? own->second
@@ -39,13 +35,9 @@ std::string pathOfInstance(std::string_view path, std::string_view name, const N
     const bool isWhole = path.substr(0, groups.size()) == groups &&
                          (path.size() == groups.size() || path[groups.size()] == '.');
     const bool isAmbiguous = node->pathCount() > 1 || path.size() > groups.size();
-    if (!isWhole || !node->isDag() || !isAmbiguous) {
-      continue;
-    }
+    if (!isWhole || !node->isDag() || !isAmbiguous) continue;
     const DagPath instance = Scene::current().findPath(qualifiedName(name, context));
-    if (instance.isEmpty() || instance.node() != node) {
-      continue;
-    }
+    if (instance.isEmpty() || instance.node() != node) continue;
     return std::string(groups) + '[' + std::to_string(instance.instanceNumber()) + ']' +
            std::string(path.substr(groups.size()));
   }
@@ -55,9 +47,8 @@ std::string pathOfInstance(std::string_view path, std::string_view name, const N
 }  // namespace
 
 std::string qualifiedName(std::string_view name, const CommandContext& context) {
-  if ((context.nameSpace.empty() && context.renames.empty()) || name.empty()) {
+  if ((context.nameSpace.empty() && context.renames.empty()) || name.empty())
     return std::string(name);
-  }
   std::string qualified;
   std::size_t at = 0;
   while (at <= name.size()) {
@@ -73,17 +64,13 @@ std::string qualifiedName(std::string_view name, const CommandContext& context) 
     }
     // "a->|b" and "a->b" name what stands below a shape.
     at = end + (end == arrow ? 2 : 1);
-    if (end < name.size()) {
-      qualified += name.substr(end, at - end);
-    }
+    if (end < name.size()) qualified += name.substr(end, at - end);
   }
   return qualified;
 }
 
 NodePtr findNode(std::string_view name, const CommandContext& context, std::string& error) {
-  if (NodePtr own = ownNode(name, context)) {
-    return own;
-  }
+  if (NodePtr own = ownNode(name, context)) return own;
   return Scene::current().findNode(qualifiedName(name, context), &error);
 }
 
@@ -101,20 +88,16 @@ bool splitPlugName(std::string_view text, const CommandContext& context, PlugNam
   }
   name.path = std::string(text.substr(node.size() + 1));
   name.node = node.empty() ? currentNode(context) : findNode(node, context, error);
-  if (name.node == nullptr && node.empty()) {
+  if (name.node == nullptr && node.empty())
     error = "'" + std::string(text) + "' names no node, and none is selected";
-  }
-  if (name.node != nullptr && !node.empty()) {
+  if (name.node != nullptr && !node.empty())
     name.path = pathOfInstance(name.path, node, name.node, context);
-  }
   return name.node != nullptr;
 }
 
 Plug findPlug(std::string_view text, const CommandContext& context, std::string& error) {
   PlugName name;
-  if (!splitPlugName(text, context, name, error)) {
-    return Plug();
-  }
+  if (!splitPlugName(text, context, name, error)) return Plug();
   const auto plug = Plug::find(name.node, name.path);
   if (!plug) {
     error = "no attribute '" + name.path + "' on '" + name.node->name() + "'";

@@ -18,9 +18,7 @@ CommandResult polyCreateFacet(const Arguments& arguments, CommandContext&) {
   polygon.counts.push_back(static_cast<int>(polygon.points.size()));
   MeshData mesh;
   std::string error = buildMesh(polygon, mesh);
-  if (!error.empty()) {
-    return CommandResult::failure("polyCreateFacet: " + error);
-  }
+  if (!error.empty()) return CommandResult::failure("polyCreateFacet: " + error);
   const std::string name = arguments.has("n") ? arguments.text("n") : "polySurface1";
   return addMeshObject("polyCreateFacet", name, std::move(mesh));
 }

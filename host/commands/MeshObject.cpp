@@ -16,13 +16,10 @@ CommandResult addMeshObject(const std::string& command, const std::string& name,
                             ? nullptr
                             : scene.createNode(*NodeType::find("mesh"),
                                                shapeNameFor(transform->name()), transform, &error);
-  if (shape == nullptr) {
-    return CommandResult::failure(command + ": " + error);
-  }
+  if (shape == nullptr) return CommandResult::failure(command + ": " + error);
   *shape->mesh = std::move(mesh);
-  for (const NodePtr& group : scene.nodesNamed("initialShadingGroup")) {
+  for (const NodePtr& group : scene.nodesNamed("initialShadingGroup"))
     addMember(group, SelectionItem::of(shape));
-  }
   scene.selection.clear();
   scene.selection.add(SelectionItem::of(transform));
   return CommandResult::success(Value::Strings{scene.displayName(transform)});

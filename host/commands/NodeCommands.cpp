@@ -56,12 +56,8 @@ NodePtr findShared(const Arguments& arguments, const NodePtr& parent,
 void rememberOwn(const std::string& wanted, const std::string& name, const NodePtr& node,
                  CommandContext& context) {
   const auto [own, isFirst] = context.ownNodes.emplace(wanted, node);
-  if (!isFirst) {
-    own->second = nullptr;
-  }
-  if (node->name() != name) {
-    context.renames[wanted] = node->name();
-  }
+  if (!isFirst) own->second = nullptr;
+  if (node->name() != name) context.renames[wanted] = node->name();
 }
 
 // The parent that a scene file names. One of a file that is not here gets a stand-in, so that what
@@ -70,9 +66,8 @@ NodePtr parentNamed(const std::string& name, const Arguments& arguments, Command
                     std::string& error) {
   Scene& scene = Scene::current();
   NodePtr parent = findNode(name, context, error);
-  if (parent == nullptr && arguments.has("s") && !context.nameSpace.empty()) {
+  if (parent == nullptr && arguments.has("s") && !context.nameSpace.empty())
     parent = scene.findNode(name, &error);
-  }
   const bool isElsewhere = name.find(':') != name.npos && name.find_first_of("*?") == name.npos;
   if (parent == nullptr && context.inSceneFile && isElsewhere) {
     const std::string whole = qualifiedName(name, context);
@@ -81,44 +76,34 @@ NodePtr parentNamed(const std::string& name, const Arguments& arguments, Command
     parent = scene.createNode(*NodeType::find("fosterParent"), leaf, nullptr, &error);
     parent->isReferenced = true;
   }
-  if (parent != nullptr && context.inSceneFile) {
-    scene.moveIntoDag(parent);
-  }
+  if (parent != nullptr && context.inSceneFile) scene.moveIntoDag(parent);
   return parent;
 }
 
 CommandResult createNode(const Arguments& arguments, CommandContext& context) {
   // Whatever goes wrong, the statements that follow do not belong to the node before.
   context.currentNode = nullptr;
-  if (arguments.objects().size() != 1) {
+  if (arguments.objects().size() != 1)
     return CommandResult::malformed("createNode: needs one node type");
-  }
   std::string error;
   NodePtr parent;
   if (arguments.has("p")) {
     parent = parentNamed(arguments.text("p"), arguments, context, error);
-    if (parent == nullptr) {
-      return notFound(arguments.text("p"), "createNode: " + error);
-    }
+    if (parent == nullptr) return notFound(arguments.text("p"), "createNode: " + error);
   }
   NodePtr node = arguments.has("s") ? findShared(arguments, parent, context) : nullptr;
   if (node == nullptr) {
     const std::string& typeName = arguments.objects().front();
     const NodeType* type = typeFor(typeName, parent != nullptr, context);
-    if (type == nullptr) {
+    if (type == nullptr)
       return CommandResult::malformed("createNode: unknown node type '" + typeName + "'");
-    }
     const std::string wanted = arguments.text("n");
     const std::string name = wanted.empty() ? wanted : context.nameSpace + wanted;
     node = Scene::current().createNode(*type, name, parent, &error);
-    if (node == nullptr) {
-      return CommandResult::failure("createNode: " + error);
-    }
+    if (node == nullptr) return CommandResult::failure("createNode: " + error);
     node->isShared = arguments.has("s");
     node->isReferenced = context.isReference;
-    if (context.inSceneFile && !wanted.empty()) {
-      rememberOwn(wanted, name, node, context);
-    }
+    if (context.inSceneFile && !wanted.empty()) rememberOwn(wanted, name, node, context);
   }
   finishCreated(node, arguments, context);
   return CommandResult::success(shown(node));
@@ -132,30 +117,24 @@ void listNode(const NodePtr& node, const char* list, const char* plugName) {
   const auto listNodes = Scene::current().nodesNamed(list);
   const auto array = listNodes.empty() ? std::nullopt : Plug::find(listNodes.front(), plugName);
   const auto message = Plug::find(node, "message");
-  if (array && message) {
-    connect(*message, nextElement(*array), false);
-  }
+  if (array && message) connect(*message, nextElement(*array), false);
 }
 
 void listByKind(const NodePtr& node) {
-  if (node->hasFn(MFn::kLambert)) {
+  if (node->hasFn(MFn::kLambert))
     listNode(node, "defaultShaderList1", "shaders");
-  } else if (node->type().isA("texture2d") || node->hasFn(MFn::kFileTexture)) {
+  else if (node->type().isA("texture2d") || node->hasFn(MFn::kFileTexture))
     listNode(node, "defaultTextureList1", "textures");
-  }
 }
 
 CommandResult createShadingNode(const std::string& command, const std::string& typeName,
                                 const std::string& name, bool select) {
   const NodeType* type = NodeType::find(typeName);
-  if (type == nullptr) {
+  if (type == nullptr)
     return CommandResult::failure(command + ": unknown node type '" + typeName + "'");
-  }
   std::string error;
   const NodePtr node = Scene::current().createNode(*type, name, nullptr, &error);
-  if (node == nullptr) {
-    return CommandResult::failure(command + ": " + error);
-  }
+  if (node == nullptr) return CommandResult::failure(command + ": " + error);
   listByKind(node);
   if (select) {
     Scene::current().selection.clear();
@@ -165,30 +144,23 @@ CommandResult createShadingNode(const std::string& command, const std::string& t
 }
 
 CommandResult shadingNode(const Arguments& arguments, CommandContext&) {
-  if (arguments.objects().size() != 1) {
+  if (arguments.objects().size() != 1)
     return CommandResult::failure("shadingNode: needs one node type");
-  }
   return createShadingNode("shadingNode", arguments.objects().front(), arguments.text("n"),
                            !arguments.has("ss"));
 }
 
 NodePtr shadingGroupOf(const NodePtr& shader) {
   const auto colour = Plug::find(shader, "outColor");
-  for (const Plug& end : colour ? destinationsOf(*colour) : std::vector<Plug>()) {
-    if (end.node()->type().isA("shadingEngine")) {
-      return end.node();
-    }
-  }
+  for (const Plug& end : colour ? destinationsOf(*colour) : std::vector<Plug>())
+    if (end.node()->type().isA("shadingEngine")) return end.node();
   return nullptr;
 }
 
 CommandResult hyperShade(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("cn")) {
-    return createShadingNode("hyperShade", arguments.text("cn"), "", true);
-  }
-  if (!arguments.has("a") && !arguments.has("o")) {
+  if (arguments.has("cn")) return createShadingNode("hyperShade", arguments.text("cn"), "", true);
+  if (!arguments.has("a") && !arguments.has("o"))
     return CommandResult::failure("hyperShade: needs -createNode, -assign or -objects");
-  }
   std::string error;
   const NodePtr shader = findNode(arguments.text(arguments.has("a") ? "a" : "o"), context, error);
   const NodePtr group = shader == nullptr ? nullptr : shadingGroupOf(shader);
@@ -200,16 +172,11 @@ CommandResult hyperShade(const Arguments& arguments, CommandContext& context) {
   Selection& selection = Scene::current().selection;
   if (arguments.has("o")) {
     selection.clear();
-    for (const SelectionItem& item : membersOf(group)) {
-      selection.add(item);
-    }
+    for (const SelectionItem& item : membersOf(group)) selection.add(item);
     return CommandResult::success();
   }
-  for (const SelectionItem& item : selection.items()) {
-    if (!forceMember(group, item, &error)) {
-      return CommandResult::failure("hyperShade: " + error);
-    }
-  }
+  for (const SelectionItem& item : selection.items())
+    if (!forceMember(group, item, &error)) return CommandResult::failure("hyperShade: " + error);
   return CommandResult::success();
 }
 
@@ -218,14 +185,11 @@ CommandResult hyperShade(const Arguments& arguments, CommandContext& context) {
 CommandResult renameNode(const Arguments& arguments, CommandContext& context) {
   const std::vector<std::string>& names = arguments.objects();
   if (arguments.has("uid") && context.inSceneFile) {
-    if (context.currentNode != nullptr && !names.empty()) {
-      context.currentNode->uuid = names.back();
-    }
+    if (context.currentNode != nullptr && !names.empty()) context.currentNode->uuid = names.back();
     return CommandResult::success();
   }
-  if (names.empty() || names.size() > 2) {
+  if (names.empty() || names.size() > 2)
     return CommandResult::failure("rename: needs a name, or an object and a name");
-  }
   std::vector<SelectionItem> items;
   std::string error;
   if (!findItems(
@@ -233,47 +197,35 @@ CommandResult renameNode(const Arguments& arguments, CommandContext& context) {
           context, items, error)) {
     return CommandResult::failure("rename: " + error);
   }
-  if (items.size() != 1) {
-    return CommandResult::failure("rename: needs exactly one object");
-  }
+  if (items.size() != 1) return CommandResult::failure("rename: needs exactly one object");
   if (arguments.has("uid")) {
     items[0].node->uuid = names.back();
     return CommandResult::success(names.back());
   }
-  if (!Scene::current().rename(items[0].node, names.back(), !arguments.has("is"), &error)) {
+  if (!Scene::current().rename(items[0].node, names.back(), !arguments.has("is"), &error))
     return CommandResult::failure("rename: " + error);
-  }
   return CommandResult::success(shownName(SelectionItem::of(items[0].node)));
 }
 
 void keepWhatItGave(const NodePtr& node) {
-  for (const ConnectionPtr& connection : node->connections.inOrder()) {
-    if (connection->source.node() == node && connection->destination.node() != node) {
+  for (const ConnectionPtr& connection : node->connections.inOrder())
+    if (connection->source.node() == node && connection->destination.node() != node)
       disconnectKeepingValue(connection);
-    }
-  }
 }
 
 CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
-    return CommandResult::failure("a scene file may not delete nodes");
-  }
+  if (context.inSceneFile) return CommandResult::failure("a scene file may not delete nodes");
   std::vector<SelectionItem> items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("delete: " + error);
-  }
-  if (arguments.has("ch")) {
-    return CommandResult::success();
-  }
+  if (arguments.has("ch")) return CommandResult::success();
   for (const SelectionItem& item : items) {
-    if (item.component != nullptr) {
+    if (item.component != nullptr)
       return CommandResult::failure("delete: components cannot be deleted");
-    }
     keepWhatItGave(item.node);
-    if (item.node->isAlive() && !Scene::current().deleteNode(item.node, &error)) {
+    if (item.node->isAlive() && !Scene::current().deleteNode(item.node, &error))
       return CommandResult::failure("delete: " + error);
-    }
   }
   Scene::current().selection.removeDeleted();
   return CommandResult::success();
@@ -282,11 +234,9 @@ CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
 // The flags beside -lock, of which the host has no use.
 std::string lockFlags(const Arguments& arguments) {
   std::string flags;
-  for (const char* flag : {"lu", "ln"}) {
-    if (arguments.has(flag)) {
+  for (const char* flag : {"lu", "ln"})
+    if (arguments.has(flag))
       flags += std::string(" -") + flag + (arguments.truth(flag) ? " on" : " off");
-    }
-  }
   return flags + (arguments.has("ic") ? " -ic" : "");
 }
 
@@ -297,12 +247,9 @@ CommandResult lockNode(const Arguments& arguments, CommandContext& context) {
   } else {
     std::vector<SelectionItem> items;
     std::string error;
-    if (!findItems(arguments.objects(), context, items, error)) {
+    if (!findItems(arguments.objects(), context, items, error))
       return CommandResult::failure("lockNode: " + error);
-    }
-    for (const SelectionItem& item : items) {
-      nodes.push_back(item.node);
-    }
+    for (const SelectionItem& item : items) nodes.push_back(item.node);
   }
   Value::Ints locked;
   for (const NodePtr& node : nodes) {
@@ -318,9 +265,7 @@ CommandResult lockNode(const Arguments& arguments, CommandContext& context) {
 // --- Questions
 
 CommandResult objExists(const Arguments& arguments, CommandContext& context) {
-  if (arguments.objects().size() != 1) {
-    return CommandResult::failure("objExists: needs one name");
-  }
+  if (arguments.objects().size() != 1) return CommandResult::failure("objExists: needs one name");
   const std::string& name = arguments.objects().front();
   bool exists = !Scene::current().match(qualifiedName(name, context)).empty();
   if (!exists && name.find('.') != std::string::npos) {
@@ -345,41 +290,31 @@ const NodeType* typeOfNamed(const Arguments& arguments, const CommandContext& co
 CommandResult objectType(const Arguments& arguments, CommandContext& context) {
   std::string error;
   const NodeType* type = typeOfNamed(arguments, context, error);
-  if (type == nullptr) {
-    return CommandResult::failure("objectType: " + error);
-  }
-  if (arguments.has("isa")) {
+  if (type == nullptr) return CommandResult::failure("objectType: " + error);
+  if (arguments.has("isa"))
     return CommandResult::success(Value::ofTruth(type->isA(arguments.text("isa"))));
-  }
-  if (arguments.has("i")) {
+  if (arguments.has("i"))
     return CommandResult::success(Value::ofTruth(type->name() == arguments.text("i")));
-  }
   return CommandResult::success(type->name());
 }
 
 // From the top down, without the type of all nodes, as the host lists them.
 Value::Strings inheritedTypes(const NodeType& own) {
   Value::Strings names;
-  for (const NodeType* type = &own; type->base() != nullptr; type = type->base()) {
+  for (const NodeType* type = &own; type->base() != nullptr; type = type->base())
     names.insert(names.begin(), type->name());
-  }
   return names;
 }
 
 CommandResult nodeType(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("d")) {
-    return CommandResult::failure("nodeType: -derived is not supported");
-  }
+  if (arguments.has("d")) return CommandResult::failure("nodeType: -derived is not supported");
   std::string error = "needs one name of a type";
   const bool namesType = arguments.has("itn") && arguments.objects().size() == 1;
   const NodeType* type = namesType ? NodeType::find(arguments.objects().front())
                                    : typeOfNamed(arguments, context, error);
-  if (type == nullptr) {
+  if (type == nullptr)
     return CommandResult::failure("nodeType: " + (namesType ? "no such node type" : error));
-  }
-  if (arguments.has("i")) {
-    return CommandResult::success(inheritedTypes(*type));
-  }
+  if (arguments.has("i")) return CommandResult::success(inheritedTypes(*type));
   return CommandResult::success(arguments.has("api") ? nameOf(type->apiType()) : type->name());
 }
 

@@ -35,38 +35,28 @@ bool isListed(const Arguments& arguments, const Plug& plug) {
 
 void listFrom(const Arguments& arguments, const NodePtr& node, const AttributePtr& attribute,
               Value::Strings& names) {
-  if (attribute->kind() == Attribute::Kind::kLoose) {
-    return;
-  }
+  if (attribute->kind() == Attribute::Kind::kLoose) return;
   const Plug plug = Plug::ofAttribute(node, attribute);
-  if (isListed(arguments, plug)) {
+  if (isListed(arguments, plug))
     names.push_back(arguments.has("sn") ? attribute->shortName() : attribute->longName());
-  }
-  for (const AttributePtr& child : attribute->children()) {
-    listFrom(arguments, node, child, names);
-  }
+  for (const AttributePtr& child : attribute->children()) listFrom(arguments, node, child, names);
 }
 
 CommandResult listAttr(const Arguments& arguments, CommandContext& context) {
   std::vector<SelectionItem> items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("listAttr: " + error);
-  }
   Value::Strings names;
   for (const SelectionItem& item : items) {
     std::vector<const NodeType*> types;
-    for (const NodeType* type = &item.node->type(); type != nullptr; type = type->base()) {
+    for (const NodeType* type = &item.node->type(); type != nullptr; type = type->base())
       types.insert(types.begin(), type);
-    }
-    for (const NodeType* type : types) {
-      for (const AttributePtr& attribute : type->ownAttributes()) {
+    for (const NodeType* type : types)
+      for (const AttributePtr& attribute : type->ownAttributes())
         listFrom(arguments, item.node, attribute, names);
-      }
-    }
-    for (const AttributePtr& attribute : item.node->dynamicAttributes()) {
+    for (const AttributePtr& attribute : item.node->dynamicAttributes())
       listFrom(arguments, item.node, attribute, names);
-    }
   }
   return CommandResult::success(std::move(names));
 }
@@ -87,9 +77,7 @@ std::vector<NodePtr> reachedFrom(const NodePtr& start, bool forward, std::size_t
         const NodePtr& far = (forward ? connection->destination : connection->source).node();
         const bool carriesData =
             connection->source.attribute()->kind() != Attribute::Kind::kMessage && !far->isSet();
-        if (near == node && carriesData && seen.insert(far.get()).second) {
-          found.push_back(far);
-        }
+        if (near == node && carriesData && seen.insert(far.get()).second) found.push_back(far);
       }
     }
   }
@@ -99,9 +87,8 @@ std::vector<NodePtr> reachedFrom(const NodePtr& start, bool forward, std::size_t
 CommandResult listHistory(const Arguments& arguments, CommandContext& context) {
   std::vector<SelectionItem> items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("listHistory: " + error);
-  }
   const auto levels = arguments.has("lv") && arguments.number("lv") > 0
                           ? static_cast<std::size_t>(arguments.number("lv"))
                           : static_cast<std::size_t>(-1);
@@ -112,9 +99,8 @@ CommandResult listHistory(const Arguments& arguments, CommandContext& context) {
     const NodePtr start = shapes.empty() ? item.node : shapes.front();
     for (const NodePtr& node : reachedFrom(start, arguments.truth("f"), levels)) {
       const bool isShown = !arguments.truth("pdo") || (!node->isShape() && !node->isTransform());
-      if (isShown && seen.insert(node.get()).second) {
+      if (isShown && seen.insert(node.get()).second)
         names.push_back(Scene::current().displayName(node));
-      }
     }
   }
   return CommandResult::success(std::move(names));
@@ -127,20 +113,14 @@ CommandResult connectionInfo(const Arguments& arguments, CommandContext& context
   const Plug named = arguments.objects().size() == 1
                          ? findPlug(arguments.objects().front(), context, error)
                          : Plug();
-  if (named.isNull()) {
-    return CommandResult::failure("connectionInfo: " + error);
-  }
+  if (named.isNull()) return CommandResult::failure("connectionInfo: " + error);
   const Plug plug = named.orFirstElement();
   const auto source = sourceOf(plug);
   const std::vector<Plug> ends = destinationsOf(plug);
-  if (arguments.has("sfd")) {
-    return CommandResult::success(source ? source->name() : std::string());
-  }
+  if (arguments.has("sfd")) return CommandResult::success(source ? source->name() : std::string());
   if (arguments.has("dfs")) {
     Value::Strings names;
-    for (const Plug& end : ends) {
-      names.push_back(end.name());
-    }
+    for (const Plug& end : ends) names.push_back(end.name());
     return CommandResult::success(std::move(names));
   }
   if (arguments.has("ged") || arguments.has("ges")) {
@@ -155,9 +135,8 @@ CommandResult connectionInfo(const Arguments& arguments, CommandContext& context
 }
 
 CommandResult attributeExists(const Arguments& arguments, CommandContext& context) {
-  if (arguments.objects().size() != 2) {
+  if (arguments.objects().size() != 2)
     return CommandResult::failure("attributeExists: needs an attribute and a node");
-  }
   std::string error;
   const NodePtr node = findNode(arguments.objects()[1], context, error);
   const auto plug = node == nullptr ? std::nullopt : Plug::find(node, arguments.objects()[0]);
@@ -183,9 +162,8 @@ bool passes(const SelectionItem& item, int mask) {
 CommandResult filterExpand(const Arguments& arguments, CommandContext& context) {
   std::vector<SelectionItem> items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("filterExpand: " + error);
-  }
   Value::Strings names;
   for (const SelectionItem& item : items) {
     for (const std::vector<double>& mask : arguments.allNumbers("sm")) {

@@ -9,9 +9,7 @@ namespace {
 
 std::string message(const Arguments& arguments) {
   std::string text;
-  for (const std::string& object : arguments.objects()) {
-    text += (text.empty() ? "" : " ") + object;
-  }
+  for (const std::string& object : arguments.objects()) text += (text.empty() ? "" : " ") + object;
   return text;
 }
 
@@ -26,25 +24,17 @@ CommandResult warning(const Arguments& arguments, CommandContext& context) {
 }
 
 CommandResult source(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
-    return CommandResult::failure("a scene file may not run scripts");
-  }
-  if (arguments.objects().size() != 1) {
-    return CommandResult::failure("source: needs one file");
-  }
+  if (context.inSceneFile) return CommandResult::failure("a scene file may not run scripts");
+  if (arguments.objects().size() != 1) return CommandResult::failure("source: needs one file");
   Outcome outcome = context.interpreter->executeFile(arguments.objects().front());
   CommandResult result = CommandResult::success(std::move(outcome.value));
   result.ok = outcome.ok;
-  if (!outcome.ok) {
-    result.inner = std::move(outcome.failure);
-  }
+  if (!outcome.ok) result.inner = std::move(outcome.failure);
   return result;
 }
 
 CommandResult about(const Arguments& arguments, CommandContext&) {
-  if (arguments.has("b")) {
-    return CommandResult::success(1);
-  }
+  if (arguments.has("b")) return CommandResult::success(1);
   return CommandResult::success(arguments.has("api") ? Value(300) : Value("3.0"));
 }
 

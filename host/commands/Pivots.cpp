@@ -55,9 +55,7 @@ MMatrix spaceAfter(const SelectionItem& item, Pivot pivot) {
   MMatrix after;
   if (pivot == Pivot::kRotate) {
     const MVector translate = vectorOf(item.node, "translate");
-    for (unsigned i = 0; i < 3; ++i) {
-      after[3][i] = translate[i];
-    }
+    for (unsigned i = 0; i < 3; ++i) after[3][i] = translate[i];
     return after * item.path.exclusiveMatrix();
   }
   // All but the scale: a point is turned about the rotate pivot and moved.
@@ -65,9 +63,7 @@ MMatrix spaceAfter(const SelectionItem& item, Pivot pivot) {
   after = rotationMatrix(item.node);
   const MVector moved = point + vectorOf(item.node, "rotatePivotTranslate") +
                         vectorOf(item.node, "translate") - point * after;
-  for (unsigned i = 0; i < 3; ++i) {
-    after[3][i] = moved[i];
-  }
+  for (unsigned i = 0; i < 3; ++i) after[3][i] = moved[i];
   return after * item.path.exclusiveMatrix();
 }
 
@@ -95,9 +91,7 @@ bool solve(const NodePtr& node, Pivot pivot, const MVector& target, bool preserv
 MPoint pivotOf(const SelectionItem& item, Pivot pivot, bool inWorld) {
   const PivotNames names = namesOf(pivot);
   const MVector point = vectorOf(item.node, names.point);
-  if (!inWorld) {
-    return MPoint(point.x, point.y, point.z);
-  }
+  if (!inWorld) return MPoint(point.x, point.y, point.z);
   const MVector fixed = point + vectorOf(item.node, names.shift);
   return MPoint(fixed.x, fixed.y, fixed.z) * spaceAfter(item, pivot);
 }

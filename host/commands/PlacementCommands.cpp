@@ -21,15 +21,12 @@ bool splitWords(const std::string& command, const Arguments& arguments, CommandC
   std::vector<std::string> names;
   for (const std::string& word : arguments.objects()) {
     const auto number = names.empty() && numbers.size() < 3 ? parseNumber(word) : std::nullopt;
-    if (number) {
+    if (number)
       numbers.push_back(*number);
-    } else {
+    else
       names.push_back(word);
-    }
   }
-  if (!findItems(names, context, items, error)) {
-    return false;
-  }
+  if (!findItems(names, context, items, error)) return false;
   for (const SelectionItem& item : items) {
     if (!item.node->isTransform() || item.component != nullptr) {
       error = "'" + shownName(item) + "' is not a transform";
@@ -44,14 +41,9 @@ bool splitWords(const std::string& command, const Arguments& arguments, CommandC
 bool axesOf(const Arguments& arguments, const std::vector<double>& numbers,
             std::vector<std::size_t>& axes, std::string& error) {
   constexpr std::string_view kAxes[] = {"x", "y", "z"};
-  for (std::size_t i = 0; i < 3; ++i) {
-    if (arguments.has(kAxes[i])) {
-      axes.push_back(i);
-    }
-  }
-  if (axes.empty()) {
-    axes = {0, 1, 2};
-  }
+  for (std::size_t i = 0; i < 3; ++i)
+    if (arguments.has(kAxes[i])) axes.push_back(i);
+  if (axes.empty()) axes = {0, 1, 2};
   const bool fits = numbers.size() == axes.size() || (numbers.size() == 1 && axes.size() < 3);
   error = "needs a number for each axis";
   return fits;
@@ -105,24 +97,20 @@ CommandResult place(const std::string& command, const Change& change, bool inWor
   for (const SelectionItem& item : items) {
     const bool ok = inWorld ? moveInWorld(item, axes, numbers, relative, error)
                             : changeAttribute(item, change, axes, numbers, relative, error);
-    if (!ok) {
-      return CommandResult::failure(command + ": " + error);
-    }
+    if (!ok) return CommandResult::failure(command + ": " + error);
   }
   return CommandResult::success();
 }
 
 // In the world's space, or with -localSpace in the parent's.
 CommandResult move(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("os")) {
+  if (arguments.has("os"))
     return CommandResult::failure("move: -objectSpace is not supported; use -localSpace");
-  }
   return place("move", {"translate", false}, !arguments.has("ls"), arguments, context);
 }
 CommandResult rotate(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("ws")) {
+  if (arguments.has("ws"))
     return CommandResult::failure("rotate: -worldSpace is not supported; use xform");
-  }
   return place("rotate", {"rotate", false}, false, arguments, context);
 }
 CommandResult scale(const Arguments& arguments, CommandContext& context) {
@@ -133,14 +121,11 @@ CommandResult show(const std::string& command, bool visible, const Arguments& ar
                    CommandContext& context) {
   Items items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure(command + ": " + error);
-  }
   for (const SelectionItem& item : items) {
     const auto plug = Plug::find(item.node, "visibility");
-    if (plug && !isLocked(*plug)) {
-      writeValue(*plug, visible ? 1.0 : 0.0);
-    }
+    if (plug && !isLocked(*plug)) writeValue(*plug, visible ? 1.0 : 0.0);
   }
   return CommandResult::success();
 }
@@ -155,19 +140,16 @@ CommandResult showHidden(const Arguments& arguments, CommandContext& context) {
 CommandResult worldBox(const Arguments& arguments, CommandContext& context) {
   Items items;
   std::string error = "nothing is named or selected";
-  if (!findItems(arguments.objects(), context, items, error) || items.empty()) {
+  if (!findItems(arguments.objects(), context, items, error) || items.empty())
     return CommandResult::failure("exactWorldBoundingBox: " + error);
-  }
   std::vector<double> all;
   for (const SelectionItem& item : items) {
     const std::vector<double> box = boxNumbers(item, true);
-    for (std::size_t i = 0; i < box.size(); ++i) {
-      if (all.size() <= i) {
+    for (std::size_t i = 0; i < box.size(); ++i)
+      if (all.size() <= i)
         all.push_back(box[i]);
-      } else {
+      else
         all[i] = i < 3 ? std::min(all[i], box[i]) : std::max(all[i], box[i]);
-      }
-    }
   }
   return CommandResult::success(std::move(all));
 }

@@ -7,30 +7,24 @@ namespace host::mel {
 namespace {
 
 CommandResult loadPluginCommand(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
-    return CommandResult::failure("a scene file may not load plug-ins");
-  }
+  if (context.inSceneFile) return CommandResult::failure("a scene file may not load plug-ins");
   Value::Strings names;
   for (const std::string& name : arguments.objects()) {
     std::string error;
-    if (!PluginRegistry::current().load(name, error)) {
+    if (!PluginRegistry::current().load(name, error))
       return CommandResult::failure("loadPlugin: " + error);
-    }
     names.push_back(PluginRegistry::current().find(name)->name);
   }
   return CommandResult::success(std::move(names));
 }
 
 CommandResult unloadPluginCommand(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
-    return CommandResult::failure("a scene file may not unload plug-ins");
-  }
+  if (context.inSceneFile) return CommandResult::failure("a scene file may not unload plug-ins");
   Value::Strings names;
   for (const std::string& name : arguments.objects()) {
     std::string error;
-    if (!PluginRegistry::current().unload(name, error)) {
+    if (!PluginRegistry::current().unload(name, error))
       return CommandResult::failure("unloadPlugin: " + error);
-    }
     names.push_back(name);
   }
   return CommandResult::success(std::move(names));
@@ -38,43 +32,30 @@ CommandResult unloadPluginCommand(const Arguments& arguments, CommandContext& co
 
 Value::Strings translatorsOf(const PluginPtr& plugin) {
   Value::Strings names;
-  for (const Translator& translator : PluginRegistry::current().translators()) {
-    if (translator.plugin == plugin) {
-      names.push_back(translator.name);
-    }
-  }
+  for (const Translator& translator : PluginRegistry::current().translators())
+    if (translator.plugin == plugin) names.push_back(translator.name);
   return names;
 }
 
 CommandResult pluginInfo(const Arguments& arguments, CommandContext&) {
   const PluginRegistry& registry = PluginRegistry::current();
-  if (!arguments.query()) {
-    return CommandResult::failure("pluginInfo: only -query is supported");
-  }
+  if (!arguments.query()) return CommandResult::failure("pluginInfo: only -query is supported");
   if (arguments.has("ls")) {
     Value::Strings names;
-    for (const PluginPtr& plugin : registry.plugins()) {
-      names.push_back(plugin->name);
-    }
+    for (const PluginPtr& plugin : registry.plugins()) names.push_back(plugin->name);
     return CommandResult::success(std::move(names));
   }
-  if (arguments.objects().size() != 1) {
+  if (arguments.objects().size() != 1)
     return CommandResult::failure("pluginInfo: needs one plug-in");
-  }
   const PluginPtr plugin = registry.find(arguments.objects().front());
-  if (arguments.has("l") || arguments.has("r")) {
+  if (arguments.has("l") || arguments.has("r"))
     return CommandResult::success(Value::ofTruth(plugin != nullptr));
-  }
   if (plugin == nullptr) {
     return CommandResult::failure("pluginInfo: no plug-in named " + arguments.objects().front() +
                                   " is loaded");
   }
-  if (arguments.has("c")) {
-    return CommandResult::success(plugin->commands);
-  }
-  if (arguments.has("t")) {
-    return CommandResult::success(translatorsOf(plugin));
-  }
+  if (arguments.has("c")) return CommandResult::success(plugin->commands);
+  if (arguments.has("t")) return CommandResult::success(translatorsOf(plugin));
   return CommandResult::success(arguments.has("p")    ? plugin->path
                                 : arguments.has("vd") ? plugin->vendor
                                                       : plugin->version);

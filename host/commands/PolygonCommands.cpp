@@ -58,24 +58,16 @@ PrimitiveParameter parametersOf(const Primitive& primitive, const Arguments& arg
   return [&primitive, &arguments](std::string_view, std::string_view longName) {
     std::optional<double> number;
     for (const NumberFlag& each : primitive.flags) {
-      if (longName != each.attribute) {
-        continue;
-      }
-      if (arguments.has(each.flag)) {
+      if (longName != each.attribute) continue;
+      if (arguments.has(each.flag))
         number = arguments.number(each.flag);
-      } else if (each.otherwise >= 0) {
+      else if (each.otherwise >= 0)
         number = each.otherwise;
-      }
     }
     constexpr std::string_view kAxes[] = {"axisX", "axisY", "axisZ"};
-    for (std::size_t i = 0; i < 3; ++i) {
-      if (longName == kAxes[i] && arguments.has("ax")) {
-        number = arguments.number("ax", i);
-      }
-    }
-    if (longName == "createUVs" && arguments.has("cuv")) {
-      number = arguments.number("cuv");
-    }
+    for (std::size_t i = 0; i < 3; ++i)
+      if (longName == kAxes[i] && arguments.has("ax")) number = arguments.number("ax", i);
+    if (longName == "createUVs" && arguments.has("cuv")) number = arguments.number("cuv");
     return number;
   };
 }
@@ -85,9 +77,7 @@ CommandResult makePrimitive(const Primitive& primitive, const Arguments& argumen
   const std::string command = primitive.type;
   MeshData mesh;
   std::string error = evaluatePrimitive(primitive.type, parametersOf(primitive, arguments), mesh);
-  if (!error.empty()) {
-    return CommandResult::failure(command + ": " + error);
-  }
+  if (!error.empty()) return CommandResult::failure(command + ": " + error);
   const std::string name =
       arguments.has("n") ? arguments.text("n") : primitive.object + std::string("#");
   return addMeshObject(command, name, std::move(mesh));
@@ -113,11 +103,8 @@ void addPrimitive(CommandTable& table) {
                                    {"sx", "subdivisionsX", "i"}, {"sy", "subdivisionsY", "i"},
                                    {"sz", "subdivisionsZ", "i"}};
   for (const NumberFlag& each : kPrimitives[kIndex].flags) {
-    for (const FlagSpec& number : kNumbers) {
-      if (number.shortName == each.flag) {
-        flags.push_back(number);
-      }
-    }
+    for (const FlagSpec& number : kNumbers)
+      if (number.shortName == each.flag) flags.push_back(number);
   }
   table.add(kPrimitives[kIndex].type, std::move(flags), primitiveCommand<kIndex>);
 }
@@ -143,9 +130,7 @@ double areaOf(const MeshData& mesh, const MMatrix& matrix) {
 // Groups of faces that hang together by vertices.
 int shellCount(const MeshData& mesh) {
   std::vector<int> above(static_cast<std::size_t>(mesh.pointCount()));
-  for (std::size_t i = 0; i < above.size(); ++i) {
-    above[i] = static_cast<int>(i);
-  }
+  for (std::size_t i = 0; i < above.size(); ++i) above[i] = static_cast<int>(i);
   const auto top = [&above](int vertex) {
     while (above[static_cast<std::size_t>(vertex)] != vertex) {
       int& next = above[static_cast<std::size_t>(vertex)];
@@ -172,14 +157,9 @@ int shellCount(const MeshData& mesh) {
 }
 
 NodePtr meshOf(const SelectionItem& item) {
-  if (item.node->mesh != nullptr) {
-    return item.node;
-  }
-  for (const NodePtr& shape : shapesBelow(*item.node)) {
-    if (shape->mesh != nullptr) {
-      return shape;
-    }
-  }
+  if (item.node->mesh != nullptr) return item.node;
+  for (const NodePtr& shape : shapesBelow(*item.node))
+    if (shape->mesh != nullptr) return shape;
   return nullptr;
 }
 
@@ -205,9 +185,8 @@ CommandResult polyEvaluate(const Arguments& arguments, CommandContext& context) 
   std::string error = "needs a mesh";
   const bool found = findItems(arguments.objects(), context, items, error) && !items.empty();
   const NodePtr node = found ? meshOf(items.front()) : nullptr;
-  if (node == nullptr || !node->mesh->problem().empty()) {
+  if (node == nullptr || !node->mesh->problem().empty())
     return CommandResult::failure("polyEvaluate: " + error);
-  }
   if (arguments.has("a") || arguments.has("wa")) {
     const DagPath path =
         items.front().node == node ? items.front().path : items.front().path.extendedBy(node);
@@ -215,11 +194,8 @@ CommandResult polyEvaluate(const Arguments& arguments, CommandContext& context) 
         areaOf(*node->mesh, arguments.has("wa") ? path.inclusiveMatrix() : MMatrix()));
   }
   Value::Ints counts;
-  for (const Count& count : kCounts) {
-    if (arguments.has(count.flag)) {
-      counts.push_back(count.of(*node->mesh));
-    }
-  }
+  for (const Count& count : kCounts)
+    if (arguments.has(count.flag)) counts.push_back(count.of(*node->mesh));
   if (counts.empty()) {
     return CommandResult::failure(
         "polyEvaluate: needs -vertex, -edge, -face, -triangle, -uvcoord, -shell, -area or "

@@ -34,23 +34,18 @@ constexpr OptionFlag kOptionFlags[] = {
 bool setOption(const OptionFlag& flag, const std::string& name, const std::string& text) {
   NamedValues& all = options();
   const std::size_t most = Interpreter::current().limits().arraySize;
-  if (all.size() >= kMostOptions && all.find(name) == all.end()) {
-    return false;
-  }
+  if (all.size() >= kMostOptions && all.find(name) == all.end()) return false;
   // A float keeps all its digits.
   const Value given = elementType(flag.type) == Value::Type::kString
                           ? Value(text)
                           : Value(parseNumber(text).value_or(0.0));
   Value& value = all[name];
   const bool appends = elementType(flag.type) != flag.type;
-  if (!appends || value.type() != flag.type) {
-    value = Value::initial(flag.type);
-  }
-  if (!appends) {
+  if (!appends || value.type() != flag.type) value = Value::initial(flag.type);
+  if (!appends)
     value = given.convertedTo(flag.type).value_or(Value());
-  } else if (value.arraySize() < most) {
+  else if (value.arraySize() < most)
     value.setElement(value.arraySize(), given);
-  }
   return true;
 }
 
@@ -61,17 +56,12 @@ CommandResult queryOption(const Arguments& arguments) {
 }
 
 CommandResult optionVar(const Arguments& arguments, CommandContext&) {
-  if (arguments.query()) {
-    return queryOption(arguments);
-  }
-  if (arguments.has("ex")) {
+  if (arguments.query()) return queryOption(arguments);
+  if (arguments.has("ex"))
     return CommandResult::success(Value::ofTruth(options().count(arguments.text("ex")) != 0));
-  }
   if (arguments.has("l")) {
     Value::Strings names;
-    for (const auto& [name, value] : options()) {
-      names.push_back(name);
-    }
+    for (const auto& [name, value] : options()) names.push_back(name);
     return CommandResult::success(std::move(names));
   }
   if (arguments.has("as")) {
@@ -79,21 +69,16 @@ CommandResult optionVar(const Arguments& arguments, CommandContext&) {
     const bool isArray = found != options().end() && found->second.isArray();
     return CommandResult::success(isArray ? static_cast<int>(found->second.arraySize()) : 0);
   }
-  for (const std::string& name : arguments.texts("rm")) {
-    options().erase(name);
-  }
+  for (const std::string& name : arguments.texts("rm")) options().erase(name);
   for (const std::string& name : arguments.texts("ca")) {
     const auto found = options().find(name);
-    if (found != options().end() && found->second.isArray()) {
+    if (found != options().end() && found->second.isArray())
       found->second = Value::initial(found->second.type());
-    }
   }
   for (const OptionFlag& flag : kOptionFlags) {
-    for (const std::vector<std::string>& given : arguments.allTexts(flag.flag)) {
-      if (!setOption(flag, given[0], given[1])) {
+    for (const std::vector<std::string>& given : arguments.allTexts(flag.flag))
+      if (!setOption(flag, given[0], given[1]))
         return CommandResult::failure("optionVar: there are too many variables");
-      }
-    }
   }
   return CommandResult::success();
 }
@@ -104,27 +89,20 @@ enum class Meaning { kUnknown, kCommand, kProcedure, kScript };
 
 Meaning meaningOf(const std::string& name) {
   const Interpreter& interpreter = Interpreter::current();
-  if (interpreter.isProcedure(name)) {
-    return Meaning::kProcedure;
-  }
-  if (interpreter.commands().find(name) != nullptr || findFunction(name) != nullptr) {
+  if (interpreter.isProcedure(name)) return Meaning::kProcedure;
+  if (interpreter.commands().find(name) != nullptr || findFunction(name) != nullptr)
     return Meaning::kCommand;
-  }
   return interpreter.findScript(name).empty() ? Meaning::kUnknown : Meaning::kScript;
 }
 
 CommandResult exists(const Arguments& arguments, CommandContext&) {
-  if (arguments.objects().size() != 1) {
-    return CommandResult::failure("exists: needs one name");
-  }
+  if (arguments.objects().size() != 1) return CommandResult::failure("exists: needs one name");
   return CommandResult::success(
       Value::ofTruth(meaningOf(arguments.objects().front()) != Meaning::kUnknown));
 }
 
 CommandResult whatIs(const Arguments& arguments, CommandContext&) {
-  if (arguments.objects().size() != 1) {
-    return CommandResult::failure("whatIs: needs one name");
-  }
+  if (arguments.objects().size() != 1) return CommandResult::failure("whatIs: needs one name");
   const std::string& name = arguments.objects().front();
   const Interpreter& interpreter = Interpreter::current();
   switch (meaningOf(name)) {
@@ -165,9 +143,7 @@ CommandResult format(const Arguments& arguments, CommandContext&) {
       result += texts[static_cast<std::size_t>(*number - 1)];
       at = end;
     }
-    if (result.size() > most) {
-      return CommandResult::failure("format: a text becomes too long");
-    }
+    if (result.size() > most) return CommandResult::failure("format: a text becomes too long");
   }
   return CommandResult::success(std::move(result));
 }
@@ -175,9 +151,7 @@ CommandResult format(const Arguments& arguments, CommandContext&) {
 // --- The session
 
 CommandResult environment(const Arguments& arguments, CommandContext&) {
-  if (arguments.objects().size() != 1) {
-    return CommandResult::failure("getenv: needs one name");
-  }
+  if (arguments.objects().size() != 1) return CommandResult::failure("getenv: needs one name");
   const char* value = std::getenv(arguments.objects().front().c_str());
   return CommandResult::success(value == nullptr ? "" : value);
 }
@@ -189,14 +163,11 @@ CommandResult timer(const Arguments& arguments, CommandContext&) {
 }
 
 CommandResult internalVar(const Arguments& arguments, CommandContext&) {
-  if (!arguments.has("utd")) {
+  if (!arguments.has("utd"))
     return CommandResult::failure("internalVar: gives -userTmpDir; there are no other folders");
-  }
   std::error_code error;
   std::string folder = std::filesystem::temp_directory_path(error).generic_u8string();
-  if (!folder.empty() && folder.back() != '/') {
-    folder += '/';
-  }
+  if (!folder.empty() && folder.back() != '/') folder += '/';
   return CommandResult::success(std::move(folder));
 }
 

@@ -22,13 +22,10 @@ void addPathsBelow(const DagPath& path, bool shapes, Items& items) {
   while (!waiting.empty()) {
     const DagPath next = waiting.back();
     waiting.pop_back();
-    if (!shapes || next.node()->isShape()) {
-      items.push_back(SelectionItem::of(next));
-    }
+    if (!shapes || next.node()->isShape()) items.push_back(SelectionItem::of(next));
     const auto& children = next.node()->children();
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+    for (auto child = children.rbegin(); child != children.rend(); ++child)
       waiting.push_back(next.extendedBy(*child));
-    }
   }
 }
 
@@ -50,23 +47,18 @@ Items expandSets(const Items& items) {
 
 Items withHierarchy(const Items& items) {
   Items all;
-  for (const SelectionItem& item : items) {
-    if (item.path.isEmpty()) {
+  for (const SelectionItem& item : items)
+    if (item.path.isEmpty())
       all.push_back(item);
-    } else {
+    else
       addPathsBelow(item.path, false, all);
-    }
-  }
   return all;
 }
 
 Items allSelectable() {
   Items items;
-  for (const NodePtr& node : Scene::current().world()->children()) {
-    if (!node->isDefault) {
-      items.push_back(SelectionItem::of(node));
-    }
-  }
+  for (const NodePtr& node : Scene::current().world()->children())
+    if (!node->isDefault) items.push_back(SelectionItem::of(node));
   return items;
 }
 
@@ -74,24 +66,19 @@ void applySelection(const Arguments& arguments, const Items& items) {
   Selection& selection = Scene::current().selection;
   const bool keeps =
       arguments.has("add") || arguments.has("d") || arguments.has("tgl") || arguments.has("af");
-  if (!keeps) {
-    selection.clear();
-  }
+  if (!keeps) selection.clear();
   for (const SelectionItem& item : items) {
     const bool removes = arguments.has("d") || (arguments.has("tgl") && selection.contains(item));
-    if (removes) {
+    if (removes)
       selection.remove(item);
-    } else {
+    else
       selection.addIfMissing(item);
-    }
   }
 }
 
 CommandResult selectInSceneFile(const Arguments& arguments, CommandContext& context) {
   context.currentNode = nullptr;
-  if (arguments.objects().empty()) {
-    return CommandResult::success();
-  }
+  if (arguments.objects().empty()) return CommandResult::success();
   std::string error;
   const std::string& name = arguments.objects().front();
   context.currentNode = findNode(name, context, error);
@@ -100,34 +87,26 @@ CommandResult selectInSceneFile(const Arguments& arguments, CommandContext& cont
     context.currentNode = Scene::current().makeDefaultNode(name.substr(1));
     context.currentNode->isReferenced = context.isReference;
   }
-  if (context.currentNode != nullptr && context.currentNode->isDefault && !context.isReference) {
+  if (context.currentNode != nullptr && context.currentNode->isDefault && !context.isReference)
     context.currentNode->isReferenced = false;
-  }
   return context.currentNode != nullptr ? CommandResult::success()
                                         : CommandResult::failure("select: " + error);
 }
 
 CommandResult select(const Arguments& arguments, CommandContext& context) {
-  if (context.inSceneFile) {
-    return selectInSceneFile(arguments, context);
-  }
+  if (context.inSceneFile) return selectInSceneFile(arguments, context);
   if (arguments.has("cl")) {
     Scene::current().selection.clear();
     return CommandResult::success();
   }
   Items items;
   std::string error;
-  if (arguments.has("all")) {
+  if (arguments.has("all"))
     items = allSelectable();
-  } else if (!findItems(arguments.objects(), context, items, error)) {
+  else if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("select: " + error);
-  }
-  if (!arguments.has("ne")) {
-    items = expandSets(items);
-  }
-  if (arguments.has("hi")) {
-    items = withHierarchy(items);
-  }
+  if (!arguments.has("ne")) items = expandSets(items);
+  if (arguments.has("hi")) items = withHierarchy(items);
   applySelection(arguments, items);
   return CommandResult::success();
 }
@@ -182,28 +161,21 @@ bool admits(const Arguments& arguments, const Node& node) {
 Items everything(const Arguments& arguments) {
   Items items;
   for (const auto& [serial, node] : Scene::current().nodes()) {
-    if (node->isDag() && (arguments.has("ap") || arguments.has("dag"))) {
-      for (const DagPath& path : allPaths(node)) {
-        items.push_back(SelectionItem::of(path));
-      }
-    } else {
+    if (node->isDag() && (arguments.has("ap") || arguments.has("dag")))
+      for (const DagPath& path : allPaths(node)) items.push_back(SelectionItem::of(path));
+    else
       items.push_back(SelectionItem::of(node));
-    }
   }
   return items;
 }
 
 std::vector<std::string> shownNames(const Arguments& arguments, const SelectionItem& item) {
-  if (arguments.has("uid")) {
-    return {item.node->uuid};
-  }
+  if (arguments.has("uid")) return {item.node->uuid};
   if (arguments.has("l") && !item.path.isEmpty()) {
     std::vector<std::string> names{item.path.fullName()};
     if (item.component != nullptr && !arguments.has("o")) {
       names = item.component->toTexts();
-      for (std::string& name : names) {
-        name = item.path.fullName() + "." + name;
-      }
+      for (std::string& name : names) name = item.path.fullName() + "." + name;
     }
     return names;
   }
@@ -219,24 +191,17 @@ void addShown(const Arguments& arguments, const SelectionItem& item, const std::
       arguments.has("fl") && item.component != nullptr ? splitRange(name) : std::nullopt;
   const std::size_t most = Interpreter::current().limits().arraySize;
   for (int i = range ? range->first : 0; i <= (range ? range->last : 0); ++i) {
-    if (names.size() + 1 >= most) {
-      return;
-    }
+    if (names.size() + 1 >= most) return;
     names.push_back(range ? std::string(range->stem) + "[" + std::to_string(i) + "]" : name);
-    if (arguments.has("st")) {
-      names.push_back(item.node->type().name());
-    }
+    if (arguments.has("st")) names.push_back(item.node->type().name());
   }
 }
 
 void addAllPaths(const Items& found, Items& items) {
   for (const SelectionItem& item : found) {
-    if (item.path.isEmpty()) {
-      items.push_back(item);
-    }
-    for (const DagPath& path : allPaths(item.node)) {
+    if (item.path.isEmpty()) items.push_back(item);
+    for (const DagPath& path : allPaths(item.node))
       items.push_back(SelectionItem::of(path, item.component));
-    }
   }
 }
 
@@ -245,29 +210,24 @@ Items namedItems(const std::string& name, bool inNamespaces, const CommandContex
   Items found = Scene::current().match(qualifiedName(name, context), inNamespaces);
   const bool mayBeUuid = found.empty() && name.size() == 36 && name[8] == '-' && name[13] == '-';
   if (mayBeUuid) {
-    for (const auto& [serial, node] : Scene::current().nodes()) {
-      if (node->uuid == name) {
-        found.push_back(SelectionItem::of(node));
-      }
-    }
+    for (const auto& [serial, node] : Scene::current().nodes())
+      if (node->uuid == name) found.push_back(SelectionItem::of(node));
   }
   return found;
 }
 
 CommandResult ls(const Arguments& arguments, CommandContext& context) {
   Items items;
-  if (arguments.has("sl")) {
+  if (arguments.has("sl"))
     items = Scene::current().selection.items();
-  } else if (arguments.objects().empty()) {
+  else if (arguments.objects().empty())
     items = everything(arguments);
-  }
   for (const std::string& name : arguments.objects()) {
     const Items found = namedItems(name, arguments.truth("r"), context);
-    if (arguments.has("ap") && name.find('|') == std::string::npos) {
+    if (arguments.has("ap") && name.find('|') == std::string::npos)
       addAllPaths(found, items);
-    } else {
+    else
       items.insert(items.end(), found.begin(), found.end());
-    }
   }
   if (arguments.has("dag")) {
     Items below;
@@ -283,12 +243,9 @@ CommandResult ls(const Arguments& arguments, CommandContext& context) {
   Value::Strings names;
   for (const SelectionItem& item : items) {
     const bool assembly = !arguments.has("as") || item.path.nodes().size() == 1;
-    if (!assembly || !admits(arguments, *item.node) || !isShownAsAsked(arguments, item)) {
-      continue;
-    }
-    for (const std::string& name : shownNames(arguments, item)) {
+    if (!assembly || !admits(arguments, *item.node) || !isShownAsAsked(arguments, item)) continue;
+    for (const std::string& name : shownNames(arguments, item))
       addShown(arguments, item, name, names);
-    }
   }
   if (arguments.has("tl")) {
     const auto count = static_cast<std::size_t>(std::max(0, toInteger(arguments.number("tl"))));
@@ -312,9 +269,8 @@ Items childrenOf(const DagPath& path, const Arguments& arguments) {
     std::reverse(items.begin(), items.end());
     return items;
   }
-  for (const NodePtr& child : path.node()->children()) {
+  for (const NodePtr& child : path.node()->children())
     items.push_back(SelectionItem::of(path.extendedBy(child)));
-  }
   return items;
 }
 
@@ -322,9 +278,7 @@ Items parentsOf(const DagPath& path, const Arguments& arguments) {
   Items items;
   for (const DagPath& each :
        arguments.has("ap") ? allPaths(path.node()) : std::vector<DagPath>{path}) {
-    if (each.nodes().size() > 1) {
-      items.push_back(SelectionItem::of(each.parent()));
-    }
+    if (each.nodes().size() > 1) items.push_back(SelectionItem::of(each.parent()));
   }
   return items;
 }
@@ -332,22 +286,17 @@ Items parentsOf(const DagPath& path, const Arguments& arguments) {
 CommandResult listRelatives(const Arguments& arguments, CommandContext& context) {
   Items items;
   std::string error;
-  if (!findItems(arguments.objects(), context, items, error)) {
+  if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("listRelatives: " + error);
-  }
   Value::Strings names;
   for (const SelectionItem& item : items) {
-    if (item.path.isEmpty()) {
-      continue;
-    }
+    if (item.path.isEmpty()) continue;
     const Items relatives = arguments.has("p") || arguments.has("ap")
                                 ? parentsOf(item.path, arguments)
                                 : childrenOf(item.path, arguments);
-    for (const SelectionItem& relative : relatives) {
-      if (admits(arguments, *relative.node)) {
+    for (const SelectionItem& relative : relatives)
+      if (admits(arguments, *relative.node))
         names.push_back(arguments.has("f") ? relative.path.fullName() : shownName(relative));
-      }
-    }
   }
   return CommandResult::success(std::move(names));
 }

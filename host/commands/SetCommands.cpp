@@ -27,33 +27,22 @@ NodePtr makeSet(const Arguments& arguments, std::string& error) {
   const bool renderable = arguments.truth("r");
   const NodeType* type = NodeType::find(renderable ? "shadingEngine" : "objectSet");
   const NodePtr set = Scene::current().createNode(*type, arguments.text("n"), nullptr, &error);
-  if (set == nullptr || !renderable) {
-    return set;
-  }
-  if (const auto only = Plug::find(set, "renderableOnlySet")) {
-    writeValue(*only, 1.0);
-  }
-  for (const NodePtr& partition : Scene::current().nodesNamed("renderPartition")) {
+  if (set == nullptr || !renderable) return set;
+  if (const auto only = Plug::find(set, "renderableOnlySet")) writeValue(*only, 1.0);
+  for (const NodePtr& partition : Scene::current().nodesNamed("renderPartition"))
     joinPartition(set, partition);
-  }
   return set;
 }
 
 CommandResult create(const Arguments& arguments, CommandContext& context) {
   std::vector<SelectionItem> items;
   std::string error;
-  if (!arguments.has("em") && !findItems(arguments.objects(), context, items, error)) {
+  if (!arguments.has("em") && !findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("sets: " + error);
-  }
   const NodePtr set = makeSet(arguments, error);
-  if (set == nullptr) {
-    return CommandResult::failure("sets: " + error);
-  }
-  for (const SelectionItem& item : items) {
-    if (!addMember(set, item, &error)) {
-      return CommandResult::failure("sets: " + error);
-    }
-  }
+  if (set == nullptr) return CommandResult::failure("sets: " + error);
+  for (const SelectionItem& item : items)
+    if (!addMember(set, item, &error)) return CommandResult::failure("sets: " + error);
   return CommandResult::success(Scene::current().displayName(set));
 }
 
@@ -62,12 +51,8 @@ CommandResult query(const Arguments& arguments, CommandContext& context) {
   const std::string name =
       arguments.objects().empty() ? std::string() : arguments.objects().front();
   const NodePtr set = findSet(name, context, error);
-  if (set == nullptr) {
-    return CommandResult::failure("sets: " + error);
-  }
-  if (arguments.has("r")) {
-    return CommandResult::success(Value::ofTruth(isRenderable(set)));
-  }
+  if (set == nullptr) return CommandResult::failure("sets: " + error);
+  if (arguments.has("r")) return CommandResult::success(Value::ofTruth(isRenderable(set)));
   Value::Strings names;
   for (const SelectionItem& item : membersOf(set)) {
     const std::vector<std::string> shown = item.names();
@@ -88,14 +73,10 @@ CommandResult apply(const Arguments& arguments, CommandContext& context, std::st
   std::string error;
   const NodePtr set = findSet(arguments.text(flag), context, error);
   std::vector<SelectionItem> items;
-  if (set == nullptr || !findItems(arguments.objects(), context, items, error)) {
+  if (set == nullptr || !findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("sets: " + error);
-  }
-  for (const SelectionItem& item : items) {
-    if (!change(set, item, &error)) {
-      return CommandResult::failure("sets: " + error);
-    }
-  }
+  for (const SelectionItem& item : items)
+    if (!change(set, item, &error)) return CommandResult::failure("sets: " + error);
   return CommandResult::success(Scene::current().displayName(set));
 }
 
@@ -103,9 +84,8 @@ CommandResult isMemberOf(const Arguments& arguments, CommandContext& context) {
   std::string error;
   const NodePtr set = findSet(arguments.text("im"), context, error);
   std::vector<SelectionItem> items;
-  if (set == nullptr || !findItems(arguments.objects(), context, items, error)) {
+  if (set == nullptr || !findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("sets: " + error);
-  }
   const bool all = std::all_of(items.begin(), items.end(),
                                [&](const SelectionItem& item) { return isMember(set, item); });
   return CommandResult::success(Value::ofTruth(all && !items.empty()));
@@ -116,23 +96,14 @@ CommandResult sets(const Arguments& arguments, CommandContext& context) {
     std::string_view flag;
     Change change;
   } kChanges[] = {{"fe", forceMember}, {"add", addMember}, {"in", addMember}, {"rm", remove}};
-  if (arguments.query()) {
-    return query(arguments, context);
-  }
-  for (const auto& change : kChanges) {
-    if (arguments.has(change.flag)) {
-      return apply(arguments, context, change.flag, change.change);
-    }
-  }
-  if (arguments.has("im")) {
-    return isMemberOf(arguments, context);
-  }
+  if (arguments.query()) return query(arguments, context);
+  for (const auto& change : kChanges)
+    if (arguments.has(change.flag)) return apply(arguments, context, change.flag, change.change);
+  if (arguments.has("im")) return isMemberOf(arguments, context);
   if (arguments.has("cl")) {
     std::string error;
     const NodePtr set = findSet(arguments.text("cl"), context, error);
-    if (set == nullptr) {
-      return CommandResult::failure("sets: " + error);
-    }
+    if (set == nullptr) return CommandResult::failure("sets: " + error);
     clearMembers(set);
     return CommandResult::success(Scene::current().displayName(set));
   }

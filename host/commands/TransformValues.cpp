@@ -56,9 +56,8 @@ bool anyLocked(const NodePtr& node, std::string& error) {
 }
 
 void write(const NodePtr& node, const char* name, const double* xyz) {
-  if (const auto plug = Plug::find(node, name)) {
+  if (const auto plug = Plug::find(node, name))
     writeValue(*plug, std::vector<double>(xyz, xyz + 3));
-  }
 }
 
 std::vector<int> verticesOf(const SelectionItem& item) {
@@ -92,9 +91,7 @@ std::vector<int> verticesOf(const SelectionItem& item) {
 
 TransformParts decompose(const MMatrix& matrix, int rotateOrder) {
   TransformParts parts;
-  for (unsigned i = 0; i < 3; ++i) {
-    parts.translate[i] = matrix[3][i];
-  }
+  for (unsigned i = 0; i < 3; ++i) parts.translate[i] = matrix[3][i];
   // Gram-Schmidt over the rows. The matrix is scale × shear × rotation: row 1 holds shear xy of row
   // 0, and row 2 holds xz and yz.
   Vec3 x = row(matrix, 0);
@@ -133,9 +130,7 @@ int rotateOrderOf(const NodePtr& transform) {
 }
 
 bool setLocalMatrix(const NodePtr& transform, const MMatrix& matrix, std::string& error) {
-  if (anyLocked(transform, error)) {
-    return false;
-  }
+  if (anyLocked(transform, error)) return false;
   const auto axis = Plug::find(transform, "rotateAxis");
   const auto turned = axis ? readNumbers(*axis) : std::nullopt;
   if (turned && *turned != std::vector<double>(3, 0.0)) {
@@ -149,9 +144,7 @@ bool setLocalMatrix(const NodePtr& transform, const MMatrix& matrix, std::string
   write(transform, "translate", parts.translate);
   // Pivots shift what the other values do: the rest of the way goes into the translation.
   const MMatrix got = localMatrix(transform);
-  for (unsigned i = 0; i < 3; ++i) {
-    parts.translate[i] += matrix[3][i] - got[3][i];
-  }
+  for (unsigned i = 0; i < 3; ++i) parts.translate[i] += matrix[3][i] - got[3][i];
   write(transform, "translate", parts.translate);
   return true;
 }
@@ -159,9 +152,7 @@ bool setLocalMatrix(const NodePtr& transform, const MMatrix& matrix, std::string
 bool setWorldTranslation(const SelectionItem& item, const std::vector<double>& xyz, bool relative,
                          std::string& error) {
   MMatrix world = item.path.inclusiveMatrix();
-  for (unsigned i = 0; i < 3; ++i) {
-    world[3][i] = xyz[i] + (relative ? world[3][i] : 0.0);
-  }
+  for (unsigned i = 0; i < 3; ++i) world[3][i] = xyz[i] + (relative ? world[3][i] : 0.0);
   const MMatrix wanted = world * item.path.exclusiveMatrix().inverse();
   const MMatrix local = localMatrix(item.node);
   const auto plug = Plug::find(item.node, "translate");
@@ -171,17 +162,13 @@ bool setWorldTranslation(const SelectionItem& item, const std::vector<double>& x
     error = "'" + item.node->name() + "' has no translation";
     return false;
   }
-  for (unsigned i = 0; i < 3; ++i) {
-    translate[i] += wanted[3][i] - local[3][i];
-  }
+  for (unsigned i = 0; i < 3; ++i) translate[i] += wanted[3][i] - local[3][i];
   return writeValue(*plug, translate);
 }
 
 std::vector<double> componentPositions(const SelectionItem& item, bool inWorld) {
   std::vector<double> numbers;
-  if (item.node->mesh == nullptr) {
-    return numbers;
-  }
+  if (item.node->mesh == nullptr) return numbers;
   const MMatrix matrix = inWorld ? item.path.inclusiveMatrix() : MMatrix();
   const std::vector<Vec3>& points = item.node->mesh->points();
   for (const int vertex : verticesOf(item)) {

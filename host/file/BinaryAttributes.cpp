@@ -34,9 +34,7 @@ bool isChannel(const Attribute& attribute) {
 
 void storeFlags(const Plug& plug, const BinaryValue& value) {
   const Attribute& attribute = *plug.attribute();
-  if (value.isLocked) {
-    setLocked(plug, true);
-  }
+  if (value.isLocked) setLocked(plug, true);
   if (attribute.isDynamic ? attribute.keyable || value.isKeyable
                           : isChannel(attribute) && !value.isKeyable) {
     setKeyable(plug, value.isKeyable);
@@ -60,9 +58,7 @@ bool storeNumbers(const Plug& plug, NumberQueue& queue) {
            std::all_of(children.begin(), children.end(),
                        [&queue](const Plug& child) { return storeNumbers(child, queue); });
   }
-  if (attribute.kind() != Attribute::Kind::kNumber || queue.left() == 0) {
-    return false;
-  }
+  if (attribute.kind() != Attribute::Kind::kNumber || queue.left() == 0) return false;
   const double number = queue.numbers[queue.next++] * unitFactor(currentUnits(), attribute);
   return writeValue(plug, number);
 }
@@ -75,9 +71,7 @@ std::optional<Plug> elementOf(const NodePtr& node, const PathRange& range, int i
 bool storeRange(const NodePtr& node, const PathRange& range, NumberQueue& queue) {
   for (int i = range.first; i <= range.last && queue.left() > 0; ++i) {
     const auto plug = elementOf(node, range, i);
-    if (!plug || !storeNumbers(*plug, queue)) {
-      return false;
-    }
+    if (!plug || !storeNumbers(*plug, queue)) return false;
   }
   return true;
 }
@@ -87,9 +81,7 @@ constexpr char kUncounted[] = "is set to as many numbers as it does not have";
 
 // Whether the attribute takes a value of this kind; others are kept.
 bool canHold(const Attribute& attribute, const BinaryValue& given) {
-  if (std::holds_alternative<std::monostate>(given.value)) {
-    return true;
-  }
+  if (std::holds_alternative<std::monostate>(given.value)) return true;
   switch (attribute.kind()) {
     case Attribute::Kind::kNumber:
     case Attribute::Kind::kCompound:
@@ -122,12 +114,10 @@ constexpr KeptAngle kKeptAngles[] = {{"dagNode", "mnrl", 0, 1},
 void turnIntoDegrees(const Node& node, std::string_view path, Numbers& numbers) {
   const std::string_view stem = path.substr(0, path.find_first_of(".["));
   for (const KeptAngle& row : kKeptAngles) {
-    if (row.stem != stem || (!node.type().isA(row.type) && node.type().name() != row.type)) {
+    if (row.stem != stem || (!node.type().isA(row.type) && node.type().name() != row.type))
       continue;
-    }
-    for (std::size_t i = row.first; i < numbers.size(); i += row.step) {
+    for (std::size_t i = row.first; i < numbers.size(); i += row.step)
       numbers[i] *= currentUnits().angle;
-    }
   }
 }
 
@@ -143,28 +133,21 @@ struct WordsOf {
   KeptWords operator()(const std::string& text) const { return {type, {mel::quoted(text)}}; }
   KeptWords operator()(const Numbers& numbers) const {
     KeptWords kept{type, {}};
-    if (isCounted(type)) {
-      kept.words.push_back(std::to_string(numbers.size()));
-    }
-    for (const double number : numbers) {
-      kept.words.push_back(mel::formatNumber(number));
-    }
+    if (isCounted(type)) kept.words.push_back(std::to_string(numbers.size()));
+    for (const double number : numbers) kept.words.push_back(mel::formatNumber(number));
     return kept;
   }
   KeptWords operator()(const Texts& texts) const {
     KeptWords kept{type, {std::to_string(texts.size())}};
-    for (const std::string& text : texts) {
-      kept.words.push_back(mel::quoted(text));
-    }
+    for (const std::string& text : texts) kept.words.push_back(mel::quoted(text));
     return kept;
   }
   KeptWords operator()(const KeptWords& kept) const { return kept; }
 };
 
 void keep(const NodePtr& node, BinaryValue& value) {
-  if (auto* const numbers = std::get_if<Numbers>(&value.value)) {
+  if (auto* const numbers = std::get_if<Numbers>(&value.value))
     turnIntoDegrees(*node, value.path, *numbers);
-  }
   // By the name that a saved scene gives it, so that a second save says the same.
   const auto plug = Plug::find(node, value.path);
   keepAsWritten(node, plug ? plug->path() : value.path,
@@ -186,9 +169,8 @@ void makeArray(const Node& node, const std::string& path) {
 
 std::string storeInMesh(MeshData& mesh, const BinaryValue& value) {
   const auto* const text = std::get_if<std::string>(&value.value);
-  if (text != nullptr) {
+  if (text != nullptr)
     return isMeshText(value.path) ? setMeshText(mesh, value.path, *text) : kUnsuitable;
-  }
   const auto* const numbers = std::get_if<Numbers>(&value.value);
   return numbers != nullptr ? setMeshNumbers(mesh, value.path, *numbers) : std::string();
 }
@@ -196,30 +178,21 @@ std::string storeInMesh(MeshData& mesh, const BinaryValue& value) {
 }  // namespace
 
 std::string storeValue(const NodePtr& node, BinaryValue value) {
-  if (value.hasSize) {
-    makeArray(*node, value.path);
-  }
-  if (node->mesh != nullptr && isMeshData(value.path)) {
-    return storeInMesh(*node->mesh, value);
-  }
+  if (value.hasSize) makeArray(*node, value.path);
+  if (node->mesh != nullptr && isMeshData(value.path)) return storeInMesh(*node->mesh, value);
   const auto range = splitRange(value.path);
   const auto plug = Plug::find(node, value.path);
   const auto first = plug || !range ? plug : elementOf(node, *range, range->first);
   const bool isNothing = std::holds_alternative<std::monostate>(value.value);
   if (!first || !canHold(*first->attribute(), value)) {
-    if (!isNothing) {
-      keep(node, value);
-    }
+    if (!isNothing) keep(node, value);
     return std::string();
   }
   storeFlags(*first, value);
-  if (isNothing) {
-    return std::string();
-  }
+  if (isNothing) return std::string();
   const auto* const numbers = std::get_if<Numbers>(&value.value);
-  if (numbers == nullptr || first->attribute()->kind() == Attribute::Kind::kData) {
+  if (numbers == nullptr || first->attribute()->kind() == Attribute::Kind::kData)
     return writeValue(*first, std::move(value.value)) ? std::string() : kUnsuitable;
-  }
   NumberQueue queue{*numbers};
   const bool ok = plug ? storeNumbers(*plug, queue) : storeRange(node, *range, queue);
   return ok && queue.left() == 0 ? std::string() : kUncounted;
@@ -255,9 +228,7 @@ void addTruth(mel::Words& words, const char* flag, bool isTrue) {
 
 mel::Words declarationWords(const AttributeDeclaration& declaration) {
   mel::Words words;
-  if (declaration.isColour) {
-    addFlag(words, "-uac");
-  }
+  if (declaration.isColour) addFlag(words, "-uac");
   addTruth(words, "-is", declaration.isInternal);
   addTruth(words, "-ci", true);
   addTruth(words, "-h", declaration.isHidden);
@@ -273,9 +244,8 @@ mel::Words declarationWords(const AttributeDeclaration& declaration) {
   addText(words, "-en", declaration.enumNames);
   addText(words, declaration.isData ? "-dt" : "-at", declaration.type);
   addText(words, "-p", declaration.parent);
-  if (declaration.children > 0) {
+  if (declaration.children > 0)
     addNumber(words, "-nc", double{static_cast<double>(declaration.children)});
-  }
   return words;
 }
 

@@ -44,11 +44,8 @@ double framesIn(std::string_view unit) {
       {"game", 15.0},      {"film", 24.0},       {"pal", 25.0},       {"ntsc", 30.0},
       {"show", 48.0},      {"palf", 50.0},       {"ntscf", 60.0},     {"sec", 1.0},
       {"min", 1.0 / 60.0}, {"hour", 1.0 / 3600}, {"millisec", 1000.0}};
-  for (const auto& [name, frames] : kUnits) {
-    if (name == unit) {
-      return frames;
-    }
-  }
+  for (const auto& [name, frames] : kUnits)
+    if (name == unit) return frames;
   constexpr std::string_view kEnd = "fps";
   const bool isRate = unit.size() > kEnd.size() && unit.substr(unit.size() - kEnd.size()) == kEnd;
   const auto rate = isRate ? mel::parseNumber(unit.substr(0, unit.size() - kEnd.size()))
@@ -73,9 +70,7 @@ std::string uuidText(const std::uint8_t* bytes) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   std::string uuid;
   for (std::size_t i = 0; i < kUuidSize; ++i) {
-    if (i == 4 || i == 6 || i == 8 || i == 10) {
-      uuid += '-';
-    }
+    if (i == 4 || i == 6 || i == 8 || i == 10) uuid += '-';
     const std::uint8_t byte = bytes[i / 4 * 4 + 3 - i % 4];
     uuid += kDigits[byte >> 4];
     uuid += kDigits[byte & 15];
@@ -135,9 +130,8 @@ bool BinaryReader::read(const std::string& path, std::string& error) {
   currentUnits().angle = kDegreesInRadian;
   Chunks chunks(bytes_);
   isWide_ = chunks.isWide();
-  for (auto next = chunks.next(); next != Chunks::Step::kEnd; next = chunks.next()) {
+  for (auto next = chunks.next(); next != Chunks::Step::kEnd; next = chunks.next())
     step(chunks, next);
-  }
   isCut_ = chunks.isCut();
   place_ = isCut_ ? bytes_.size() : place_;
   if (bytes_.failed()) {
@@ -172,9 +166,7 @@ void BinaryReader::noteHere(Kind kind, const std::string& text) {
 
 void BinaryReader::run(const char* command, const Words& words) {
   const mel::CommandResult result = mel::runCommand(command, words, context_);
-  if (!result.ok) {
-    noteHere(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
-  }
+  if (!result.ok) noteHere(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
 }
 
 void BinaryReader::readChunk(Chunks& chunks) {
@@ -184,9 +176,7 @@ void BinaryReader::readChunk(Chunks& chunks) {
     return;
   }
   const std::uint8_t* const bytes = bytes_.at(chunk.data, static_cast<std::size_t>(chunk.length));
-  if (bytes == nullptr) {
-    return;
-  }
+  if (bytes == nullptr) return;
   const ByteCursor in(bytes, static_cast<std::size_t>(chunk.length));
   for (const ChunkRow& row : kRows) {
     if (tagOf(row.letters) == chunk.tag) {
@@ -198,9 +188,7 @@ void BinaryReader::readChunk(Chunks& chunks) {
 }
 
 bool BinaryReader::isWhole(const ByteCursor& in) {
-  if (in.failed()) {
-    noteHere(Kind::kDamage, "a chunk ends before what it says does");
-  }
+  if (in.failed()) noteHere(Kind::kDamage, "a chunk ends before what it says does");
   return !in.failed();
 }
 
@@ -217,9 +205,7 @@ void BinaryReader::passOver(ByteCursor) {}
 
 void BinaryReader::readVersion(ByteCursor in) {
   const std::string version(in.rest());
-  if (context_.keepsInfo) {
-    SceneInfo::current().firstLine = "//Maya ASCII " + version + " scene";
-  }
+  if (context_.keepsInfo) SceneInfo::current().firstLine = "//Maya ASCII " + version + " scene";
   run("requires", {flag("maya"), text(version)});
 }
 
@@ -231,17 +217,13 @@ void BinaryReader::readTimeUnit(ByteCursor in) {
 
 void BinaryReader::readTicks(ByteCursor in) {
   const auto ticks = mel::parseNumber(in.rest());
-  if (ticks && *ticks > 0) {
-    ticksPerSecond_ = *ticks;
-  }
+  if (ticks && *ticks > 0) ticksPerSecond_ = *ticks;
 }
 
 void BinaryReader::readInfo(ByteCursor in) {
   const std::string_view key = in.text();
   const std::string_view value = in.text();
-  if (isWhole(in)) {
-    run("fileInfo", {text(key), text(value)});
-  }
+  if (isWhole(in)) run("fileInfo", {text(key), text(value)});
 }
 
 // A plug-in's name, its version and the flags of the statement that requires it; then its node
@@ -253,19 +235,13 @@ void BinaryReader::readPlugin(ByteCursor in) {
   while (in.left() > 0 && !in.failed()) {
     const std::string_view type = in.text();
     const std::uint32_t tag = in.word();
-    if (!in.failed()) {
-      tags_.add(tag, type);
-    }
+    if (!in.failed()) tags_.add(tag, type);
   }
-  if (!isWhole(in)) {
-    return;
-  }
+  if (!isWhole(in)) return;
   std::string command;
   Words words;
   std::string error;
-  if (!splitStatement("requires " + std::string(flags), command, words, error)) {
-    words.clear();
-  }
+  if (!splitStatement("requires " + std::string(flags), command, words, error)) words.clear();
   words.push_back(text(name));
   words.push_back(text(version));
   run("requires", words);
@@ -278,9 +254,7 @@ void BinaryReader::runReference(ByteCursor& in, Words words) {
   const std::string_view nameSpace = in.text();
   in.half();
   const std::string_view node = in.text();
-  if (!isWhole(in)) {
-    return;
-  }
+  if (!isWhole(in)) return;
   words.insert(words.end(), {flag("-ns"), text(nameSpace), flag("-rfn"), text(node), flag("-typ"),
                              text(fileType(path)), text(path)});
   runFile_(words);
@@ -300,9 +274,7 @@ void BinaryReader::readReference(ByteCursor in) {
 void BinaryReader::createNode(std::string_view name, std::string_view parent, bool isShared) {
   const std::string type = tags_.nameOf(form_);
   Words words{{type, false}};
-  if (isShared) {
-    words.push_back(flag("-s"));
-  }
+  if (isShared) words.push_back(flag("-s"));
   words.push_back(flag("-n"));
   words.push_back(text(name));
   if (!parent.empty()) {
@@ -325,9 +297,7 @@ void BinaryReader::readNode(ByteCursor in) {
     return;
   }
   createNode(name, parent, (flags & kIsShared) != 0);
-  if (id != nullptr && context_.currentNode != nullptr) {
-    context_.currentNode->uuid = uuidText(id);
-  }
+  if (id != nullptr && context_.currentNode != nullptr) context_.currentNode->uuid = uuidText(id);
 }
 
 void BinaryReader::readSelection(ByteCursor in) {
@@ -336,9 +306,7 @@ void BinaryReader::readSelection(ByteCursor in) {
 
 void BinaryReader::readDynamicAttribute(ByteCursor in) {
   AttributeDeclaration declaration;
-  if (context_.currentNode == nullptr) {
-    return;
-  }
+  if (context_.currentNode == nullptr) return;
   if (!readAttributeChunk(in, isWide_, declaration)) {
     noteHere(Kind::kDamage, "a chunk ends before what it says does");
   } else if (declaration.type.empty()) {
@@ -360,27 +328,21 @@ void BinaryReader::readAttributeValue(std::uint32_t tag, ByteCursor in) {
     return;
   }
   const NodePtr node = context_.currentNode;
-  if (node == nullptr) {
-    return;
-  }
+  if (node == nullptr) return;
   const std::string name = "'" + node->name() + "." + value.path + "' ";
   if (read == ValueRead::kMalformed) {
     noteHere(Kind::kDamage, name + "holds something else than its chunk says");
     return;
   }
   const std::string problem = storeValue(node, std::move(value));
-  if (!problem.empty()) {
-    noteHere(Kind::kDamage, name + problem);
-  }
+  if (!problem.empty()) noteHere(Kind::kDamage, name + problem);
 }
 
 void BinaryReader::readMesh(const Chunk& chunk) {
   const NodePtr node = context_.currentNode;
   const auto headSize = static_cast<std::size_t>(std::min(chunk.length, kLongestHead));
   const std::uint8_t* const head = bytes_.at(chunk.data, headSize);
-  if (node == nullptr || head == nullptr) {
-    return;
-  }
+  if (node == nullptr || head == nullptr) return;
   ByteCursor in(head, headSize);
   BinaryValue value;
   if (!readValueHead(in, value)) {
@@ -395,9 +357,8 @@ void BinaryReader::readMesh(const Chunk& chunk) {
   const std::uint64_t read = headSize - in.left();
   const ChunkProblem problem =
       readMeshChunk(bytes_, chunk.data + read, chunk.length - read, *node->mesh);
-  if (!problem.text.empty()) {
+  if (!problem.text.empty())
     note_(Kind::kDamage, problem.place, name + "is damaged: " + problem.text);
-  }
 }
 
 // --- Connections
@@ -406,9 +367,8 @@ void BinaryReader::readInstance(ByteCursor in) {
   in.byte();
   const std::string_view path = in.text();
   const std::string_view parent = in.text();
-  if (isWhole(in)) {
+  if (isWhole(in))
     run("parent", {flag("-s"), flag("-nc"), flag("-r"), flag("-add"), text(path), text(parent)});
-  }
 }
 
 void BinaryReader::readConnection(ByteCursor in) {
@@ -418,23 +378,15 @@ void BinaryReader::readConnection(ByteCursor in) {
     words.push_back(flag("-l"));
     words.push_back(flag("on"));
   }
-  if ((flags & kIsNextAvailable) != 0) {
-    words.push_back(flag("-na"));
-  }
-  if (isWhole(in)) {
-    run("connectAttr", words);
-  }
+  if ((flags & kIsNextAvailable) != 0) words.push_back(flag("-na"));
+  if (isWhole(in)) run("connectAttr", words);
 }
 
 void BinaryReader::readRelationship(ByteCursor in) {
   Words words{text(in.text()), text(in.text())};
   const std::uint32_t count = in.word();
-  for (std::uint32_t i = 0; i < count && !in.failed(); ++i) {
-    words.push_back(text(in.text()));
-  }
-  if (isWhole(in)) {
-    run("relationship", words);
-  }
+  for (std::uint32_t i = 0; i < count && !in.failed(); ++i) words.push_back(text(in.text()));
+  if (isWhole(in)) run("relationship", words);
 }
 
 }  // namespace host

@@ -78,9 +78,7 @@ template <class Number>
 bool readNumbers(TextScanner& in, std::vector<Number>& numbers) {
   Number number = 0;
   while (!in.atEnd()) {
-    if (!in.number(number) && !readSpecial(in.word(), number)) {
-      return false;
-    }
+    if (!in.number(number) && !readSpecial(in.word(), number)) return false;
     numbers.push_back(number);
   }
   return true;
@@ -89,9 +87,7 @@ bool readNumbers(TextScanner& in, std::vector<Number>& numbers) {
 // What a statement says it holds against what it does hold.
 std::string countProblem(const MeshPath& path, std::size_t held) {
   const std::size_t named = static_cast<std::size_t>(path.last - path.first) + 1;
-  if (!path.isRange || held == named) {
-    return std::string();
-  }
+  if (!path.isRange || held == named) return std::string();
   return "names " + std::to_string(named) + " elements and holds " + std::to_string(held);
 }
 
@@ -107,13 +103,11 @@ struct GivenNumbers {
   const std::vector<double>& given;
   template <class Number>
   bool read(std::vector<Number>& numbers) const {
-    for (const double number : given) {
-      if constexpr (std::is_same_v<Number, int>) {
+    for (const double number : given)
+      if constexpr (std::is_same_v<Number, int>)
         numbers.push_back(mel::toInteger(number));
-      } else {
+      else
         numbers.push_back(static_cast<Number>(number));
-      }
-    }
     return true;
   }
 };
@@ -121,23 +115,16 @@ struct GivenNumbers {
 template <class Number, class Source, class Set>
 std::string setTuples(const MeshPath& path, const Source& source, std::size_t width, Set set) {
   std::vector<Number>& numbers = scratch<Number>();
-  if (!source.read(numbers)) {
-    return "holds something that is no number";
-  }
-  if (numbers.size() % width != 0) {
-    return "holds an element with too few numbers";
-  }
+  if (!source.read(numbers)) return "holds something that is no number";
+  if (numbers.size() % width != 0) return "holds an element with too few numbers";
   const std::size_t count = numbers.size() / width;
   std::string problem = set(static_cast<std::size_t>(path.first), numbers, count);
   return problem.empty() ? countProblem(path, count) : problem;
 }
 
 void scale(std::vector<double>& numbers, double factor) {
-  if (factor != 1.0) {
-    for (double& number : numbers) {
-      number *= factor;
-    }
-  }
+  if (factor != 1.0)
+    for (double& number : numbers) number *= factor;
 }
 
 std::string quotedText(TextScanner& in) {
@@ -145,11 +132,10 @@ std::string quotedText(TextScanner& in) {
   const std::size_t close =
       rest.empty() || rest.front() != '"' ? rest.npos : mel::findClosingQuote(rest, 0);
   std::string text;
-  if (close == rest.npos) {
+  if (close == rest.npos)
     text = rest;
-  } else {
+  else
     mel::appendUnescaped(text, rest.substr(1, close - 1));
-  }
   return text;
 }
 
@@ -159,14 +145,10 @@ std::string quotedText(TextScanner& in) {
 bool readIds(TextScanner& in, std::vector<int>& ids) {
   int count = 0;
   ids.clear();
-  if (!in.number(count) || count < 0) {
-    return false;
-  }
+  if (!in.number(count) || count < 0) return false;
   int id = 0;
   for (int i = 0; i < count; ++i) {
-    if (!in.number(id)) {
-      return false;
-    }
+    if (!in.number(id)) return false;
     ids.push_back(id);
   }
   return true;
@@ -176,30 +158,15 @@ std::string addFacePart(MeshData& mesh, std::string_view kind, TextScanner& in,
                         std::vector<int>& ids) {
   const bool inSet = kind == "mu" || kind == "mc";
   int set = 0;
-  if ((inSet && !in.number(set)) || !readIds(in, ids)) {
+  if ((inSet && !in.number(set)) || !readIds(in, ids))
     return "'" + std::string(kind) + "' lacks numbers";
-  }
-  if (kind == "f") {
-    return mesh.addFace(ids.data(), ids.size());
-  }
-  if (kind == "h") {
-    return mesh.addHole(ids.data(), ids.size());
-  }
-  if (kind == "mu") {
-    return mesh.setLoopUvs(set, ids.data(), ids.size());
-  }
-  if (kind == "mc") {
-    return mesh.setLoopColours(set, ids.data(), ids.size());
-  }
-  if (kind == "mf") {
-    return mesh.setFaceUvs(ids.data(), ids.size());
-  }
-  if (kind == "mh") {
-    return mesh.setHoleUvs(ids.data(), ids.size());
-  }
-  if (kind == "fc") {
-    return mesh.setFaceColours(ids.data(), ids.size());
-  }
+  if (kind == "f") return mesh.addFace(ids.data(), ids.size());
+  if (kind == "h") return mesh.addHole(ids.data(), ids.size());
+  if (kind == "mu") return mesh.setLoopUvs(set, ids.data(), ids.size());
+  if (kind == "mc") return mesh.setLoopColours(set, ids.data(), ids.size());
+  if (kind == "mf") return mesh.setFaceUvs(ids.data(), ids.size());
+  if (kind == "mh") return mesh.setHoleUvs(ids.data(), ids.size());
+  if (kind == "fc") return mesh.setFaceColours(ids.data(), ids.size());
   return "does not know '" + std::string(kind.substr(0, 20)) + "' in a face";
 }
 
@@ -211,9 +178,8 @@ std::string setFaces(MeshData& mesh, const MeshPath& path, TextScanner& in) {
     const std::string_view kind = in.word();
     faces += kind == "f" ? 1 : 0;
     problem = addFacePart(mesh, kind, in, ids);
-    if (!problem.empty()) {
+    if (!problem.empty())
       return "face " + std::to_string(static_cast<std::size_t>(path.first) + faces) + " " + problem;
-    }
   }
   return problem.empty() ? countProblem(path, faces) : problem;
 }
@@ -242,9 +208,7 @@ constexpr char kTooManyColourSets[] = "is one colour set too many";
 
 template <class Source>
 std::string setUvs(MeshData& mesh, const MeshPath& path, const Source& source) {
-  if (mesh.uvSet(path.set) == nullptr) {
-    return kTooManyUvSets;
-  }
+  if (mesh.uvSet(path.set) == nullptr) return kTooManyUvSets;
   return setTuples<float>(path, source, 2,
                           [&](std::size_t first, const std::vector<float>& uv, std::size_t count) {
                             return mesh.setUvs(path.set, first, uv.data(), count);
@@ -254,15 +218,12 @@ std::string setUvs(MeshData& mesh, const MeshPath& path, const Source& source) {
 template <class Source>
 std::string setColours(MeshData& mesh, const MeshPath& path, const Source& source) {
   MeshColourSet* set = mesh.colourSet(path.set);
-  if (set == nullptr) {
-    return kTooManyColourSets;
-  }
+  if (set == nullptr) return kTooManyColourSets;
   if (isOneOf(path.child, "rprt", "representation")) {
     std::vector<int>& numbers = scratch<int>();
     const int components = source.read(numbers) && numbers.size() == 1 ? numbers.front() : 0;
-    if (components != 1 && components != 3 && components != 4) {
+    if (components != 1 && components != 3 && components != 4)
       return "is no representation of colours";
-    }
     set->components = components;
     return std::string();
   }
@@ -274,9 +235,8 @@ std::string setColours(MeshData& mesh, const MeshPath& path, const Source& sourc
 }
 
 bool isSetPart(const MeshPath& path) {
-  if (isOneOf(path.name, "uvst", "uvSet")) {
+  if (isOneOf(path.name, "uvst", "uvSet"))
     return isOneOf(path.child, "uvsn", "uvSetName") || isOneOf(path.child, "uvsp", "uvSetPoints");
-  }
   return isOneOf(path.name, "clst", "colorSet") && (isOneOf(path.child, "clsn", "colorName") ||
                                                     isOneOf(path.child, "rprt", "representation") ||
                                                     isOneOf(path.child, "clsp", "colorSetPoints"));
@@ -286,12 +246,8 @@ bool isSetPart(const MeshPath& path) {
 
 bool isMeshData(std::string_view text) {
   const auto path = splitPath(text);
-  if (!path) {
-    return false;
-  }
-  if (!path->child.empty()) {
-    return isSetPart(*path);
-  }
+  if (!path) return false;
+  if (!path->child.empty()) return isSetPart(*path);
   return isOneOf(path->name, "vt", "vrts") || isOneOf(path->name, "ed", "edge") ||
          isOneOf(path->name, "fc", "face") || isOneOf(path->name, "n", "normals") ||
          isOneOf(path->name, "pt", "pnts") || isOneOf(path->name, "cuvs", "currentUVSet") ||
@@ -308,15 +264,11 @@ bool isName(const MeshPath& path) {
 std::string setName(MeshData& mesh, const MeshPath& path, std::string value) {
   if (isUvSetName(path)) {
     MeshUvSet* const set = mesh.uvSet(path.set);
-    if (set == nullptr) {
-      return kTooManyUvSets;
-    }
+    if (set == nullptr) return kTooManyUvSets;
     set->name = std::move(value);
   } else if (isColourSetName(path)) {
     MeshColourSet* const set = mesh.colourSet(path.set);
-    if (set == nullptr) {
-      return kTooManyColourSets;
-    }
+    if (set == nullptr) return kTooManyColourSets;
     set->name = std::move(value);
   } else if (isCurrentUvSet(path)) {
     mesh.setCurrentUvSetName(std::move(value));
@@ -336,18 +288,10 @@ std::string setNumbers(MeshData& mesh, const MeshPath& path, const Source& sourc
                                return (mesh.*set)(first, xyz.data(), count);
                              });
   };
-  if (isOneOf(path.name, "uvst", "uvSet")) {
-    return setUvs(mesh, path, source);
-  }
-  if (isOneOf(path.name, "clst", "colorSet")) {
-    return setColours(mesh, path, source);
-  }
-  if (isOneOf(path.name, "vt", "vrts")) {
-    return points(&MeshData::setPoints);
-  }
-  if (isOneOf(path.name, "pt", "pnts")) {
-    return points(&MeshData::setTweaks);
-  }
+  if (isOneOf(path.name, "uvst", "uvSet")) return setUvs(mesh, path, source);
+  if (isOneOf(path.name, "clst", "colorSet")) return setColours(mesh, path, source);
+  if (isOneOf(path.name, "vt", "vrts")) return points(&MeshData::setPoints);
+  if (isOneOf(path.name, "pt", "pnts")) return points(&MeshData::setTweaks);
   if (isOneOf(path.name, "ed", "edge")) {
     return setTuples<int>(path, source, 3,
                           [&](std::size_t first, const std::vector<int>& ints, std::size_t count) {
@@ -370,15 +314,9 @@ std::string setMeshData(MeshData& mesh, std::string_view text, std::string_view 
     in.word();
     in.word();
   }
-  if (in.atEnd()) {
-    return std::string();  // announces a size only
-  }
-  if (isName(path)) {
-    return setName(mesh, path, quotedText(in));
-  }
-  if (isOneOf(path.name, "fc", "face")) {
-    return setFaces(mesh, path, in);
-  }
+  if (in.atEnd()) return std::string();  // announces a size only
+  if (isName(path)) return setName(mesh, path, quotedText(in));
+  if (isOneOf(path.name, "fc", "face")) return setFaces(mesh, path, in);
   return setNumbers(mesh, path, TextNumbers{in}, lengthFactor);
 }
 
@@ -393,9 +331,7 @@ std::string setMeshText(MeshData& mesh, std::string_view text, std::string value
 std::string setMeshNumbers(MeshData& mesh, std::string_view text,
                            const std::vector<double>& numbers) {
   const MeshPath path = splitPath(text).value_or(MeshPath());
-  if (isName(path) || isOneOf(path.name, "fc", "face")) {
-    return "holds numbers where none belong";
-  }
+  if (isName(path) || isOneOf(path.name, "fc", "face")) return "holds numbers where none belong";
   return setNumbers(mesh, path, GivenNumbers{numbers}, 1.0);
 }
 

@@ -20,18 +20,12 @@ void appendChunks(std::string& out, const std::string& name, const std::string& 
   for (std::size_t first = 0; first < count; first += kChunk) {
     const std::size_t last = std::min(count, first + kChunk) - 1;
     out += "\tsetAttr";
-    if (first == 0) {
-      out += " -s " + std::to_string(count);
-    }
+    if (first == 0) out += " -s " + std::to_string(count);
     out += " \"." + name + '[' + std::to_string(first);
-    if (last > first) {
-      out += ':' + std::to_string(last);
-    }
+    if (last > first) out += ':' + std::to_string(last);
     out += "]\"" + type;
     for (std::size_t i = first; i <= last; ++i) {
-      if (i != first && (i - first) % 8 == 0) {
-        out += "\n\t\t";
-      }
+      if (i != first && (i - first) % 8 == 0) out += "\n\t\t";
       append(i);
     }
     out += ";\n";
@@ -59,18 +53,16 @@ void appendUvSets(std::string& out, const MeshData& mesh) {
       add(out, set.uvs[i].v);
     });
   }
-  if (!mesh.currentUvSetName().empty()) {
+  if (!mesh.currentUvSetName().empty())
     out += "\tsetAttr \".cuvs\" -type \"string\" " + quoted(mesh.currentUvSetName()) + ";\n";
-  }
 }
 
 void appendColourSets(std::string& out, const MeshData& mesh) {
   for (const MeshColourSet& set : mesh.colourSets()) {
     const std::string path = "clst[" + std::to_string(set.index) + "].";
     out += "\tsetAttr \"." + path + "clsn\" -type \"string\" " + quoted(set.name) + ";\n";
-    if (set.components != 4) {
+    if (set.components != 4)
       out += "\tsetAttr \"." + path + "rprt\" " + std::to_string(set.components) + ";\n";
-    }
     appendChunks(out, path + "clsp", "", set.colours.size(), [&](std::size_t i) {
       const MeshColour& colour = set.colours[i];
       if (set.components != 1) {
@@ -78,14 +70,11 @@ void appendColourSets(std::string& out, const MeshData& mesh) {
         add(out, colour.g);
         add(out, colour.b);
       }
-      if (set.components != 3) {
-        add(out, colour.a);
-      }
+      if (set.components != 3) add(out, colour.a);
     });
   }
-  if (!mesh.currentColourSetName().empty()) {
+  if (!mesh.currentColourSetName().empty())
     out += "\tsetAttr \".ccls\" -type \"string\" " + quoted(mesh.currentColourSetName()) + ";\n";
-  }
 }
 
 // " mu 0 4 0 1 3 2" for a loop's corners; nothing when none of them has an id.
@@ -93,19 +82,13 @@ void appendIds(std::string& out, const char* kind, int set, const std::vector<in
                std::size_t first, std::size_t last) {
   const auto idAt = [&](std::size_t corner) { return corner < ids.size() ? ids[corner] : -1; };
   bool any = false;
-  for (std::size_t corner = first; corner < last; ++corner) {
-    any = any || idAt(corner) >= 0;
-  }
-  if (!any) {
-    return;
-  }
+  for (std::size_t corner = first; corner < last; ++corner) any = any || idAt(corner) >= 0;
+  if (!any) return;
   out += "\n\t\t";
   out += kind;
   add(out, set);
   add(out, static_cast<int>(last - first));
-  for (std::size_t corner = first; corner < last; ++corner) {
-    add(out, idAt(corner));
-  }
+  for (std::size_t corner = first; corner < last; ++corner) add(out, idAt(corner));
 }
 
 void appendLoop(std::string& out, const MeshData& mesh, const char* kind, std::size_t first,
@@ -113,15 +96,11 @@ void appendLoop(std::string& out, const MeshData& mesh, const char* kind, std::s
   out += "\n\t\t";
   out += kind;
   add(out, static_cast<int>(last - first));
-  for (std::size_t corner = first; corner < last; ++corner) {
+  for (std::size_t corner = first; corner < last; ++corner)
     add(out, mesh.storedLoopEdges()[corner]);
-  }
-  for (const MeshUvSet& set : mesh.uvSets()) {
-    appendIds(out, "mu", set.index, set.ids, first, last);
-  }
-  for (const MeshColourSet& set : mesh.colourSets()) {
+  for (const MeshUvSet& set : mesh.uvSets()) appendIds(out, "mu", set.index, set.ids, first, last);
+  for (const MeshColourSet& set : mesh.colourSets())
     appendIds(out, "mc", set.index, set.ids, first, last);
-  }
 }
 
 void appendFaces(std::string& out, const MeshData& mesh) {
@@ -154,9 +133,7 @@ void appendTweaks(std::string& out, const std::vector<MeshTweak>& tweaks, double
     out += "\tsetAttr \".pt[" + std::to_string(tweaks[first].vertex);
     out += (last > first ? ':' + std::to_string(tweaks[last].vertex) : std::string()) +
            "]\" -type \"float3\"";
-    for (std::size_t i = first; i <= last; ++i) {
-      addPoint(out, tweaks[i].offset, length);
-    }
+    for (std::size_t i = first; i <= last; ++i) addPoint(out, tweaks[i].offset, length);
     out += ";\n";
     first = last + 1;
   }

@@ -22,9 +22,8 @@ void appendNumbers(std::string& out, const std::vector<double>& numbers) {
 std::string flags(const AttributeState& state) {
   std::string text;
   const auto add = [&text](Flag flag, const char* name) {
-    if (flag != Flag::kUnset) {
+    if (flag != Flag::kUnset)
       text += std::string(" -") + name + (flag == Flag::kOn ? " on" : " off");
-    }
   };
   add(state.locked, "l");
   add(state.keyable, "k");
@@ -44,11 +43,10 @@ struct ValueText {
 
   void operator()(double number) const {
     out += ' ';
-    if (attribute != nullptr && attribute->typeWord() == "bool" && (number == 0 || number == 1)) {
+    if (attribute != nullptr && attribute->typeWord() == "bool" && (number == 0 || number == 1))
       out += number == 1 ? "yes" : "no";
-    } else {
+    else
       appendNumber(out, dividedBy(number, factor));
-    }
   }
 
   void operator()(const std::string& text) const { out += " -type \"string\" " + quoted(text); }
@@ -66,18 +64,12 @@ struct ValueText {
   void operator()(const std::vector<std::string>& texts) const {
     const std::string type = attribute == nullptr ? "stringArray" : attribute->typeWord();
     out += " -type " + quoted(type) + ' ' + std::to_string(texts.size());
-    for (const std::string& text : texts) {
-      out += ' ' + quoted(text);
-    }
+    for (const std::string& text : texts) out += ' ' + quoted(text);
   }
 
   void operator()(const KeptWords& kept) const {
-    if (!kept.type.empty()) {
-      out += " -type " + quoted(kept.type);
-    }
-    for (const std::string& word : kept.words) {
-      out += ' ' + word;
-    }
+    if (!kept.type.empty()) out += " -type " + quoted(kept.type);
+    for (const std::string& word : kept.words) out += ' ' + word;
   }
 };
 
@@ -89,9 +81,7 @@ bool isNothing(const AttributeValue& value) {
 void appendState(std::string& out, const NodePtr& node, const AttributeState& state,
                  const SceneUnits& units) {
   const std::string options = flags(state);
-  if (options.empty() && isNothing(state.value)) {
-    return;
-  }
+  if (options.empty() && isNothing(state.value)) return;
   const auto plug = Plug::find(node, state.path);
   out += "\tsetAttr" + options + ' ' + quoted("." + state.path);
   const Attribute* attribute = plug ? plug->attribute().get() : nullptr;
@@ -102,9 +92,7 @@ void appendState(std::string& out, const NodePtr& node, const AttributeState& st
 
 void appendDeclaration(std::string& out, const Attribute& attribute) {
   out += "\taddAttr";
-  for (const std::string& word : attribute.declaration) {
-    out += ' ' + word;
-  }
+  for (const std::string& word : attribute.declaration) out += ' ' + word;
   if (attribute.declaration.empty()) {
     const bool isData =
         attribute.kind() == Attribute::Kind::kText || attribute.kind() == Attribute::Kind::kData;
@@ -113,16 +101,12 @@ void appendDeclaration(std::string& out, const Attribute& attribute) {
            quoted(attribute.typeWord());
   }
   out += ";\n";
-  for (const AttributePtr& child : attribute.children()) {
-    appendDeclaration(out, *child);
-  }
+  for (const AttributePtr& child : attribute.children()) appendDeclaration(out, *child);
 }
 
 std::string parentOption(const NodePtr& node) {
   const NodePtr& world = Scene::current().world();
-  if (node->parents().empty() || node->parents().front() == world.get()) {
-    return std::string();
-  }
+  if (node->parents().empty() || node->parents().front() == world.get()) return std::string();
   return " -p " + quoted(Scene::current().displayName(node->parents().front()->pointer()));
 }
 
@@ -144,26 +128,17 @@ std::string fileName(const NodePtr& node) {
 
 void appendNode(std::string& out, const NodePtr& node, const SceneUnits& units) {
   std::string body;
-  if (!node->uuid.empty() && (!node->isDefault || node->isDag())) {
+  if (!node->uuid.empty() && (!node->isDefault || node->isDag()))
     body += "\trename -uid " + quoted(node->uuid) + ";\n";
-  }
-  for (const AttributePtr& attribute : node->dynamicAttributes()) {
-    if (attribute->kind() != Attribute::Kind::kLoose && attribute->parent() == nullptr) {
+  for (const AttributePtr& attribute : node->dynamicAttributes())
+    if (attribute->kind() != Attribute::Kind::kLoose && attribute->parent() == nullptr)
       appendDeclaration(body, *attribute);
-    }
-  }
-  for (const std::string& declaration : node->keptDeclarations) {
-    body += '\t' + declaration + ";\n";
-  }
-  for (const AttributeState& state : node->values.inWrittenOrder()) {
+  for (const std::string& declaration : node->keptDeclarations) body += '\t' + declaration + ";\n";
+  for (const AttributeState& state : node->values.inWrittenOrder())
     appendState(body, node, state, units);
-  }
-  if (node->mesh != nullptr) {
-    appendMesh(body, *node->mesh, units.length);
-  }
-  if (node->isLocked || !node->lockFlags.empty()) {
+  if (node->mesh != nullptr) appendMesh(body, *node->mesh, units.length);
+  if (node->isLocked || !node->lockFlags.empty())
     body += std::string("\tlockNode -l ") + (node->isLocked ? "1" : "0") + node->lockFlags + " ;\n";
-  }
   if (!node->isDefault || !body.empty()) {
     appendMaker(out, node);
     out += body;

@@ -34,9 +34,7 @@ int operandCount(int kind) {
 class EditParser {
  public:
   explicit EditParser(const mel::Words& words) : words_(words) {
-    while (at_ < words_.size() && words_[at_].text != kType) {
-      ++at_;
-    }
+    while (at_ < words_.size() && words_[at_].text != kType) ++at_;
     ++at_;
   }
 
@@ -78,9 +76,8 @@ class EditParser {
            (count < 0 || edit.operands.size() < static_cast<std::size_t>(count))) {
       edit.operands.push_back(words_[at_++].text);
     }
-    if (count >= 0 && edit.operands.size() == static_cast<std::size_t>(count)) {
+    if (count >= 0 && edit.operands.size() == static_cast<std::size_t>(count))
       edits.push_back(std::move(edit));
-    }
     return true;
   }
 
@@ -139,9 +136,7 @@ class EditApplier {
     std::string name;
     mel::Words words;
     std::string error;
-    if (!splitStatement(statement, name, words, error)) {
-      return error;
-    }
+    if (!splitStatement(statement, name, words, error)) return error;
     const mel::CommandResult result = mel::runCommand(name, words, context_);
     return result.ok ? std::string() : result.error;
   }
@@ -152,12 +147,9 @@ class EditApplier {
     const std::string& above = edit.operands[1];
     std::string error;
     const NodePtr node = nodeNamed(child, &error);
-    if (node == nullptr) {
-      return error;
-    }
-    if (!node->isReferenced) {
+    if (node == nullptr) return error;
+    if (!node->isReferenced)
       return "'" + node->name() + "' stays where it is, below no node of another file";
-    }
     return run("parent " + edit.operands[2] + ' ' +
                (above.empty() ? "-w " + mel::quoted(child)
                               : mel::quoted(child) + ' ' + mel::quoted(nameOf(above))));
@@ -167,9 +159,7 @@ class EditApplier {
     const std::string name = nameOf(text);
     const std::size_t dot = name.find('.');
     const NodePtr node = nodeNamed(name.substr(0, dot), &error);
-    if (node == nullptr || dot == name.npos) {
-      return Plug();
-    }
+    if (node == nullptr || dot == name.npos) return Plug();
     return Plug::findOrKeep(node, name.substr(dot + 1)).value_or(Plug());
   }
 
@@ -177,17 +167,13 @@ class EditApplier {
     std::string error;
     const Plug plug = plugNamed(edit.operands[1], error);
     const Plug other = plugNamed(edit.operands[2], error);
-    if (plug.isNull() || other.isNull()) {
-      return error;
-    }
+    if (plug.isNull() || other.isNull()) return error;
     if (edit.end == ReferenceEdit::kIsSource) {
-      for (const ConnectionPtr& connection : other.node()->connections.outOf(other.path())) {
+      for (const ConnectionPtr& connection : other.node()->connections.outOf(other.path()))
         replace(connection, plug.orFirstElement(), connection->destination, error);
-      }
     } else if (edit.end == ReferenceEdit::kIsDestination) {
-      if (const ConnectionPtr connection = other.node()->connections.into(other.path())) {
+      if (const ConnectionPtr connection = other.node()->connections.into(other.path()))
         replace(connection, connection->source, nextElement(plug).orFirstElement(), error);
-      }
     } else if (!connect(plug.orFirstElement(), nextElement(other), true, &error)) {
       return error;
     }
@@ -200,15 +186,10 @@ class EditApplier {
     auto& standIns = SceneInfo::current().standIns;
     SceneInfo::StandIn standIn;
     const auto known = standIns.find(old->serial);
-    if (known != standIns.end()) {
-      standIn = known->second;
-    }
-    if (source != old->source && standIn.source.isNull()) {
-      standIn.source = old->source;
-    }
-    if (destination != old->destination && standIn.destination.isNull()) {
+    if (known != standIns.end()) standIn = known->second;
+    if (source != old->source && standIn.source.isNull()) standIn.source = old->source;
+    if (destination != old->destination && standIn.destination.isNull())
       standIn.destination = old->destination;
-    }
     disconnect(old);
     if (connect(source, destination, true, &error)) {
       const ConnectionPtr made = destination.node()->connections.into(destination.path());
@@ -236,9 +217,7 @@ std::vector<std::string> applyReferenceEdits(const std::vector<ReferenceEdit>& e
   EditApplier applier(context);
   for (const ReferenceEdit& edit : edits) {
     std::string problem = applier.apply(edit);
-    if (!problem.empty()) {
-      problems.push_back(edit.reference + ": " + problem);
-    }
+    if (!problem.empty()) problems.push_back(edit.reference + ": " + problem);
   }
   context.keepsInfo = keepsInfo;
   context.currentNode = currentNode;

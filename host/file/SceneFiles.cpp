@@ -47,11 +47,8 @@ MFileObject fileObject(const std::string& path) {
 }
 
 const Translator* findTranslator(const std::string& name) {
-  for (const Translator& translator : PluginRegistry::current().translators()) {
-    if (translator.name == name) {
-      return &translator;
-    }
-  }
+  for (const Translator& translator : PluginRegistry::current().translators())
+    if (translator.name == name) return &translator;
   return nullptr;
 }
 
@@ -61,9 +58,7 @@ std::string likelyMeant(const fs::path& path) {
   std::error_code error;
   for (fs::directory_iterator entry(path.parent_path(), error), end; !error && entry != end;
        entry.increment(error)) {
-    if (entry->is_regular_file(error)) {
-      names.push_back(entry->path().filename().u8string());
-    }
+    if (entry->is_regular_file(error)) names.push_back(entry->path().filename().u8string());
   }
   const std::string nearest = nearestName(path.filename().u8string(), names);
   return nearest.empty() ? "; check the name" : "; did you mean " + nearest + "?";
@@ -75,19 +70,18 @@ bool exists(const std::string& path, std::string& error) {
   std::error_code failed;
   const fs::path file = fs::u8path(path);
   const fs::file_type type = fs::status(file, failed).type();
-  if (type == fs::file_type::not_found) {
+  if (type == fs::file_type::not_found)
     error = "no file named " + path + likelyMeant(file);
-  } else if (type == fs::file_type::directory) {
+  else if (type == fs::file_type::directory)
     error = path + " is a folder; name a file in it";
-  } else if (failed) {
+  else if (failed)
     error = "cannot read " + path + ": " + failed.message() + "; check the file and its folders";
-  } else if (type != fs::file_type::regular) {
+  else if (type != fs::file_type::regular)
     error = path + " is no file that can be read to its end; name a file";
-  } else if (fs::file_size(file, failed) == 0) {
+  else if (fs::file_size(file, failed) == 0)
     error = path + " is empty; fetch it again, or save it again where it was made";
-  } else {
+  else
     return true;
-  }
   return false;
 }
 
@@ -146,18 +140,14 @@ bool readSceneFile(const std::string& path, const SceneReader::Options& options,
 // A scene replaces a scene, or what is not there yet.
 bool mayHoldScene(const std::string& path, std::string& error) {
   const std::string bytes = readFirstBytes(path);
-  if (bytes.empty() || isSceneFileStart(bytes)) {
-    return true;
-  }
+  if (bytes.empty() || isSceneFileStart(bytes)) return true;
   error = "cannot write " + path + ": the file there is not a scene; give the scene another name";
   return false;
 }
 
 std::vector<NodePtr> selectedNodes() {
   std::vector<NodePtr> nodes;
-  for (const SelectionItem& item : Scene::current().selection.items()) {
-    nodes.push_back(item.node);
-  }
+  for (const SelectionItem& item : Scene::current().selection.items()) nodes.push_back(item.node);
   return nodes;
 }
 
@@ -177,23 +167,16 @@ void startNewScene() {
 
 std::string identifyFile(const std::string& path) {
   const std::string bytes = readFirstBytes(path);
-  if (isSceneFileStart(bytes)) {
-    return isBinarySceneStart(bytes) ? kBinaryType : kSceneType;
-  }
+  if (isSceneFileStart(bytes)) return isBinarySceneStart(bytes) ? kBinaryType : kSceneType;
   std::string possible;
   for (const Translator& translator : PluginRegistry::current().translators()) {
     const auto object = PluginRegistry::current().make(translator);
-    if (object == nullptr) {
-      continue;
-    }
+    if (object == nullptr) continue;
     const auto kind =
         object->identifyFile(fileObject(path), bytes.data(), static_cast<short>(bytes.size()));
-    if (kind == MPxFileTranslator::kIsMyFileType) {
-      return translator.name;
-    }
-    if (kind == MPxFileTranslator::kCouldBeMyFileType && possible.empty()) {
+    if (kind == MPxFileTranslator::kIsMyFileType) return translator.name;
+    if (kind == MPxFileTranslator::kCouldBeMyFileType && possible.empty())
       possible = translator.name;
-    }
   }
   return possible;
 }
@@ -201,12 +184,9 @@ std::string identifyFile(const std::string& path) {
 bool openFile(const FileRequest& given, std::string& error) {
   FileRequest request = given;
   startNewScene();
-  if (!exists(request.path, error) || !settleType(request, error)) {
-    return false;
-  }
-  if (!isSceneType(request.type)) {
+  if (!exists(request.path, error) || !settleType(request, error)) return false;
+  if (!isSceneType(request.type))
     return translate(request, MPxFileTranslator::kOpenAccessMode, error);
-  }
   SceneReader::Options options;
   options.keepsInfo = true;
   // Before anything is read: names in the scene are its folder's.
@@ -225,12 +205,9 @@ bool openFile(const FileRequest& given, std::string& error) {
 
 bool importFile(const FileRequest& given, std::string& error) {
   FileRequest request = given;
-  if (!exists(request.path, error) || !settleType(request, error)) {
-    return false;
-  }
-  if (!isSceneType(request.type)) {
+  if (!exists(request.path, error) || !settleType(request, error)) return false;
+  if (!isSceneType(request.type))
     return translate(request, MPxFileTranslator::kImportAccessMode, error);
-  }
   SceneReader::Options options;
   options.nameSpace =
       request.nameSpace.empty() || request.nameSpace == ":" ? "" : request.nameSpace + ":";
@@ -239,12 +216,8 @@ bool importFile(const FileRequest& given, std::string& error) {
 
 bool exportFile(const FileRequest& given, bool selectionOnly, std::string& error) {
   FileRequest request = given;
-  if (request.type.empty()) {
-    request.type = kSceneType;
-  }
-  if (!settleType(request, error)) {
-    return false;
-  }
+  if (request.type.empty()) request.type = kSceneType;
+  if (!settleType(request, error)) return false;
   if (selectionOnly && Scene::current().selection.size() == 0) {
     error = "nothing is selected; select what is to be exported";
     return false;
@@ -259,9 +232,7 @@ bool exportFile(const FileRequest& given, bool selectionOnly, std::string& error
     error = "only Maya ASCII is written; name the type mayaAscii";
     return false;
   }
-  if (!mayHoldScene(request.path, error)) {
-    return false;
-  }
+  if (!mayHoldScene(request.path, error)) return false;
   return selectionOnly ? writeNodes(request.path, selectedNodes(), error)
                        : writeScene(request.path, error);
 }

@@ -25,9 +25,8 @@ void noteHistory(const NodePtr& node, const MeshHistory& history) {
              ": it has " + (node->mesh->pointCount() == 0 ? "no" : "the older") + " geometry; " +
              history.stopAdvice);
   }
-  for (const std::string& text : history.notes) {
+  for (const std::string& text : history.notes)
     note(SceneProblem::Kind::kNotice, mesh + ": " + text);
-  }
 }
 
 void noteStored(const NodePtr& node) {
@@ -46,9 +45,7 @@ void refreshSceneHistories() {
 
 void evaluateSceneHistories() {
   evaluateHistories(noteHistory);
-  for (const auto& [serial, node] : Scene::current().nodes()) {
-    noteStored(node);
-  }
+  for (const auto& [serial, node] : Scene::current().nodes()) noteStored(node);
 }
 
 }  // namespace host

@@ -32,17 +32,13 @@ constexpr std::size_t kMostNodes = 1000000;
 
 // The next blank-separated word of a statement, quotes included.
 std::string_view takeWord(std::string_view& rest) {
-  while (!rest.empty() && isBlank(rest.front())) {
-    rest.remove_prefix(1);
-  }
+  while (!rest.empty() && isBlank(rest.front())) rest.remove_prefix(1);
   std::size_t end = 0;
   if (!rest.empty() && rest.front() == '"') {
     const std::size_t close = mel::findClosingQuote(rest, 0);
     end = close == rest.npos ? rest.size() : close + 1;
   } else {
-    while (end < rest.size() && !isBlank(rest[end]) && rest[end] != '"') {
-      ++end;
-    }
+    while (end < rest.size() && !isBlank(rest[end]) && rest[end] != '"') ++end;
   }
   const std::string_view word = rest.substr(0, end);
   rest.remove_prefix(end);
@@ -65,16 +61,13 @@ std::string findReference(const std::string& name, const std::string& folder) {
   std::replace(portable.begin(), portable.end(), '\\', '/');
   // "path.ma{1}" is the same file referred to once more.
   const std::size_t brace = portable.rfind('{');
-  if (brace != std::string::npos && portable.back() == '}') {
-    portable.resize(brace);
-  }
+  if (brace != std::string::npos && portable.back() == '}') portable.resize(brace);
   const fs::path asWritten = fs::u8path(mel::resolvedPath(portable, folder));
   const fs::path beside = fs::u8path(folder) / fs::u8path(portable).filename();
   for (const fs::path& candidate : {asWritten, beside}) {
     std::error_code error;
-    if (fs::is_regular_file(candidate, error) && fs::file_size(candidate, error) != 0) {
+    if (fs::is_regular_file(candidate, error) && fs::file_size(candidate, error) != 0)
       return candidate.u8string();
-    }
   }
   return std::string();
 }
@@ -82,21 +75,15 @@ std::string findReference(const std::string& name, const std::string& folder) {
 }  // namespace
 
 bool isSceneFileStart(std::string_view bytes) {
-  if (isBinarySceneStart(bytes)) {
-    return true;
-  }
-  if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
-    bytes.remove_prefix(3);
-  }
+  if (isBinarySceneStart(bytes)) return true;
+  if (bytes.substr(0, 3) == "\xEF\xBB\xBF") bytes.remove_prefix(3);
   return bytes.substr(0, 6) == "//Maya";
 }
 
 // Disks and copies that lost a block leave such bytes; Maya never writes one.
 bool SceneReader::noteZeroBytes(std::string_view text) {
   const std::size_t first = text.find('\0');
-  if (first == text.npos) {
-    return false;
-  }
+  if (first == text.npos) return false;
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(first);
   const auto line = statements_.line() + std::count(text.begin(), end, '\n');
   note(Kind::kDamage, "zero bytes stand in the file from line " + std::to_string(line) +
@@ -140,9 +127,7 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
             std::to_string(kMaxReferences);
     return false;
   }
-  if (!statements_.open(path, error)) {
-    return false;
-  }
+  if (!statements_.open(path, error)) return false;
   if (!isSceneFileStart(statements_.firstBytes())) {
     const bool isOtherBinary = statements_.firstBytes().substr(0, 3) == "FOR";
     error =
@@ -175,13 +160,9 @@ void SceneReader::prepareContext(const Options& options, const std::string& abso
 }
 
 bool SceneReader::readStatements(std::string& error) {
-  if (context_.keepsInfo) {
-    SceneInfo::current().firstLine = statements_.firstLine();
-  }
+  if (context_.keepsInfo) SceneInfo::current().firstLine = statements_.firstLine();
   std::string_view statement;
-  while (statements_.next(statement)) {
-    runStatement(statement);
-  }
+  while (statements_.next(statement)) runStatement(statement);
   noteEnd();
   if (statements_.failed()) {
     error = "cannot read all of " + path_;
@@ -199,18 +180,15 @@ bool SceneReader::readBinary(std::string& error) {
       [this](const mel::Words& words) { runFileStatement(words); });
   binary_ = &reader;
   const bool ok = reader.read(path_, error);
-  if (reader.isCut()) {
-    note(Kind::kDamage, "the file is cut off here; fetch it again");
-  }
+  if (reader.isCut()) note(Kind::kDamage, "the file is cut off here; fetch it again");
   binary_ = nullptr;
   addEnd(reader.isCut() ? SceneProblems::End::kCut : SceneProblems::End::kWhole);
   return ok;
 }
 
 void SceneReader::addEnd(SceneProblems::End end) {
-  if (!context_.isReference) {
+  if (!context_.isReference)
     SceneProblems::current().end = std::max(SceneProblems::current().end, end);
-  }
 }
 
 // A file that stops between two statements is whole only if it never was one of Maya's own.
@@ -234,42 +212,29 @@ void SceneReader::noteEnd() {
 
 // The bulk of a large scene: numbers go from the text into the mesh, with nothing between.
 bool SceneReader::runMeshStatement(std::string_view statement) {
-  if (context_.currentNode == nullptr || context_.currentNode->mesh == nullptr) {
-    return false;
-  }
+  if (context_.currentNode == nullptr || context_.currentNode->mesh == nullptr) return false;
   std::string_view rest = statement;
   takeWord(rest);
   std::string_view word = takeWord(rest);
   while (!word.empty() && word.front() == '-') {
-    if (!takesNoArgument(word)) {
-      takeWord(rest);
-    }
+    if (!takesNoArgument(word)) takeWord(rest);
     word = takeWord(rest);
   }
-  if (word.size() > 1 && word.front() == '"') {
-    word = word.substr(1, word.size() - 2);
-  }
-  if (word.size() < 2 || word.front() != '.' || !isMeshData(word.substr(1))) {
-    return false;
-  }
+  if (word.size() > 1 && word.front() == '"') word = word.substr(1, word.size() - 2);
+  if (word.size() < 2 || word.front() != '.' || !isMeshData(word.substr(1))) return false;
   const std::string path(word.substr(1));
   const std::string problem =
       setMeshData(*context_.currentNode->mesh, path, rest, currentUnits().length);
-  if (!problem.empty()) {
+  if (!problem.empty())
     note(Kind::kDamage, "'" + context_.currentNode->name() + "." + path + "' " + problem);
-  }
   return true;
 }
 
 void SceneReader::runStatement(std::string_view statement) {
-  if (noteZeroBytes(statement)) {
-    return;
-  }
+  if (noteZeroBytes(statement)) return;
   const bool isSetAttr =
       statement.substr(0, 7) == "setAttr" && statement.size() > 7 && isBlank(statement[7]);
-  if (isSetAttr && runMeshStatement(statement)) {
-    return;
-  }
+  if (isSetAttr && runMeshStatement(statement)) return;
   std::string error;
   if (!splitStatement(statement, name_, words_, error)) {
     note(Kind::kDamage, error);
@@ -284,9 +249,7 @@ void SceneReader::runStatement(std::string_view statement) {
     edits_.insert(edits_.end(), edits.begin(), edits.end());
   }
   const mel::CommandResult result = mel::runCommand(name_, words_, context_);
-  if (!result.ok) {
-    note(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
-  }
+  if (!result.ok) note(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
 }
 
 // Once everything is there that they speak of.
@@ -314,12 +277,10 @@ void SceneReader::runFileStatement(const mel::Words& words) {
     const bool isFlag = !words[i].quoted;
     loads = loads || (isFlag && (word == "-r" || word == "-reference"));
     declares = declares || (isFlag && (word == "-rdi" || word == "-referenceDepthInfo"));
-    if (isFlag && (word == "-ns" || word == "-namespace") && i + 1 < words.size()) {
+    if (isFlag && (word == "-ns" || word == "-namespace") && i + 1 < words.size())
       nameSpace = words[i + 1].text;
-    }
-    if (isFlag && (word == "-rfn" || word == "-referenceNode") && i + 1 < words.size()) {
+    if (isFlag && (word == "-rfn" || word == "-referenceNode") && i + 1 < words.size())
       node = words[i + 1].text;
-    }
     defers = defers || (isFlag && (word == "-dr" || word == "-deferReference") &&
                         i + 1 < words.size() && words[i + 1].text == "1");
   }
@@ -327,15 +288,12 @@ void SceneReader::runFileStatement(const mel::Words& words) {
     note(Kind::kNotice, "file: a scene file may refer to other files, and nothing else");
     return;
   }
-  if (context_.keepsInfo) {
+  if (context_.keepsInfo)
     SceneInfo::current().references.push_back(mel::asStatement("file", words));
-  }
   // What is listed as deferred was not loaded in the scene as it was saved. The order to load says
   // so of every reference.
   if (!loads) {
-    if (defers) {
-      deferred_.insert(node);
-    }
+    if (defers) deferred_.insert(node);
     return;
   }
   const std::string& name = words.back().text;

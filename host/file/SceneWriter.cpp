@@ -42,16 +42,12 @@ class Writer {
     }
     SceneInfo& info = SceneInfo::current();
     const bool isOwn = info.opened.known && morvane::isSamePlace(info.openedAs, path);
-    if (isOwn) {
-      file_.expect(info.opened);
-    }
+    if (isOwn) file_.expect(info.opened);
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
                     writeConnections() && writeLoose() && writeRelationships() && writeMetadata() &&
                     file_.commit();
     error = file_.error();
-    if (ok && isOwn) {
-      info.opened = file_.written();
-    }
+    if (ok && isOwn) info.opened = file_.written();
     return ok;
   }
 
@@ -81,9 +77,7 @@ class Writer {
   }
 
   bool writeNode(const NodePtr& node) {
-    if (!isWritten(node)) {
-      return true;
-    }
+    if (!isWritten(node)) return true;
     std::string text;
     appendNode(text, node, units_);
     return put(text);
@@ -98,29 +92,19 @@ class Writer {
     while (!waiting.empty()) {
       const NodePtr node = waiting.back();
       waiting.pop_back();
-      if (!writeNode(node)) {
-        return false;
-      }
+      if (!writeNode(node)) return false;
       const auto& children = node->children();
-      for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        if ((*child)->parents().front() == node.get()) {
-          waiting.push_back(*child);
-        }
-      }
+      for (auto child = children.rbegin(); child != children.rend(); ++child)
+        if ((*child)->parents().front() == node.get()) waiting.push_back(*child);
     }
-    for (const auto& [serial, node] : scene.nodes()) {
-      if (!node->isDag() && !writeNode(node)) {
-        return false;
-      }
-    }
+    for (const auto& [serial, node] : scene.nodes())
+      if (!node->isDag() && !writeNode(node)) return false;
     return true;
   }
 
   bool writeInstances() {
     for (const auto& [serial, node] : Scene::current().nodes()) {
-      if (!node->isDag() || node->parents().size() < 2 || !isWritten(node)) {
-        continue;
-      }
+      if (!node->isDag() || node->parents().size() < 2 || !isWritten(node)) continue;
       const std::string name = firstPath(node).fullName();
       for (std::size_t i = 1; i < node->parents().size(); ++i) {
         const NodePtr parent = node->parents()[i]->pointer();
@@ -158,9 +142,7 @@ class Writer {
     std::string path = destination.path();
     const auto range = splitRange(path);
     const bool next = range && destination.attribute()->kind() == Attribute::Kind::kMessage;
-    if (next) {
-      path = std::string(range->stem);
-    }
+    if (next) path = std::string(range->stem);
     return "connectAttr " + mel::quoted(fileName(source.node()) + "." + source.path()) + ' ' +
            mel::quoted(fileName(destination.node()) + "." + path) + (next ? " -na;\n" : ";\n");
   }
@@ -168,11 +150,9 @@ class Writer {
   bool writeConnections() {
     std::vector<ConnectionPtr> connections;
     for (const auto& [serial, node] : Scene::current().nodes()) {
-      for (const ConnectionPtr& connection : node->connections.inOrder()) {
-        if (connection->destination.node() == node && isConnectionWritten(*connection)) {
+      for (const ConnectionPtr& connection : node->connections.inOrder())
+        if (connection->destination.node() == node && isConnectionWritten(*connection))
           connections.push_back(connection);
-        }
-      }
     }
     std::sort(connections.begin(), connections.end(),
               [](const ConnectionPtr& a, const ConnectionPtr& b) { return a->serial < b->serial; });
@@ -184,9 +164,7 @@ class Writer {
   // The name of an end of a loose connection; empty when it is not to be written.
   std::string looseName(const SceneInfo::LooseConnection::End& end) const {
     const NodePtr node = end.node.lock();
-    if (!end.isKnown) {
-      return end.text;
-    }
+    if (!end.isKnown) return end.text;
     const bool isThere =
         node != nullptr && node->isAlive() && (only_ == nullptr || only_->count(node.get()) != 0);
     return isThere ? fileName(node) + "." + end.text : std::string();
@@ -213,14 +191,11 @@ class Writer {
     NodeSet mentioned;
     for (const SceneInfo::Relationship& relationship : SceneInfo::current().relationships) {
       const NodePtr node = scene.findNode(relationship.node);
-      if ((node != nullptr || !relationship.isKnown) && !put(relationship.statement + ";\n")) {
+      if ((node != nullptr || !relationship.isKnown) && !put(relationship.statement + ";\n"))
         return false;
-      }
       mentioned.insert(node.get());
     }
-    if (scene.nodesNamed("lightLinker1").empty()) {
-      return true;
-    }
+    if (scene.nodesNamed("lightLinker1").empty()) return true;
     for (const auto& [serial, node] : scene.nodes()) {
       const bool isNew =
           node->type().isA("shadingEngine") && !node->isDefault && mentioned.count(node.get()) == 0;
@@ -247,41 +222,30 @@ void addBelow(const NodePtr& node, NodeSet& nodes) {
   while (!waiting.empty()) {
     const NodePtr next = waiting.back();
     waiting.pop_back();
-    if (nodes.insert(next.get()).second) {
+    if (nodes.insert(next.get()).second)
       waiting.insert(waiting.end(), next->children().begin(), next->children().end());
-    }
   }
 }
 
 void addAbove(const NodePtr& node, NodeSet& nodes) {
-  for (const DagPath& path : allPaths(node)) {
-    for (const NodePtr& above : path.nodes()) {
-      nodes.insert(above.get());
-    }
-  }
+  for (const DagPath& path : allPaths(node))
+    for (const NodePtr& above : path.nodes()) nodes.insert(above.get());
 }
 
 // Shading groups of the nodes, and all that leads into them.
 void addShading(NodeSet& nodes) {
   std::vector<NodePtr> waiting;
   for (const auto& [serial, node] : Scene::current().nodes()) {
-    if (nodes.count(node.get()) != 0) {
-      for (const NodePtr& set : setsHolding(node)) {
-        waiting.push_back(set);
-      }
-    }
+    if (nodes.count(node.get()) != 0)
+      for (const NodePtr& set : setsHolding(node)) waiting.push_back(set);
   }
   while (!waiting.empty()) {
     const NodePtr node = waiting.back();
     waiting.pop_back();
-    if (!nodes.insert(node.get()).second) {
-      continue;
-    }
-    for (const ConnectionPtr& connection : node->connections.inOrder()) {
-      if (connection->destination.node() == node && !connection->source.node()->isDag()) {
+    if (!nodes.insert(node.get()).second) continue;
+    for (const ConnectionPtr& connection : node->connections.inOrder())
+      if (connection->destination.node() == node && !connection->source.node()->isDag())
         waiting.push_back(connection->source.node());
-      }
-    }
   }
 }
 

@@ -37,9 +37,7 @@ bool StatementReader::open(const std::string& path, std::string& error) {
             (forbidden ? "; make it readable for the user that runs this" : "");
     return false;
   }
-  if (buffer_.compare(0, 3, "\xEF\xBB\xBF") == 0) {
-    begin_ = scan_ = 3;
-  }
+  if (buffer_.compare(0, 3, "\xEF\xBB\xBF") == 0) begin_ = scan_ = 3;
   return true;
 }
 
@@ -86,20 +84,12 @@ void StatementReader::noteComment() {
 bool StatementReader::skipToStatement() {
   while (true) {
     std::size_t at = begin_;
-    while (at < buffer_.size() && (isBlank(buffer_[at]) || buffer_[at] == ';')) {
-      ++at;
-    }
+    while (at < buffer_.size() && (isBlank(buffer_[at]) || buffer_[at] == ';')) ++at;
     stepOver(at);
-    if (buffer_.size() - at < 2 && fill()) {
-      continue;
-    }
-    if (begin_ >= buffer_.size()) {
-      return false;
-    }
+    if (buffer_.size() - at < 2 && fill()) continue;
+    if (begin_ >= buffer_.size()) return false;
     const bool line = buffer_.compare(begin_, 2, "//") == 0;
-    if (!line && buffer_.compare(begin_, 2, "/*") != 0) {
-      return true;
-    }
+    if (!line && buffer_.compare(begin_, 2, "/*") != 0) return true;
     std::size_t close = commentEnd(buffer_, line, begin_ + 2);
     while (close == std::string::npos) {
       const std::size_t searched = buffer_.size() - begin_;
@@ -129,12 +119,8 @@ bool StatementReader::findEnd() {
       scan_ = stop + (inText_ ? 2 : 1);
       continue;
     }
-    while (scan_ < buffer_.size() && !kStops[static_cast<unsigned char>(buffer_[scan_])]) {
-      ++scan_;
-    }
-    if (scan_ >= buffer_.size()) {
-      return false;
-    }
+    while (scan_ < buffer_.size() && !kStops[static_cast<unsigned char>(buffer_[scan_])]) ++scan_;
+    if (scan_ >= buffer_.size()) return false;
     if (buffer_[scan_] == ';') {
       end_ = scan_;
       return true;
@@ -146,9 +132,7 @@ bool StatementReader::findEnd() {
     } else if (buffer_[scan_ + 1] == '/' || buffer_[scan_ + 1] == '*') {
       const bool line = buffer_[scan_ + 1] == '/';
       const std::size_t close = commentEnd(buffer_, line, scan_ + 2);
-      if (close == std::string::npos) {
-        return false;
-      }
+      if (close == std::string::npos) return false;
       // Taken out of the statement: whoever reads it needs to know nothing of comments.
       std::replace_if(
           buffer_.begin() + static_cast<std::ptrdiff_t>(scan_),
@@ -166,9 +150,7 @@ bool StatementReader::next(std::string_view& statement) {
   const bool found = skipToStatement();
   line_ = nextLine_;
   column_ = nextColumn_;
-  if (!found) {
-    return false;
-  }
+  if (!found) return false;
   hasEnd_ = false;
   scan_ = begin_;
   inText_ = false;
@@ -203,9 +185,7 @@ bool takeJoined(std::string_view text, std::size_t& at, mel::Word& word, std::st
       continue;
     }
     depth += c == '(' ? 1 : c == ')' ? -1 : 0;
-    if (c != '(' && c != ')' && c != '+' && !isBlank(c)) {
-      word.text += c;
-    }
+    if (c != '(' && c != ')' && c != '+' && !isBlank(c)) word.text += c;
     ++at;
   } while (depth > 0 && at < text.size());
   error = "'(' without ')'";
@@ -247,9 +227,7 @@ bool takeBraced(std::string_view text, std::size_t& at, mel::Word& word, std::st
 }
 
 bool takeWord(std::string_view text, std::size_t& at, mel::Word& word, std::string& error) {
-  if (text[at] == '{') {
-    return takeBraced(text, at, word, error);
-  }
+  if (text[at] == '{') return takeBraced(text, at, word, error);
   if (text[at] == '"') {
     const std::size_t close = mel::findClosingQuote(text, at);
     if (close == std::string_view::npos) {
@@ -261,9 +239,7 @@ bool takeWord(std::string_view text, std::size_t& at, mel::Word& word, std::stri
     at = close + 1;
     return true;
   }
-  if (text[at] == '(') {
-    return takeJoined(text, at, word, error);
-  }
+  if (text[at] == '(') return takeJoined(text, at, word, error);
   const std::size_t start = at;
   while (at < text.size() && !isBlank(text[at]) &&
          std::string_view("\"()`${}").find(text[at]) == std::string_view::npos) {
@@ -290,14 +266,11 @@ bool splitStatement(std::string_view text, std::string& name, mel::Words& words,
       continue;
     }
     mel::Word word;
-    if (!takeWord(text, at, word, error)) {
-      return false;
-    }
-    if (name.empty()) {
+    if (!takeWord(text, at, word, error)) return false;
+    if (name.empty())
       name = std::move(word.text);
-    } else {
+    else
       words.push_back(std::move(word));
-    }
   }
   return true;
 }

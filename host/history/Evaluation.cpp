@@ -19,16 +19,12 @@ constexpr int kHasNoEffect = 1;  // of nodeState
 std::string inputPath(const char* pattern, const Plug& output) {
   std::string path = pattern;
   const std::size_t mark = path.find('#');
-  if (mark != path.npos) {
-    path.replace(mark, 1, std::to_string(std::max(output.index(), 0)));
-  }
+  if (mark != path.npos) path.replace(mark, 1, std::to_string(std::max(output.index(), 0)));
   return path;
 }
 
 std::optional<Plug> inputOf(const NodePtr& node, const HistoryNodeType& type, const Plug& output) {
-  if (type.input.path == nullptr) {
-    return std::nullopt;
-  }
+  if (type.input.path == nullptr) return std::nullopt;
   return historySource(node, inputPath(type.input.path, output),
                        inputPath(type.input.longPath, output));
 }
@@ -40,27 +36,18 @@ bool isWorldMesh(const Plug& plug) {
 void moveToWorld(const Plug& worldMesh, MeshData& mesh) {
   const DagPath path =
       pathOfInstance(worldMesh.node(), static_cast<std::size_t>(std::max(worldMesh.index(), 0)));
-  if (!path.isEmpty()) {
-    transformMesh(mesh, path.inclusiveMatrix());
-  }
+  if (!path.isEmpty()) transformMesh(mesh, path.inclusiveMatrix());
 }
 
 // The node's own tweaks and names of UV sets stay: they apply to whatever comes in.
 void carryOver(const MeshData& own, MeshData& made) {
-  for (const MeshTweak& tweak : own.tweaks()) {
+  for (const MeshTweak& tweak : own.tweaks())
     made.setTweaks(static_cast<std::size_t>(tweak.vertex), &tweak.offset.x, 1);
-  }
-  if (!own.currentUvSetName().empty()) {
-    made.setCurrentUvSetName(own.currentUvSetName());
-  }
-  if (!own.currentColourSetName().empty()) {
-    made.setCurrentColourSetName(own.currentColourSetName());
-  }
+  if (!own.currentUvSetName().empty()) made.setCurrentUvSetName(own.currentUvSetName());
+  if (!own.currentColourSetName().empty()) made.setCurrentColourSetName(own.currentColourSetName());
   for (const MeshUvSet& set : own.uvSets()) {
     MeshUvSet* target = set.name.empty() ? nullptr : made.uvSet(set.index);
-    if (target != nullptr) {
-      target->name = set.name;
-    }
+    if (target != nullptr) target->name = set.name;
   }
 }
 
@@ -80,9 +67,7 @@ bool Evaluation::isFresh(const Node& mesh) const {
   auto changed = changed_.begin();
   for (const std::size_t input : mesh.history->inputs) {
     changed = std::lower_bound(changed, changed_.end(), input);
-    if (changed != changed_.end() && *changed == input) {
-      return false;
-    }
+    if (changed != changed_.end() && *changed == input) return false;
   }
   return true;
 }
@@ -123,12 +108,8 @@ MeshHistory Evaluation::evaluate(const NodePtr& mesh) {
 
 bool Evaluation::make(const Plug& output, bool inWorldSpace, MeshData& mesh) {
   const NodePtr& node = output.node();
-  if (underway_.size() >= kLongestHistory) {
-    return stopAt(node, "the history is too long");
-  }
-  if (!underway_.insert(node.get()).second) {
-    return stopAt(node, "its history leads back to itself");
-  }
+  if (underway_.size() >= kLongestHistory) return stopAt(node, "the history is too long");
+  if (!underway_.insert(node.get()).second) return stopAt(node, "its history leads back to itself");
   history_.inputs.push_back(node->serial());
   const bool made = node->mesh != nullptr ? copyOfMeshNode(output, inWorldSpace, mesh)
                                           : makeByNode(node, output, mesh);
@@ -145,31 +126,23 @@ bool Evaluation::copyOfMeshNode(const Plug& output, bool inWorldSpace, MeshData&
   }
   if (hasHistory(node) && !(isMade && isFresh(*node))) {
     const auto source = historySource(node, "i", "inMesh");
-    if (!make(*source, isWorldMesh(*source), mesh)) {
-      return false;
-    }
+    if (!make(*source, isWorldMesh(*source), mesh)) return false;
     carryOver(*node->mesh, mesh);
   } else if (node->mesh->storedFaceStarts().size() <= 1 || !node->mesh->problem().empty()) {
     return stopAt(node, "it has no geometry itself");
   } else {
     mesh = node->mesh->clone();
-    if (!pay(node, mesh)) {
-      return false;
-    }
+    if (!pay(node, mesh)) return false;
   }
   mesh.changePoints();
-  if (inWorldSpace) {
-    moveToWorld(output, mesh);
-  }
+  if (inWorldSpace) moveToWorld(output, mesh);
   return true;
 }
 
 bool Evaluation::handOn(const NodePtr& node, const HistoryNodeType& type, const Plug& output,
                         MeshData& mesh) {
   const auto source = inputOf(node, type, output);
-  if (type.input.path != nullptr && !source) {
-    return stopAt(node, "no mesh is connected into it");
-  }
+  if (type.input.path != nullptr && !source) return stopAt(node, "no mesh is connected into it");
   return !source || make(*source, false, mesh);
 }
 
@@ -180,29 +153,18 @@ bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& m
     history_.stopAdvice = "tell where that file's folder is (--map, dirmap)";
     return false;
   }
-  if (type == nullptr) {
-    return stopAt(node, "");
-  }
-  if (!handOn(node, *type, output, mesh)) {
-    return false;
-  }
-  if (type->input.path == nullptr && primitivePointsLeft_ <= 0) {
+  if (type == nullptr) return stopAt(node, "");
+  if (!handOn(node, *type, output, mesh)) return false;
+  if (type->input.path == nullptr && primitivePointsLeft_ <= 0)
     return stopAt(node, "the primitives before it have too many points");
-  }
   const bool idle = type->input.path != nullptr && numberOf(node, "nodeState") == kHasNoEffect;
-  if (type->evaluate == nullptr || idle) {
-    return true;
-  }
+  if (type->evaluate == nullptr || idle) return true;
   const std::int64_t before = sizeOf(mesh);
   NodeParameters parameters(
       output, [this](const Plug& source) { return sideMesh(source); }, history_);
   const std::string problem = type->evaluate(parameters, mesh);
-  if (!history_.isMade()) {
-    return false;
-  }
-  if (!problem.empty()) {
-    return stopAt(node, problem);
-  }
+  if (!history_.isMade()) return false;
+  if (!problem.empty()) return stopAt(node, problem);
   left_ += before;
   primitivePointsLeft_ -= type->input.path == nullptr ? mesh.pointCount() : 0;
   return pay(node, mesh);
@@ -212,9 +174,7 @@ const MeshData* Evaluation::sideMesh(const Plug& source) {
   auto& kept = shared_[std::to_string(source.node()->serial()) + "." + source.path()];
   if (kept == nullptr) {
     MeshData mesh;
-    if (!make(source, false, mesh)) {
-      return nullptr;
-    }
+    if (!make(source, false, mesh)) return nullptr;
     kept = std::make_unique<MeshData>(std::move(mesh));
   }
   return kept.get();

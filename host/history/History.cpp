@@ -20,9 +20,7 @@ void evaluateHistories(const HistoryReport& report) {
 }
 
 void refreshHistories(const HistoryReport& report) {
-  if (Scene::current().changes.isEmpty()) {
-    return;
-  }
+  if (Scene::current().changes.isEmpty()) return;
   std::vector<std::size_t> changed = Scene::current().changes.take();
   std::sort(changed.begin(), changed.end());
   Evaluation evaluation(changed);
@@ -33,17 +31,14 @@ void refreshHistories(const HistoryReport& report) {
         Evaluation::hasHistory(node)) {
       MeshHistory history = evaluation.evaluate(node);
       report(node, history);
-      if (history.isMade() || node->history == nullptr || !node->history->isMade()) {
+      if (history.isMade() || node->history == nullptr || !node->history->isMade())
         node->history = std::make_unique<MeshHistory>(std::move(history));
-      }
     }
   }
 }
 
 std::optional<Unevaluated> unevaluatedBy(const NodePtr& mesh) {
-  if (mesh->history == nullptr || mesh->history->isMade()) {
-    return std::nullopt;
-  }
+  if (mesh->history == nullptr || mesh->history->isMade()) return std::nullopt;
   return Unevaluated{mesh->history->stopNode, mesh->history->stopType, mesh->history->stopReason,
                      mesh->history->stopAdvice};
 }

@@ -43,23 +43,18 @@ void appendNumbers(std::string_view word, std::vector<double>& numbers) {
     const std::string_view other = in.word();
     const auto truth = mel::parseTruth(other);
     const auto special = mel::parseNumber(other);
-    if (truth || special) {
-      numbers.push_back(special ? *special : *truth ? 1.0 : 0.0);
-    }
+    if (truth || special) numbers.push_back(special ? *special : *truth ? 1.0 : 0.0);
   }
 }
 
 void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers) {
   numbers.clear();
-  if (const auto* number = std::get_if<double>(&value)) {
+  if (const auto* number = std::get_if<double>(&value))
     numbers.push_back(*number);
-  } else if (const auto* list = std::get_if<std::vector<double>>(&value)) {
+  else if (const auto* list = std::get_if<std::vector<double>>(&value))
     numbers = *list;
-  } else if (const auto* kept = std::get_if<KeptWords>(&value)) {
-    for (const std::string& word : kept->words) {
-      appendNumbers(word, numbers);
-    }
-  }
+  else if (const auto* kept = std::get_if<KeptWords>(&value))
+    for (const std::string& word : kept->words) appendNumbers(word, numbers);
 }
 
 std::string withoutQuotes(const std::string& word) {
@@ -69,15 +64,12 @@ std::string withoutQuotes(const std::string& word) {
 
 std::vector<std::string> textsOf(const AttributeValue& value) {
   std::vector<std::string> texts;
-  if (const auto* list = std::get_if<std::vector<std::string>>(&value)) {
+  if (const auto* list = std::get_if<std::vector<std::string>>(&value))
     texts = *list;
-  } else if (const auto* text = std::get_if<std::string>(&value)) {
+  else if (const auto* text = std::get_if<std::string>(&value))
     texts.push_back(*text);
-  } else if (const auto* kept = std::get_if<KeptWords>(&value)) {
-    for (const std::string& word : kept->words) {
-      texts.push_back(withoutQuotes(word));
-    }
-  }
+  else if (const auto* kept = std::get_if<KeptWords>(&value))
+    for (const std::string& word : kept->words) texts.push_back(withoutQuotes(word));
   return texts;
 }
 
@@ -96,9 +88,7 @@ Component::Kind kindOf(ElementKind kind) {
 }
 
 std::vector<double> numbersAt(const Plug& plug) {
-  if (const auto number = readNumber(plug)) {
-    return {*number};
-  }
+  if (const auto number = readNumber(plug)) return {*number};
   return readNumbers(plug).value_or(std::vector<double>());
 }
 
@@ -129,9 +119,7 @@ void NodeParameters::noteOlderUvs() {
 std::optional<std::vector<int>> NodeParameters::affectedVertices(int count) const {
   const std::string index = "[" + std::to_string(outputIndex()) + "].";
   const auto source = historySource(node_, "ip" + index + "ig", "input" + index + "inputGeometry");
-  if (!source || !source->node()->type().isA("groupParts")) {
-    return std::nullopt;
-  }
+  if (!source || !source->node()->type().isA("groupParts")) return std::nullopt;
   MeshHistory unused;
   return NodeParameters(*source, nullptr, unused)
       .components({"ic", "inputComponents"}, ElementKind::kVertex, count);
@@ -142,9 +130,7 @@ std::optional<Plug> historySource(const NodePtr& node, std::string_view path,
   for (const std::string_view spelling : {path, longPath}) {
     const auto plug = Plug::find(node, spelling);
     const auto source = plug ? sourceOf(*plug) : std::nullopt;
-    if (source) {
-      return source;
-    }
+    if (source) return source;
   }
   return std::nullopt;
 }
@@ -152,9 +138,7 @@ std::optional<Plug> historySource(const NodePtr& node, std::string_view path,
 const AttributeValue* NodeParameters::find(const ParameterName& name) const {
   for (const char* spelling : {name.shortName, name.longName}) {
     const auto plug = Plug::find(node_, spelling);
-    if (plug && isSet(node_, *plug)) {
-      return &node_->values.find(plug->path())->value;
-    }
+    if (plug && isSet(node_, *plug)) return &node_->values.find(plug->path())->value;
   }
   return nullptr;
 }
@@ -186,9 +170,8 @@ std::optional<double> NodeParameters::number(const ParameterName& name) const {
 
 std::vector<double> NodeParameters::numbers(const ParameterName& name) const {
   std::vector<double> result;
-  if (const auto source = historySource(node_, name.shortName, name.longName)) {
+  if (const auto source = historySource(node_, name.shortName, name.longName))
     result = numbersFrom(*source);
-  }
   const AttributeValue* value = result.empty() ? find(name) : nullptr;
   if (value != nullptr) {
     readNumbersOf(*value, result);
@@ -197,9 +180,7 @@ std::vector<double> NodeParameters::numbers(const ParameterName& name) const {
   const auto plug = result.empty() ? Plug::find(node_, name.longName) : std::nullopt;
   if (plug && plug->attribute()->isNumericCompound()) {
     bool any = false;
-    for (const Plug& child : plug->children()) {
-      any = any || isSet(node_, child);
-    }
+    for (const Plug& child : plug->children()) any = any || isSet(node_, child);
     result = any ? numbersAt(*plug) : result;
   }
   return result;
@@ -208,9 +189,7 @@ std::vector<double> NodeParameters::numbers(const ParameterName& name) const {
 std::map<int, std::vector<double>> NodeParameters::elements(const ParameterName& name) const {
   std::map<int, std::vector<double>> result;
   forEach(name, [&](const ParameterPath& path, const std::vector<double>& numbers) {
-    if (path.size() != 1 || numbers.empty()) {
-      return;
-    }
+    if (path.size() != 1 || numbers.empty()) return;
     const int first = std::max(path.front().first, kFirstIndex);
     const int last = std::max(path.front().last, kFirstIndex);
     const std::size_t count = static_cast<std::size_t>(last) - static_cast<std::size_t>(first) + 1;
@@ -224,9 +203,8 @@ std::map<int, std::vector<double>> NodeParameters::elements(const ParameterName&
     for (const ConnectionPtr& connection : node_->connections.intoAtOrBelow(spelling)) {
       const ParameterPath path = splitPath(connection->destination.path());
       std::vector<double> numbers = numbersFrom(connection->source);
-      if (path.size() == 1 && !numbers.empty()) {
+      if (path.size() == 1 && !numbers.empty())
         result[std::max(path.front().first, kFirstIndex)] = std::move(numbers);
-      }
     }
   }
   return result;
@@ -242,9 +220,7 @@ std::string NodeParameters::text(const ParameterName& name) const {
 std::optional<std::vector<int>> NodeParameters::components(const ParameterName& name,
                                                            ElementKind kind, int count) const {
   const AttributeValue* value = find(name);
-  if (value == nullptr) {
-    return std::nullopt;
-  }
+  if (value == nullptr) return std::nullopt;
   std::vector<IndexRange> ranges;
   for (const std::string& text : textsOf(*value)) {
     const ComponentPtr component = Component::parse(text);
@@ -293,9 +269,7 @@ bool NodeParameters::forEachMesh(const ParameterName& name, const MeshVisitor& v
   for (const char* spelling : {name.shortName, name.longName}) {
     for (const ConnectionPtr& connection : node_->connections.intoAtOrBelow(spelling)) {
       const MeshData* mesh = makeMesh_(connection->source);
-      if (mesh == nullptr) {
-        return false;
-      }
+      if (mesh == nullptr) return false;
       visit(splitPath(connection->destination.path()), *mesh);
     }
   }

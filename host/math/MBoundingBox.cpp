@@ -42,8 +42,7 @@ void MBoundingBox::transformUsing(const MMatrix& matrix) {
 }
 
 bool MBoundingBox::contains(const MPoint& point) const {
-  for (unsigned int axis = 0; axis < 3; ++axis) {
+  for (unsigned int axis = 0; axis < 3; ++axis)
     if (point[axis] < min_[axis] || point[axis] > max_[axis]) return false;
-  }
   return !empty_;
 }

@@ -15,9 +15,8 @@ double invert(MMatrix m, MMatrix& inverse) {
   inverse.setToIdentity();
   for (unsigned int column = 0; column < 4; ++column) {
     unsigned int pivot = column;
-    for (unsigned int row = column + 1; row < 4; ++row) {
+    for (unsigned int row = column + 1; row < 4; ++row)
       if (std::fabs(m(row, column)) > std::fabs(m(pivot, column))) pivot = row;
-    }
     if (m(pivot, column) == 0.0) return 0.0;
     if (pivot != column) {
       std::swap(m.matrix[pivot], m.matrix[column]);
@@ -73,17 +72,15 @@ MMatrix MMatrix::operator*(const MMatrix& other) const {
 
 MMatrix MMatrix::operator*(double s) const {
   MMatrix result = *this;
-  for (auto& row : result.matrix) {
+  for (auto& row : result.matrix)
     for (double& element : row) element *= s;
-  }
   return result;
 }
 
 MMatrix MMatrix::operator+(const MMatrix& other) const {
   MMatrix result = *this;
-  for (unsigned int r = 0; r < 4; ++r) {
+  for (unsigned int r = 0; r < 4; ++r)
     for (unsigned int c = 0; c < 4; ++c) result(r, c) += other(r, c);
-  }
   return result;
 }
 
@@ -98,9 +95,8 @@ MMatrix& MMatrix::setToIdentity() {
 
 MMatrix MMatrix::transpose() const {
   MMatrix result;
-  for (unsigned int r = 0; r < 4; ++r) {
+  for (unsigned int r = 0; r < 4; ++r)
     for (unsigned int c = 0; c < 4; ++c) result(r, c) = matrix[c][r];
-  }
   return result;
 }
 

@@ -50,9 +50,8 @@ MPoint::MPoint(const MFloatPoint& p) : x(p.x), y(p.y), z(p.z), w(p.w) {}
 
 MPoint MPoint::operator*(const MMatrix& m) const {
   MPoint result;
-  for (unsigned int c = 0; c < 4; ++c) {
+  for (unsigned int c = 0; c < 4; ++c)
     result[c] = x * m(0, c) + y * m(1, c) + z * m(2, c) + w * m(3, c);
-  }
   return result;
 }
 

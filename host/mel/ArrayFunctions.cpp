@@ -12,9 +12,7 @@ using Strings = Value::Strings;
 
 std::vector<double> numbersOf(const Value& value) {
   std::vector<double> numbers;
-  for (std::size_t i = 0; i < value.arraySize(); ++i) {
-    numbers.push_back(value.element(i).toFloat());
-  }
+  for (std::size_t i = 0; i < value.arraySize(); ++i) numbers.push_back(value.element(i).toFloat());
   return numbers;
 }
 
@@ -68,9 +66,7 @@ CommandResult join(Arguments& arguments) {
   std::string text;
   for (std::size_t i = 0; i < list.arraySize(); ++i) {
     text += (i == 0 ? "" : separator) + list.element(i).toString();
-    if (!fitsText(text.size())) {
-      return CommandResult::failure("a text becomes too long");
-    }
+    if (!fitsText(text.size())) return CommandResult::failure("a text becomes too long");
   }
   return give(std::move(text));
 }
@@ -90,13 +86,10 @@ Strings pieces(const std::string& text, const std::string& separators) {
 CommandResult tokenize(Arguments& arguments) {
   const std::string separators = arguments.size() == 3 ? textOf(arguments, 1) : " \t\n\r";
   const Variable& out = arguments.back().variable;
-  if (out == nullptr || out->type() != Value::Type::kStringArray) {
+  if (out == nullptr || out->type() != Value::Type::kStringArray)
     return CommandResult::failure("the last argument must be a string array variable");
-  }
   Strings parts = pieces(textOf(arguments, 0), separators);
-  if (!fitsArray(parts.size())) {
-    return tooLarge();
-  }
+  if (!fitsArray(parts.size())) return tooLarge();
   const int count = static_cast<int>(parts.size());
   *out = Value(std::move(parts));
   return give(count);
@@ -113,17 +106,14 @@ CommandResult countPieces(Arguments& arguments) {
 
 CommandResult append(Arguments& arguments) {
   const Variable& out = arguments[0].variable;
-  if (out == nullptr || out->strings() == nullptr) {
+  if (out == nullptr || out->strings() == nullptr)
     return CommandResult::failure("the first argument must be a string array variable");
-  }
   Strings more = valueOf(arguments[1]).toWords();
   if (arguments.size() == 3) {
     const int count = valueOf(arguments[2]).toInt();
     more.resize(std::min(more.size(), static_cast<std::size_t>(std::max(count, 0))));
   }
-  if (!fitsArray(out->arraySize() + more.size())) {
-    return tooLarge();
-  }
+  if (!fitsArray(out->arraySize() + more.size())) return tooLarge();
   out->strings()->insert(out->strings()->end(), more.begin(), more.end());
   return give(Value());
 }
@@ -133,22 +123,16 @@ CommandResult remove(Arguments& arguments) {
   const Strings items = valueOf(arguments[0]).toWords();
   const std::unordered_set<std::string> unwanted(items.begin(), items.end());
   Strings left;
-  for (std::string& text : valueOf(arguments[1]).toWords()) {
-    if (unwanted.count(text) == 0) {
-      left.push_back(std::move(text));
-    }
-  }
+  for (std::string& text : valueOf(arguments[1]).toWords())
+    if (unwanted.count(text) == 0) left.push_back(std::move(text));
   return give(std::move(left));
 }
 
 CommandResult removeDuplicates(Arguments& arguments) {
   std::unordered_set<std::string> met;
   Strings left;
-  for (std::string& text : valueOf(arguments[0]).toWords()) {
-    if (met.insert(text).second) {
-      left.push_back(std::move(text));
-    }
-  }
+  for (std::string& text : valueOf(arguments[0]).toWords())
+    if (met.insert(text).second) left.push_back(std::move(text));
   return give(std::move(left));
 }
 
@@ -164,19 +148,14 @@ Strings* placeIn(const Argument& list, const Argument& position, std::size_t mos
 // removeAtIndex(index, list) and insertAtIndex(index, list, item) change the list, and say whether.
 CommandResult removeAt(Arguments& arguments) {
   Strings* list = placeIn(arguments[1], arguments[0], 0);
-  if (list != nullptr) {
-    list->erase(list->begin() + valueOf(arguments[0]).toInt());
-  }
+  if (list != nullptr) list->erase(list->begin() + valueOf(arguments[0]).toInt());
   return give(Value::ofTruth(list != nullptr));
 }
 CommandResult insertAt(Arguments& arguments) {
   Strings* list = placeIn(arguments[1], arguments[0], 1);
-  if (list != nullptr && !fitsArray(list->size() + 1)) {
-    return tooLarge();
-  }
-  if (list != nullptr) {
+  if (list != nullptr && !fitsArray(list->size() + 1)) return tooLarge();
+  if (list != nullptr)
     list->insert(list->begin() + valueOf(arguments[0]).toInt(), textOf(arguments, 2));
-  }
   return give(Value::ofTruth(list != nullptr));
 }
 
@@ -187,9 +166,7 @@ CommandResult addPrefix(Arguments& arguments) {
   for (std::string& text : list) {
     text.insert(0, prefix);
     size += text.size();
-    if (!fitsText(size)) {
-      return CommandResult::failure("the texts become too long");
-    }
+    if (!fitsText(size)) return CommandResult::failure("the texts become too long");
   }
   return give(std::move(list));
 }

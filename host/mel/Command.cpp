@@ -11,9 +11,7 @@
 namespace host::mel {
 
 bool isFlag(const Word& word) {
-  if (word.quoted || word.text.size() < 2 || word.text.front() != '-') {
-    return false;
-  }
+  if (word.quoted || word.text.size() < 2 || word.text.front() != '-') return false;
   const char next = word.text[1];
   const bool letter = (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z');
   return letter && !parseNumber(word.text);
@@ -39,20 +37,15 @@ const char* kindName(char kind) {
 }
 
 const FlagSpec* findFlag(const std::vector<FlagSpec>& flags, std::string_view name) {
-  for (const FlagSpec& flag : flags) {
-    if (flag.shortName == name || flag.longName == name) {
-      return &flag;
-    }
-  }
+  for (const FlagSpec& flag : flags)
+    if (flag.shortName == name || flag.longName == name) return &flag;
   return nullptr;
 }
 
 }  // namespace
 
 std::string asStatement(std::string name, const Words& words) {
-  for (const Word& word : words) {
-    name += " " + (word.quoted ? quoted(word.text) : word.text);
-  }
+  for (const Word& word : words) name += " " + (word.quoted ? quoted(word.text) : word.text);
   return name;
 }
 
@@ -105,21 +98,16 @@ bool Arguments::truth(std::string_view shortName, bool fallback) const {
 
 std::vector<std::string> Arguments::texts(std::string_view shortName) const {
   std::vector<std::string> texts;
-  for (const Use& use : uses_) {
-    if (use.shortName == shortName && !use.arguments.empty()) {
+  for (const Use& use : uses_)
+    if (use.shortName == shortName && !use.arguments.empty())
       texts.push_back(use.arguments.front());
-    }
-  }
   return texts;
 }
 
 std::vector<std::vector<std::string>> Arguments::allTexts(std::string_view shortName) const {
   std::vector<std::vector<std::string>> all;
-  for (const Use& use : uses_) {
-    if (use.shortName == shortName) {
-      all.push_back(use.arguments);
-    }
-  }
+  for (const Use& use : uses_)
+    if (use.shortName == shortName) all.push_back(use.arguments);
   return all;
 }
 
@@ -127,9 +115,8 @@ std::vector<std::string> Arguments::flagsAsWritten() const {
   std::vector<std::string> words;
   for (const Use& use : uses_) {
     words.push_back("-" + std::string(use.shortName));
-    for (std::size_t i = 0; i < use.arguments.size(); ++i) {
+    for (std::size_t i = 0; i < use.arguments.size(); ++i)
       words.push_back(use.kinds[i] == 's' ? quoted(use.arguments[i]) : use.arguments[i]);
-    }
   }
   return words;
 }
@@ -139,9 +126,8 @@ std::vector<std::vector<double>> Arguments::allNumbers(std::string_view shortNam
   for (const Use& use : uses_) {
     if (use.shortName == shortName) {
       std::vector<double>& numbers = all.emplace_back();
-      for (const std::string& text : use.arguments) {
+      for (const std::string& text : use.arguments)
         numbers.push_back(parseNumber(text).value_or(0.0));
-      }
     }
   }
   return all;
@@ -160,11 +146,10 @@ class ArgumentParser {
     arguments.words_ = &words_;
     while (at_ < words_.size()) {
       const Word& word = words_[at_++];
-      if (!isFlag(word)) {
+      if (!isFlag(word))
         arguments.objects_.push_back(word.text);
-      } else if (!parseFlag(word.text, arguments, error)) {
+      else if (!parseFlag(word.text, arguments, error))
         return false;
-      }
     }
     return true;
   }
@@ -210,9 +195,7 @@ bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags
                     const Words& words, Arguments& arguments, std::string& error, bool* isUnknown) {
   ArgumentParser parser(command, flags, words);
   const bool ok = parser.parse(arguments, error);
-  if (isUnknown != nullptr) {
-    *isUnknown = parser.metUnknown();
-  }
+  if (isUnknown != nullptr) *isUnknown = parser.metUnknown();
   return ok;
 }
 
@@ -260,9 +243,8 @@ CommandResult dispatch(std::string_view name, const Words& words, CommandContext
                                        : CommandResult::malformed(error);
   }
   if (command->words) {
-    if (context.inSceneFile) {
+    if (context.inSceneFile)
       return CommandResult::failure("a scene file may not run '" + std::string(name) + "'");
-    }
     // A copy: the command may unload the plug-in that registered it.
     const WordsFunction function = command->words;
     return function(words);
@@ -282,9 +264,7 @@ CommandResult dispatch(std::string_view name, const Words& words, CommandContext
 CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
   CommandResult result = dispatch(name, words, context);
   const auto afterCommand = context.interpreter->commands().afterCommand();
-  if (!context.inSceneFile && afterCommand != nullptr) {
-    afterCommand();
-  }
+  if (!context.inSceneFile && afterCommand != nullptr) afterCommand();
   return result;
 }
 

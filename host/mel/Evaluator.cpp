@@ -34,14 +34,9 @@ std::string Evaluator::where(const AstNode& node) const {
 }
 
 Variable Evaluator::find(const std::string& name) const {
-  for (auto entry = frame_.variables.rbegin(); entry != frame_.variables.rend(); ++entry) {
-    if (entry->first == name) {
-      return entry->second;
-    }
-  }
-  if (!frame_.isTop) {
-    return nullptr;
-  }
+  for (auto entry = frame_.variables.rbegin(); entry != frame_.variables.rend(); ++entry)
+    if (entry->first == name) return entry->second;
+  if (!frame_.isTop) return nullptr;
   const auto global = state_.globals.find(name);
   return global == state_.globals.end() ? nullptr : global->second;
 }
@@ -50,12 +45,9 @@ Variable Evaluator::define(const std::string& name, Value::Type type, bool isGlo
   const bool atTop = frame_.isTop && frame_.blocks == 0;
   if (isGlobal || atTop) {
     Variable& variable = state_.globals[name];
-    if (variable == nullptr || (variable->type() != type && !isGlobal)) {
+    if (variable == nullptr || (variable->type() != type && !isGlobal))
       variable = std::make_shared<Value>(Value::initial(type));
-    }
-    if (!atTop) {
-      frame_.variables.emplace_back(name, variable);
-    }
+    if (!atTop) frame_.variables.emplace_back(name, variable);
     return variable;
   }
   frame_.variables.emplace_back(name, std::make_shared<Value>(Value::initial(type)));
@@ -63,16 +55,12 @@ Variable Evaluator::define(const std::string& name, Value::Type type, bool isGlo
 }
 
 bool Evaluator::mayEnter(const AstNode& node) {
-  if (state_.depth > kMaxEvaluationDepth) {
-    return fail(node, "too many calls inside each other");
-  }
+  if (state_.depth > kMaxEvaluationDepth) return fail(node, "too many calls inside each other");
   return ++state_.steps <= state_.limits.steps || fail(node, "the script takes too many steps");
 }
 
 bool Evaluator::fitsLimits(const AstNode& node, const Value& value) {
-  if (value.textSize() > state_.limits.textSize) {
-    return fail(node, "a text becomes too long");
-  }
+  if (value.textSize() > state_.limits.textSize) return fail(node, "a text becomes too long");
   return value.arraySize() <= state_.limits.arraySize || fail(node, "an array becomes too large");
 }
 
@@ -126,9 +114,7 @@ Evaluator::Flow Evaluator::executeInside(const AstNode& node) {
 Evaluator::Flow Evaluator::executeList(const AstNode& node, std::size_t first) {
   for (std::size_t i = first; i < node.children.size(); ++i) {
     const Flow flow = execute(*node.children[i]);
-    if (flow != Flow::kNext) {
-      return flow;
-    }
+    if (flow != Flow::kNext) return flow;
   }
   return Flow::kNext;
 }
@@ -144,40 +130,26 @@ Evaluator::Flow Evaluator::executeBlock(const AstNode& node) {
 
 bool Evaluator::condition(const AstNode& node, bool& truth) {
   Value value;
-  if (!evaluate(node, value)) {
-    return false;
-  }
+  if (!evaluate(node, value)) return false;
   truth = value.toTruth();
   return true;
 }
 
 Evaluator::Flow Evaluator::executeIf(const AstNode& node) {
   bool truth = false;
-  if (!condition(*node.children[0], truth)) {
-    return Flow::kFailed;
-  }
-  if (truth) {
-    return execute(*node.children[1]);
-  }
+  if (!condition(*node.children[0], truth)) return Flow::kFailed;
+  if (truth) return execute(*node.children[1]);
   return node.children.size() > 2 ? execute(*node.children[2]) : Flow::kNext;
 }
 
 Evaluator::Flow Evaluator::executeWhile(const AstNode& node) {
   bool again = node.kind == Kind::kDoWhile;
   while (true) {
-    if (!again && !condition(*node.children[0], again)) {
-      return Flow::kFailed;
-    }
-    if (!again) {
-      return Flow::kNext;
-    }
+    if (!again && !condition(*node.children[0], again)) return Flow::kFailed;
+    if (!again) return Flow::kNext;
     const Flow flow = execute(*node.children[1]);
-    if (flow == Flow::kBreak) {
-      return Flow::kNext;
-    }
-    if (flow == Flow::kReturn || flow == Flow::kFailed) {
-      return flow;
-    }
+    if (flow == Flow::kBreak) return Flow::kNext;
+    if (flow == Flow::kReturn || flow == Flow::kFailed) return flow;
     again = false;
   }
 }
@@ -186,28 +158,18 @@ Evaluator::Flow Evaluator::executeFor(const AstNode& node) {
   Flow flow = execute(*node.children[0]);
   bool truth = true;
   while (flow == Flow::kNext) {
-    if (node.children[1] != nullptr && !condition(*node.children[1], truth)) {
-      return Flow::kFailed;
-    }
-    if (!truth) {
-      return Flow::kNext;
-    }
+    if (node.children[1] != nullptr && !condition(*node.children[1], truth)) return Flow::kFailed;
+    if (!truth) return Flow::kNext;
     flow = execute(*node.children[3]);
-    if (flow == Flow::kBreak) {
-      return Flow::kNext;
-    }
-    if (flow == Flow::kNext || flow == Flow::kContinue) {
-      flow = execute(*node.children[2]);
-    }
+    if (flow == Flow::kBreak) return Flow::kNext;
+    if (flow == Flow::kNext || flow == Flow::kContinue) flow = execute(*node.children[2]);
   }
   return flow;
 }
 
 Evaluator::Flow Evaluator::executeForIn(const AstNode& node) {
   Value array;
-  if (!evaluate(*node.children[0], array)) {
-    return Flow::kFailed;
-  }
+  if (!evaluate(*node.children[0], array)) return Flow::kFailed;
   const std::size_t outside = frame_.variables.size();
   ++frame_.blocks;
   const Variable variable = define(node.text, elementType(array.type()), false);
@@ -224,23 +186,17 @@ Evaluator::Flow Evaluator::executeForIn(const AstNode& node) {
 
 Evaluator::Flow Evaluator::executeSwitch(const AstNode& node) {
   Value value;
-  if (!evaluate(*node.children[0], value)) {
-    return Flow::kFailed;
-  }
+  if (!evaluate(*node.children[0], value)) return Flow::kFailed;
   std::size_t start = node.children.size();
   for (std::size_t i = 1; i < node.children.size(); ++i) {
     const AstNode& child = *node.children[i];
-    if (child.kind != Kind::kCase) {
-      continue;
-    }
+    if (child.kind != Kind::kCase) continue;
     if (child.children.empty()) {
       start = i;
       continue;
     }
     Value label;
-    if (!evaluate(*child.children[0], label)) {
-      return Flow::kFailed;
-    }
+    if (!evaluate(*child.children[0], label)) return Flow::kFailed;
     if (label.toString() == value.toString()) {
       start = i;
       break;
@@ -252,9 +208,7 @@ Evaluator::Flow Evaluator::executeSwitch(const AstNode& node) {
 
 Evaluator::Flow Evaluator::executeReturn(const AstNode& node) {
   Value value;
-  if (!node.children.empty() && !evaluate(*node.children[0], value)) {
-    return Flow::kFailed;
-  }
+  if (!node.children.empty() && !evaluate(*node.children[0], value)) return Flow::kFailed;
   frame_.returned = std::move(value);
   return Flow::kReturn;
 }
@@ -264,9 +218,7 @@ namespace {
 // A variable of a matrix has a size; any other begins as its type does.
 Value initialOf(const AstNode& declaration) {
   const Value::Ints* sizes = declaration.literal.ints();
-  if (sizes == nullptr) {
-    return Value::initial(declaration.type);
-  }
+  if (sizes == nullptr) return Value::initial(declaration.type);
   const auto rows = static_cast<std::size_t>((*sizes)[0]);
   const auto columns = static_cast<std::size_t>((*sizes)[1]);
   return Value(Matrix{rows, columns, std::vector<double>(rows * columns, 0.0)});
@@ -282,9 +234,7 @@ bool hasSizeOf(const Value& value, const Value& wanted) {
 
 bool Evaluator::declare(const AstNode& node) {
   Value value;
-  if (!node.children.empty() && !evaluate(*node.children[0], value)) {
-    return false;
-  }
+  if (!node.children.empty() && !evaluate(*node.children[0], value)) return false;
   const Variable variable = define(node.text, node.type, node.isGlobal);
   if (variable->type() != node.type) {
     return fail(node,
@@ -292,9 +242,8 @@ bool Evaluator::declare(const AstNode& node) {
   }
   if (node.children.empty()) {
     // Declaring again at the top level starts afresh; a procedure's `global` only makes visible.
-    if (!node.isGlobal || (variable->matrix() != nullptr && variable->matrix()->rows == 0)) {
+    if (!node.isGlobal || (variable->matrix() != nullptr && variable->matrix()->rows == 0))
       *variable = initialOf(node);
-    }
     return true;
   }
   const auto converted = value.convertedTo(node.type);
@@ -302,9 +251,7 @@ bool Evaluator::declare(const AstNode& node) {
     return fail(node, std::string("cannot convert ") + typeName(value.type()) + " to " +
                           typeName(node.type));
   }
-  if (!hasSizeOf(*converted, initialOf(node))) {
-    return fail(node, "the matrix has another size");
-  }
+  if (!hasSizeOf(*converted, initialOf(node))) return fail(node, "the matrix has another size");
   *variable = *converted;
   return true;
 }

@@ -17,11 +17,10 @@ bool Evaluator::evaluateArguments(const AstNode& node, std::vector<Argument>& ar
   for (const AstPtr& child : node.children) {
     Argument argument;
     const Variable variable = child->kind == Kind::kVariable ? find(child->text) : nullptr;
-    if (isArrayVariable(*child, variable)) {
+    if (isArrayVariable(*child, variable))
       argument.variable = variable;
-    } else if (!evaluate(*child, argument.value)) {
+    else if (!evaluate(*child, argument.value))
       return false;
-    }
     argument.isWord = child->kind == Kind::kWord;
     arguments.push_back(std::move(argument));
   }
@@ -29,30 +28,21 @@ bool Evaluator::evaluateArguments(const AstNode& node, std::vector<Argument>& ar
 }
 
 bool Evaluator::evaluateCommand(const AstNode& node, Value& value) {
-  if (node.text == "catch" || node.text == "catchQuiet") {
-    return evaluateCatch(node, value);
-  }
+  if (node.text == "catch" || node.text == "catchQuiet") return evaluateCatch(node, value);
   std::vector<Argument> arguments;
-  if (!evaluateArguments(node, arguments)) {
-    return false;
-  }
+  if (!evaluateArguments(node, arguments)) return false;
   const auto procedure = state_.procedures.find(node.text);
   if (procedure != state_.procedures.end()) {
     const Procedure called = procedure->second;
     return callProcedure(node, called, arguments, value);
   }
   const FunctionSpec* function = findFunction(node.text);
-  if (function == nullptr) {
-    return callCommand(node, arguments, value);
-  }
-  if (arguments.size() < function->fewest || arguments.size() > function->most) {
+  if (function == nullptr) return callCommand(node, arguments, value);
+  if (arguments.size() < function->fewest || arguments.size() > function->most)
     return fail(node, node.text + ": wrong number of arguments");
-  }
   CommandResult result = function->function(arguments);
   value = std::move(result.value);
-  if (result.inner) {
-    failure_ = *result.inner;
-  }
+  if (result.inner) failure_ = *result.inner;
   return result.ok || (!result.inner && fail(node, node.text + ": " + result.error));
 }
 
@@ -86,9 +76,7 @@ bool Evaluator::callProcedure(const AstNode& node, const Procedure& procedure,
                               std::vector<Argument>& arguments, Value& value) {
   Frame frame;
   frame.isTop = false;
-  if (!bindParameters(node, *procedure.node, arguments, frame)) {
-    return false;
-  }
+  if (!bindParameters(node, *procedure.node, arguments, frame)) return false;
   std::shared_ptr<const Script> caller = procedure.script;
   std::swap(frame_, frame);
   std::swap(script_, caller);
@@ -96,14 +84,10 @@ bool Evaluator::callProcedure(const AstNode& node, const Procedure& procedure,
   Value returned = std::move(frame_.returned);
   std::swap(script_, caller);
   std::swap(frame_, frame);
-  if (flow == Flow::kFailed) {
-    return false;
-  }
+  if (flow == Flow::kFailed) return false;
   value = Value();
   const Value::Type type = procedure.node->type;
-  if (type == Value::Type::kNone) {
-    return true;
-  }
+  if (type == Value::Type::kNone) return true;
   const auto converted = flow == Flow::kReturn ? returned.convertedTo(type) : Value::initial(type);
   if (!converted) {
     return fail(node, node.text + ": returned " + typeName(returned.type()) + " instead of " +
@@ -118,18 +102,15 @@ bool Evaluator::callCommand(const AstNode& node, const std::vector<Argument>& ar
   Words words;
   for (const Argument& argument : arguments) {
     const Value& given = argument.variable != nullptr ? *argument.variable : argument.value;
-    for (std::string& text : given.toWords()) {
+    for (std::string& text : given.toWords())
       words.push_back(Word{std::move(text), !argument.isWord});
-    }
   }
   CommandContext context(interpreter_);
   context.folder = state_.callerFolder;
   context.onWarning = [this, &node](const std::string& text) { showWarning(where(node) + text); };
   CommandResult result = runCommand(node.text, words, context);
   value = std::move(result.value);
-  if (result.ok) {
-    return true;
-  }
+  if (result.ok) return true;
   if (result.inner) {
     failure_ = *result.inner;
     return false;
@@ -144,9 +125,7 @@ bool Evaluator::evaluateCatch(const AstNode& node, Value& value) {
     Value ignored;
     failed = !evaluate(*child, ignored) || failed;
   }
-  if (failed && node.text == "catch") {
-    showError(failure_.describe());
-  }
+  if (failed && node.text == "catch") showError(failure_.describe());
   failure_ = Failure();
   value = Value::ofTruth(failed);
   return true;

@@ -51,9 +51,7 @@ bool Evaluator::evaluateInside(const AstNode& node, Value& value) {
     default:
       return fail(node, "not an expression");
   }
-  if (!evaluate(*node.children[0], value)) {
-    return false;
-  }
+  if (!evaluate(*node.children[0], value)) return false;
   const auto converted = value.convertedTo(node.type);
   if (!converted) {
     return fail(node, std::string("cannot convert ") + typeName(value.type()) + " to " +
@@ -65,22 +63,17 @@ bool Evaluator::evaluateInside(const AstNode& node, Value& value) {
 
 bool Evaluator::evaluateVariable(const AstNode& node, Value& value) {
   const Variable variable = find(node.text);
-  if (variable == nullptr) {
-    return fail(node, "$" + node.text + " is an undeclared variable");
-  }
+  if (variable == nullptr) return fail(node, "$" + node.text + " is an undeclared variable");
   value = *variable;
   return true;
 }
 
 bool Evaluator::evaluateIndex(const AstNode& node, std::size_t& index) {
   Value value;
-  if (!evaluate(node, value)) {
-    return false;
-  }
+  if (!evaluate(node, value)) return false;
   const int number = value.toInt();
-  if (number < 0 || static_cast<std::size_t>(number) >= state_.limits.arraySize) {
+  if (number < 0 || static_cast<std::size_t>(number) >= state_.limits.arraySize)
     return fail(node, "index " + std::to_string(number) + " is outside any array");
-  }
   index = static_cast<std::size_t>(number);
   return true;
 }
@@ -88,9 +81,7 @@ bool Evaluator::evaluateIndex(const AstNode& node, std::size_t& index) {
 // The variable of "$m[i][j]" when it holds a matrix, else null.
 Variable Evaluator::matrixOf(const AstNode& element) const {
   const AstNode& row = *element.children[0];
-  if (row.kind != Kind::kElement || row.children[0]->kind != Kind::kVariable) {
-    return nullptr;
-  }
+  if (row.kind != Kind::kElement || row.children[0]->kind != Kind::kVariable) return nullptr;
   const Variable variable = find(row.children[0]->text);
   return variable != nullptr && variable->matrix() != nullptr ? variable : nullptr;
 }
@@ -115,28 +106,22 @@ bool Evaluator::evaluateMatrixIndex(const AstNode& element, const Matrix& matrix
 bool Evaluator::evaluateElement(const AstNode& node, Value& value) {
   std::size_t index = 0;
   if (const Variable matrix = matrixOf(node)) {
-    if (!evaluateMatrixIndex(node, *matrix->matrix(), index)) {
-      return false;
-    }
+    if (!evaluateMatrixIndex(node, *matrix->matrix(), index)) return false;
     value = Value(matrix->matrix()->numbers[index]);
     return true;
   }
-  if (!evaluateIndex(*node.children[1], index)) {
-    return false;
-  }
+  if (!evaluateIndex(*node.children[1], index)) return false;
   Value held;
   const Value* array = &held;
   const AstNode& source = *node.children[0];
   // A variable's element is read in place: copying the array would make loops over it quadratic.
   const Variable variable = source.kind == Kind::kVariable ? find(source.text) : nullptr;
-  if (variable != nullptr) {
+  if (variable != nullptr)
     array = variable.get();
-  } else if (!evaluate(source, held)) {
+  else if (!evaluate(source, held))
     return false;
-  }
-  if (!array->isArray()) {
+  if (!array->isArray())
     return fail(node, std::string(typeName(array->type())) + " has no elements");
-  }
   value = index < array->arraySize() ? array->element(index)
                                      : Value::initial(elementType(array->type()));
   return true;
@@ -147,9 +132,7 @@ bool Evaluator::evaluateArray(const AstNode& node, Value& value) {
   std::vector<Value> elements(node.children.size());
   Value::Type type = Value::Type::kInt;
   for (std::size_t i = 0; i < elements.size(); ++i) {
-    if (!evaluate(*node.children[i], elements[i])) {
-      return false;
-    }
+    if (!evaluate(*node.children[i], elements[i])) return false;
     if (elements[i].isArray() || elements[i].type() == Value::Type::kNone ||
         elements[i].type() == Value::Type::kMatrix) {
       return fail(*node.children[i], "an array cannot hold this");
@@ -157,21 +140,16 @@ bool Evaluator::evaluateArray(const AstNode& node, Value& value) {
     type = std::max(type, elements[i].type());
   }
   value = Value::initial(arrayType(elements.empty() ? Value::Type::kString : type));
-  for (std::size_t i = 0; i < elements.size(); ++i) {
-    value.setElement(i, elements[i]);
-  }
+  for (std::size_t i = 0; i < elements.size(); ++i) value.setElement(i, elements[i]);
   return true;
 }
 
 bool Evaluator::evaluateVector(const AstNode& node, Value& value) {
   std::vector<double> numbers;
   for (const AstPtr& child : node.children) {
-    if (!evaluate(*child, value)) {
-      return false;
-    }
-    if (!value.isNumber()) {
+    if (!evaluate(*child, value)) return false;
+    if (!value.isNumber())
       return fail(*child, std::string("a vector cannot hold ") + typeName(value.type()));
-    }
     numbers.push_back(value.toFloat());
   }
   const auto rows = static_cast<std::size_t>(node.literal.toInt());
@@ -185,37 +163,27 @@ bool Evaluator::evaluateVector(const AstNode& node, Value& value) {
 }
 
 bool Evaluator::evaluateComponent(const AstNode& node, Value& value) {
-  if (!evaluate(*node.children[0], value)) {
-    return false;
-  }
-  if (value.type() != Value::Type::kVector) {
+  if (!evaluate(*node.children[0], value)) return false;
+  if (value.type() != Value::Type::kVector)
     return fail(node, std::string(typeName(value.type())) + " has no component " + node.text);
-  }
   value = Value(value.toVector()[static_cast<std::size_t>(node.text[0] - 'x')]);
   return true;
 }
 
 bool Evaluator::evaluateUnary(const AstNode& node, Value& value) {
-  if (!evaluate(*node.children[0], value)) {
-    return false;
-  }
-  if (node.text == "!") {
+  if (!evaluate(*node.children[0], value)) return false;
+  if (node.text == "!")
     value = Value::ofTruth(!value.toTruth());
-  } else if (!negate(value)) {
+  else if (!negate(value))
     return fail(node, std::string("cannot negate ") + typeName(value.type()));
-  }
   return true;
 }
 
 bool Evaluator::evaluateBinary(const AstNode& node, Value& value) {
-  if (!evaluate(*node.children[0], value)) {
-    return false;
-  }
+  if (!evaluate(*node.children[0], value)) return false;
   if (node.text == "&&" || node.text == "||") {
     bool truth = value.toTruth();
-    if (truth == (node.text == "&&") && !condition(*node.children[1], truth)) {
-      return false;
-    }
+    if (truth == (node.text == "&&") && !condition(*node.children[1], truth)) return false;
     value = Value::ofTruth(truth);
     return true;
   }
@@ -237,15 +205,11 @@ bool Evaluator::evaluateChoice(const AstNode& node, Value& value) {
 
 bool Evaluator::evaluateAssign(const AstNode& node, Value& value) {
   const AstNode& target = *node.children[0];
-  if (!evaluate(*node.children[1], value)) {
-    return false;
-  }
+  if (!evaluate(*node.children[1], value)) return false;
   if (!node.text.empty()) {
     Value old;
     const Value right = std::move(value);
-    if (!evaluate(target, old) || !combine(node, node.text, old, right, value)) {
-      return false;
-    }
+    if (!evaluate(target, old) || !combine(node, node.text, old, right, value)) return false;
   }
   return store(target, value);
 }
@@ -257,47 +221,35 @@ bool Evaluator::evaluateStep(const AstNode& node, Value& value) {
       !combine(node, node.text.substr(0, 1), value, Value(1), stepped) || !store(target, stepped)) {
     return false;
   }
-  if (node.literal.toInt() != 0) {
-    value = std::move(stepped);
-  }
+  if (node.literal.toInt() != 0) value = std::move(stepped);
   return true;
 }
 
 bool Evaluator::storeInMatrix(const AstNode& target, Value& matrix, const Value& value) {
   std::size_t index = 0;
-  if (!evaluateMatrixIndex(target, *matrix.matrix(), index)) {
-    return false;
-  }
-  if (!value.isNumber()) {
+  if (!evaluateMatrixIndex(target, *matrix.matrix(), index)) return false;
+  if (!value.isNumber())
     return fail(target, std::string("a matrix cannot hold ") + typeName(value.type()));
-  }
   matrix.matrix()->numbers[index] = value.toFloat();
   return true;
 }
 
 bool Evaluator::store(const AstNode& target, const Value& value) {
   if (target.kind == Kind::kElement) {
-    if (const Variable matrix = matrixOf(target)) {
-      return storeInMatrix(target, *matrix, value);
-    }
+    if (const Variable matrix = matrixOf(target)) return storeInMatrix(target, *matrix, value);
   }
   const bool whole = target.kind == Kind::kVariable;
   const AstNode& name = whole ? target : *target.children[0];
-  if (name.kind != Kind::kVariable) {
-    return fail(target, "only a variable can be assigned to");
-  }
+  if (name.kind != Kind::kVariable) return fail(target, "only a variable can be assigned to");
   Variable variable = find(name.text);
   if (variable == nullptr) {
     const Value::Type type = whole ? value.type() : arrayType(value.type());
-    if (type == Value::Type::kNone) {
+    if (type == Value::Type::kNone)
       return fail(target, "$" + name.text + " cannot be set to nothing");
-    }
     variable = define(name.text, type, false);
   }
   const Value::Type type = whole ? variable->type() : elementType(variable->type());
-  if (!whole && !variable->isArray()) {
-    return fail(target, "$" + name.text + " is no array");
-  }
+  if (!whole && !variable->isArray()) return fail(target, "$" + name.text + " is no array");
   const auto converted = value.convertedTo(type);
   if (!converted) {
     return fail(target,
@@ -308,9 +260,7 @@ bool Evaluator::store(const AstNode& target, const Value& value) {
     return true;
   }
   std::size_t index = 0;
-  if (!evaluateIndex(*target.children[1], index)) {
-    return false;
-  }
+  if (!evaluateIndex(*target.children[1], index)) return false;
   variable->setElement(index, *converted);
   return true;
 }

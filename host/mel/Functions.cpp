@@ -24,19 +24,15 @@ CommandResult size(Arguments& arguments) {
 }
 
 CommandResult clear(Arguments& arguments) {
-  if (arguments[0].variable == nullptr) {
-    return CommandResult::failure("needs an array variable");
-  }
+  if (arguments[0].variable == nullptr) return CommandResult::failure("needs an array variable");
   *arguments[0].variable = Value::initial(arguments[0].variable->type());
   return give(Value());
 }
 
 std::string mapText(std::string text, int (*change)(int)) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x80) {
+  for (char& c : text)
+    if (static_cast<unsigned char>(c) < 0x80)
       c = static_cast<char>(change(static_cast<unsigned char>(c)));
-    }
-  }
   return text;
 }
 int lower(int c) {
@@ -58,9 +54,7 @@ CommandResult substring(Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const int first = valueOf(arguments[1]).toInt();
   const int last = valueOf(arguments[2]).toInt();
-  if (first < 1 || last < first || static_cast<std::size_t>(last) > text.size()) {
-    return give("");
-  }
+  if (first < 1 || last < first || static_cast<std::size_t>(last) > text.size()) return give("");
   return give(
       text.substr(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(last - first + 1)));
 }
@@ -81,9 +75,7 @@ CommandResult endsWith(Arguments& arguments) {
 CommandResult sortArray(Arguments& arguments) {
   Value value = valueOf(arguments[0]);
   const auto sorted = [](auto* array) {
-    if (array != nullptr) {
-      std::sort(array->begin(), array->end());
-    }
+    if (array != nullptr) std::sort(array->begin(), array->end());
   };
   sorted(value.strings());
   sorted(value.ints());
@@ -114,15 +106,12 @@ CommandResult toText(Arguments& arguments) {
 
 CommandResult eval(Arguments& arguments) {
   std::string text;
-  for (const Argument& argument : arguments) {
+  for (const Argument& argument : arguments)
     text += (text.empty() ? "" : " ") + valueOf(argument).toString();
-  }
   Outcome outcome = Interpreter::current().execute(text, "eval");
   CommandResult result = CommandResult::success(std::move(outcome.value));
   result.ok = outcome.ok;
-  if (!outcome.ok) {
-    result.inner = std::move(outcome.failure);
-  }
+  if (!outcome.ok) result.inner = std::move(outcome.failure);
   return result;
 }
 
@@ -157,9 +146,7 @@ const FunctionSpec* findFunction(std::string_view name) {
         table.first, table.end, name, [](const FunctionSpec& function, std::string_view wanted) {
           return function.name < wanted;
         });
-    if (found != table.end && found->name == name) {
-      return found;
-    }
+    if (found != table.end && found->name == name) return found;
   }
   return nullptr;
 }

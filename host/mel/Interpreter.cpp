@@ -28,9 +28,8 @@ std::optional<std::string> readText(const std::string& path) {
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
   std::string ignored;
-  if (!morvane::readWholeFile(path.c_str(), kMostScriptBytes, bytes, size, ignored)) {
+  if (!morvane::readWholeFile(path.c_str(), kMostScriptBytes, bytes, size, ignored))
     return std::nullopt;
-  }
   return std::string(reinterpret_cast<const char*>(bytes.get()), size);
 }
 
@@ -41,9 +40,7 @@ bool isFile(const fs::path& path) {
 
 // The file itself, or with ".mel" behind it.
 std::string asScript(const fs::path& path) {
-  if (isFile(path)) {
-    return path.u8string();
-  }
+  if (isFile(path)) return path.u8string();
   fs::path longer = path;
   longer += ".mel";
   return isFile(longer) ? longer.u8string() : std::string();
@@ -57,9 +54,7 @@ std::vector<std::string> foldersOf(const char* variable) {
   std::string_view rest = value == nullptr ? "" : value;
   while (!rest.empty()) {
     const std::size_t end = rest.find(kListSeparator);
-    if (end != 0) {
-      folders.emplace_back(rest.substr(0, end));
-    }
+    if (end != 0) folders.emplace_back(rest.substr(0, end));
     rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
   }
   return folders;
@@ -96,9 +91,7 @@ Outcome Interpreter::executeFile(const std::string& name) {
   Outcome outcome;
   const std::string path = findScript(name);
   std::optional<std::string> text;
-  if (!path.empty()) {
-    text = readText(path);
-  }
+  if (!path.empty()) text = readText(path);
   if (!text) {
     outcome.ok = false;
     outcome.failure.text = path.empty()
@@ -157,17 +150,13 @@ std::string Interpreter::findScript(const std::string& name) const {
   std::vector<std::string> folders;
   if (!fs::u8path(name).has_parent_path()) {
     folders = state_->scriptFolders;
-    for (std::string& folder : foldersOf("MAYA_SCRIPT_PATH")) {
-      folders.push_back(std::move(folder));
-    }
+    for (std::string& folder : foldersOf("MAYA_SCRIPT_PATH")) folders.push_back(std::move(folder));
   }
   // Last: a file that lies where somebody happens to work must not pass for a plug-in's script.
   folders.push_back(state_->callerFolder);
   for (const std::string& folder : folders) {
     std::string found = asScript(fs::u8path(resolvedPath(name, folder)));
-    if (!found.empty()) {
-      return found;
-    }
+    if (!found.empty()) return found;
   }
   return std::string();
 }

@@ -54,26 +54,20 @@ Token Lexer::make(Token::Kind kind, std::size_t begin, std::size_t end) const {
 
 Token Lexer::stringToken(std::size_t at) const {
   const std::size_t close = findClosingQuote(text_, at);
-  if (close == std::string_view::npos) {
-    return make(Token::Kind::kBad, at, text_.size());
-  }
+  if (close == std::string_view::npos) return make(Token::Kind::kBad, at, text_.size());
   return Token{Token::Kind::kString, at, close + 1, text_.substr(at + 1, close - at - 1)};
 }
 
 Token Lexer::numberToken(std::size_t at) const {
   std::size_t end = at;
   const auto digits = [&] {
-    while (end < text_.size() && isDigit(text_[end])) {
-      ++end;
-    }
+    while (end < text_.size() && isDigit(text_[end])) ++end;
   };
   const bool isHex = text_[at] == '0' && at + 2 < text_.size() &&
                      (text_[at + 1] == 'x' || text_[at + 1] == 'X') && isHexDigit(text_[at + 2]);
   if (isHex) {
     end = at + 2;
-    while (end < text_.size() && isHexDigit(text_[end])) {
-      ++end;
-    }
+    while (end < text_.size() && isHexDigit(text_[end])) ++end;
     return make(Token::Kind::kNumber, at, end);
   }
   digits();
@@ -83,9 +77,7 @@ Token Lexer::numberToken(std::size_t at) const {
   }
   if (end < text_.size() && (text_[end] == 'e' || text_[end] == 'E')) {
     std::size_t exponent = end + 1;
-    if (exponent < text_.size() && (text_[exponent] == '+' || text_[exponent] == '-')) {
-      ++exponent;
-    }
+    if (exponent < text_.size() && (text_[exponent] == '+' || text_[exponent] == '-')) ++exponent;
     if (exponent < text_.size() && isDigit(text_[exponent])) {
       end = exponent;
       digits();
@@ -95,26 +87,19 @@ Token Lexer::numberToken(std::size_t at) const {
 }
 
 std::size_t Lexer::nameEnd(std::size_t at) const {
-  while (at < text_.size() && isNameCharacter(text_[at])) {
-    ++at;
-  }
+  while (at < text_.size() && isNameCharacter(text_[at])) ++at;
   return at;
 }
 
 Token Lexer::variableToken(std::size_t at) const {
   const std::size_t end = nameEnd(at + 1);
-  if (end == at + 1) {
-    return make(Token::Kind::kBad, at, end);
-  }
+  if (end == at + 1) return make(Token::Kind::kBad, at, end);
   return Token{Token::Kind::kVariable, at, end, text_.substr(at + 1, end - at - 1)};
 }
 
 Token Lexer::symbolToken(std::size_t at) const {
-  for (const std::string_view symbol : kLongSymbols) {
-    if (text_.compare(at, 2, symbol) == 0) {
-      return make(Token::Kind::kSymbol, at, at + 2);
-    }
-  }
+  for (const std::string_view symbol : kLongSymbols)
+    if (text_.compare(at, 2, symbol) == 0) return make(Token::Kind::kSymbol, at, at + 2);
   const bool known =
       std::string_view(";,(){}[]`=+-*/%^<>!?:.|@").find(text_[at]) != std::string_view::npos;
   return make(known ? Token::Kind::kSymbol : Token::Kind::kBad, at, at + 1);
@@ -122,37 +107,22 @@ Token Lexer::symbolToken(std::size_t at) const {
 
 Token Lexer::expressionToken(std::size_t offset) const {
   const std::size_t at = skipBlank(offset);
-  if (at >= text_.size()) {
-    return make(Token::Kind::kEnd, text_.size(), text_.size());
-  }
+  if (at >= text_.size()) return make(Token::Kind::kEnd, text_.size(), text_.size());
   const char c = text_[at];
-  if (c == '"') {
-    return stringToken(at);
-  }
-  if (c == '$') {
-    return variableToken(at);
-  }
-  if (isDigit(c) || (c == '.' && at + 1 < text_.size() && isDigit(text_[at + 1]))) {
+  if (c == '"') return stringToken(at);
+  if (c == '$') return variableToken(at);
+  if (isDigit(c) || (c == '.' && at + 1 < text_.size() && isDigit(text_[at + 1])))
     return numberToken(at);
-  }
-  if (isNameStart(c)) {
-    return make(Token::Kind::kName, at, nameEnd(at));
-  }
+  if (isNameStart(c)) return make(Token::Kind::kName, at, nameEnd(at));
   return symbolToken(at);
 }
 
 Token Lexer::wordToken(std::size_t offset) const {
   const std::size_t at = skipBlank(offset);
-  if (at >= text_.size()) {
-    return make(Token::Kind::kEnd, text_.size(), text_.size());
-  }
-  if (endsWord(text_[at])) {
-    return expressionToken(at);
-  }
+  if (at >= text_.size()) return make(Token::Kind::kEnd, text_.size(), text_.size());
+  if (endsWord(text_[at])) return expressionToken(at);
   std::size_t end = at;
-  while (end < text_.size() && !endsWord(text_[end])) {
-    ++end;
-  }
+  while (end < text_.size() && !endsWord(text_[end])) ++end;
   return make(Token::Kind::kName, at, end);
 }
 

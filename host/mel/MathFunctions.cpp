@@ -102,9 +102,7 @@ double hypotenuse(double x, double y) {
 
 CommandResult absolute(Arguments& arguments) {
   const Value& value = valueOf(arguments[0]);
-  if (value.type() != Value::Type::kInt) {
-    return give(std::fabs(value.toFloat()));
-  }
+  if (value.type() != Value::Type::kInt) return give(std::fabs(value.toFloat()));
   const int number = value.toInt();
   return give(number < 0 ? static_cast<int>(0u - static_cast<unsigned>(number)) : number);
 }

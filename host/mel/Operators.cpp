@@ -94,21 +94,20 @@ bool ofVectors(const std::string& symbol, const Value& left, const Value& right,
   const Vector a = left.toVector();
   const Vector b = right.toVector();
   const bool both = left.type() == Type::kVector && right.type() == Type::kVector;
-  if (symbol == "==" || symbol == "!=") {
+  if (symbol == "==" || symbol == "!=")
     value = compare(symbol, a, b);
-  } else if (isComparison(symbol)) {
+  else if (isComparison(symbol))
     value = compare(symbol, left.toFloat(), right.toFloat());
-  } else if (symbol == "+" || symbol == "-") {
+  else if (symbol == "+" || symbol == "-")
     value = Value(eachOf(a, b, symbol[0]));
-  } else if (symbol == "*") {
+  else if (symbol == "*")
     value = both ? Value(dot(a, b)) : Value(eachOf(a, b, '*'));
-  } else if (symbol == "^" && both) {
+  else if (symbol == "^" && both)
     value = Value(cross(a, b));
-  } else if (symbol == "/" && right.isNumber()) {
+  else if (symbol == "/" && right.isNumber())
     value = Value(eachOf(a, b, '/'));
-  } else {
+  else
     return refuse(symbol, both || symbol == "/" ? right : left.isNumber() ? left : right, error);
-  }
   return true;
 }
 
@@ -132,9 +131,7 @@ bool multiply(const Matrix& a, const Matrix& b, Value& value, std::string& error
 
 bool ofTwoMatrices(const std::string& symbol, const Matrix& a, const Matrix& b, Value& value,
                    std::string& error) {
-  if (symbol == "*") {
-    return multiply(a, b, value, error);
-  }
+  if (symbol == "*") return multiply(a, b, value, error);
   const bool isEqual = a.rows == b.rows && a.columns == b.columns && a.numbers == b.numbers;
   if (symbol == "==" || symbol == "!=") {
     value = Value::ofTruth(isEqual == (symbol == "=="));
@@ -145,27 +142,22 @@ bool ofTwoMatrices(const std::string& symbol, const Matrix& a, const Matrix& b, 
     return false;
   }
   Matrix sum = a;
-  for (std::size_t i = 0; i < sum.numbers.size(); ++i) {
+  for (std::size_t i = 0; i < sum.numbers.size(); ++i)
     sum.numbers[i] = ofNumbers(symbol[0], sum.numbers[i], b.numbers[i]);
-  }
   value = Value(std::move(sum));
   return true;
 }
 
 bool ofMatrices(const std::string& symbol, const Value& left, const Value& right, Value& value,
                 std::string& error) {
-  if (left.matrix() != nullptr && right.matrix() != nullptr) {
+  if (left.matrix() != nullptr && right.matrix() != nullptr)
     return ofTwoMatrices(symbol, *left.matrix(), *right.matrix(), value, error);
-  }
   const Value& other = left.matrix() != nullptr ? right : left;
   const bool scales = symbol == "*" || (symbol == "/" && left.matrix() != nullptr);
-  if (!other.isNumber() || !scales) {
+  if (!other.isNumber() || !scales)
     return refuse(symbol, other.isNumber() ? Value(Matrix()) : other, error);
-  }
   Matrix scaled = left.matrix() != nullptr ? *left.matrix() : *right.matrix();
-  for (double& number : scaled.numbers) {
-    number = ofNumbers(symbol[0], number, other.toFloat());
-  }
+  for (double& number : scaled.numbers) number = ofNumbers(symbol[0], number, other.toFloat());
   value = Value(std::move(scaled));
   return true;
 }
@@ -182,24 +174,14 @@ double dot(const Vector& a, const Vector& b) {
 
 bool applyOperator(const std::string& symbol, const Value& left, const Value& right, Value& value,
                    std::string& error) {
-  for (const Value* side : {&left, &right}) {
-    if (side->isArray() || side->type() == Type::kNone) {
-      return refuse(symbol, *side, error);
-    }
-  }
-  if (isZeroDivision(symbol, right, error)) {
-    return false;
-  }
-  if (left.matrix() != nullptr || right.matrix() != nullptr) {
+  for (const Value* side : {&left, &right})
+    if (side->isArray() || side->type() == Type::kNone) return refuse(symbol, *side, error);
+  if (isZeroDivision(symbol, right, error)) return false;
+  if (left.matrix() != nullptr || right.matrix() != nullptr)
     return ofMatrices(symbol, left, right, value, error);
-  }
   const Type type = std::max(left.type(), right.type());
-  if (type == Type::kString) {
-    return ofTexts(symbol, left, right, value, error);
-  }
-  if (type == Type::kVector) {
-    return ofVectors(symbol, left, right, value, error);
-  }
+  if (type == Type::kString) return ofTexts(symbol, left, right, value, error);
+  if (type == Type::kVector) return ofVectors(symbol, left, right, value, error);
   if (isComparison(symbol)) {
     value = compare(symbol, left.toFloat(), right.toFloat());
   } else if (symbol == "^") {
@@ -225,9 +207,7 @@ bool negate(Value& value) {
       return true;
     }
     case Type::kMatrix:
-      for (double& number : value.matrix()->numbers) {
-        number = -number;
-      }
+      for (double& number : value.matrix()->numbers) number = -number;
       return true;
     default:
       return false;

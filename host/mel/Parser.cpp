@@ -14,18 +14,10 @@ using Kind = AstNode::Kind;
 using TokenKind = Token::Kind;
 
 Value::Type namedType(std::string_view name) {
-  if (name == "int") {
-    return Value::Type::kInt;
-  }
-  if (name == "float") {
-    return Value::Type::kFloat;
-  }
-  if (name == "vector") {
-    return Value::Type::kVector;
-  }
-  if (name == "matrix") {
-    return Value::Type::kMatrix;
-  }
+  if (name == "int") return Value::Type::kInt;
+  if (name == "float") return Value::Type::kFloat;
+  if (name == "vector") return Value::Type::kVector;
+  if (name == "matrix") return Value::Type::kMatrix;
   return name == "string" ? Value::Type::kString : Value::Type::kNone;
 }
 
@@ -52,17 +44,13 @@ Token Parser::take() {
 }
 
 bool Parser::accept(std::string_view symbol) {
-  if (!token_.isSymbol(symbol)) {
-    return false;
-  }
+  if (!token_.isSymbol(symbol)) return false;
   take();
   return true;
 }
 
 bool Parser::expect(std::string_view symbol) {
-  if (accept(symbol)) {
-    return true;
-  }
+  if (accept(symbol)) return true;
   failAtToken("'" + std::string(symbol) + "'");
   return false;
 }
@@ -81,16 +69,13 @@ AstPtr Parser::make(Kind kind, std::size_t offset) const {
 
 AstPtr Parser::make(Kind kind, std::size_t offset, AstPtr first, AstPtr second) {
   AstPtr node = make(kind, offset);
-  if (!add(*node, std::move(first)) || (second != nullptr && !add(*node, std::move(second)))) {
+  if (!add(*node, std::move(first)) || (second != nullptr && !add(*node, std::move(second))))
     return nullptr;
-  }
   return node;
 }
 
 bool Parser::add(AstNode& parent, AstPtr child) {
-  if (child == nullptr) {
-    return false;
-  }
+  if (child == nullptr) return false;
   parent.depth = std::max(parent.depth, child->depth + 1);
   if (parent.depth > kMaxNesting) {
     fail(child->offset, "too deeply nested");
@@ -110,9 +95,8 @@ AstPtr Parser::fail(std::size_t offset, const std::string& text) {
 }
 
 AstPtr Parser::failAtToken(const std::string& expected) {
-  if (token_.kind == TokenKind::kBad && !token_.text.empty() && token_.text.front() == '"') {
+  if (token_.kind == TokenKind::kBad && !token_.text.empty() && token_.text.front() == '"')
     return fail(token_.offset, "text without a closing quote");
-  }
   const std::string found = token_.kind == TokenKind::kEnd
                                 ? "the end"
                                 : "'" + std::string(token_.text.substr(0, 40)) + "'";
@@ -123,38 +107,26 @@ AstPtr Parser::parseProgram() {
   AstPtr root = make(Kind::kSequence, 0);
   while (token_.kind != TokenKind::kEnd) {
     AstPtr statement = parseStatement();
-    if (statement == nullptr || !add(*root, std::move(statement))) {
-      return nullptr;
-    }
+    if (statement == nullptr || !add(*root, std::move(statement))) return nullptr;
   }
   return root;
 }
 
 Parser::Nest::Nest(Parser& parser) : parser_(parser), ok_(++parser.nesting_ <= kMaxNesting) {
-  if (!ok_) {
-    parser_.fail(parser_.token_.offset, "too deeply nested");
-  }
+  if (!ok_) parser_.fail(parser_.token_.offset, "too deeply nested");
 }
 
 AstPtr Parser::parseStatement() {
   const Nest nest(*this);
-  if (!nest) {
-    return nullptr;
-  }
-  if (token_.isSymbol("{")) {
-    return parseBlock();
-  }
+  if (!nest) return nullptr;
+  if (token_.isSymbol("{")) return parseBlock();
   const std::size_t offset = token_.offset;
-  if (accept(";")) {
-    return make(Kind::kSequence, offset);
-  }
+  if (accept(";")) return make(Kind::kSequence, offset);
   if (atDeclaration()) {
     AstPtr declaration = parseDeclaration(false);
     return declaration != nullptr && expectEndOfStatement() ? std::move(declaration) : nullptr;
   }
-  if (token_.kind == TokenKind::kName) {
-    return parseKeyword(token_);
-  }
+  if (token_.kind == TokenKind::kName) return parseKeyword(token_);
   AstPtr expression = parseExpression();
   return expression != nullptr && expectEndOfStatement() ? std::move(expression) : nullptr;
 }
@@ -170,11 +142,8 @@ AstPtr Parser::parseKeyword(const Token& name) {
       {"switch", &Parser::parseSwitch}, {"return", &Parser::parseReturn},
       {"global", &Parser::parseGlobal}, {"proc", &Parser::parseProcedure},
   };
-  for (const auto& statement : kStatements) {
-    if (name.text == statement.word) {
-      return (this->*statement.parse)();
-    }
-  }
+  for (const auto& statement : kStatements)
+    if (name.text == statement.word) return (this->*statement.parse)();
   const std::size_t offset = name.offset;
   AstPtr node;
   if (name.isName("break") || name.isName("continue")) {
@@ -195,52 +164,40 @@ AstPtr Parser::parseCallOrCommand() {
     return parseCommand(false);
   }
   AstPtr expression = parseExpression();
-  if (expression != nullptr && (token_.isSymbol(";") || token_.kind == TokenKind::kEnd)) {
+  if (expression != nullptr && (token_.isSymbol(";") || token_.kind == TokenKind::kEnd))
     return expression;
-  }
   const Failure asExpression = failure_;
   const bool expressionFailed = std::exchange(failed_, false);
   moveTo(name.offset);
   AstPtr command = parseCommand(false);
   const auto place = [](const Failure& failure) { return std::pair(failure.line, failure.column); };
-  if (command == nullptr && expressionFailed && place(asExpression) > place(failure_)) {
+  if (command == nullptr && expressionFailed && place(asExpression) > place(failure_))
     failure_ = asExpression;
-  }
   return command;
 }
 
 AstPtr Parser::parseBlock() {
   AstPtr block = make(Kind::kBlock, take().offset);
   while (!token_.isSymbol("}")) {
-    if (token_.kind == TokenKind::kEnd) {
-      return failAtToken("'}'");
-    }
-    if (!add(*block, parseStatement())) {
-      return nullptr;
-    }
+    if (token_.kind == TokenKind::kEnd) return failAtToken("'}'");
+    if (!add(*block, parseStatement())) return nullptr;
   }
   take();
   return block;
 }
 
 AstPtr Parser::parseCondition() {
-  if (!expect("(")) {
-    return nullptr;
-  }
+  if (!expect("(")) return nullptr;
   AstPtr condition = parseExpression();
   return condition != nullptr && expect(")") ? std::move(condition) : nullptr;
 }
 
 AstPtr Parser::parseIf() {
   AstPtr node = make(Kind::kIf, take().offset);
-  if (!add(*node, parseCondition()) || !add(*node, parseStatement())) {
-    return nullptr;
-  }
+  if (!add(*node, parseCondition()) || !add(*node, parseStatement())) return nullptr;
   if (token_.isName("else")) {
     take();
-    if (!add(*node, parseStatement())) {
-      return nullptr;
-    }
+    if (!add(*node, parseStatement())) return nullptr;
   }
   return node;
 }
@@ -254,39 +211,26 @@ AstPtr Parser::parseWhile() {
 AstPtr Parser::parseDoWhile() {
   const std::size_t offset = take().offset;
   AstPtr body = parseStatement();
-  if (body == nullptr) {
-    return nullptr;
-  }
-  if (!token_.isName("while")) {
-    return failAtToken("'while'");
-  }
+  if (body == nullptr) return nullptr;
+  if (!token_.isName("while")) return failAtToken("'while'");
   take();
   AstPtr condition = parseCondition();
-  if (condition == nullptr || !expectEndOfStatement()) {
-    return nullptr;
-  }
+  if (condition == nullptr || !expectEndOfStatement()) return nullptr;
   return make(Kind::kDoWhile, offset, std::move(condition), std::move(body));
 }
 
 AstPtr Parser::parseFor() {
   const std::size_t offset = take().offset;
-  if (!expect("(")) {
-    return nullptr;
-  }
+  if (!expect("(")) return nullptr;
   if (token_.kind == TokenKind::kName &&
       lexer_.expressionToken(token_.end).kind == TokenKind::kVariable) {
     const Token variable = lexer_.expressionToken(token_.end);
-    if (lexer_.expressionToken(variable.end).isName("in")) {
-      take();
-    }
+    if (lexer_.expressionToken(variable.end).isName("in")) take();
   }
-  if (token_.kind == TokenKind::kVariable && lexer_.expressionToken(token_.end).isName("in")) {
+  if (token_.kind == TokenKind::kVariable && lexer_.expressionToken(token_.end).isName("in"))
     return parseForIn(offset);
-  }
   AstPtr node = make(Kind::kFor, offset);
-  if (!add(*node, parseForPart(";"))) {
-    return nullptr;
-  }
+  if (!add(*node, parseForPart(";"))) return nullptr;
   if (token_.isSymbol(";")) {
     take();
     node->children.push_back(nullptr);
@@ -302,9 +246,7 @@ AstPtr Parser::parseForPart(std::string_view end) {
   AstPtr part = make(Kind::kSequence, token_.offset);
   while (!accept(end)) {
     AstPtr child = atDeclaration() ? parseDeclaration(false) : parseExpression();
-    if (!add(*part, std::move(child)) || (!token_.isSymbol(end) && !expect(","))) {
-      return nullptr;
-    }
+    if (!add(*part, std::move(child)) || (!token_.isSymbol(end) && !expect(","))) return nullptr;
   }
   return part;
 }
@@ -313,22 +255,17 @@ AstPtr Parser::parseForIn(std::size_t offset) {
   AstPtr node = make(Kind::kForIn, offset);
   node->text = std::string(take().text);
   take();
-  if (!add(*node, parseExpression()) || !expect(")") || !add(*node, parseStatement())) {
+  if (!add(*node, parseExpression()) || !expect(")") || !add(*node, parseStatement()))
     return nullptr;
-  }
   return node;
 }
 
 AstPtr Parser::parseSwitch() {
   AstPtr node = make(Kind::kSwitch, take().offset);
-  if (!add(*node, parseCondition()) || !expect("{")) {
-    return nullptr;
-  }
+  if (!add(*node, parseCondition()) || !expect("{")) return nullptr;
   while (!accept("}")) {
     const bool label = token_.isName("case") || token_.isName("default");
-    if (!add(*node, label ? parseCase() : parseStatement())) {
-      return nullptr;
-    }
+    if (!add(*node, label ? parseCase() : parseStatement())) return nullptr;
   }
   return node;
 }
@@ -336,29 +273,21 @@ AstPtr Parser::parseSwitch() {
 AstPtr Parser::parseCase() {
   const Token label = take();
   AstPtr node = make(Kind::kCase, label.offset);
-  if (label.isName("case") && !add(*node, parseChoice())) {
-    return nullptr;
-  }
+  if (label.isName("case") && !add(*node, parseChoice())) return nullptr;
   return expect(":") ? std::move(node) : nullptr;
 }
 
 AstPtr Parser::parseReturn() {
   AstPtr node = make(Kind::kReturn, take().offset);
   const bool empty = token_.isSymbol(";") || token_.kind == TokenKind::kEnd;
-  if (!empty && !add(*node, parseExpression())) {
-    return nullptr;
-  }
+  if (!empty && !add(*node, parseExpression())) return nullptr;
   return expectEndOfStatement() ? std::move(node) : nullptr;
 }
 
 AstPtr Parser::parseGlobal() {
   take();
-  if (token_.isName("proc")) {
-    return parseProcedure();
-  }
-  if (!atDeclaration()) {
-    return failAtToken("'proc' or a type");
-  }
+  if (token_.isName("proc")) return parseProcedure();
+  if (!atDeclaration()) return failAtToken("'proc' or a type");
   AstPtr declaration = parseDeclaration(true);
   return declaration != nullptr && expectEndOfStatement() ? std::move(declaration) : nullptr;
 }
@@ -387,43 +316,29 @@ bool Parser::takeType(Value::Type& type) {
 AstPtr Parser::parseDeclaration(bool isGlobal) {
   Value::Type type = Value::Type::kNone;
   AstPtr list = make(Kind::kSequence, token_.offset);
-  if (!takeType(type)) {
-    return nullptr;
-  }
+  if (!takeType(type)) return nullptr;
   do {
-    if (!add(*list, parseDeclarator(type, isGlobal))) {
-      return nullptr;
-    }
+    if (!add(*list, parseDeclarator(type, isGlobal))) return nullptr;
   } while (token_.isSymbol(",") &&
            lexer_.expressionToken(token_.end).kind == TokenKind::kVariable && accept(","));
   return list;
 }
 
 AstPtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
-  if (token_.kind != TokenKind::kVariable) {
-    return failAtToken("a variable");
-  }
+  if (token_.kind != TokenKind::kVariable) return failAtToken("a variable");
   AstPtr node = make(Kind::kDeclare, token_.offset);
   node->text = std::string(take().text);
   node->type = type;
   node->isGlobal = isGlobal;
   if (type == Value::Type::kMatrix && token_.isSymbol("[")) {
-    if (!parseDimensions(*node)) {
-      return nullptr;
-    }
+    if (!parseDimensions(*node)) return nullptr;
   } else if (accept("[")) {
     node->type = arrayType(type);
     // A size is a hint of the language for storage that grows anyway.
-    if (!token_.isSymbol("]") && parseExpression() == nullptr) {
-      return nullptr;
-    }
-    if (!expect("]")) {
-      return nullptr;
-    }
+    if (!token_.isSymbol("]") && parseExpression() == nullptr) return nullptr;
+    if (!expect("]")) return nullptr;
   }
-  if (accept("=") && !add(*node, parseExpression())) {
-    return nullptr;
-  }
+  if (accept("=") && !add(*node, parseExpression())) return nullptr;
   return node;
 }
 
@@ -431,9 +346,7 @@ AstPtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
 bool Parser::parseDimensions(AstNode& declaration) {
   Value::Ints sizes;
   for (int i = 0; i < 2; ++i) {
-    if (!expect("[")) {
-      return false;
-    }
+    if (!expect("[")) return false;
     const auto size =
         token_.kind == Token::Kind::kNumber ? parseInteger(token_.text) : std::nullopt;
     if (!size || *size < 1 || *size > static_cast<int>(kMaxMatrixSize)) {
@@ -442,9 +355,7 @@ bool Parser::parseDimensions(AstNode& declaration) {
     }
     take();
     sizes.push_back(*size);
-    if (!expect("]")) {
-      return false;
-    }
+    if (!expect("]")) return false;
   }
   if (static_cast<std::size_t>(sizes[0]) * static_cast<std::size_t>(sizes[1]) > kMaxMatrixSize) {
     fail(declaration.offset, "the matrix is too large");
@@ -458,24 +369,13 @@ AstPtr Parser::parseProcedure() {
   AstPtr node = make(Kind::kProcedure, take().offset);
   const bool hasType =
       token_.kind == TokenKind::kName && !lexer_.expressionToken(token_.end).isSymbol("(");
-  if (hasType && !takeType(node->type)) {
-    return nullptr;
-  }
-  if (token_.kind != TokenKind::kName) {
-    return failAtToken("the procedure's name");
-  }
+  if (hasType && !takeType(node->type)) return nullptr;
+  if (token_.kind != TokenKind::kName) return failAtToken("the procedure's name");
   node->text = std::string(take().text);
-  if (!expect("(")) {
-    return nullptr;
-  }
-  while (!accept(")")) {
-    if (!add(*node, parseParameter()) || (!token_.isSymbol(")") && !expect(","))) {
-      return nullptr;
-    }
-  }
-  if (!token_.isSymbol("{")) {
-    return failAtToken("'{'");
-  }
+  if (!expect("(")) return nullptr;
+  while (!accept(")"))
+    if (!add(*node, parseParameter()) || (!token_.isSymbol(")") && !expect(","))) return nullptr;
+  if (!token_.isSymbol("{")) return failAtToken("'{'");
   return add(*node, parseBlock()) ? std::move(node) : nullptr;
 }
 

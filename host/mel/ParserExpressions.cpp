@@ -20,11 +20,8 @@ int precedence(const Token& token) {
   } kOperators[] = {{"||", 1}, {"&&", 2}, {"==", 3}, {"!=", 3}, {"<", 4}, {">", 4}, {"<=", 4},
                     {">=", 4}, {"+", 5},  {"-", 5},  {"*", 6},  {"/", 6}, {"%", 6}, {"^", 6}};
   if (token.kind == TokenKind::kSymbol) {
-    for (const auto& known : kOperators) {
-      if (token.text == known.symbol) {
-        return known.precedence;
-      }
-    }
+    for (const auto& known : kOperators)
+      if (token.text == known.symbol) return known.precedence;
   }
   return kUnknownOperator;
 }
@@ -44,34 +41,25 @@ bool isVariable(const AstNode& node) {
 AstPtr Parser::parseExpression() {
   const Nest nest(*this);
   AstPtr expression = nest ? parseChoice() : nullptr;
-  if (expression != nullptr && isAssignment(token_)) {
+  if (expression != nullptr && isAssignment(token_))
     expression = parseAssignment(std::move(expression));
-  }
   return expression;
 }
 
 AstPtr Parser::parseAssignment(AstPtr target) {
-  if (!isVariable(*target)) {
-    return fail(target->offset, "only a variable can be assigned to");
-  }
+  if (!isVariable(*target)) return fail(target->offset, "only a variable can be assigned to");
   const Token symbol = take();
   const std::size_t offset = target->offset;
   AstPtr value = parseExpression();
-  if (value == nullptr) {
-    return nullptr;
-  }
+  if (value == nullptr) return nullptr;
   AstPtr node = make(Kind::kAssign, offset, std::move(target), std::move(value));
-  if (node != nullptr) {
-    node->text = std::string(symbol.text.substr(0, symbol.text.size() - 1));
-  }
+  if (node != nullptr) node->text = std::string(symbol.text.substr(0, symbol.text.size() - 1));
   return node;
 }
 
 AstPtr Parser::parseChoice() {
   AstPtr condition = parseBinary(1);
-  if (condition == nullptr || !token_.isSymbol("?")) {
-    return condition;
-  }
+  if (condition == nullptr || !token_.isSymbol("?")) return condition;
   AstPtr node = make(Kind::kChoice, take().offset, std::move(condition));
   const bool complete = node != nullptr && add(*node, parseExpression()) && expect(":") &&
                         add(*node, parseExpression());
@@ -84,22 +72,16 @@ AstPtr Parser::parseBinary(int lowest) {
     const int own = precedence(token_);
     const Token symbol = take();
     AstPtr right = parseBinary(own + 1);
-    if (right == nullptr) {
-      return nullptr;
-    }
+    if (right == nullptr) return nullptr;
     left = make(Kind::kBinary, symbol.offset, std::move(left), std::move(right));
-    if (left != nullptr) {
-      left->text = std::string(symbol.text);
-    }
+    if (left != nullptr) left->text = std::string(symbol.text);
   }
   return left;
 }
 
 AstPtr Parser::parseUnary() {
   const Nest nest(*this);
-  if (!nest) {
-    return nullptr;
-  }
+  if (!nest) return nullptr;
   const bool isSigned = token_.isSymbol("++") || token_.isSymbol("--") || token_.isSymbol("-") ||
                         token_.isSymbol("!") || token_.isSymbol("+");
   return isSigned ? parseSigned() : parsePostfix();
@@ -109,12 +91,8 @@ AstPtr Parser::parseSigned() {
   const Token symbol = take();
   const bool step = symbol.isSymbol("++") || symbol.isSymbol("--");
   AstPtr operand = parseUnary();
-  if (operand == nullptr || symbol.isSymbol("+")) {
-    return operand;
-  }
-  if (step && !isVariable(*operand)) {
-    return fail(symbol.offset, "only a variable can be stepped");
-  }
+  if (operand == nullptr || symbol.isSymbol("+")) return operand;
+  if (step && !isVariable(*operand)) return fail(symbol.offset, "only a variable can be stepped");
   AstPtr node = make(step ? Kind::kStep : Kind::kUnary, symbol.offset, std::move(operand));
   if (node != nullptr) {
     node->text = std::string(symbol.text);
@@ -130,9 +108,7 @@ AstPtr Parser::parsePostfix() {
       (token_.isSymbol("++") || token_.isSymbol("--"))) {
     const Token symbol = take();
     AstPtr node = make(Kind::kStep, symbol.offset, std::move(operand));
-    if (node != nullptr) {
-      node->text = std::string(symbol.text);
-    }
+    if (node != nullptr) node->text = std::string(symbol.text);
     return node;
   }
   return operand;
@@ -151,15 +127,11 @@ AstPtr Parser::parseParts(AstPtr array) {
     const std::size_t offset = token_.offset;
     if (take().isSymbol(".")) {
       array = make(Kind::kComponent, offset, std::move(array));
-      if (array != nullptr) {
-        array->text = std::string(take().text);
-      }
+      if (array != nullptr) array->text = std::string(take().text);
       continue;
     }
     AstPtr index = parseExpression();
-    if (index == nullptr || !expect("]")) {
-      return nullptr;
-    }
+    if (index == nullptr || !expect("]")) return nullptr;
     array = make(Kind::kElement, offset, std::move(array), std::move(index));
   }
   return array;
@@ -178,18 +150,10 @@ AstPtr Parser::parsePrimary() {
     default:
       break;
   }
-  if (token_.isSymbol("(")) {
-    return parseParenthesised();
-  }
-  if (token_.isSymbol("{")) {
-    return parseArrayLiteral();
-  }
-  if (token_.isSymbol("<<")) {
-    return parseVector();
-  }
-  if (token_.isSymbol("`")) {
-    return parseBackQuoted();
-  }
+  if (token_.isSymbol("(")) return parseParenthesised();
+  if (token_.isSymbol("{")) return parseArrayLiteral();
+  if (token_.isSymbol("<<")) return parseVector();
+  if (token_.isSymbol("`")) return parseBackQuoted();
   return failAtToken("a value");
 }
 
@@ -199,9 +163,8 @@ AstPtr Parser::parseNumber() {
   if (token.text.size() > 2 && (token.text[1] == 'x' || token.text[1] == 'X')) {
     unsigned number = 0;
     const char* end = token.text.data() + token.text.size();
-    if (std::from_chars(token.text.data() + 2, end, number, 16).ec != std::errc()) {
+    if (std::from_chars(token.text.data() + 2, end, number, 16).ec != std::errc())
       return fail(token.offset, "the number has more than 32 bits");
-    }
     node->literal = Value(static_cast<int>(number));
   } else if (const auto integer = parseInteger(token.text)) {
     node->literal = Value(*integer);
@@ -237,20 +200,14 @@ bool Parser::atCast() const {
 AstPtr Parser::parseCast() {
   const std::size_t offset = take().offset;
   Value::Type type = Value::Type::kNone;
-  if (!takeType(type) || !expect(")")) {
-    return nullptr;
-  }
+  if (!takeType(type) || !expect(")")) return nullptr;
   AstPtr cast = make(Kind::kCast, offset, parseUnary());
-  if (cast != nullptr) {
-    cast->type = type;
-  }
+  if (cast != nullptr) cast->type = type;
   return cast;
 }
 
 AstPtr Parser::parseParenthesised() {
-  if (atCast()) {
-    return parseCast();
-  }
+  if (atCast()) return parseCast();
   take();
   AstPtr inner = parseExpression();
   return inner != nullptr && expect(")") ? std::move(inner) : nullptr;
@@ -261,9 +218,7 @@ AstPtr Parser::parseName() {
   const Token name = token_;
   if (!lexer_.expressionToken(name.end).isSymbol("(")) {
     const auto truth = parseTruth(name.text);
-    if (!truth) {
-      return failAtToken("a value");
-    }
+    if (!truth) return failAtToken("a value");
     take();
     AstPtr node = make(Kind::kLiteral, name.offset);
     node->literal = Value::ofTruth(*truth);
@@ -278,11 +233,8 @@ AstPtr Parser::parseName() {
 
 // Expressions with commas between them, up to and including `close`.
 bool Parser::parseArguments(AstNode& parent, std::string_view close) {
-  while (!accept(close)) {
-    if (!add(parent, parseExpression()) || (!token_.isSymbol(close) && !expect(","))) {
-      return false;
-    }
-  }
+  while (!accept(close))
+    if (!add(parent, parseExpression()) || (!token_.isSymbol(close) && !expect(","))) return false;
   return true;
 }
 
@@ -298,20 +250,13 @@ AstPtr Parser::parseVector() {
   std::size_t rowStart = 0;
   int rows = 0;
   for (bool inside = true; inside;) {
-    if (!add(*node, parseChoice())) {
-      return nullptr;
-    }
-    if (node->children.size() > kMaxMatrixSize) {
+    if (!add(*node, parseChoice())) return nullptr;
+    if (node->children.size() > kMaxMatrixSize)
       return fail(node->offset, "the matrix is too large");
-    }
-    if (accept(",")) {
-      continue;
-    }
+    if (accept(",")) continue;
     const std::size_t inRow = node->children.size() - rowStart;
     columns = rows == 0 ? inRow : columns;
-    if (inRow != columns) {
-      return fail(node->offset, "the matrix has rows of different lengths");
-    }
+    if (inRow != columns) return fail(node->offset, "the matrix has rows of different lengths");
     rowStart = node->children.size();
     ++rows;
     inside = accept(";");
@@ -322,9 +267,7 @@ AstPtr Parser::parseVector() {
 
 AstPtr Parser::parseBackQuoted() {
   take();
-  if (token_.kind != TokenKind::kName) {
-    return failAtToken("a command");
-  }
+  if (token_.kind != TokenKind::kName) return failAtToken("a command");
   AstPtr command = parseCommand(true);
   return command != nullptr && expect("`") ? std::move(command) : nullptr;
 }
@@ -342,9 +285,7 @@ AstPtr Parser::parseCommand(bool backQuoted) {
       return command;
     }
     AstPtr argument = parseArgument(word, first, *command);
-    if (failed_ || (argument != nullptr && !add(*command, std::move(argument)))) {
-      return nullptr;
-    }
+    if (failed_ || (argument != nullptr && !add(*command, std::move(argument)))) return nullptr;
   }
 }
 
@@ -360,9 +301,7 @@ AstPtr Parser::parseArgument(const Token& word, bool first, AstNode& command) {
     return node;
   }
   moveTo(word.offset);
-  if (signOnly) {
-    return parseUnary();
-  }
+  if (signOnly) return parseUnary();
   if (first && word.isSymbol("(") && !atCast()) {
     take();
     parseArguments(command, ")");

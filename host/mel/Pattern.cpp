@@ -20,26 +20,18 @@ bool readSet(std::string_view text, std::size_t& at, Set& set) {
   const bool inverts = at < text.size() && text[at] == '^';
   at += inverts ? 1 : 0;
   for (bool first = true; at < text.size() && (first || text[at] != ']'); first = false) {
-    if (text[at] == '\\' && at + 1 < text.size()) {
-      ++at;
-    }
+    if (text[at] == '\\' && at + 1 < text.size()) ++at;
     const std::size_t low = byteOf(text[at++]);
     std::size_t high = low;
     if (at + 1 < text.size() && text[at] == '-' && text[at + 1] != ']') {
       high = byteOf(text[at + 1]);
       at += 2;
     }
-    for (std::size_t c = low; c <= high; ++c) {
-      set.set(c);
-    }
+    for (std::size_t c = low; c <= high; ++c) set.set(c);
   }
-  if (at >= text.size()) {
-    return false;
-  }
+  if (at >= text.size()) return false;
   ++at;
-  if (inverts) {
-    set.flip();
-  }
+  if (inverts) set.flip();
   return true;
 }
 
@@ -144,9 +136,7 @@ class PatternParser {
 
   Part single() {
     const char c = text_[at_++];
-    if (c == '(') {
-      return group();
-    }
+    if (c == '(') return group();
     const bool begins = c == '^' && at_ == 1;
     const bool ends = c == '$' && at_ == text_.size();
     const std::size_t step = add(begins ? Kind::kBegin : ends ? Kind::kEnd : Kind::kSet);
@@ -154,9 +144,7 @@ class PatternParser {
     if (c == '.') {
       set.set();
     } else if (c == '[') {
-      if (!readSet(text_, at_, set)) {
-        fail("a bracket is not closed");
-      }
+      if (!readSet(text_, at_, set)) fail("a bracket is not closed");
     } else if (c == '\\' && at_ < text_.size()) {
       set.set(byteOf(text_[at_++]));
     } else {
@@ -171,9 +159,7 @@ class PatternParser {
       return {0, 0};
     }
     const Part inside = alternatives();
-    if (!failed_ && (at_ >= text_.size() || text_[at_] != ')')) {
-      fail("a parenthesis is not closed");
-    }
+    if (!failed_ && (at_ >= text_.size() || text_[at_] != ')')) fail("a parenthesis is not closed");
     ++at_;
     return inside;
   }
@@ -202,18 +188,14 @@ void Pattern::follow(std::size_t first, std::string_view text, std::size_t at, S
   while (!waiting.empty()) {
     const std::size_t index = waiting.back();
     waiting.pop_back();
-    if (index >= steps_.size() || seen[index]) {
-      continue;
-    }
+    if (index >= steps_.size() || seen[index]) continue;
     seen[index] = true;
     const Step& step = steps_[index];
     if (step.kind == Step::Kind::kSplit) {
       waiting.push_back(step.next);
       waiting.push_back(step.other);
     } else if (step.kind == Step::Kind::kBegin || step.kind == Step::Kind::kEnd) {
-      if (at == (step.kind == Step::Kind::kBegin ? 0 : text.size())) {
-        waiting.push_back(step.next);
-      }
+      if (at == (step.kind == Step::Kind::kBegin ? 0 : text.size())) waiting.push_back(step.next);
     } else {
       steps.push_back(index);
     }
@@ -226,33 +208,26 @@ std::optional<Pattern::Match> Pattern::find(std::string_view text) const {
   Steps next;
   std::vector<bool> seen(steps_.size());
   for (std::size_t begin = 0; begin <= text.size(); ++begin) {
-    if ((work += 1 + steps_.size() / 64) > kMaxWork) {
-      return Match{begin, begin, true};
-    }
+    if ((work += 1 + steps_.size() / 64) > kMaxWork) return Match{begin, begin, true};
     std::optional<Match> longest;
     now.clear();
     seen.assign(steps_.size(), false);
     follow(start_, text, begin, now, seen);
     for (std::size_t at = begin; !now.empty(); ++at) {
       work += now.size() + steps_.size() / 64;
-      if (work > kMaxWork) {
-        return Match{begin, begin, true};
-      }
+      if (work > kMaxWork) return Match{begin, begin, true};
       next.clear();
       seen.assign(steps_.size(), false);
       for (const std::size_t index : now) {
         const Step& step = steps_[index];
-        if (step.kind == Step::Kind::kDone) {
+        if (step.kind == Step::Kind::kDone)
           longest = Match{begin, at, false};
-        } else if (at < text.size() && step.set[byteOf(text[at])]) {
+        else if (at < text.size() && step.set[byteOf(text[at])])
           follow(step.next, text, at + 1, next, seen);
-        }
       }
       now.swap(next);
     }
-    if (longest) {
-      return longest;
-    }
+    if (longest) return longest;
   }
   return std::nullopt;
 }

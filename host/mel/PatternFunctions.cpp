@@ -20,9 +20,7 @@ bool search(const Arguments& arguments, const std::string& text,
     match = pattern->find(text);
     error = match && match->gaveUp ? "the search takes too long" : "";
   }
-  if (!error.empty()) {
-    problem = CommandResult::failure(error);
-  }
+  if (!error.empty()) problem = CommandResult::failure(error);
   return error.empty();
 }
 
@@ -30,9 +28,7 @@ CommandResult match(Arguments& arguments) {
   const std::string text = textOf(arguments, 1);
   std::optional<Pattern::Match> found;
   CommandResult problem;
-  if (!search(arguments, text, found, problem)) {
-    return problem;
-  }
+  if (!search(arguments, text, found, problem)) return problem;
   return give(found ? text.substr(found->begin, found->end - found->begin) : std::string());
 }
 
@@ -41,12 +37,8 @@ CommandResult substitute(Arguments& arguments) {
   std::string text = textOf(arguments, 1);
   std::optional<Pattern::Match> found;
   CommandResult problem;
-  if (!search(arguments, text, found, problem)) {
-    return problem;
-  }
-  if (found) {
-    text.replace(found->begin, found->end - found->begin, textOf(arguments, 2));
-  }
+  if (!search(arguments, text, found, problem)) return problem;
+  if (found) text.replace(found->begin, found->end - found->begin, textOf(arguments, 2));
   return give(std::move(text));
 }
 
@@ -62,9 +54,7 @@ CommandResult substituteAll(Arguments& arguments) {
     result.append(text, at, found - at);
     result += other;
     at = found + sought.size();
-    if (!fitsText(result.size())) {
-      return CommandResult::failure("a text becomes too long");
-    }
+    if (!fitsText(result.size())) return CommandResult::failure("a text becomes too long");
   }
   return give(result.append(text, at, std::string::npos));
 }
@@ -84,9 +74,8 @@ CommandResult strip(Arguments& arguments) {
 
 CommandResult capitalize(Arguments& arguments) {
   std::string text = textOf(arguments, 0);
-  if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') {
+  if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
     text[0] = static_cast<char>(text[0] - 'a' + 'A');
-  }
   return give(std::move(text));
 }
 

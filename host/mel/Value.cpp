@@ -15,18 +15,15 @@ constexpr int kArrayOffset =
 // The number that a text begins with, as the language converts it.
 double leadingNumber(const std::string& text) {
   const std::size_t start = text.find_first_not_of(" \t\r\n");
-  if (start == std::string::npos) {
-    return 0;
-  }
+  if (start == std::string::npos) return 0;
   std::size_t end = start;
   while (end < text.size() &&
          std::string_view("+-.0123456789eE").find(text[end]) != std::string_view::npos) {
     ++end;
   }
   while (end > start) {
-    if (const auto number = parseNumber(std::string_view(text).substr(start, end - start))) {
+    if (const auto number = parseNumber(std::string_view(text).substr(start, end - start)))
       return *number;
-    }
     --end;
   }
   return 0;
@@ -102,9 +99,7 @@ std::size_t Value::textSize() const {
 }
 
 int Value::toInt() const {
-  if (type() == Type::kInt) {
-    return std::get<int>(data_);
-  }
+  if (type() == Type::kInt) return std::get<int>(data_);
   return toInteger(toFloat());
 }
 
@@ -128,12 +123,8 @@ double Value::toFloat() const {
 }
 
 Vector Value::toVector() const {
-  if (const Vector* vector = std::get_if<Vector>(&data_)) {
-    return *vector;
-  }
-  if (vectors() != nullptr) {
-    return vectors()->empty() ? Vector{0, 0, 0} : vectors()->front();
-  }
+  if (const Vector* vector = std::get_if<Vector>(&data_)) return *vector;
+  if (vectors() != nullptr) return vectors()->empty() ? Vector{0, 0, 0} : vectors()->front();
   const double number = toFloat();
   return {number, number, number};
 }
@@ -166,18 +157,13 @@ bool Value::toTruth() const {
 }
 
 std::optional<Value> Value::convertedTo(Type wanted) const {
-  if (wanted == type()) {
-    return *this;
-  }
+  if (wanted == type()) return *this;
   const bool isTriple = wanted == Type::kVector && type() != Type::kStringArray && arraySize() == 3;
-  if (isTriple && type() != Type::kVectorArray) {
+  if (isTriple && type() != Type::kVectorArray)
     return Value(Vector{element(0).toFloat(), element(1).toFloat(), element(2).toFloat()});
-  }
   const bool isMany = isArray() && wanted < Type::kIntArray && arraySize() > 1;
   const bool isMatrix = type() == Type::kMatrix || wanted == Type::kMatrix;
-  if (type() == Type::kNone || isMany || isMatrix) {
-    return std::nullopt;
-  }
+  if (type() == Type::kNone || isMany || isMatrix) return std::nullopt;
   switch (wanted) {
     case Type::kNone:
       return std::nullopt;
@@ -194,9 +180,7 @@ std::optional<Value> Value::convertedTo(Type wanted) const {
   }
   Value array = initial(wanted);
   const std::size_t count = isArray() ? arraySize() : 1;
-  for (std::size_t i = 0; i < count; ++i) {
-    array.setElement(i, isArray() ? element(i) : *this);
-  }
+  for (std::size_t i = 0; i < count; ++i) array.setElement(i, isArray() ? element(i) : *this);
   return array;
 }
 
@@ -217,9 +201,7 @@ Value Value::element(std::size_t index) const {
 
 void Value::setElement(std::size_t index, const Value& value) {
   const auto store = [index](auto& array, auto element) {
-    if (index >= array.size()) {
-      array.resize(index + 1);
-    }
+    if (index >= array.size()) array.resize(index + 1);
     array[index] = std::move(element);
   };
   switch (type()) {
@@ -241,12 +223,8 @@ void Value::setElement(std::size_t index, const Value& value) {
 }
 
 Value::Strings Value::toWords() const {
-  if (type() == Type::kNone) {
-    return {};
-  }
-  if (strings() != nullptr) {
-    return *strings();
-  }
+  if (type() == Type::kNone) return {};
+  if (strings() != nullptr) return *strings();
   Strings words;
   if (isArray()) {
     for (std::size_t i = 0; i < arraySize(); ++i) {
@@ -256,24 +234,19 @@ Value::Strings Value::toWords() const {
     return words;
   }
   const auto addNumbers = [&words](const auto& numbers) {
-    for (const double number : numbers) {
-      words.push_back(formatNumber(number));
-    }
+    for (const double number : numbers) words.push_back(formatNumber(number));
   };
-  if (const auto* vector = std::get_if<Vector>(&data_)) {
+  if (const auto* vector = std::get_if<Vector>(&data_))
     addNumbers(*vector);
-  } else if (matrix() != nullptr) {
+  else if (matrix() != nullptr)
     addNumbers(matrix()->numbers);
-  } else {
+  else
     words.push_back(type() == Type::kFloat ? formatNumber(toFloat()) : toString());
-  }
   return words;
 }
 
 std::string Value::toPrinted() const {
-  if (!isArray()) {
-    return toString();
-  }
+  if (!isArray()) return toString();
   std::string text;
   for (std::size_t i = 0; i < arraySize(); ++i) {
     text += element(i).toString();
@@ -289,16 +262,12 @@ const char* typeName(Value::Type type) {
 }
 
 Value::Type elementType(Value::Type type) {
-  if (type < Value::Type::kIntArray) {
-    return type;
-  }
+  if (type < Value::Type::kIntArray) return type;
   return static_cast<Value::Type>(static_cast<int>(type) - kArrayOffset);
 }
 
 Value::Type arrayType(Value::Type type) {
-  if (type >= Value::Type::kMatrix || type == Value::Type::kNone) {
-    return type;
-  }
+  if (type >= Value::Type::kMatrix || type == Value::Type::kNone) return type;
   return static_cast<Value::Type>(static_cast<int>(type) + kArrayOffset);
 }
 

@@ -57,9 +57,7 @@ class BoxTree : public NearTree {
     double reach = std::numeric_limits<double>::infinity();
     while (waiting > 0) {
       const Waiting next = stack[--waiting];
-      if (next.squared > reach * reach) {
-        continue;
-      }
+      if (next.squared > reach * reach) continue;
       const Node& node = nodes_[next.node];
       if (node.right == 0) {
         reach = visitLeaf(node, from, reach, search);
@@ -67,9 +65,7 @@ class BoxTree : public NearTree {
       }
       Waiting near = {next.node + 1, squaredDistance(nodes_[next.node + 1].box, from)};
       Waiting far = {node.right, squaredDistance(nodes_[node.right].box, from)};
-      if (far.squared < near.squared) {
-        std::swap(near, far);
-      }
+      if (far.squared < near.squared) std::swap(near, far);
       stack[waiting++] = far;
       stack[waiting++] = near;
     }
@@ -87,11 +83,9 @@ class BoxTree : public NearTree {
 
   double visitLeaf(const Node& leaf, const float (&from)[3], double reach,
                    NearSearch& search) const {
-    for (unsigned i = leaf.first; i < leaf.first + leaf.count; ++i) {
-      if (squaredDistance(boxes_[order_[i]], from) <= reach * reach) {
+    for (unsigned i = leaf.first; i < leaf.first + leaf.count; ++i)
+      if (squaredDistance(boxes_[order_[i]], from) <= reach * reach)
         reach = search.visit(order_[i]);
-      }
-    }
     return reach;
   }
 
@@ -99,15 +93,11 @@ class BoxTree : public NearTree {
     const std::size_t at = nodes_.size();
     nodes_.emplace_back();
     NearBox box = boxes_[order_[first]];
-    for (unsigned i = first + 1; i < first + count; ++i) {
-      box = united(box, boxes_[order_[i]]);
-    }
+    for (unsigned i = first + 1; i < first + count; ++i) box = united(box, boxes_[order_[i]]);
     nodes_[at].box = box;
     nodes_[at].first = first;
     nodes_[at].count = count;
-    if (count <= kLeafBoxes) {
-      return;
-    }
+    if (count <= kLeafBoxes) return;
     const unsigned half = count / 2;
     halve(first, half, count);
     build(first, half);

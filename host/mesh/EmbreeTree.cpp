@@ -61,9 +61,7 @@ class EmbreeTree : public NearTree {
   static bool visit(RTCPointQueryFunctionArguments* arguments) {
     auto& search = *static_cast<NearSearch*>(arguments->userPtr);
     const float reach = search.visit(arguments->primID);
-    if (reach == arguments->query->radius) {
-      return false;
-    }
+    if (reach == arguments->query->radius) return false;
     arguments->query->radius = reach;
     return true;
   }
@@ -75,9 +73,7 @@ class EmbreeTree : public NearTree {
 }  // namespace
 
 std::unique_ptr<NearTree> makeEmbreeTree(std::vector<NearBox> boxes) {
-  if (device() == nullptr) {
-    return nullptr;
-  }
+  if (device() == nullptr) return nullptr;
   return std::make_unique<EmbreeTree>(std::move(boxes));
 }
 

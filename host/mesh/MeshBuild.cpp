@@ -21,11 +21,9 @@ std::string check(const MeshPolygons& polygons) {
            " corners";
   }
   const int points = static_cast<int>(polygons.points.size());
-  for (const int vertex : polygons.connects) {
-    if (vertex < 0 || vertex >= points) {
+  for (const int vertex : polygons.connects)
+    if (vertex < 0 || vertex >= points)
       return "vertex " + std::to_string(vertex) + " of " + std::to_string(points);
-    }
-  }
   return {};
 }
 
@@ -100,9 +98,8 @@ std::string buildMesh(const MeshPolygons& polygons, MeshData& mesh,
   }
   std::vector<int>& edges = numbers.edges;
   if (!firstEdges.empty()) dropUnused(edges, loops);
-  for (std::size_t i = 0; isHard && i < edges.size(); i += 3) {
+  for (std::size_t i = 0; isHard && i < edges.size(); i += 3)
     if (isHard(edges[i], edges[i + 1])) edges[i + 2] = 0;
-  }
   MeshData built;
   static_assert(sizeof(Vec3) == 3 * sizeof(double), "points are triples of doubles");
   if (!polygons.points.empty())

@@ -49,9 +49,8 @@ void addSides(const Cone& cone, PrimitiveShape& shape) {
   for (int ring = 0; ring < cone.up; ++ring) {
     const double v = 0.5 + 0.5 * ring / cone.up;
     const double half = 0.25 * (1.0 - static_cast<double>(ring) / cone.up);
-    for (int i = 0; i <= cone.around; ++i) {
+    for (int i = 0; i <= cone.around; ++i)
       shape.addUv(0.5 - half + 2.0 * half * i / cone.around, v);
-    }
   }
   const int tipUv = shape.addUv(0.5, 1.0);
   for (int ring = 0; ring < cone.up; ++ring) {
@@ -72,11 +71,9 @@ void addSides(const Cone& cone, PrimitiveShape& shape) {
 }
 
 void addEdges(const Cone& cone, bool sidesAreHard, PrimitiveShape& shape) {
-  for (int ring = 0; ring < cone.up; ++ring) {
-    for (int i = 0; i < cone.around; ++i) {
+  for (int ring = 0; ring < cone.up; ++ring)
+    for (int i = 0; i < cone.around; ++i)
       shape.edges.push_back({cone.pointOf(ring, i), cone.pointOf(ring, i + 1), ring == 0 ? 0 : 1});
-    }
-  }
   for (int ring = 0; ring < cone.up; ++ring) {
     for (int i = 0; i < cone.around; ++i) {
       shape.edges.push_back({cone.pointOf(ring, i),
@@ -88,9 +85,8 @@ void addEdges(const Cone& cone, bool sidesAreHard, PrimitiveShape& shape) {
 
 std::string make(const PrimitiveParameters& get, const Cone& cone, bool sidesAreHard,
                  PrimitiveShape& shape) {
-  if (get.size("sc", "subdivisionsCaps", 0.0) != 0.0 || get.size("rcp", "roundCap", 0.0) != 0.0) {
+  if (get.size("sc", "subdivisionsCaps", 0.0) != 0.0 || get.size("rcp", "roundCap", 0.0) != 0.0)
     return "subdivisions of its cap are not evaluated";
-  }
   std::string problem = checkPointCount(static_cast<double>(cone.around) * cone.up);
   if (!problem.empty()) return problem;
   shape.height = cone.height;
@@ -153,11 +149,8 @@ std::string makeTorus(const PrimitiveParameters& get, PrimitiveShape& shape) {
           {corner(ring, i + 1), corner(ring, i), corner(ring + 1, i), corner(ring + 1, i + 1)});
     }
   }
-  for (int ring = 0; ring < rings; ++ring) {
-    for (int i = 0; i < around; ++i) {
-      shape.edges.push_back({point(ring, i), point(ring + 1, i), 1});
-    }
-  }
+  for (int ring = 0; ring < rings; ++ring)
+    for (int i = 0; i < around; ++i) shape.edges.push_back({point(ring, i), point(ring + 1, i), 1});
   return {};
 }
 

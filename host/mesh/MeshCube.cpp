@@ -67,12 +67,10 @@ void addCubePoints(const CubeGrid& grid, const Vec3& size, PrimitiveShape& shape
     const auto [y, z] = grid.upAndDeepOfRow(row);
     for (int x = 0; x <= grid.across; ++x) add(x, y, z);
   }
-  for (int y = 1; y < grid.up; ++y) {
+  for (int y = 1; y < grid.up; ++y)
     for (int z = 1; z < grid.deep; ++z) add(grid.across, y, z);
-  }
-  for (int y = 1; y < grid.up; ++y) {
+  for (int y = 1; y < grid.up; ++y)
     for (int z = grid.deep - 1; z > 0; --z) add(0, y, z);
-  }
 }
 
 void addCubeRing(const CubeGrid& grid, const Vec3& size, const CubeUnfolding& unfold,

@@ -46,9 +46,8 @@ T* findOrMakeSet(std::vector<T>& sets, int index) {
 template <typename T>
 const T* findSet(const std::vector<T>& sets, const std::string* name, const std::string& current) {
   const std::string& wanted = name != nullptr && !name->empty() ? *name : current;
-  for (const T& set : sets) {
+  for (const T& set : sets)
     if (set.name == wanted) return &set;
-  }
   return name != nullptr && !name->empty() ? nullptr : sets.empty() ? nullptr : &sets.front();
 }
 
@@ -98,9 +97,8 @@ std::string MeshData::setPoints(std::size_t first, const double* xyz, std::size_
   if (!problem.empty()) return problem;
   shapeChanged();
   growTo(points_, first + count, Vec3());
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < count; ++i)
     points_[first + i] = {xyz[3 * i], xyz[3 * i + 1], xyz[3 * i + 2]};
-  }
   return {};
 }
 
@@ -112,9 +110,8 @@ std::string MeshData::setTweaks(std::size_t first, const double* xyz, std::size_
   auto low = std::lower_bound(tweaks_.begin(), tweaks_.end(), begin, before);
   const auto high = std::lower_bound(low, tweaks_.end(), static_cast<int>(first + count), before);
   std::vector<MeshTweak> given(count);
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < count; ++i)
     given[i] = {begin + static_cast<int>(i), {xyz[3 * i], xyz[3 * i + 1], xyz[3 * i + 2]}};
-  }
   low = tweaks_.erase(low, high);
   tweaks_.insert(low, given.begin(), given.end());
   return {};
@@ -125,9 +122,8 @@ std::string MeshData::setEdges(std::size_t first, const int* ints, std::size_t c
   if (!problem.empty()) return problem;
   shapeChanged();
   growTo(edges_, first + count, MeshEdge());
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < count; ++i)
     edges_[first + i] = {ints[3 * i], ints[3 * i + 1], ints[3 * i + 2]};
-  }
   return {};
 }
 
@@ -136,9 +132,8 @@ std::string MeshData::setNormals(std::size_t first, const float* xyz, std::size_
   if (!problem.empty()) return problem;
   if (derived_) derived_->normals.reset();
   growTo(normals_, first + count, MeshNormal());
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < count; ++i)
     normals_[first + i] = {xyz[3 * i], xyz[3 * i + 1], xyz[3 * i + 2]};
-  }
   return {};
 }
 
@@ -190,9 +185,8 @@ std::string MeshData::setLoopIds(std::vector<int>& idList, int loopStart, const 
                                  std::size_t count) {
   const std::size_t end = loopEdges_.size();
   const std::size_t start = static_cast<std::size_t>(loopStart);
-  if (count > end - start) {
+  if (count > end - start)
     return std::to_string(count) + " ids for " + std::to_string(end - start) + " corners";
-  }
   growTo(idList, start + count, -1);
   std::copy(ids, ids + count, idList.begin() + static_cast<std::ptrdiff_t>(start));
   return {};
@@ -278,9 +272,8 @@ std::string MeshData::setColours(int set, std::size_t first, const float* compon
   MeshColourSet* colourSet = this->colourSet(set);
   if (colourSet == nullptr) return tooManySets(set);
   const int step = colourSet->components;
-  if (step != 1 && step != 3 && step != 4) {
+  if (step != 1 && step != 3 && step != 4)
     return "colours of " + std::to_string(step) + " components";
-  }
   const std::size_t colours = count / static_cast<std::size_t>(step);
   if (colours * static_cast<std::size_t>(step) != count) {
     return std::to_string(count) + " numbers for colours of " + std::to_string(step) +

@@ -45,17 +45,14 @@ std::string resolveLoop(const MeshData& mesh, int face, int begin, int end,
   for (int corner = begin; corner < end; ++corner) {
     const int edge = loop[corner];
     const long long number = edge >= 0 ? edge : -(static_cast<long long>(edge) + 1);
-    if (number >= static_cast<long long>(edges.size())) {
+    if (number >= static_cast<long long>(edges.size()))
       return edgeOutOfRange(face, number, edges.size());
-    }
     vertices[corner] = fromVertex(edges, edge);
-    if (corner > begin && toVertex(edges, loop[corner - 1]) != vertices[corner]) {
+    if (corner > begin && toVertex(edges, loop[corner - 1]) != vertices[corner])
       return "the edges of face " + std::to_string(face) + " do not meet";
-    }
   }
-  if (toVertex(edges, loop[end - 1]) != vertices[begin]) {
+  if (toVertex(edges, loop[end - 1]) != vertices[begin])
     return "the edges of face " + std::to_string(face) + " do not close";
-  }
   return {};
 }
 
@@ -164,9 +161,8 @@ const MeshBox& MeshData::box() const {
 
 const SurfaceIndex& MeshData::surfaceIndex(const MMatrix& matrix) const {
   std::vector<Derived::Index>& indices = derived().indices;
-  for (const Derived::Index& known : indices) {
+  for (const Derived::Index& known : indices)
     if (known.matrix == matrix) return *known.index;
-  }
   if (indices.size() == kMaxIndices) indices.erase(indices.begin());
   indices.push_back({matrix, std::make_unique<SurfaceIndex>(*this, matrix)});
   return *indices.back().index;

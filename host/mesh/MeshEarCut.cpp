@@ -42,14 +42,12 @@ class Ring {
   // must come by the largest x first.
   void joinHole(int begin, int end) {
     double area = 0.0;
-    for (int i = begin; i < end; ++i) {
+    for (int i = begin; i < end; ++i)
       area += turn(points_[begin], points_[i], points_[i + 1 < end ? i + 1 : begin]);
-    }
     const int loop = addLoop(begin, end, area > 0.0);
     int rightmost = loop;
-    for (int i = nodes_[loop].next; i != loop; i = nodes_[i].next) {
+    for (int i = nodes_[loop].next; i != loop; i = nodes_[i].next)
       if (at(i).x > at(rightmost).x) rightmost = i;
-    }
     bridge(visibleFrom(at(rightmost)), rightmost);
   }
 

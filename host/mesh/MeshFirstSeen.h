@@ -30,9 +30,8 @@ class FirstSeen {
   int findOrAdd(std::uint64_t hash, int next, Equals equals) {
     const std::size_t mask = slots_.size() - 1;
     std::size_t slot = static_cast<std::size_t>(mixBits(hash)) & mask;
-    for (; slots_[slot] != -1; slot = (slot + 1) & mask) {
+    for (; slots_[slot] != -1; slot = (slot + 1) & mask)
       if (equals(slots_[slot])) return slots_[slot];
-    }
     slots_[slot] = next;
     return -1;
   }

@@ -33,9 +33,7 @@ struct SurfaceIndex::Tree {
     for (Vec3& point : points) point = transformed(point, matrix);
     selectFinite();
     measure();
-    if (!usable.empty()) {
-      boxes = makeTree(triangleBoxes());
-    }
+    if (!usable.empty()) boxes = makeTree(triangleBoxes());
   }
 
   const Vec3& corner(int triangle, int i) const {
@@ -45,11 +43,9 @@ struct SurfaceIndex::Tree {
   int triangleOf(unsigned primitive) const { return usable[primitive]; }
 
   void selectFinite() {
-    for (int i = 0; i < static_cast<int>(triangles.list.size()); ++i) {
-      if (isFinite(corner(i, 0)) && isFinite(corner(i, 1)) && isFinite(corner(i, 2))) {
+    for (int i = 0; i < static_cast<int>(triangles.list.size()); ++i)
+      if (isFinite(corner(i, 0)) && isFinite(corner(i, 1)) && isFinite(corner(i, 2)))
         usable.push_back(i);
-      }
-    }
   }
 
   void measure() {

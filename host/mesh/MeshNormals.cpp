@@ -57,9 +57,8 @@ class SmoothGroups {
  public:
   explicit SmoothGroups(const MeshData& mesh)
       : sets(mesh.cornerVertices().size()), mesh_(mesh), firstAtEnd_(2 * mesh.edges().size(), -1) {
-    for (int face = 0; face < mesh.faceCount(); ++face) {
+    for (int face = 0; face < mesh.faceCount(); ++face)
       forEachLoop(mesh, face, [this](int begin, int end) { joinLoop(begin, end); });
-    }
   }
 
   CornerSets sets;
@@ -77,11 +76,10 @@ class SmoothGroups {
     }
   }
   void joinAt(std::size_t edgeEnd, int corner) {
-    if (firstAtEnd_[edgeEnd] == -1) {
+    if (firstAtEnd_[edgeEnd] == -1)
       firstAtEnd_[edgeEnd] = corner;
-    } else {
+    else
       sets.join(firstAtEnd_[edgeEnd], corner);
-    }
   }
 
   const MeshData& mesh_;
@@ -182,9 +180,8 @@ std::vector<int> cornersByVertex(const MeshData& mesh) {
   for (const int vertex : vertices) ++positions[static_cast<std::size_t>(vertex) + 1];
   std::partial_sum(positions.begin(), positions.end(), positions.begin());
   std::vector<int> corners(vertices.size());
-  for (std::size_t i = 0; i < vertices.size(); ++i) {
+  for (std::size_t i = 0; i < vertices.size(); ++i)
     corners[static_cast<std::size_t>(positions[vertices[i]]++)] = static_cast<int>(i);
-  }
   return corners;
 }
 

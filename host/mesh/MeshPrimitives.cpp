@@ -53,9 +53,8 @@ void turnTo(Vec3 axis, std::vector<Vec3>& points) {
     return;
   }
   const Vec3 around = {axis.z, 0.0, -axis.x};  // y × axis: as long as the angle's sine
-  for (Vec3& p : points) {
+  for (Vec3& p : points)
     p = p * axis.y + cross(around, p) + around * (dot(around, p) / (1.0 + axis.y));
-  }
 }
 
 std::string makeShape(std::string_view typeName, const PrimitiveParameters& get, int createUvs,
@@ -71,9 +70,8 @@ std::string makeShape(std::string_view typeName, const PrimitiveParameters& get,
 }
 
 void carryOver(const MeshData& from, MeshData& to) {
-  for (const MeshTweak& tweak : from.tweaks()) {
+  for (const MeshTweak& tweak : from.tweaks())
     to.setTweaks(static_cast<std::size_t>(tweak.vertex), &tweak.offset.x, 1);
-  }
   to.uvSet(0)->name = from.uvSets().empty() ? "map1" : from.uvSets().front().name;
   to.setCurrentUvSetName(from.currentUvSetName().empty() ? to.uvSet(0)->name
                                                          : from.currentUvSetName());

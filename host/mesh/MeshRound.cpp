@@ -90,9 +90,8 @@ std::string makeSphere(const PrimitiveParameters& get, PrimitiveShape& shape) {
   for (int ring = 1; ring < up; ++ring) {
     const double angle = kPi * ring / up;
     addRing(around, radius * std::sin(angle), -radius * std::cos(angle), shape);
-    for (int i = 0; i <= around; ++i) {
+    for (int i = 0; i <= around; ++i)
       shape.addUv(static_cast<double>(i) / around, static_cast<double>(ring) / up);
-    }
   }
   for (int ring = 0; ring + 2 < up; ++ring) {
     addBand(ring * around, (ring + 1) * around, around, ring * (around + 1),
@@ -125,9 +124,8 @@ std::string makeCylinder(const PrimitiveParameters& get, PrimitiveShape& shape) 
   for (int ring = 0; ring <= up; ++ring) {
     const double share = static_cast<double>(ring) / up;
     addRing(around, radius, (share - 0.5) * height, shape);
-    for (int i = 0; i <= around; ++i) {
+    for (int i = 0; i <= around; ++i)
       shape.addUv(0.375 + 0.25 * i / around, 0.3125 + 0.375 * share);
-    }
   }
   for (int ring = 0; ring < up; ++ring) {
     addBand(ring * around, (ring + 1) * around, around, ring * (around + 1),

@@ -42,9 +42,8 @@ Vec3 outerArea(const MeshData& mesh, int begin, int end) {
   const std::vector<int>& vertices = mesh.cornerVertices();
   const Vec3 origin = points[vertices[begin]];
   Vec3 area;
-  for (int corner = begin + 1; corner + 1 < end; ++corner) {
+  for (int corner = begin + 1; corner + 1 < end; ++corner)
     area = area + cross(points[vertices[corner]] - origin, points[vertices[corner + 1]] - origin);
-  }
   return area;
 }
 
@@ -62,9 +61,8 @@ bool fanFits(const MeshData& mesh, int begin, int end, const Vec3& area) {
 }
 
 void appendFan(int begin, int end, std::vector<MeshTriangle>& triangles) {
-  for (int corner = begin + 1; corner + 1 < end; ++corner) {
+  for (int corner = begin + 1; corner + 1 < end; ++corner)
     triangles.push_back({{begin, corner, corner + 1}});
-  }
 }
 
 void appendFace(const MeshData& mesh, int face, long long& budget,
@@ -75,15 +73,13 @@ void appendFace(const MeshData& mesh, int face, long long& budget,
   std::vector<std::pair<int, int>> loops = {{begin, end}};
   if (!mesh.holes().empty()) loops = mesh.loops(face);
   const Vec3 area = outerArea(mesh, begin, loops.front().second);
-  if (loops.size() == 1 && (fanFits(mesh, begin, end, area) || length(area) == 0.0)) {
+  if (loops.size() == 1 && (fanFits(mesh, begin, end, area) || length(area) == 0.0))
     return appendFan(begin, end, triangles);
-  }
   const Projection project(mesh.points()[mesh.cornerVertices()[begin]], area);
   std::vector<PlanePoint> points;
   points.reserve(static_cast<std::size_t>(end - begin));
-  for (int corner = begin; corner < end; ++corner) {
+  for (int corner = begin; corner < end; ++corner)
     points.push_back(project(mesh.points()[mesh.cornerVertices()[corner]]));
-  }
   for (auto& loop : loops) loop = {loop.first - begin, loop.second - begin};
   cutEars(points, loops, begin, budget, triangles);
 }

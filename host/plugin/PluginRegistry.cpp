@@ -26,9 +26,8 @@ EntryPoint entryPoint(const SharedLibrary& library, const char* name) {
 
 MArgList asArgumentList(const mel::Words& words) {
   MArgList list;
-  for (const mel::Word& word : words) {
+  for (const mel::Word& word : words)
     list.addArg(MString(word.text.data(), static_cast<int>(word.text.size())));
-  }
   return list;
 }
 
@@ -50,9 +49,7 @@ bool isFile(const fs::path& path) {
 
 // The file itself, or with the platform's suffix behind it.
 std::string asPlugin(const fs::path& path) {
-  if (isFile(path)) {
-    return path.u8string();
-  }
+  if (isFile(path)) return path.u8string();
   fs::path longer = path;
   longer += SharedLibrary::pluginSuffix();
   return isFile(longer) ? longer.u8string() : std::string();
@@ -82,9 +79,7 @@ std::vector<std::string> PluginRegistry::searched() const {
   std::vector<std::string> once;
   for (const std::string& folder : folders) {
     std::string path = mel::resolvedPath(folder, interpreter_.callerFolder());
-    if (std::find(once.begin(), once.end(), path) == once.end()) {
-      once.push_back(std::move(path));
-    }
+    if (std::find(once.begin(), once.end(), path) == once.end()) once.push_back(std::move(path));
   }
   return once;
 }
@@ -94,18 +89,14 @@ std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string&
   if (given.has_parent_path()) {
     std::string found =
         asPlugin(fs::u8path(mel::resolvedPath(nameOrPath, interpreter_.callerFolder())));
-    if (found.empty()) {
-      error = "no plug-in named " + nameOrPath + " was found; check the path";
-    }
+    if (found.empty()) error = "no plug-in named " + nameOrPath + " was found; check the path";
     return found;
   }
   const std::string name = nameOrPath + (isPluginName(given) ? "" : SharedLibrary::pluginSuffix());
   error = "no plug-in named " + nameOrPath + " was found: " + name + " is missing in ";
   for (const std::string& folder : searched()) {
     std::string path = mel::resolvedPath(name, folder);
-    if (isFile(fs::u8path(path))) {
-      return path;
-    }
+    if (isFile(fs::u8path(path))) return path;
     error += (error.back() == ' ' ? "" : ", ") + folder;
   }
   error += "; give its path, or its folder in MAYA_PLUG_IN_PATH";
@@ -114,19 +105,14 @@ std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string&
 
 PluginPtr PluginRegistry::find(const std::string& nameOrPath) const {
   const std::string name = fs::u8path(nameOrPath).stem().u8string();
-  for (const PluginPtr& plugin : plugins_) {
-    if (plugin->name == name) {
-      return plugin;
-    }
-  }
+  for (const PluginPtr& plugin : plugins_)
+    if (plugin->name == name) return plugin;
   return nullptr;
 }
 
 bool PluginRegistry::load(const std::string& nameOrPath, std::string& error) {
   const std::string path = findFile(nameOrPath, error);
-  if (path.empty()) {
-    return false;
-  }
+  if (path.empty()) return false;
   if (const PluginPtr known = find(path)) {
     error = "the start-up of " + known->path + " failed before; unload it first";
     return known->started_;
@@ -134,9 +120,7 @@ bool PluginRegistry::load(const std::string& nameOrPath, std::string& error) {
   const auto plugin = std::make_shared<Plugin>();
   plugin->name = fs::u8path(path).stem().u8string();
   plugin->path = path;
-  if (!plugin->library_.open(path, error)) {
-    return false;
-  }
+  if (!plugin->library_.open(path, error)) return false;
   for (const char* symbol : {"initializePlugin", "uninitializePlugin", "MApiVersion"}) {
     if (plugin->library_.symbol(symbol) == nullptr) {
       error = path + " is no plug-in: it does not export " + symbol;
@@ -174,9 +158,7 @@ bool PluginRegistry::unload(const std::string& name, std::string& error) {
   plugin->loaded = false;
   plugins_.erase(std::find(plugins_.begin(), plugins_.end(), plugin));
   plugin->library_.close();
-  if (!ok) {
-    error = "the removal of " + plugin->path + " failed; it is unloaded";
-  }
+  if (!ok) error = "the removal of " + plugin->path + " failed; it is unloaded";
   return ok;
 }
 
@@ -190,9 +172,7 @@ void PluginRegistry::unloadAll() {
 
 void PluginRegistry::dropRegistrations(const PluginPtr& plugin) {
   const std::vector<std::string> commands = plugin->commands;
-  for (const std::string& command : commands) {
-    removeCommand(plugin, command);
-  }
+  for (const std::string& command : commands) removeCommand(plugin, command);
   translators_.erase(
       std::remove_if(translators_.begin(), translators_.end(),
                      [&](const Translator& translator) { return translator.plugin == plugin; }),
@@ -219,9 +199,7 @@ bool PluginRegistry::addCommand(const PluginPtr& plugin, const std::string& name
 
 bool PluginRegistry::removeCommand(const PluginPtr& plugin, const std::string& name) {
   const auto command = std::find(plugin->commands.begin(), plugin->commands.end(), name);
-  if (command == plugin->commands.end()) {
-    return false;
-  }
+  if (command == plugin->commands.end()) return false;
   plugin->commands.erase(command);
   interpreter_.commands().remove(name);
   return true;
@@ -231,9 +209,7 @@ bool PluginRegistry::addTranslator(Translator translator) {
   const bool taken =
       std::any_of(translators_.begin(), translators_.end(),
                   [&](const Translator& other) { return other.name == translator.name; });
-  if (taken || translator.name.empty() || translator.create == nullptr) {
-    return false;
-  }
+  if (taken || translator.name.empty() || translator.create == nullptr) return false;
   translators_.push_back(std::move(translator));
   return true;
 }
@@ -243,18 +219,14 @@ bool PluginRegistry::removeTranslator(const PluginPtr& plugin, const std::string
       std::find_if(translators_.begin(), translators_.end(), [&](const Translator& translator) {
         return translator.plugin == plugin && translator.name == name;
       });
-  if (found == translators_.end()) {
-    return false;
-  }
+  if (found == translators_.end()) return false;
   translators_.erase(found);
   return true;
 }
 
 std::shared_ptr<MPxFileTranslator> PluginRegistry::make(const Translator& translator) {
   auto* object = static_cast<MPxFileTranslator*>(translator.create());
-  if (object == nullptr) {
-    return nullptr;
-  }
+  if (object == nullptr) return nullptr;
   const PluginPtr plugin = translator.plugin;
   ++plugin->running_;
   return std::shared_ptr<MPxFileTranslator>(object, [plugin](MPxFileTranslator* done) {

@@ -20,9 +20,8 @@ namespace fs = std::filesystem;
 
 bool SharedLibrary::open(const std::string& path, std::string& error) {
   handle_ = LoadLibraryW(fs::u8path(path).wstring().c_str());
-  if (handle_ == nullptr) {
+  if (handle_ == nullptr)
     error = "cannot load " + path + " (error " + std::to_string(GetLastError()) + ")";
-  }
   return handle_ != nullptr;
 }
 

@@ -33,9 +33,8 @@ const CompoundRow* findCompound(std::string_view word) {
 }
 
 Attribute::Kind kindOf(std::string_view word) {
-  if (findCompound(word) || word == "compound" || word == "TdataCompound") {
+  if (findCompound(word) || word == "compound" || word == "TdataCompound")
     return Attribute::Kind::kCompound;
-  }
   const auto* end = std::end(kNumberWords);
   if (std::find(std::begin(kNumberWords), end, word) != end) return Attribute::Kind::kNumber;
   if (word == "string") return Attribute::Kind::kText;
@@ -61,9 +60,7 @@ AttributePtr Attribute::makeData(std::string longName, std::string shortName,
                                  std::string typeWord) {
   auto attribute =
       std::make_shared<Attribute>(std::move(longName), std::move(shortName), std::move(typeWord));
-  if (attribute->kind_ == Kind::kCompound) {
-    attribute->kind_ = Kind::kData;
-  }
+  if (attribute->kind_ == Kind::kCompound) attribute->kind_ = Kind::kData;
   return attribute;
 }
 
@@ -72,9 +69,8 @@ bool Attribute::isNumericCompound() const {
 }
 
 AttributePtr Attribute::findChild(std::string_view longOrShortName) const {
-  for (const AttributePtr& child : children_) {
+  for (const AttributePtr& child : children_)
     if (child->longName_ == longOrShortName || child->shortName_ == longOrShortName) return child;
-  }
   return nullptr;
 }
 

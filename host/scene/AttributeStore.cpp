@@ -47,11 +47,10 @@ AttributeState& AttributeStore::at(std::string_view path) {
   AttributeState state;
   state.path = std::string(path);
   states_.push_back(std::move(state));
-  if (positions_.empty()) {
+  if (positions_.empty())
     index();
-  } else {
+  else
     positions_.emplace(states_.back().path, position);
-  }
   return states_.back();
 }
 

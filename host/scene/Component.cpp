@@ -55,11 +55,10 @@ IndexSet::IndexSet(std::vector<IndexRange> ranges) {
   for (IndexRange range : ranges) {
     range.first = std::max(range.first, 0);
     if (range.last < range.first) continue;
-    if (!ranges_.empty() && range.first - 1 <= ranges_.back().last) {
+    if (!ranges_.empty() && range.first - 1 <= ranges_.back().last)
       ranges_.back().last = std::max(ranges_.back().last, range.last);
-    } else {
+    else
       ranges_.push_back(range);
-    }
   }
 }
 
@@ -104,9 +103,8 @@ IndexSet IndexSet::below(int count) const {
 
 std::vector<int> IndexSet::toIndices(int count) const {
   std::vector<int> indices;
-  for (const IndexRange& range : ranges_) {
+  for (const IndexRange& range : ranges_)
     for (int i = range.first; i < count && i <= range.last; ++i) indices.push_back(i);
-  }
   return indices;
 }
 
@@ -140,9 +138,8 @@ std::shared_ptr<Component> Component::parse(std::string_view text) {
   const std::string_view word = text.substr(0, bracket);
   const auto range = readRange(text.substr(bracket + 1, text.size() - bracket - 2));
   if (!range) return nullptr;
-  for (const KindRow& row : kKinds) {
+  for (const KindRow& row : kKinds)
     if (word == row.word) return std::make_shared<Component>(row.kind, IndexSet({*range}));
-  }
   return nullptr;
 }
 

@@ -65,14 +65,10 @@ AttributeValue boxValue(const Plug& plug, const std::string& compound) {
 AttributeValue pointValue(const Plug& plug) {
   const AttributePtr parent = plug.attribute()->parent();
   const std::size_t dot = plug.path().rfind('.');
-  if (!parent || dot == std::string::npos) {
-    return {};
-  }
+  if (!parent || dot == std::string::npos) return {};
   const auto range = splitRange(std::string_view(plug.path()).substr(0, dot));
   const bool isTweak = parent->longName() == "pnts";
-  if (!range || (!isTweak && parent->longName() != "vrts")) {
-    return {};
-  }
+  if (!range || (!isTweak && parent->longName() != "vrts")) return {};
   Vec3 point;
   const MeshData& mesh = *plug.node()->mesh;
   if (isTweak) {
@@ -80,9 +76,7 @@ AttributeValue pointValue(const Plug& plug) {
     const auto tweak =
         std::lower_bound(tweaks.begin(), tweaks.end(), range->first,
                          [](const MeshTweak& each, int vertex) { return each.vertex < vertex; });
-    if (tweak != tweaks.end() && tweak->vertex == range->first) {
-      point = tweak->offset;
-    }
+    if (tweak != tweaks.end() && tweak->vertex == range->first) point = tweak->offset;
   } else if (range->first < mesh.pointCount()) {
     point = mesh.storedPoints()[static_cast<std::size_t>(range->first)];
   }
@@ -95,9 +89,7 @@ AttributeValue pointValue(const Plug& plug) {
 AttributeValue computedValue(const Plug& plug) {
   if (plug.node()->mesh != nullptr) {
     AttributeValue point = pointValue(plug);
-    if (!std::holds_alternative<std::monostate>(point)) {
-      return point;
-    }
+    if (!std::holds_alternative<std::monostate>(point)) return point;
   }
   if (!plug.node()->isDag() || plug.attribute()->isDynamic) return {};
   if (plug.attribute()->typeWord() == "matrix") return matrixValue(plug);

@@ -40,9 +40,8 @@ bool areCompatible(const Attribute& source, const Attribute& destination) {
   using Kind = Attribute::Kind;
   const auto isPlain = [](Kind kind) { return kind == Kind::kNumber || kind == Kind::kText; };
   if (source.kind() == Kind::kMessage) return !isPlain(destination.kind());
-  if (isPlain(source.kind()) && isPlain(destination.kind())) {
+  if (isPlain(source.kind()) && isPlain(destination.kind()))
     return source.kind() == destination.kind();
-  }
   return true;
 }
 
@@ -51,9 +50,8 @@ bool areCompatible(const Attribute& source, const Attribute& destination) {
 std::vector<ConnectionPtr> ConnectionTable::inOrder() const {
   std::vector<ConnectionPtr> all;
   for (const auto& entry : inputs_) all.push_back(entry.second);
-  for (const auto& entry : outputs_) {
+  for (const auto& entry : outputs_)
     for (const auto& output : entry.second) all.push_back(output.second);
-  }
   sortBySerial(all);
   return all;
 }
@@ -159,9 +157,8 @@ std::optional<Plug> sourceOf(const Plug& destination) {
 std::vector<Plug> destinationsOf(const Plug& source) {
   std::vector<Plug> plugs;
   if (source.isNull()) return plugs;
-  for (const ConnectionPtr& connection : source.node()->connections.outOf(source.path())) {
+  for (const ConnectionPtr& connection : source.node()->connections.outOf(source.path()))
     plugs.push_back(connection->destination);
-  }
   return plugs;
 }
 
@@ -184,9 +181,8 @@ std::vector<ConnectionPtr> connectionsAtOrBelow(const Plug& plug, bool asDestina
   const ConnectionTable& table = plug.node()->connections;
   if (asDestination) append(table.intoAtOrBelow(plug.path()));
   if (asSource) append(table.outOfAtOrBelow(plug.path()));
-  for (const Plug& child : plug.children()) {
+  for (const Plug& child : plug.children())
     append(connectionsAtOrBelow(child, asDestination, asSource));
-  }
   sortBySerial(found);
   return found;
 }

@@ -108,11 +108,9 @@ DagPath pathOfInstance(const NodePtr& node, std::size_t instance) {
 std::vector<DagPath> allPaths(const NodePtr& node) {
   std::vector<DagPath> paths;
   if (isWorld(*node)) return {DagPath()};
-  for (Node* parent : node->parents()) {
-    for (const DagPath& above : allPaths(parent->pointer())) {
+  for (Node* parent : node->parents())
+    for (const DagPath& above : allPaths(parent->pointer()))
       paths.push_back(above.extendedBy(node));
-    }
-  }
   return paths;
 }
 
@@ -122,9 +120,8 @@ DagPath firstPath(const NodePtr& node) {
 
 std::vector<NodePtr> shapesBelow(const Node& transform) {
   std::vector<NodePtr> shapes;
-  for (const NodePtr& child : transform.children()) {
+  for (const NodePtr& child : transform.children())
     if (child->isShape() && !child->isIntermediate()) shapes.push_back(child);
-  }
   return shapes;
 }
 

@@ -21,9 +21,7 @@ std::string Node::displayName() {
 }
 
 void Node::noteChange() const {
-  if (alive_) {
-    scene_->changes.note(*this);
-  }
+  if (alive_) scene_->changes.note(*this);
 }
 
 bool Node::isIntermediate() const {
@@ -58,9 +56,8 @@ bool Node::removeAttribute(const AttributePtr& attribute) {
   const auto found = std::find(dynamicAttributes_.begin(), dynamicAttributes_.end(), attribute);
   if (found == dynamicAttributes_.end()) return false;
   const Plug plug = Plug::ofAttribute(pointer(), attribute);
-  for (const ConnectionPtr& connection : connectionsAtOrBelow(plug, true, true)) {
+  for (const ConnectionPtr& connection : connectionsAtOrBelow(plug, true, true))
     disconnect(connection);
-  }
   forgetValues(plug);
   for (auto name = ownNames_.begin(); name != ownNames_.end();) {
     AttributePtr top = name->second;

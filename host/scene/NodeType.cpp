@@ -73,16 +73,14 @@ const NodeType& NodeType::findOrInvent(std::string_view name, bool isDag) {
 }
 
 bool NodeType::isA(std::string_view typeName) const {
-  for (const NodeType* type = this; type; type = type->base_) {
+  for (const NodeType* type = this; type; type = type->base_)
     if (type->name_ == typeName) return true;
-  }
   return false;
 }
 
 bool NodeType::hasFn(MFn::Type kind) const {
-  for (MFn::Type own = apiType_; own != MFn::kInvalid; own = baseOf(own)) {
+  for (MFn::Type own = apiType_; own != MFn::kInvalid; own = baseOf(own))
     if (own == kind) return true;
-  }
   return false;
 }
 

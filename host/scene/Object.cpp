@@ -108,9 +108,8 @@ constexpr KindRow kRows[] = {
 #undef ROW
 
 constexpr bool rowsMatchKinds() {
-  for (std::size_t i = 0; i < std::size(kRows); ++i) {
+  for (std::size_t i = 0; i < std::size(kRows); ++i)
     if (kRows[i].kind != static_cast<MFn::Type>(i)) return false;
-  }
   return std::size(kRows) == MFn::kLast;
 }
 static_assert(rowsMatchKinds(), "a row for every kind, in the order of MFn::Type");
@@ -131,9 +130,8 @@ const char* nameOf(MFn::Type kind) {
 }
 
 bool Object::hasFn(MFn::Type kind) const {
-  for (MFn::Type own = apiType(); own != MFn::kInvalid; own = baseOf(own)) {
+  for (MFn::Type own = apiType(); own != MFn::kInvalid; own = baseOf(own))
     if (own == kind) return true;
-  }
   return false;
 }
 

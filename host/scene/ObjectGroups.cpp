@@ -108,14 +108,12 @@ Plug makeGroup(const SelectionItem& item, const IndexSet& faces, const NodePtr& 
 void removeGroup(const NodePtr& shape, const ObjectGroup& group, const NodePtr& set) {
   if (!shape->connections.outOfAtOrBelow(group.path()).empty()) return;
   const NodePtr groupId = groupIdOf(shape, group);
-  for (const ConnectionPtr& connection : shape->connections.intoAtOrBelow(group.path())) {
+  for (const ConnectionPtr& connection : shape->connections.intoAtOrBelow(group.path()))
     disconnect(connection);
-  }
   shape->values.erase(group.path());
   if (!groupId || !groupId->type().isA("groupId")) return;
-  for (const ConnectionPtr& connection : groupId->connections.outOf("message")) {
+  for (const ConnectionPtr& connection : groupId->connections.outOf("message"))
     if (connection->destination.node() == set) disconnect(connection);
-  }
   if (groupId->connections.outOf("groupId").empty()) groupId->scene()->deleteNode(groupId);
 }
 

@@ -53,9 +53,8 @@ struct NamedIndex {
 };
 
 int indexOf(const std::vector<NamedIndex>& named, const Attribute* attribute) {
-  for (const NamedIndex& entry : named) {
+  for (const NamedIndex& entry : named)
     if (entry.attribute == attribute) return entry.index;
-  }
   return -1;
 }
 
@@ -91,9 +90,7 @@ Resolved resolve(const NodePtr& node, const std::vector<Part>& parts) {
     const AttributePtr next = resolved.attribute == nullptr
                                   ? node->findAttribute(part.name)
                                   : resolved.attribute->findChild(part.name);
-    if (next == nullptr || (part.index >= 0 && !next->isArray)) {
-      break;
-    }
+    if (next == nullptr || (part.index >= 0 && !next->isArray)) break;
     resolved.attribute = next;
     resolved.indices.push_back({next.get(), part.index});
     ++resolved.known;
@@ -119,9 +116,7 @@ std::string looseName(std::string_view path) {
   bool inside = false;
   for (const char c : path) {
     inside = c == '[' || (inside && c != ']');
-    if (!inside && c != ']') {
-      name += c;
-    }
+    if (!inside && c != ']') name += c;
   }
   return name;
 }
@@ -136,13 +131,10 @@ std::optional<Plug> Plug::find(const NodePtr& node, std::string_view pathText) {
   if (!parts || !node) return std::nullopt;
   const AttributePtr first = node->findAttribute(parts->front().name);
   if (!first) return std::nullopt;
-  if (first->kind() == Attribute::Kind::kLoose) {
-    return Plug(node, first, std::string(pathText));
-  }
+  if (first->kind() == Attribute::Kind::kLoose) return Plug(node, first, std::string(pathText));
   const Resolved resolved = resolve(node, *parts);
-  if (resolved.known == parts->size()) {
+  if (resolved.known == parts->size())
     return Plug(node, resolved.attribute, canonicalPath(resolved.attribute, resolved.indices));
-  }
   std::string path = partlyKnownPath(resolved, *parts);
   const AttributePtr loose = node->findAttribute(looseName(path));
   return loose == nullptr ? std::nullopt : std::optional<Plug>(Plug(node, loose, std::move(path)));
@@ -152,11 +144,10 @@ std::optional<Plug> Plug::findOrKeep(const NodePtr& node, std::string_view pathT
   if (auto plug = find(node, pathText)) return plug;
   const auto parts = readParts(pathText);
   if (!parts || !node) return std::nullopt;
-  if (node->findAttribute(parts->front().name) != nullptr) {
+  if (node->findAttribute(parts->front().name) != nullptr)
     node->findOrKeepLoose(looseName(partlyKnownPath(resolve(node, *parts), *parts)));
-  } else {
+  else
     node->findOrKeepLoose(parts->front().name);
-  }
   return find(node, pathText);
 }
 

@@ -23,9 +23,8 @@ std::size_t heightOf(const NodePtr& node, std::unordered_map<const Node*, std::s
   const auto found = known.find(node.get());
   if (found != known.end()) return found->second;
   std::size_t height = 0;
-  for (const NodePtr& child : node->children()) {
+  for (const NodePtr& child : node->children())
     height = std::max(height, 1 + heightOf(child, known));
-  }
   known[node.get()] = height;
   return height;
 }
@@ -138,9 +137,7 @@ NodePtr Scene::addNode(const NodeType& type, const std::string& name, const Node
 }
 
 bool Scene::moveIntoDag(const NodePtr& node) {
-  if (node->isDag() || !node->type().isInvented() || node->isDefault) {
-    return node->isDag();
-  }
+  if (node->isDag() || !node->type().isInvented() || node->isDefault) return node->isDag();
   node->type_ = &NodeType::findOrInvent(node->type().name(), true);
   link(node, world_);
   setName(*node, std::string(node->name()));
@@ -165,11 +162,10 @@ void Scene::destroy(const NodePtr& node) {
   for (const NodePtr& child : children) {
     auto& parents = child->parents_;
     parents.erase(findIn(parents, node.get()));
-    if (parents.empty()) {
+    if (parents.empty())
       destroy(child);
-    } else {
+    else
       changePathCounts(*child, -static_cast<std::ptrdiff_t>(node->pathCount_));
-    }
   }
   for (Node* parent : node->parents_) {
     auto& siblings = parent->children_;
@@ -217,19 +213,15 @@ void Scene::unlink(const NodePtr& child, const NodePtr& parent) {
 // `child` null: a new node, which may also stand below a shape, as image planes and curves on
 // surfaces do.
 bool Scene::canTake(const NodePtr& parent, const NodePtr& child, std::string* error) const {
-  if (!parent->isAlive() || !parent->isDag() || (child && parent->isShape())) {
+  if (!parent->isAlive() || !parent->isDag() || (child && parent->isShape()))
     return fail(error, "'" + parent->name() + "' cannot have children");
-  }
-  if (child && isAtOrAbove(*child, *parent)) {
+  if (child && isAtOrAbove(*child, *parent))
     return fail(error, "'" + child->name() + "' cannot stand below itself");
-  }
-  if (child && child->isShape() && parent == world_) {
+  if (child && child->isShape() && parent == world_)
     return fail(error, "'" + child->name() + "' is a shape and cannot stand at the top");
-  }
   const std::size_t height = child ? heightOf(child) : 0;
-  if (depthOf(*parent) + 1 + height > kMaxDepth) {
+  if (depthOf(*parent) + 1 + height > kMaxDepth)
     return fail(error, "'" + parent->name() + "' is too deep below the top for more");
-  }
   return true;
 }
 
@@ -237,13 +229,11 @@ bool Scene::reparent(const NodePtr& node, const NodePtr& oldParent, const NodePt
                      std::string* error) {
   const NodePtr from = oldParent ? oldParent : world_;
   const NodePtr to = newParent ? newParent : world_;
-  if (findIn(node->parents_, from.get()) == node->parents_.end()) {
+  if (findIn(node->parents_, from.get()) == node->parents_.end())
     return fail(error, "'" + node->name() + "' is no child of '" + from->name() + "'");
-  }
   if (from == to || !canTake(to, node, error)) return from == to;
-  if (findIn(node->parents_, to.get()) != node->parents_.end()) {
+  if (findIn(node->parents_, to.get()) != node->parents_.end())
     return fail(error, "'" + node->name() + "' is a child of '" + to->name() + "' already");
-  }
   Node*& slot = *findIn(node->parents_, from.get());
   slot = to.get();
   const auto more = static_cast<std::ptrdiff_t>(to->pathCount_ - from->pathCount_);
@@ -275,9 +265,8 @@ bool Scene::addInstance(const NodePtr& node, const NodePtr& parent, std::string*
 
 bool Scene::removeInstance(const NodePtr& node, const NodePtr& parent, std::string* error) {
   const NodePtr from = parent ? parent : world_;
-  if (findIn(node->parents_, from.get()) == node->parents_.end()) {
+  if (findIn(node->parents_, from.get()) == node->parents_.end())
     return fail(error, "'" + node->name() + "' is no child of '" + from->name() + "'");
-  }
   if (node->parents_.size() == 1) return deleteNode(node, error);
   unlink(node, from);
   selection.removeDeleted();

@@ -14,9 +14,7 @@ namespace host {
 class SceneChanges {
  public:
   void note(const Node& node) {
-    if (serials_.empty() || serials_.back() != node.serial()) {
-      serials_.push_back(node.serial());
-    }
+    if (serials_.empty() || serials_.back() != node.serial()) serials_.push_back(node.serial());
   }
   bool isEmpty() const { return serials_.empty(); }
   std::vector<std::size_t> take() { return std::exchange(serials_, {}); }

@@ -100,9 +100,8 @@ void Scene::makeDefaultNodes() {
   makeDefaultCamera("front", 0.0, 0.0, 1000.1, 0.0, 0.0);
   makeDefaultCamera("side", 1000.1, 0.0, 0.0, 0.0, 90.0);
   for (const DefaultNode& row : kDefaultNodes) makeDefault(row.type, row.name);
-  for (const DefaultConnection& row : kDefaultConnections) {
+  for (const DefaultConnection& row : kDefaultConnections)
     connect(findPlug(row.source), findPlug(row.destination), false);
-  }
 }
 
 }  // namespace host

@@ -99,9 +99,8 @@ void Scene::stepDown(std::vector<DagPath>& paths, std::string_view name) const {
     for (const DagPath& path : paths) {
       const Node* parent = path.isEmpty() ? world_.get() : path.node().get();
       if (parent->children().size() < namesakes.size()) {
-        for (const NodePtr& child : parent->children()) {
+        for (const NodePtr& child : parent->children())
           if (child->name() == name) below.push_back(path.extendedBy(child));
-        }
       } else {
         for (const auto& [serial, node] : namesakes) {
           const auto& parents = node->parents();
@@ -123,9 +122,8 @@ std::vector<DagPath> Scene::literalPaths(std::string_view text) const {
     paths.emplace_back();
     stepDown(paths, names.front());
   } else {
-    for (const NodePtr& node : nodesNamed(names.front())) {
+    for (const NodePtr& node : nodesNamed(names.front()))
       for (DagPath& path : allPaths(node)) paths.push_back(std::move(path));
-    }
   }
   for (std::size_t i = 1; i < names.size() && !paths.empty(); ++i) stepDown(paths, names[i]);
   std::sort(paths.begin(), paths.end(), comesBefore);
@@ -146,9 +144,8 @@ std::vector<SelectionItem> Scene::matchObjects(std::string_view text, bool inNam
     if (!isPath) {
       items.push_back(SelectionItem::of(node));
     } else if (node->isDag()) {
-      for (const DagPath& path : allPaths(node)) {
+      for (const DagPath& path : allPaths(node))
         if (endsIn(path, patterns, absolute)) items.push_back(SelectionItem::of(path));
-      }
     }
   }
   return items;

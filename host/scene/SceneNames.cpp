@@ -21,9 +21,8 @@ bool Scene::isNameFree(const std::string& name, const Node* node, const Node* pa
   if (found == byName_.end()) return true;
   const Namesakes& namesakes = found->second;
   const auto isOther = [node](const NodePtr& candidate) { return candidate.get() != node; };
-  for (const auto& entry : namesakes.others) {
+  for (const auto& entry : namesakes.others)
     if (isOther(entry.second)) return false;
-  }
   if (!isDag) return namesakes.dag.empty();
   if (parent->children().size() < namesakes.dag.size()) {
     const auto& siblings = parent->children();
@@ -57,9 +56,7 @@ std::string Scene::numbered(const std::string& stem, long first) {
 
 // A number sign at the end stands for the first number that makes the name unique.
 std::string Scene::numberedOrLegal(std::string_view name) {
-  if (name.empty() || name.back() != '#') {
-    return legalName(name);
-  }
+  if (name.empty() || name.back() != '#') return legalName(name);
   const std::string stem = legalName(name.substr(0, name.size() - 1));
   return stem.empty() ? stem : numbered(stem, 1);
 }
@@ -95,9 +92,8 @@ bool Scene::rename(const NodePtr& node, std::string_view name, bool withShapes,
   setName(*node, freeName(wanted, node.get(), node->parents_, node->isDag()));
   if (!withShapes || !node->isTransform()) return true;
   const std::string newShapeName = shapeNameFor(node->name());
-  for (const NodePtr& child : node->children()) {
+  for (const NodePtr& child : node->children())
     if (child->isShape() && child->name() == shapeName) rename(child, newShapeName);
-  }
   return true;
 }
 
@@ -105,9 +101,8 @@ std::vector<NodePtr> Scene::nodesNamed(std::string_view name) const {
   std::vector<NodePtr> found;
   const auto entry = byName_.find(std::string(name));
   if (entry == byName_.end()) return found;
-  for (const auto* nodes : {&entry->second.others, &entry->second.dag}) {
+  for (const auto* nodes : {&entry->second.others, &entry->second.dag})
     for (const auto& [serial, node] : *nodes) found.push_back(node);
-  }
   return found;
 }
 

@@ -11,9 +11,8 @@ namespace {
 // Components hash alike: items that differ in them alone are few.
 std::size_t hashOf(const SelectionItem& item) {
   std::size_t hash = std::hash<const Node*>()(item.node.get());
-  for (const NodePtr& node : item.path.nodes()) {
+  for (const NodePtr& node : item.path.nodes())
     hash = hash * 31 + std::hash<const Node*>()(node.get());
-  }
   return hash;
 }
 
@@ -38,9 +37,7 @@ bool SelectionItem::operator==(const SelectionItem& other) const {
 }
 
 std::vector<std::string> SelectionItem::names() const {
-  if (!component) {
-    return {path.isEmpty() ? node->displayName() : path.partialName()};
-  }
+  if (!component) return {path.isEmpty() ? node->displayName() : path.partialName()};
   // The only shape of a transform lends it its components.
   const DagPath above = path.parent();
   const bool isOnlyShape = !above.isEmpty() && node->isShape() && !node->isIntermediate() &&
@@ -52,13 +49,11 @@ std::vector<std::string> SelectionItem::names() const {
 }
 
 std::size_t Selection::positionOf(const SelectionItem& item) const {
-  for (; indexed_ < items_.size(); ++indexed_) {
+  for (; indexed_ < items_.size(); ++indexed_)
     positions_.emplace(hashOf(items_[indexed_]), indexed_);
-  }
   const auto [first, last] = positions_.equal_range(hashOf(item));
-  for (auto entry = first; entry != last; ++entry) {
+  for (auto entry = first; entry != last; ++entry)
     if (items_[entry->second] == item) return entry->second;
-  }
   return items_.size();
 }
 

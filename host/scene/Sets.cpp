@@ -109,16 +109,14 @@ bool joinWhole(const NodePtr& set, const SelectionItem& item) {
 }
 
 void addShapesBelow(const DagPath& path, std::vector<SelectionItem>& items) {
-  for (const NodePtr& shape : shapesBelow(*path.node())) {
+  for (const NodePtr& shape : shapesBelow(*path.node()))
     items.push_back(SelectionItem::of(path.extendedBy(shape)));
-  }
 }
 
 void addAllShapesBelow(const DagPath& path, std::vector<SelectionItem>& items) {
   addShapesBelow(path, items);
-  for (const NodePtr& child : path.node()->children()) {
+  for (const NodePtr& child : path.node()->children())
     if (child->isTransform()) addAllShapesBelow(path.extendedBy(child), items);
-  }
 }
 
 // What joins the set when the item is asked to: shading groups take shapes in place of transforms,
@@ -201,13 +199,11 @@ namespace {
 void appendFlattened(const NodePtr& set, std::unordered_set<const Node*>& seen,
                      std::vector<SelectionItem>& members) {
   if (!seen.insert(set.get()).second) return;
-  for (SelectionItem& member : membersOf(set)) {
-    if (member.node->isSet()) {
+  for (SelectionItem& member : membersOf(set))
+    if (member.node->isSet())
       appendFlattened(member.node, seen, members);
-    } else {
+    else
       members.push_back(std::move(member));
-    }
-  }
 }
 
 }  // namespace
@@ -257,20 +253,17 @@ bool forceMember(const NodePtr& set, const SelectionItem& item, std::string* err
 bool removeMember(const NodePtr& set, const SelectionItem& item) {
   const std::vector<ConnectionPtr> memberships = membershipsOf(set, item);
   if (memberships.empty()) return false;
-  if (item.component) {
+  if (item.component)
     takeFaces(set, item);
-  } else {
+  else
     for (const ConnectionPtr& connection : memberships) leave(set, connection);
-  }
   return true;
 }
 
 void clearMembers(const NodePtr& set) {
-  for (const char* members : {kDagMembers, kOtherMembers}) {
-    for (const ConnectionPtr& connection : set->connections.intoAtOrBelow(members)) {
+  for (const char* members : {kDagMembers, kOtherMembers})
+    for (const ConnectionPtr& connection : set->connections.intoAtOrBelow(members))
       leave(set, connection);
-    }
-  }
 }
 
 std::vector<NodePtr> setsHolding(const NodePtr& node) {

@@ -19,9 +19,8 @@ constexpr double kPi = 3.14159265358979323846;
 // A matrix reads some thirty numbers; most nodes have nothing connected into them, and then a
 // number is what was set, or its default.
 double quickNumberOf(const NodePtr& node, const AttributePtr& attribute) {
-  if (node->connections.hasInputs()) {
+  if (node->connections.hasInputs())
     return readNumber(Plug::ofAttribute(node, attribute)).value_or(0.0);
-  }
   const AttributeState* state = node->values.find(attribute->longName());
   const double* set = state ? std::get_if<double>(&state->value) : nullptr;
   const double* number = set ? set : std::get_if<double>(&attribute->defaultValue);
@@ -31,9 +30,8 @@ double quickNumberOf(const NodePtr& node, const AttributePtr& attribute) {
 Triple tripleOf(const NodePtr& node, const char* attribute) {
   Triple triple = {0.0, 0.0, 0.0};
   const AttributePtr compound = node->findAttribute(attribute);
-  for (std::size_t i = 0; compound && i < 3 && i < compound->children().size(); ++i) {
+  for (std::size_t i = 0; compound && i < 3 && i < compound->children().size(); ++i)
     triple[i] = quickNumberOf(node, compound->children()[i]);
-  }
   return triple;
 }
 
@@ -125,9 +123,8 @@ const MBoundingBox& boxOf(const NodePtr& node, Boxes& known) {
   if (node->mesh) {
     box = boxOfMesh(*node->mesh);
   } else {
-    for (const NodePtr& child : node->children()) {
+    for (const NodePtr& child : node->children())
       if (!child->isIntermediate()) box.expand(boxOf(child, known));
-    }
     box.transformUsing(localMatrix(node));
   }
   return known.emplace(node.get(), box).first->second;
@@ -138,9 +135,7 @@ const MBoundingBox& boxOf(const NodePtr& node, Boxes& known) {
 MMatrix rotationMatrix(const NodePtr& node) {
   MMatrix m = rotation(tripleOf(node, "rotateAxis"));
   m *= rotation(tripleOf(node, "rotate"), rotateOrderOf(node));
-  if (node->apiType() == MFn::kJoint) {
-    m *= jointPart(node);
-  }
+  if (node->apiType() == MFn::kJoint) m *= jointPart(node);
   return m;
 }
 

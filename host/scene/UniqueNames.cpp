@@ -43,17 +43,15 @@ void UniqueNames::release(std::string_view name) {
   const NumberedName freed = NumberedName::split(name);
   const auto found = known_.find(freed.stem);
   if (found == known_.end()) return;
-  for (auto& [first, next] : found->second) {
+  for (auto& [first, next] : found->second)
     if (freed.number >= first) next = std::min(next, freed.number);
-  }
 }
 
 std::string legalName(std::string_view text) {
   while (!text.empty() && text.front() == ':') text.remove_prefix(1);
   std::string name(text);
-  for (char& c : name) {
+  for (char& c : name)
     if (!isLetter(c) && !isDigit(c) && c != ':') c = '_';
-  }
   if (!name.empty() && isDigit(name.front())) name.insert(name.begin(), '_');
   return name;
 }

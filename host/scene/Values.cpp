@@ -64,9 +64,8 @@ double asNumber(const AttributeValue& value) {
 bool writeNumbers(const Plug& plug, const std::vector<double>& numbers) {
   const std::vector<Plug> children = plug.children();
   if (children.empty() || numbers.size() != children.size()) return false;
-  for (std::size_t i = 0; i < children.size(); ++i) {
+  for (std::size_t i = 0; i < children.size(); ++i)
     plug.node()->values.at(children[i].path()).value = numbers[i];
-  }
   return true;
 }
 
@@ -99,16 +98,13 @@ void takeFlags(AttributeState& state, const AttributeState& flags) {
   for (const auto flag :
        {&AttributeState::locked, &AttributeState::keyable, &AttributeState::channelBox,
         &AttributeState::caching, &AttributeState::altered}) {
-    if (flags.*flag != Flag::kUnset) {
-      state.*flag = flags.*flag;
-    }
+    if (flags.*flag != Flag::kUnset) state.*flag = flags.*flag;
   }
 }
 
 bool isLockedFromAbove(const Plug& plug) {
-  for (auto up = above(plug); up; up = above(*up)) {
+  for (auto up = above(plug); up; up = above(*up))
     if (isOn(*up, &AttributeState::locked)) return true;
-  }
   return false;
 }
 
@@ -177,9 +173,7 @@ void disconnectKeepingValue(const ConnectionPtr& connection) {
   const bool isPlain = std::holds_alternative<double>(value) ||
                        std::holds_alternative<std::string>(value) ||
                        destination.attribute()->isNumericCompound();
-  if (isPlain) {
-    writeValue(destination, std::move(value));
-  }
+  if (isPlain) writeValue(destination, std::move(value));
 }
 
 void forgetValues(const Plug& plug) {
@@ -200,9 +194,8 @@ bool isLocked(const Plug& plug) {
 void setLocked(const Plug& plug, bool locked) {
   setFlag(plug, &AttributeState::locked, locked);
   if (locked || plug.isNull()) return;
-  for (const Plug& child : plug.children()) {
+  for (const Plug& child : plug.children())
     if (isOn(child, &AttributeState::locked)) setLocked(child, false);
-  }
 }
 
 bool isKeyable(const Plug& plug) {
@@ -224,9 +217,7 @@ void setInChannelBox(const Plug& plug, bool shown) {
 }
 
 void setFlags(const Plug& plug, const AttributeState& flags) {
-  if (!plug.isNull()) {
-    takeFlags(plug.node()->values.at(plug.path()), flags);
-  }
+  if (!plug.isNull()) takeFlags(plug.node()->values.at(plug.path()), flags);
 }
 
 }  // namespace host

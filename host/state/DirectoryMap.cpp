@@ -16,9 +16,7 @@ std::string portable(std::string_view name) {
   std::string text;
   for (const char c : name) {
     const char character = c == '\\' ? '/' : c;
-    if (character != '/' || text.size() < 2 || text.back() != '/') {
-      text += character;
-    }
+    if (character != '/' || text.size() < 2 || text.back() != '/') text += character;
   }
   return text;
 }
@@ -26,9 +24,7 @@ std::string portable(std::string_view name) {
 // "/" alone stays what it is.
 std::string folderName(std::string_view name) {
   std::string text = portable(name);
-  while (text.size() > 1 && text.back() == '/') {
-    text.pop_back();
-  }
+  while (text.size() > 1 && text.back() == '/') text.pop_back();
   return text;
 }
 
@@ -40,18 +36,14 @@ bool isSameDrive(char a, char b) {
 bool isIn(const std::string& name, const std::string& folder) {
   const bool areOnDrives = folder.compare(1, 1, ":") == 0 && !name.empty();
   const std::size_t same = areOnDrives && isSameDrive(name[0], folder[0]) ? 1 : 0;
-  if (name.compare(same, folder.size() - same, folder, same, folder.npos) != 0) {
-    return false;
-  }
+  if (name.compare(same, folder.size() - same, folder, same, folder.npos) != 0) return false;
   return name.size() == folder.size() || folder == "/" || name[folder.size()] == '/';
 }
 
 }  // namespace
 
 bool DirectoryMap::add(std::string_view from, std::string_view to) {
-  if (from.empty() || to.empty()) {
-    return false;
-  }
+  if (from.empty() || to.empty()) return false;
   folders_[folderName(from)] = folderName(to);
   return true;
 }
@@ -66,23 +58,15 @@ std::optional<std::string> DirectoryMap::mapped(std::string_view from) const {
 }
 
 std::optional<std::string> DirectoryMap::convert(std::string_view name) const {
-  if (!enabled) {
-    return std::nullopt;
-  }
+  if (!enabled) return std::nullopt;
   const std::string asked = portable(name);
   const std::pair<const std::string, std::string>* best = nullptr;
   for (const auto& entry : folders_) {
-    if (!isIn(asked, entry.first)) {
-      continue;
-    }
+    if (!isIn(asked, entry.first)) continue;
     used_.insert(entry.first);
-    if (!best || entry.first.size() > best->first.size()) {
-      best = &entry;
-    }
+    if (!best || entry.first.size() > best->first.size()) best = &entry;
   }
-  if (!best) {
-    return std::nullopt;
-  }
+  if (!best) return std::nullopt;
   std::string rest = asked.substr(best->first.size());
   if (!rest.empty() && rest.front() != '/') rest.insert(0, 1, '/');  // mapped from "/"
   return best->second == "/" && !rest.empty() ? rest : best->second + rest;
@@ -90,11 +74,8 @@ std::optional<std::string> DirectoryMap::convert(std::string_view name) const {
 
 std::vector<std::string> DirectoryMap::unused() const {
   std::vector<std::string> names;
-  for (const auto& entry : folders_) {
-    if (used_.count(entry.first) == 0) {
-      names.push_back(entry.first);
-    }
-  }
+  for (const auto& entry : folders_)
+    if (used_.count(entry.first) == 0) names.push_back(entry.first);
   return names;
 }
 
@@ -105,20 +86,14 @@ bool DirectoryMap::hasGiven(std::string_view name) const {
 }
 
 void DirectoryMap::convertTextures(const Scene& scene, std::size_t firstSerial) const {
-  if (!enabled || folders_.empty()) {
-    return;
-  }
+  if (!enabled || folders_.empty()) return;
   const auto& nodes = scene.nodes();
   for (auto entry = nodes.lower_bound(firstSerial); entry != nodes.end(); ++entry) {
     const NodePtr& node = entry->second;
-    if (!node->hasFn(MFn::kFileTexture)) {
-      continue;
-    }
+    if (!node->hasFn(MFn::kFileTexture)) continue;
     const auto plug = Plug::find(node, "fileTextureName");
     const auto name = plug ? readText(*plug) : std::nullopt;
-    if (const auto converted = name ? convert(*name) : std::nullopt) {
-      writeValue(*plug, *converted);
-    }
+    if (const auto converted = name ? convert(*name) : std::nullopt) writeValue(*plug, *converted);
   }
 }
 

@@ -6,9 +6,7 @@ namespace host {
 
 void SceneProblems::add(SceneProblem problem) {
   std::size_t& count = problem.kind == SceneProblem::Kind::kDamage ? damages : notices;
-  if (++count <= kMostKept) {
-    list.push_back(std::move(problem));
-  }
+  if (++count <= kMostKept) list.push_back(std::move(problem));
 }
 
 }  // namespace host

@@ -59,24 +59,18 @@ bool setAngleUnit(SceneUnits& units, std::string_view name) {
 }
 
 double dividedBy(double value, double factor) {
-  if (factor == 1.0) {
-    return value;
-  }
+  if (factor == 1.0) return value;
   const double quotient = value / factor;
   constexpr double kEnd = std::numeric_limits<double>::infinity();
   for (const double near :
        {quotient, std::nextafter(quotient, kEnd), std::nextafter(quotient, -kEnd)}) {
-    if (near * factor == value) {
-      return near;
-    }
+    if (near * factor == value) return near;
   }
   return quotient;
 }
 
 double unitFactor(const SceneUnits& units, const Attribute& attribute) {
-  if (units.length == 1.0 && units.angle == 1.0) {
-    return 1.0;
-  }
+  if (units.length == 1.0 && units.angle == 1.0) return 1.0;
   const std::string& type = attribute.typeWord();
   if (type == "doubleLinear" || type == "floatLinear" ||
       (!attribute.isDynamic && isNamed(kLengthAttributes, attribute))) {

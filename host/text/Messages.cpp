@@ -11,9 +11,7 @@ namespace {
 void showLine(const char* prefix, std::string_view text) {
   std::string line = prefix + printable(text);
   std::fflush(stdout);
-  if (beforeMessage()) {
-    beforeMessage()(line);
-  }
+  if (beforeMessage()) beforeMessage()(line);
   line += '\n';
   std::fwrite(line.data(), 1, line.size(), stderr);
 }

@@ -9,27 +9,18 @@ namespace {
 
 std::optional<double> parseMicrosoftSpecial(std::string_view text) {
   const bool negative = !text.empty() && text.front() == '-';
-  if (negative) {
-    text.remove_prefix(1);
-  }
-  if (text.substr(0, 3) != "1.#") {
-    return std::nullopt;
-  }
+  if (negative) text.remove_prefix(1);
+  if (text.substr(0, 3) != "1.#") return std::nullopt;
   const std::string_view kind = text.substr(3, 3);
   const double sign = negative ? -1.0 : 1.0;
-  if (kind == "INF") {
-    return std::copysign(std::numeric_limits<double>::infinity(), sign);
-  }
-  if (kind == "QNA" || kind == "SNA" || kind == "IND") {
+  if (kind == "INF") return std::copysign(std::numeric_limits<double>::infinity(), sign);
+  if (kind == "QNA" || kind == "SNA" || kind == "IND")
     return std::copysign(std::numeric_limits<double>::quiet_NaN(), sign);
-  }
   return std::nullopt;
 }
 
 std::string_view withoutPlus(std::string_view text) {
-  if (text.size() > 1 && text.front() == '+' && text[1] != '-') {
-    text.remove_prefix(1);
-  }
+  if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
   return text;
 }
 
@@ -47,9 +38,8 @@ std::optional<double> parseNumber(std::string_view text) {
   double number = 0;
   const char* end = digits.data() + digits.size();
   const auto read = std::from_chars(digits.data(), end, number);
-  if (digits.empty() || read.ptr != end || read.ec == std::errc::invalid_argument) {
+  if (digits.empty() || read.ptr != end || read.ec == std::errc::invalid_argument)
     return parseMicrosoftSpecial(text);
-  }
   if (read.ec == std::errc::result_out_of_range) {
     // Too large or too small for a double: the C library's rounding says which.
     const bool tiny = text.find("e-") != text.npos || text.find("E-") != text.npos;
@@ -64,22 +54,14 @@ std::optional<int> parseInteger(std::string_view text) {
   int number = 0;
   const char* end = digits.data() + digits.size();
   const auto read = std::from_chars(digits.data(), end, number);
-  if (digits.empty() || read.ptr != end || read.ec != std::errc()) {
-    return std::nullopt;
-  }
+  if (digits.empty() || read.ptr != end || read.ec != std::errc()) return std::nullopt;
   return number;
 }
 
 std::optional<bool> parseTruth(std::string_view text) {
-  if (text == "yes" || text == "on" || text == "true") {
-    return true;
-  }
-  if (text == "no" || text == "off" || text == "false") {
-    return false;
-  }
-  if (const auto number = parseNumber(text)) {
-    return *number != 0;
-  }
+  if (text == "yes" || text == "on" || text == "true") return true;
+  if (text == "no" || text == "off" || text == "false") return false;
+  if (const auto number = parseNumber(text)) return *number != 0;
   return std::nullopt;
 }
 
@@ -100,15 +82,11 @@ void appendNumber(std::string& out, int number) {
 }
 
 int toInteger(double number) {
-  if (std::isnan(number)) {
-    return 0;
-  }
-  if (number >= static_cast<double>(std::numeric_limits<int>::max())) {
+  if (std::isnan(number)) return 0;
+  if (number >= static_cast<double>(std::numeric_limits<int>::max()))
     return std::numeric_limits<int>::max();
-  }
-  if (number <= static_cast<double>(std::numeric_limits<int>::min())) {
+  if (number <= static_cast<double>(std::numeric_limits<int>::min()))
     return std::numeric_limits<int>::min();
-  }
   return static_cast<int>(number);
 }
 

@@ -34,13 +34,10 @@ std::string withEscapes(std::string_view text, Escape escape) {
 }  // namespace
 
 std::string toUtf8(std::string_view bytes) {
-  if (utf8::is_valid(bytes.begin(), bytes.end())) {
-    return std::string(bytes);
-  }
+  if (utf8::is_valid(bytes.begin(), bytes.end())) return std::string(bytes);
   std::string text;
-  for (const char c : bytes) {
+  for (const char c : bytes)
     utf8::unchecked::append(static_cast<unsigned char>(c), std::back_inserter(text));
-  }
   return text;
 }
 

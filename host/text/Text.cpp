@@ -7,9 +7,7 @@ void appendUnescaped(std::string& out, std::string_view body) {
   while (at < body.size()) {
     const std::size_t slash = body.find('\\', at);
     out.append(body.substr(at, slash - at));
-    if (slash == std::string_view::npos) {
-      return;
-    }
+    if (slash == std::string_view::npos) return;
     const char next = slash + 1 < body.size() ? body[slash + 1] : '\\';
     out += next == 'n' ? '\n' : next == 't' ? '\t' : next == 'r' ? '\r' : next;
     at = slash + 2;
@@ -45,9 +43,7 @@ std::string quoted(std::string_view text) {
 std::size_t findClosingQuote(std::string_view text, std::size_t open) {
   std::size_t at = open + 1;
   while ((at = text.find_first_of("\\\"", at)) != std::string_view::npos) {
-    if (text[at] == '"') {
-      return at;
-    }
+    if (text[at] == '"') return at;
     at += 2;
   }
   return std::string_view::npos;

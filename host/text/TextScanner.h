@@ -29,9 +29,7 @@ class TextScanner {
     skipBlank();
     const char* start = at_ != end_ && *at_ == '+' ? at_ + 1 : at_;
     const auto read = std::from_chars(start, end_, value);
-    if (read.ec != std::errc() || (read.ptr != end_ && !isBlank(*read.ptr))) {
-      return false;
-    }
+    if (read.ec != std::errc() || (read.ptr != end_ && !isBlank(*read.ptr))) return false;
     at_ = read.ptr;
     return true;
   }
@@ -40,17 +38,13 @@ class TextScanner {
   std::string_view word() {
     skipBlank();
     const char* start = at_;
-    while (at_ != end_ && !isBlank(*at_)) {
-      ++at_;
-    }
+    while (at_ != end_ && !isBlank(*at_)) ++at_;
     return {start, static_cast<std::size_t>(at_ - start)};
   }
 
  private:
   void skipBlank() {
-    while (at_ != end_ && isBlank(*at_)) {
-      ++at_;
-    }
+    while (at_ != end_ && isBlank(*at_)) ++at_;
   }
 
   const char* at_;

@@ -37,9 +37,8 @@ TEST_F(Batch, GoesOnAfterAFailedSceneAndSumsUp) {
         "4 scenes, 2 with failures; 4 tiles exported, 1 failed"}) {
     EXPECT_NE(outcome.err.find(line), std::string::npos) << line << outcome.err;
   }
-  for (const char* psd : {"one/a.psd", "one/b.psd", "two/a.psd", "art/c.psd"}) {
+  for (const char* psd : {"one/a.psd", "one/b.psd", "two/a.psd", "art/c.psd"})
     EXPECT_EQ(morvane({"goblins", psd}).status, 0) << psd;
-  }
   EXPECT_EQ(shell("$morvane export one/a.ma two/b.ma tile1").status, 0);
   EXPECT_EQ(shell("$morvane export one/a.ma two/b.ma tile1 --to x.psd").status, 2);
   EXPECT_EQ(shell("$morvane export c.ma --map P:/art").status, 2);
@@ -164,9 +163,8 @@ TEST_F(Batch, APictureBesideATgaImageStays) {
   for (const char* command : {"export", "info"}) {
     outcome = morvane({command, "one/d.ma"});
     EXPECT_EQ(outcome.status, 1) << command;
-    for (const char* text : {"p.psd: somebody's picture (it has the layer \"sky\")", "p.tga"}) {
+    for (const char* text : {"p.psd: somebody's picture (it has the layer \"sky\")", "p.tga"})
       EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
-    }
   }
   EXPECT_EQ(morvane({"export", "one/d.ma", "tile1", "--to", "one/p.psd"}).status, 1);
   EXPECT_TRUE(read("one/p.psd") == before);

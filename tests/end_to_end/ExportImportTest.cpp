@@ -40,9 +40,8 @@ TEST_F(Export, SevenTilesOfWhichThreeFail) {
        {"|tile3", "c.psd", "|tile5", "gone.psd does not exist", "|tile6", "larger texture"}) {
     EXPECT_NE(outcome.err.find(named), std::string::npos) << named << outcome.err;
   }
-  for (const char* good : {"|tile1", "|tile2", "|tile4", "|tile7"}) {
+  for (const char* good : {"|tile1", "|tile2", "|tile4", "|tile7"})
     EXPECT_EQ(outcome.err.find(good), std::string::npos) << outcome.err;
-  }
 
   EXPECT_EQ(names("scenes"),
             (std::vector<std::string>{"a.psd", "c.psd", "e.PSD", "scene.ma", "small.psd", "tex"}));

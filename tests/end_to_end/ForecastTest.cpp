@@ -24,9 +24,7 @@ class Forecast : public ProgramTest {
   static std::vector<Json> linesOf(const std::string& out) {
     std::vector<Json> lines;
     std::istringstream stream(out);
-    for (std::string line; std::getline(stream, line);) {
-      lines.push_back(Json::parse(line));
-    }
+    for (std::string line; std::getline(stream, line);) lines.push_back(Json::parse(line));
     return lines;
   }
 
@@ -39,11 +37,9 @@ class Forecast : public ProgramTest {
 
   Statements foretold(const std::string& places) {
     Statements all;
-    for (const Json& scene : linesOf(outputOf("info", places))) {
-      for (const Json& tile : scene["tiles"]) {
+    for (const Json& scene : linesOf(outputOf("info", places)))
+      for (const Json& tile : scene["tiles"])
         all[scene["file"].get<std::string>() + tile["tile"].get<std::string>()] = statement(tile);
-      }
-    }
     return all;
   }
 
@@ -174,20 +170,13 @@ TEST_F(Forecast, SaysOfBrokenTilesWhatAnExportDoes) {
   write("other.psd", psdBytes(32, 32).replace(3, 1, "X"));
   write("tiny.psd", psdBytes(2, 2));
   std::string scene = sceneOfTiles(textures);
-  for (std::size_t i = 0; i < cases().size(); ++i) {
-    if (cases()[i].breaks) {
-      cases()[i].breaks(scene, std::to_string(i + 1));
-    }
-  }
+  for (std::size_t i = 0; i < cases().size(); ++i)
+    if (cases()[i].breaks) cases()[i].breaks(scene, std::to_string(i + 1));
   write("broken.ma", scene);
   std::map<std::string, std::string> before;
-  for (const std::string& name : names()) {
-    before[name] = read(name);
-  }
+  for (const std::string& name : names()) before[name] = read(name);
   const Statements said = foretold("broken.ma");
-  for (const std::string& name : names()) {
-    EXPECT_TRUE(read(name) == before[name]) << name;
-  }
+  for (const std::string& name : names()) EXPECT_TRUE(read(name) == before[name]) << name;
   EXPECT_EQ(said, exported("broken.ma"));
   ASSERT_EQ(said.size(), cases().size());
   for (std::size_t i = 0; i < cases().size(); ++i) {

@@ -49,9 +49,8 @@ TEST_F(Status, WhatCannotBeLoadedIs3) {
   refuses("$morvane export missing.ma", 3, "missing.ma; check the name");
   refuses("$morvane export Not-A-Scene.ma", 3, "; did you mean not-a-scene.ma?");
   refuses("$morvane export empty.ma", 3, "empty.ma is empty");
-  for (const std::string command : {"export", "info"}) {
+  for (const std::string command : {"export", "info"})
     refuses("$morvane " + command + " binary.mb", 3, "save it as Maya ASCII, .ma");
-  }
   refuses("$morvane run missing.ma -o saved.ma", 3, "missing.ma");
   refuses("$morvane export not-a-scene.ma", 3, "not-a-scene.ma");
   refuses("$morvane export .", 3, " is a folder; name a file in it");

@@ -164,11 +164,10 @@ class Faults : public SaveFolder, public testing::WithParamInterface<Save> {
       }
       // What was replaced cannot always be removed.
       EXPECT_LE(leftovers_, hit_.find(" unlinkat ") != std::string::npos ? 1 : 0) << hit_;
-      if (kind.name == "read") {
+      if (kind.name == "read")
         checkReadsTellTheTruth();
-      } else {
+      else
         checkWritesTellTheTruth(kind.name == "EINTR" || kind.name == "short");
-      }
     }
     EXPECT_TRUE(calls > 0 || HasFailure()) << kind.name << ": the program's calls are not seen";
   }
@@ -180,9 +179,8 @@ class Faults : public SaveFolder, public testing::WithParamInterface<Save> {
 };
 
 TEST_P(Faults, LeaveTheOldFileOrTheNewOne) {
-  for (const Kind& kind : kKinds) {
+  for (const Kind& kind : kKinds)
     if (kind.always || kAllKinds) sweep(kind);
-  }
   std::printf("figures: %-16s %4d runs, %4d faults, %3d kills, %d files lost\n", GetParam().name,
               runs_, faults_, kills_, lost_);
 }

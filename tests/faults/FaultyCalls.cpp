@@ -92,9 +92,7 @@ void paint() {
   const std::string both = paths != nullptr ? paths : "";
   const std::size_t colon = both.find(':');
   const std::string from = both.substr(0, colon);
-  if (colon == both.npos || NEXT(rename)(from.c_str(), both.c_str() + colon + 1) != 0) {
-    std::abort();
-  }
+  if (colon == both.npos || NEXT(rename)(from.c_str(), both.c_str() + colon + 1) != 0) std::abort();
 }
 
 std::string linkText(const std::string& link) {

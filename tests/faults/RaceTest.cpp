@@ -21,9 +21,8 @@ class Race : public SaveFolder {
   // The texture without goblins, with the number of a version in its last pixels.
   std::string picture(unsigned version) const {
     std::string bytes = files_.at("a.psd");
-    for (std::size_t i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i)
       bytes[bytes.size() - 1 - i] = static_cast<char>(version >> 8 * i);
-    }
     return bytes;
   }
 

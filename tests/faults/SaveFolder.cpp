@@ -50,11 +50,10 @@ Files SaveFolder::look() {
   for (const auto& entry : fs::recursive_directory_iterator(path("work"))) {
     const std::string name = entry.path().lexically_relative(path("work")).string();
     const std::string last = entry.path().filename().string();
-    if (last.rfind(".morvane-", 0) == 0 && last.substr(last.size() - 4) == ".tmp") {
+    if (last.rfind(".morvane-", 0) == 0 && last.substr(last.size() - 4) == ".tmp")
       ++leftovers_;
-    } else if (std::error_code ignored; entry.is_regular_file(ignored)) {
+    else if (std::error_code ignored; entry.is_regular_file(ignored))
       files[name] = read("work/" + name);
-    }
   }
   return files;
 }

@@ -20,9 +20,8 @@ std::string targetOf(const std::string& save) {
 // A shell command line about a.psd, about the file that `save` writes instead.
 std::string aimed(const std::string& save, std::string line) {
   const std::string target = targetOf(save);
-  for (std::size_t at = 0; (at = line.find("a.psd", at)) != line.npos; at += target.size()) {
+  for (std::size_t at = 0; (at = line.find("a.psd", at)) != line.npos; at += target.size())
     line.replace(at, 5, target);
-  }
   return line;
 }
 
@@ -130,9 +129,8 @@ TEST_F(Targets, OwnersGroupsAndPermissionsAreKept) {
 // Access lists, attributes and set-id bits of what takes the file's place.
 TEST_F(Targets, AccessRightsOfTheSuccessor) {
   if (!isRoot_ || !canRunAsUser()) GTEST_SKIP() << "only root can give files away";
-  if (!hasCommand("setfacl") || inWork("setfacl -m u:1234:rw a.psd").status != 0) {
+  if (!hasCommand("setfacl") || inWork("setfacl -m u:1234:rw a.psd").status != 0)
     GTEST_SKIP() << "there are no access lists here";
-  }
   const struct {
     const char* setup;
     bool asRoot;

@@ -104,9 +104,7 @@ TEST_F(BinaryScenes, AreWhatTheirTwinsInTextAre) {
 TEST_F(BinaryScenes, SayInTheirChunksWhatStatementsSay) {
   const auto ticks = [](int frames) { return twin::longWord(141120000ULL / 25 * frames); };
   std::string xform;
-  for (int i = 0; i < 40; ++i) {
-    xform += real(i);
-  }
+  for (int i = 0; i < 40; ++i) xform += real(i);
   const std::string curve = word(1) + word(1) + word(0) + std::string(1, '\0') + word(3) + word(2) +
                             real(0) + real(1) + word(2) + real(0) + real(0) + real(0) + real(1) +
                             real(2) + real(3);
@@ -231,14 +229,11 @@ void boundariesOf(const std::string& bytes, std::size_t begin, std::size_t end,
   while (begin + 16 <= end) {
     places.push_back(begin);
     std::size_t length = 0;
-    for (std::size_t i = 8; i < 16; ++i) {
+    for (std::size_t i = 8; i < 16; ++i)
       length = length << 8 | static_cast<unsigned char>(bytes[begin + i]);
-    }
     const std::string tag = bytes.substr(begin, 4);
     const bool isContainer = tag == "FOR8" || tag == "LIS8";
-    if (isContainer) {
-      boundariesOf(bytes, begin + 20, begin + 16 + length, places);
-    }
+    if (isContainer) boundariesOf(bytes, begin + 20, begin + 16 + length, places);
     begin += 16 + (isContainer ? length : (length + 7) / 8 * 8);
   }
 }
@@ -274,9 +269,8 @@ TEST_F(BinaryScenes, BelieveNoLengthNoCountAndNoDepth) {
     return tag + word(0) + length + std::string(32, 'x');
   };
   std::string deep;
-  for (int i = 0; i < 100000; ++i) {
+  for (int i = 0; i < 100000; ++i)
     deep += "FOR8" + word(0) + twin::longWord((100000 - i) * 20 - 16) + "XFRM";
-  }
   struct Case {
     std::string chunks;
     const char* warning;
@@ -342,13 +336,9 @@ std::string bitsOf(const std::vector<Element>& elements) {
 std::string meshBits() {
   std::string bits;
   for (const auto& [serial, node] : Scene::current().nodes()) {
-    if (node->mesh == nullptr) {
-      continue;
-    }
+    if (node->mesh == nullptr) continue;
     bits += node->name() + bitsOf(node->mesh->storedPoints()) + bitsOf(node->mesh->storedNormals());
-    for (const MeshUvSet& set : node->mesh->uvSets()) {
-      bits += bitsOf(set.uvs) + bitsOf(set.ids);
-    }
+    for (const MeshUvSet& set : node->mesh->uvSets()) bits += bitsOf(set.uvs) + bitsOf(set.ids);
   }
   return bits;
 }
@@ -405,9 +395,7 @@ TEST_F(BinaryScenes, OfTheCorpusHoldTheirMeshesAndStayTheSameThroughSaving) {
     EXPECT_TRUE(meshBits() == bits) << entry.path();
     EXPECT_TRUE(saved() == first) << entry.path();
   }
-  if (files == 0) {
-    GTEST_SKIP() << "no corpus";
-  }
+  if (files == 0) GTEST_SKIP() << "no corpus";
 }
 
 }  // namespace

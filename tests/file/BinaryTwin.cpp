@@ -22,9 +22,8 @@ const std::map<std::string, std::string> kTags = {
 template <class Number>
 std::string bigEndian(Number value) {
   std::string bytes;
-  for (int shift = 8 * (static_cast<int>(sizeof value) - 1); shift >= 0; shift -= 8) {
+  for (int shift = 8 * (static_cast<int>(sizeof value) - 1); shift >= 0; shift -= 8)
     bytes += static_cast<char>(value >> shift & 0xFF);
-  }
   return bytes;
 }
 
@@ -41,9 +40,7 @@ std::string uuidBytes(const std::string& uuid) {
   }
   bytes.resize(16);
   std::string turned;
-  for (std::size_t i = 0; i < 16; ++i) {
-    turned += bytes[i / 4 * 4 + 3 - i % 4];
-  }
+  for (std::size_t i = 0; i < 16; ++i) turned += bytes[i / 4 * 4 + 3 - i % 4];
   return turned;
 }
 
@@ -58,9 +55,7 @@ class SceneTwin {
 
   std::string file() {
     std::string nodes;
-    for (const auto& [serial, node] : Scene::current().nodes()) {
-      nodes += nodeChunks(node);
-    }
+    for (const auto& [serial, node] : Scene::current().nodes()) nodes += nodeChunks(node);
     return layout_.file(headChunks() + nodes + connectionChunks());
   }
 
@@ -72,40 +67,30 @@ class SceneTwin {
   // Types without a tag of their own are a plug-in's.
   std::string tagOf(const std::string& type) {
     const auto known = kTags.find(type);
-    if (known != kTags.end()) {
-      return known->second;
-    }
+    if (known != kTags.end()) return known->second;
     const auto [made, isNew] = pluginTags_.emplace(type, word(0x00100000));
-    if (isNew) {
-      made->second = word(0x00100000 + static_cast<std::uint32_t>(pluginTags_.size()));
-    }
+    if (isNew) made->second = word(0x00100000 + static_cast<std::uint32_t>(pluginTags_.size()));
     return made->second;
   }
 
   std::string headChunks() const {
     std::string plugin = text("shapes") + text("1.0") + text("");
-    for (const auto& [type, tag] : pluginTags_) {
-      plugin += text(type) + tag;
-    }
+    for (const auto& [type, tag] : pluginTags_) plugin += text(type) + tag;
     return layout_.container("HEAD", chunk("VERS", "2018") + chunk("LUNI", "m") +
                                          chunk("TUNI", "film") + chunk("AUNI", "deg") +
                                          chunk("PLUG", plugin));
   }
 
   std::string nodeChunks(const NodePtr& node) {
-    if (node->isDefault && node->values.inWrittenOrder().empty()) {
-      return std::string();
-    }
+    if (node->isDefault && node->values.inWrittenOrder().empty()) return std::string();
     const std::string begin =
         node->isDefault ? chunk("SLCT", ':' + node->name()) : chunk("CREA", creationOf(node));
     const std::string form = node->isDefault ? "SLCT" : tagOf(node->type().name());
     std::string content = begin;
-    for (const AttributePtr& attribute : node->dynamicAttributes()) {
+    for (const AttributePtr& attribute : node->dynamicAttributes())
       content += declaration(*attribute);
-    }
-    for (const AttributeState& state : node->values.inWrittenOrder()) {
+    for (const AttributeState& state : node->values.inWrittenOrder())
       content += valueChunk(node, state);
-    }
     return layout_.container(form,
                              content + (node->mesh == nullptr ? "" : meshChunks(*node->mesh)));
   }
@@ -114,9 +99,7 @@ class SceneTwin {
     const bool isBelow = node->isDag() && firstPath(node).nodes().size() > 1;
     std::string content(1, static_cast<char>((node->isShared ? 1 : 0) | (isBelow ? 0 : 0x80)));
     content += text(node->name());
-    if (isBelow) {
-      content += text(firstPath(node).parent().fullName());
-    }
+    if (isBelow) content += text(firstPath(node).parent().fullName());
     return layout_.isWide && !node->uuid.empty() ? content + uuidBytes(node->uuid) : content;
   }
 
@@ -131,9 +114,8 @@ class SceneTwin {
 
   // What the host's own attributes are if nothing is said matters of channels only, which are.
   static bool isKeyable(const std::optional<Plug>& plug, const AttributeState& state) {
-    if (state.keyable != AttributeState::Flag::kUnset) {
+    if (state.keyable != AttributeState::Flag::kUnset)
       return state.keyable == AttributeState::Flag::kOn;
-    }
     return !plug || !plug->attribute()->isDynamic || plug->attribute()->keyable;
   }
 
@@ -148,12 +130,10 @@ class SceneTwin {
       const double factor = plug ? unitFactor(radians, *plug->attribute()) : 1.0;
       return chunk("DBLE", begin + real(*number / factor));
     }
-    if (const auto* const value = std::get_if<std::string>(&state.value)) {
+    if (const auto* const value = std::get_if<std::string>(&state.value))
       return chunk("STR ", begin + text(*value));
-    }
-    if (const auto* const texts = std::get_if<std::vector<std::string>>(&state.value)) {
+    if (const auto* const texts = std::get_if<std::vector<std::string>>(&state.value))
       return chunk("CMP#", begin + components(*texts));
-    }
     return std::holds_alternative<std::monostate>(state.value) ? chunk("FLGS", begin)
                                                                : std::string();
   }
@@ -188,16 +168,12 @@ class SceneTwin {
         instances += chunk("PRNT", std::string(1, 2) + text(firstPath(node).fullName()) +
                                        text(pathOf(node->parents()[i]->pointer())));
       }
-      for (const ConnectionPtr& each : node->connections.inOrder()) {
-        if (!each->source.node()->isDefault || !each->destination.node()->isDefault) {
+      for (const ConnectionPtr& each : node->connections.inOrder())
+        if (!each->source.node()->isDefault || !each->destination.node()->isDefault)
           connections[each->serial] = connection(*each);
-        }
-      }
     }
     std::string all;
-    for (const auto& [serial, content] : connections) {
-      all += chunk("CWFL", content);
-    }
+    for (const auto& [serial, content] : connections) all += chunk("CWFL", content);
     return (instances.empty() ? "" : layout_.container("PING", instances)) +
            layout_.list("CONS", layout_.container("CONN", all));
   }
@@ -207,9 +183,7 @@ class SceneTwin {
     std::string end = it.destination.path();
     const bool isNext = it.destination.isElement() &&
                         it.destination.attribute()->kind() == Attribute::Kind::kMessage;
-    if (isNext) {
-      end.resize(end.rfind('['));
-    }
+    if (isNext) end.resize(end.rfind('['));
     return std::string(1, isNext ? 1 : 0) +
            text(pathOf(it.source.node()) + '.' + it.source.path()) +
            text(pathOf(it.destination.node()) + '.' + end);
@@ -268,18 +242,16 @@ std::string creation(const std::string& name, const std::string& parent) {
 std::string meshTables(const MeshData& mesh) {
   const auto count = [](std::size_t size) { return word(static_cast<std::uint32_t>(size)); };
   std::string tables = count(3 * mesh.storedPoints().size());
-  for (const Vec3& point : mesh.storedPoints()) {
+  for (const Vec3& point : mesh.storedPoints())
     tables += single(point.x) + single(point.y) + single(point.z);
-  }
   tables += count(2 * mesh.edges().size());
   for (const MeshEdge& edge : mesh.edges()) {
     tables += word(static_cast<std::uint32_t>(edge.start) | (edge.smooth() ? 0 : 0x80000000)) +
               word(static_cast<std::uint32_t>(edge.end));
   }
   std::set<std::size_t> loopEnds;
-  for (const MeshHole& hole : mesh.holes()) {
+  for (const MeshHole& hole : mesh.holes())
     loopEnds.insert(static_cast<std::size_t>(hole.firstCorner) - 1);
-  }
   const std::set<int> faceEnds(mesh.storedFaceStarts().begin() + 1, mesh.storedFaceStarts().end());
   tables += count(mesh.storedLoopEdges().size());
   for (std::size_t i = 0; i < mesh.storedLoopEdges().size(); ++i) {
@@ -292,32 +264,24 @@ std::string meshTables(const MeshData& mesh) {
                                        : 0));
   }
   tables += count(3 * mesh.storedNormals().size());
-  for (const MeshNormal& normal : mesh.storedNormals()) {
+  for (const MeshNormal& normal : mesh.storedNormals())
     tables += single(normal.x) + single(normal.y) + single(normal.z);
-  }
   tables += (mesh.storedNormals().empty() ? "" : word(0)) + count(mesh.uvSets().size());
   for (const MeshUvSet& set : mesh.uvSets()) {
     tables +=
         count(static_cast<std::size_t>(set.index)) + text(set.name) + count(2 * set.uvs.size());
-    for (const MeshUv& uv : set.uvs) {
-      tables += single(uv.u) + single(uv.v);
-    }
+    for (const MeshUv& uv : set.uvs) tables += single(uv.u) + single(uv.v);
     tables += count(set.ids.size());
-    for (const int id : set.ids) {
-      tables += word(static_cast<std::uint32_t>(id));
-    }
+    for (const int id : set.ids) tables += word(static_cast<std::uint32_t>(id));
   }
   tables += count(mesh.colourSets().size());
   for (const MeshColourSet& set : mesh.colourSets()) {
     tables += count(static_cast<std::size_t>(set.index)) + text(set.name) + word(4) +
               count(4 * set.colours.size());
-    for (const MeshColour& colour : set.colours) {
+    for (const MeshColour& colour : set.colours)
       tables += single(colour.r) + single(colour.g) + single(colour.b) + single(colour.a);
-    }
     tables += count(set.ids.size());
-    for (const int id : set.ids) {
-      tables += word(static_cast<std::uint32_t>(id));
-    }
+    for (const int id : set.ids) tables += word(static_cast<std::uint32_t>(id));
   }
   return tables + std::string(16, '\0');
 }

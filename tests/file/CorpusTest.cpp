@@ -26,14 +26,10 @@ std::vector<std::pair<std::string, Counts>> countedInText(const std::string& tex
     const std::smatch& m = *match;
     if (m[1].matched) {
       inMesh = m[1] == "mesh";
-      if (inMesh) {
-        meshes.push_back({m[2].str(), {}});
-      }
+      if (inMesh) meshes.push_back({m[2].str(), {}});
       continue;
     }
-    if (!inMesh) {
-      continue;
-    }
+    if (!inMesh) continue;
     const std::size_t kind = m[3] == "vt" ? 0 : m[3] == "ed" ? 1 : m[3] == "fc" ? 2 : 3;
     meshes.back().second[kind] += m[5].matched ? std::stoul(m[5]) - std::stoul(m[4]) + 1 : 1;
   }
@@ -67,9 +63,7 @@ class CorpusScenes : public SceneFiles {};
 
 TEST_F(CorpusScenes, HoldWhatTheirTextSaysAndStayTheSameThroughSaving) {
   const std::vector<fs::path> scenes = corpusScenes();
-  if (scenes.empty()) {
-    GTEST_SKIP() << "no corpus";
-  }
+  if (scenes.empty()) GTEST_SKIP() << "no corpus";
   int meshes = 0;
   for (const fs::path& path : scenes) {
     const std::string warnings = openPath(path.string());
@@ -95,9 +89,8 @@ TEST_F(CorpusScenes, HoldWhatTheirTextSaysAndStayTheSameThroughSaving) {
     }
     EXPECT_TRUE(saved[0] == saved[1]) << path;
     const std::map<std::string, int> kept = countedStatements(saved[0]);
-    for (const auto& [kind, count] : countedStatements(readAll(path))) {
+    for (const auto& [kind, count] : countedStatements(readAll(path)))
       EXPECT_EQ(kept.count(kind) == 0 ? 0 : kept.at(kind), count) << kind << " in " << path;
-    }
   }
   EXPECT_GT(meshes, 10);
 }

@@ -35,9 +35,8 @@ TEST_F(DirectoryMaps, TheLongestFolderThatHoldsTheNameIsReplaced) {
       {"//server/tex/a.psd", "/tex/a.psd"},
       {"", ""},
   };
-  for (const auto& c : cases) {
+  for (const auto& c : cases)
     EXPECT_EQ(run(std::string("dirmap -cd \"") + c.name + "\";"), c.here) << c.name;
-  }
   EXPECT_EQ(run("dirmap -gmd \"/old/\";"), "/new");
   EXPECT_EQ(run("dirmap -um \"/old\"; size(`dirmap -gam`);"), "6");
   EXPECT_EQ(run("dirmap -en off; dirmap -cd \"P:/art/a.psd\";"), "P:/art/a.psd");

@@ -322,9 +322,8 @@ TEST_F(History, FacesAreDeletedTurnedAndCut) {
       volume += dot(at(0), cross(at(1), at(2))) / 6.0;
     }
     EXPECT_NEAR(volume, c.volume, 1e-12);
-    for (const int id : mesh().uvSets().at(0).ids) {
+    for (const int id : mesh().uvSets().at(0).ids)
       EXPECT_LT(id, static_cast<int>(mesh().uvSets()[0].uvs.size()));
-    }
   }
 }
 
@@ -336,9 +335,7 @@ TEST_F(History, EdgesSoftenBelowTheirAngle) {
         "\".a\" " +
         std::string(angle) + ";\n" + connected("cube.out", "last.ip"));
     int found = 0;
-    for (const MeshEdge& edge : mesh().edges()) {
-      found += edge.smooth() ? 0 : 1;
-    }
+    for (const MeshEdge& edge : mesh().edges()) found += edge.smooth() ? 0 : 1;
     EXPECT_EQ(found, hard) << angle;
   }
 }

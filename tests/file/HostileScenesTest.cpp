@@ -123,9 +123,8 @@ void HostileScenes::expectStable(const std::string& text) const {
 // A small scene with each byte as a zero, as 0xFF, and turned over, and cut short at each; and real
 // scenes cut short.
 TEST_F(HostileScenes, EveryChangedByteAndEveryCutIsHandled) {
-  for (std::size_t length = 0; length < sizeof kSmall; ++length) {
+  for (std::size_t length = 0; length < sizeof kSmall; ++length)
     expectStable(std::string(kSmall, length));
-  }
   for (std::size_t at = 24; at + 1 < sizeof kSmall; ++at) {
     for (const char value : {'\0', '\xFF', static_cast<char>(~kSmall[at])}) {
       std::string text = kSmall;
@@ -136,9 +135,8 @@ TEST_F(HostileScenes, EveryChangedByteAndEveryCutIsHandled) {
   for (const fs::path& scene : corpusScenes()) {
     if (fs::file_size(scene) >= 80000) continue;
     const std::string text = readAll(scene);
-    for (std::size_t length = 6; length < text.size(); length += 1 + text.size() / 40) {
+    for (std::size_t length = 6; length < text.size(); length += 1 + text.size() / 40)
       expectStable(text.substr(0, length));
-    }
   }
 }
 

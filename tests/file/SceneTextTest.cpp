@@ -298,16 +298,13 @@ TEST_F(SceneText, WhatTheHostDoesNotKnowComesBack) {
   };
   for (const auto& c : kCases) {
     std::string text = c.before + "\n";
-    for (const std::string& statement : c.statements) {
-      text += statement + "\n";
-    }
+    for (const std::string& statement : c.statements) text += statement + "\n";
     EXPECT_EQ(open(text), "");
     std::string error;
     ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
     const std::string saved = readAll(pathOf("saved.ma"));
-    for (const std::string& statement : c.statements) {
+    for (const std::string& statement : c.statements)
       EXPECT_NE(saved.find(statement), std::string::npos) << statement << '\n' << saved;
-    }
     EXPECT_EQ(openPath(pathOf("saved.ma")), "");
     ASSERT_TRUE(writeScene(pathOf("again.ma"), error)) << error;
     EXPECT_EQ(readAll(pathOf("again.ma")), saved);

@@ -26,9 +26,8 @@ TEST(PackColour, TruncatesAndCarries) {
   EXPECT_EQ(packColour(0.0F, 0.0F, 0.0F, -1.0F), 0xFFFFFF01U);
   EXPECT_EQ(packColour(nan, infinity, -infinity, 1.0F), 0x000000FFU);
   // n / 255 comes back as n for every byte.
-  for (std::uint32_t n = 0; n < 256; ++n) {
+  for (std::uint32_t n = 0; n < 256; ++n)
     EXPECT_EQ(packColour(0, 0, 0, static_cast<float>(n) / 255.0F), n);
-  }
 }
 
 TEST(BuildTileMesh, CutsPolygonsIntoFansOfCornersWithEveryAttribute) {

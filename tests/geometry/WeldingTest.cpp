@@ -23,9 +23,8 @@ KeyWords wordsOf(const VertexKey& key) {
 template <typename Place>
 MeshTables gridTables(std::int32_t side, Place place) {
   MeshTables tables;
-  for (std::int32_t y = 0; y < side; ++y) {
+  for (std::int32_t y = 0; y < side; ++y)
     for (std::int32_t x = 0; x < side; ++x) tables.positions.push_back(place(x, y));
-  }
   tables.normals = {{0, 1, 0}};
   tables.uvs = {{0, 0}};
   tables.colours = {0};
@@ -58,9 +57,8 @@ MeshTables anyTables(std::mt19937& random) {
   }
   for (int i = 0; i < 3000; ++i) {
     PolygonRecord polygon;
-    for (auto* list : {&polygon.positions, &polygon.normals, &polygon.uvs, &polygon.colours}) {
+    for (auto* list : {&polygon.positions, &polygon.normals, &polygon.uvs, &polygon.colours})
       for (int corner = 0; corner < 3; ++corner) list->push_back(below(i < 1000 ? 5 : 42) - 1);
-    }
     tables.polygons.push_back(std::move(polygon));
   }
   return tables;

@@ -50,9 +50,8 @@ void givePlanarUVs(const std::string& shape) {
   for (int face = 0; face < mesh.numPolygons(); ++face) {
     MIntArray corners;
     mesh.getPolygonVertices(face, corners);
-    for (int c = 0; c < static_cast<int>(corners.length()); ++c) {
+    for (int c = 0; c < static_cast<int>(corners.length()); ++c)
       ASSERT_TRUE(mesh.assignUV(face, c, corners[c]));
-    }
   }
 }
 
@@ -164,9 +163,8 @@ TEST_F(GoblinUv, ReadsItsArguments) {
     if (!names.empty() && names[0] == '!') return names.substr(1);
     std::string lines;
     std::istringstream in(names);
-    for (std::string name; in >> name;) {
+    for (std::string name; in >> name;)
       lines += listed(name == "collision" ? name : name + "Shape", goblinName);
-    }
     return lines;
   };
   for (const auto& c : cases) {

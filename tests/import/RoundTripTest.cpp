@@ -79,12 +79,10 @@ Goblin measured(MObject node) {
   goblin.name = nameOf(node);
   for (MItMeshPolygon face(node); !face.isDone(); face.next()) {
     std::vector<Corner> corners;
-    for (unsigned c = 0; c < face.polygonVertexCount(); ++c) {
+    for (unsigned c = 0; c < face.polygonVertexCount(); ++c)
       corners.push_back(cornerOf(face, static_cast<int>(c)));
-    }
-    for (std::size_t k = 1; k + 1 < corners.size(); ++k) {
+    for (std::size_t k = 1; k + 1 < corners.size(); ++k)
       goblin.triangles.push_back({corners[0], corners[k], corners[k + 1]});
-    }
   }
   goblin.vertices = different.size();
   return goblin;
@@ -176,9 +174,7 @@ class RoundTrip : public TranslatorFixture {
     }
     EXPECT_LE(farthest, far);
     EXPECT_LE(shifted, 1e-5);
-    if (std::fabs(width - depth) <= 1e-6 * width) {
-      EXPECT_LE(turned, 1e-5);
-    }
+    if (std::fabs(width - depth) <= 1e-6 * width) EXPECT_LE(turned, 1e-5);
   }
 };
 

@@ -32,9 +32,8 @@ TEST(PsdTranslator, IdentifiesFilesByTheirSignature) {
       {"", 0, MPxFileTranslator::kNotMyFileType},
       {"8BPS", -1, MPxFileTranslator::kNotMyFileType},
   };
-  for (const auto& c : cases) {
+  for (const auto& c : cases)
     EXPECT_EQ(translator.identifyFile(file, c.bytes, c.size), c.kind) << c.bytes << c.size;
-  }
   EXPECT_TRUE(translator.haveReadMethod());
   EXPECT_TRUE(translator.haveWriteMethod());
   EXPECT_FALSE(translator.canBeOpened());
@@ -114,9 +113,8 @@ TEST_F(TileWriter, AParentThatIsNoTransformPlacesNothing) {
 TEST_F(TileWriter, TheLimitIsTheLayersSize) {
   MeshShape shape;
   for (int i = 0; i < 2340; ++i) {
-    for (int corner = 0; corner < 3; ++corner) {
+    for (int corner = 0; corner < 3; ++corner)
       shape.points.push_back({i * 0.001, corner * 0.1, corner == 1 ? 0.5 : 0.0});
-    }
     shape.faces.push_back({3 * i, 3 * i + 1, 3 * i + 2});
   }
   const std::string file = path("out.psd");

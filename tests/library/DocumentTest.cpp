@@ -46,20 +46,16 @@ TEST_F(LibraryDocument, FailuresHaveCodes) {
 TEST_F(LibraryDocument, GoesThroughMemoryWithoutLoss) {
   std::vector<std::string> files = {layeredFile().file()};
   if (fs::exists(corpusFolder() / "psd")) {
-    for (const auto& entry : fs::recursive_directory_iterator(corpusFolder() / "psd")) {
-      if (entry.path().extension() == ".psd" && entry.file_size() < 300000) {
+    for (const auto& entry : fs::recursive_directory_iterator(corpusFolder() / "psd"))
+      if (entry.path().extension() == ".psd" && entry.file_size() < 300000)
         files.push_back(read(entry.path().string()));
-      }
-    }
   }
   std::size_t sound = 0;
   for (const std::string& bytes : files) {
     PsdDocument document(1, 1);
     const auto byPath = loaded(bytes);
     ASSERT_EQ(parsed(bytes, document).ok(), byPath != nullptr);
-    if (byPath == nullptr) {
-      continue;
-    }
+    if (byPath == nullptr) continue;
     ++sound;
     std::vector<std::uint8_t> again;
     ASSERT_TRUE(writeDocument(document, again).ok());
@@ -81,12 +77,9 @@ TEST_F(LibraryDocument, PixelsStandSideBySide) {
 
   // Packed: one row of each of three planes is a run, the other literal.
   hand.merged = be16(1);
-  for (int row = 0; row < 3; ++row) {
-    hand.merged += be16(2) + be16(3);
-  }
-  for (const std::string colour : {"r", "g", "b"}) {
+  for (int row = 0; row < 3; ++row) hand.merged += be16(2) + be16(3);
+  for (const std::string colour : {"r", "g", "b"})
     hand.merged += "\xFF" + colour + "\1" + colour + "!";
-  }
   document = sound(hand.file());
   ASSERT_TRUE(readMergedPixels(document, pixels).ok());
   EXPECT_EQ(bytesOf(pixels), "rgbrgbrgb!!!");

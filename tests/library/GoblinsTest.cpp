@@ -22,17 +22,13 @@ Bytes8 word(std::uint32_t value) {
 
 Bytes8 join(std::initializer_list<Bytes8> parts) {
   Bytes8 all;
-  for (const Bytes8& part : parts) {
-    all.insert(all.end(), part.begin(), part.end());
-  }
+  for (const Bytes8& part : parts) all.insert(all.end(), part.begin(), part.end());
   return all;
 }
 
 Bytes8 words(std::initializer_list<std::uint32_t> values) {
   Bytes8 all;
-  for (const std::uint32_t value : values) {
-    all = join({all, word(value)});
-  }
+  for (const std::uint32_t value : values) all = join({all, word(value)});
   return all;
 }
 
@@ -115,9 +111,8 @@ TEST(Goblins, BothLayoutsAreTheSameMeshAndBack) {
 // Two goblins over one pool: a polygon, faces without an area, and vertices that both use.
 TEST(Goblins, PolygonsAreCutAndVerticesAreEachGoblinsOwn) {
   Bytes8 pool;
-  for (int i = 0; i < 5; ++i) {
+  for (int i = 0; i < 5; ++i)
     pool = join({pool, floats({static_cast<float>(i), 0, 0, 0, 1, 0, 0, 0})});
-  }
   GoblinTile tile;
   ASSERT_TRUE(
       parse(join({word(5), pool, word(2), text(""), text(""), word(3), words({4, 4, 3, 2, 1}),

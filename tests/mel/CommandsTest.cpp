@@ -17,9 +17,8 @@ class Commands : public testing::Test {
     return Interpreter::current().execute(script, "s").value;
   }
   static void expectSameMatrix(const Value& a, const Value& b) {
-    for (std::size_t i = 0; i < 16; ++i) {
+    for (std::size_t i = 0; i < 16; ++i)
       EXPECT_NEAR(a.element(i).toFloat(), b.element(i).toFloat(), 1e-12) << i;
-    }
   }
 };
 
@@ -124,9 +123,8 @@ TEST_F(Commands, MatricesDecomposeInEveryRotateOrder) {
     newScene();
     run("group -em -n a; group -em -n b; setAttr a.r 10 -20 30; setAttr a.s 1 2 -3; "
         "setAttr a.sh 0.1 0.2 0.3; setAttr a.t 4 5 6;");
-    for (const char* node : {"a", "b"}) {
+    for (const char* node : {"a", "b"})
       run(std::string("setAttr ") + node + ".rotateOrder " + std::to_string(order) + ";");
-    }
     const Value matrix = valueOf("xform -q -m a;");
     run("xform -m " + run("xform -q -m a;") + " b;");
     expectSameMatrix(valueOf("xform -q -m b;"), matrix);

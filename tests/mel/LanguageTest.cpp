@@ -136,9 +136,7 @@ TEST_F(Language, SaysWhereItFailed) {
       {"error \"no \" \"tile\";", "s:1:1: no  tile"},
       {"select `ls nothing` |x;", "s:1:1: select: No object matches name: |x"},
   };
-  for (const auto& c : kCases) {
-    EXPECT_EQ(run(c.script), c.failure) << c.script;
-  }
+  for (const auto& c : kCases) EXPECT_EQ(run(c.script), c.failure) << c.script;
 }
 
 TEST_F(Language, StopsAtTheFirstFailureUnlessItIsCaught) {
@@ -151,9 +149,7 @@ TEST_F(Language, StopsAtTheFirstFailureUnlessItIsCaught) {
 TEST_F(Language, NestingIsAnErrorAndNotAnExhaustedStack) {
   const auto repeated = [](const char* text, int times) {
     std::string all;
-    for (int i = 0; i < times; ++i) {
-      all += text;
-    }
+    for (int i = 0; i < times; ++i) all += text;
     return all;
   };
   const std::string kDeep[] = {repeated("(", 100000),      repeated("{", 100000),
@@ -162,9 +158,8 @@ TEST_F(Language, NestingIsAnErrorAndNotAnExhaustedStack) {
                                repeated("1+", 100000),     "$a = {" + repeated("{", 100000),
                                repeated("$a[", 100000),    repeated("1?", 100000),
                                repeated("for(;;)", 50000), "size(" + repeated("size(", 100000)};
-  for (const std::string& script : kDeep) {
+  for (const std::string& script : kDeep)
     EXPECT_FALSE(Interpreter::current().execute(script, "deep").ok) << script.substr(0, 12);
-  }
   EXPECT_NE(run("proc int down(int $n) { return down($n + 1); } down(0);").find("too many calls"),
             std::string::npos);
   EXPECT_NE(run("global string $again = \"eval($again)\"; eval($again);").find("too many calls"),

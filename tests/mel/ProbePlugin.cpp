@@ -20,9 +20,8 @@ class ProbeCommand : public MPxCommand {
   static void* creator() { return static_cast<MPxCommand*>(new ProbeCommand); }
   MStatus doIt(const MArgList& arguments) override {
     MString joined;
-    for (unsigned i = 0; i < arguments.length(); ++i) {
+    for (unsigned i = 0; i < arguments.length(); ++i)
       joined += (i == 0 ? "" : "|") + arguments.asString(i);
-    }
     setResult(joined);
     return arguments.asString(0) == "fail" ? MStatus::kFailure : MStatus::kSuccess;
   }

@@ -19,9 +19,7 @@ bool isSame(const std::string& shown, const std::string& expected) {
     const auto left = parseNumber(one);
     const auto right = parseNumber(other);
     const bool isClose = left && right && std::fabs(*left - *right) <= 1e-9;
-    if (one != other && !isClose) {
-      return false;
-    }
+    if (one != other && !isClose) return false;
     a = aEnd + 1;
     b = bEnd + 1;
   }
@@ -42,9 +40,7 @@ TEST(Probes, GiveWhatIsDocumented) {
       continue;
     }
     const std::size_t arrow = line.find(" =>");
-    if (arrow == std::string::npos || group.empty()) {
-      continue;
-    }
+    if (arrow == std::string::npos || group.empty()) continue;
     ++probes;
     const std::string script = line.substr(0, arrow);
     const std::string expected = line.substr(std::min(arrow + 4, line.size()));

@@ -14,9 +14,8 @@ namespace host::mel {
 inline std::string run(const std::string& script) {
   const Outcome outcome = Interpreter::current().execute(script, "s");
   std::string shown;
-  for (const std::string& word : outcome.value.toWords()) {
+  for (const std::string& word : outcome.value.toWords())
     shown += (shown.empty() ? "" : " ") + word;
-  }
   return outcome.ok ? shown : "failed: " + outcome.failure.text;
 }
 

@@ -23,9 +23,7 @@ TEST(Numbers, ReadBackWithTheSameBits) {
     const std::uint64_t all = random();
     double number = 0;
     std::memcpy(&number, &all, sizeof number);
-    if (std::isnan(number)) {
-      continue;
-    }
+    if (std::isnan(number)) continue;
     const auto back = parseNumber(formatNumber(number));
     ASSERT_TRUE(back.has_value()) << formatNumber(number);
     ASSERT_EQ(bits(*back), all) << formatNumber(number);

@@ -17,9 +17,8 @@ class MeshCorpus : public testing::Test {
   }
   // Opens the corpus's scene of this file name.
   bool open(const std::string& fileName) {
-    for (const auto& scene : morvane::corpusScenes()) {
+    for (const auto& scene : morvane::corpusScenes())
       if (scene.filename() == fileName) return openScene(scene.string());
-    }
     return false;
   }
   const MeshData& mesh(const char* name) { return *Scene::current().findNode(name)->mesh; }
@@ -27,9 +26,8 @@ class MeshCorpus : public testing::Test {
   // Single precision, and rounding in how the real host turns around the axis.
   void expectSameShape(const MeshData& made, const MeshData& real) {
     ASSERT_EQ(made.pointCount(), real.pointCount());
-    for (std::size_t i = 0; i < made.storedPoints().size(); ++i) {
+    for (std::size_t i = 0; i < made.storedPoints().size(); ++i)
       EXPECT_LT(length(made.storedPoints()[i] - real.storedPoints()[i]), 2e-6) << i;
-    }
     EXPECT_EQ(made.cornerVertices(), real.cornerVertices());
     EXPECT_EQ(made.uvSets()[0].ids, real.uvSets()[0].ids);
     ASSERT_EQ(made.uvSets()[0].uvs.size(), real.uvSets()[0].uvs.size());

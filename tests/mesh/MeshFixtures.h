@@ -53,9 +53,8 @@ inline MeshData primitive(const char* type,
                           const std::vector<std::pair<std::string, double>>& values = {}) {
   MeshData mesh;
   const auto get = [&](std::string_view shortName, std::string_view) -> std::optional<double> {
-    for (const auto& [name, value] : values) {
+    for (const auto& [name, value] : values)
       if (name == shortName) return value;
-    }
     return std::nullopt;
   };
   EXPECT_EQ(evaluatePrimitive(type, get, mesh), "");

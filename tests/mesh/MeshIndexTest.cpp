@@ -13,9 +13,8 @@ namespace {
 Vec3 mapped(const Vec3& p, const MMatrix& m) {
   const double in[4] = {p.x, p.y, p.z, 1.0};
   double out[3] = {};
-  for (unsigned c = 0; c < 3; ++c) {
+  for (unsigned c = 0; c < 3; ++c)
     for (unsigned r = 0; r < 4; ++r) out[c] += in[r] * m(r, c);
-  }
   return {out[0], out[1], out[2]};
 }
 
@@ -55,9 +54,8 @@ MeshData soup(std::mt19937& random, int triangles, double size) {
   Polygons polygons;
   for (int i = 0; i < triangles; ++i) {
     const Vec3 at = {place(random), place(random), place(random)};
-    for (int k = 0; k < 3; ++k) {
+    for (int k = 0; k < 3; ++k)
       points.push_back(at + Vec3{place(random), place(random), place(random)} * size);
-    }
     if (i % 17 == 0) points.back() = points[points.size() - 2];  // some are flat
     polygons.push_back({3 * i, 3 * i + 1, 3 * i + 2});
   }
@@ -116,9 +114,8 @@ TEST_P(MeshIndex, FindsTheNearestPointThatBruteForceFinds) {
           EXPECT_NEAR(found->distance, nearest, 1e-9 * nearest + coordinates);
           EXPECT_NEAR(length(found->point - from), found->distance, 1e-9 * nearest + coordinates);
           Vec3 corners[3];
-          for (int k = 0; k < 3; ++k) {
+          for (int k = 0; k < 3; ++k)
             corners[k] = mapped(cornerPoint(mesh, 3 * found->face + k), matrix);
-          }
           EXPECT_NEAR(distanceToTriangle(found->point, corners), 0.0, 1e-9 * nearest + coordinates);
         }
       }
@@ -199,9 +196,8 @@ TEST(MeshUvAtPoint, IsThatOfTheNearestPoint) {
   MeshData angle =
       faceWithHoles({{{0, 0, 0}, {9, 0, 0}, {9, 3, 0}, {3, 3, 0}, {3, 9, 0}, {0, 9, 0}}});
   for (MeshData* mesh : {&holed, &angle}) {
-    for (const Vec3& p : mesh->points()) {
+    for (const Vec3& p : mesh->points())
       mesh->uvSet(0)->uvs.push_back({static_cast<float>(p.x), static_cast<float>(p.y)});
-    }
     mesh->uvSet(0)->ids = mesh->cornerVertices();
   }
   const double twice[4][4] = {{2, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {100, 0, 0, 1}};

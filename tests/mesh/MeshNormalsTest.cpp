@@ -98,14 +98,11 @@ TEST(MeshNormals, LockedCornersKeepTheirBitsAndOthersAreComputed) {
 TEST(MeshNormals, ShorterListsGoByGroup) {
   MeshData mesh = meshOf(kCubePoints, kCubeFaces);
   std::vector<float> numbered;
-  for (int i = 0; i < 8; ++i) {
-    numbered.insert(numbered.end(), {static_cast<float>(i), 0.0f, 0.0f});
-  }
+  for (int i = 0; i < 8; ++i) numbered.insert(numbered.end(), {static_cast<float>(i), 0.0f, 0.0f});
   ASSERT_EQ(mesh.setNormals(0, numbered.data(), 8), "");
   const float expected[] = {0, 1, 3, 2, 5, 4, 7, 6};  // by vertex
-  for (int corner = 0; corner < 24; ++corner) {
+  for (int corner = 0; corner < 24; ++corner)
     EXPECT_EQ(normalAt(mesh, corner).x, expected[mesh.cornerVertices()[corner]]) << corner;
-  }
   mesh.setCornerNormal(18, {9, 0, 0});  // the others keep theirs
   EXPECT_EQ(normalAt(mesh, 18).x, 9.0f);
   EXPECT_EQ(normalAt(mesh, 6).x, 4.0f);

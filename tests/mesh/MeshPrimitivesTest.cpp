@@ -103,9 +103,8 @@ TEST(MeshPrimitives, SizesCountsAndVolumes) {
     EXPECT_EQ(mesh.uvSets().front().uvs.size(), c.uvs) << where;
     EXPECT_NEAR(volumeOf(mesh), c.volume, 1e-9 * (1.0 + c.volume)) << where;
     if (c.volume != 0.0) expectClosed(mesh, where, c.type == std::string("polyTorus") ? 0 : 2);
-    for (std::size_t corner = 0; c.uvs != 0 && corner < mesh.cornerVertices().size(); ++corner) {
+    for (std::size_t corner = 0; c.uvs != 0 && corner < mesh.cornerVertices().size(); ++corner)
       EXPECT_NE(MeshData::uvAt(mesh.uvSets().front(), static_cast<int>(corner)), -1) << where;
-    }
     for (const MeshUv& uv : mesh.uvSets().front().uvs) {
       EXPECT_TRUE(uv.u >= 0 && uv.u <= 1 && uv.v >= 0 && uv.v <= 1)
           << where << " " << uv.u << " " << uv.v;
@@ -118,9 +117,8 @@ TEST(MeshPrimitives, CubeHasTheKnownOrder) {
   const MeshData mesh = primitive("polyCube", {{"cuv", 4}});
   const double known[8][3] = {{-1, -1, 1}, {1, -1, 1}, {-1, 1, 1},   {1, 1, 1},
                               {-1, 1, -1}, {1, 1, -1}, {-1, -1, -1}, {1, -1, -1}};
-  for (int i = 0; i < 8; ++i) {
+  for (int i = 0; i < 8; ++i)
     EXPECT_EQ(mesh.points()[i], (Vec3{known[i][0] / 2, known[i][1] / 2, known[i][2] / 2})) << i;
-  }
   EXPECT_EQ(mesh.cornerVertices(), (std::vector<int>{0, 1, 3, 2, 2, 3, 5, 4, 4, 5, 7, 6,
                                                      6, 7, 1, 0, 1, 7, 5, 3, 6, 0, 2, 4}));
   const float uvs[14][2] = {{0.375f, 0},    {0.625f, 0},    {0.375f, 0.25f}, {0.625f, 0.25f},
@@ -181,9 +179,8 @@ TEST(MeshPrimitives, KeepsTweaksAndRefusesTooMuch) {
     return std::nullopt;
   };
   const auto none = [](std::string_view, std::string_view) { return std::optional<double>(); };
-  for (const char* type : {"polyPlane", "polyCube", "polySphere", "polyCylinder", "polyTorus"}) {
+  for (const char* type : {"polyPlane", "polyCube", "polySphere", "polyCylinder", "polyTorus"})
     EXPECT_NE(evaluatePrimitive(type, some, mesh), "") << type;
-  }
   EXPECT_EQ(mesh.pointCount(), 0);
   EXPECT_EQ(evaluatePrimitive("polyCube", none, mesh), "");
   EXPECT_EQ(mesh.points()[2], (Vec3{-0.5, 1.5, 0.5}));

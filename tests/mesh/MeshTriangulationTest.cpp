@@ -89,9 +89,8 @@ std::vector<std::vector<Loop>> polygons() {
       {square(0, 0, 10), reversed(square(5, 5, 4)), {{5, 1, 0}, {1, 5, 0}, {1, 1, 0}}},
   };
   std::vector<Loop> grille = {square(0, 0, 21)};
-  for (int y = 0; y < 10; ++y) {
+  for (int y = 0; y < 10; ++y)
     for (int x = 0; x < 10; ++x) grille.push_back(reversed(square(2 * x + 1, 2 * y + 1, 1)));
-  }
   all.push_back(grille);
   for (int corners = 5; corners < 60; ++corners) all.push_back({star(corners, random)});
   return all;
@@ -135,9 +134,8 @@ TEST(MeshTriangulation, CoversConcavePolygonsAndHolesInAnyPlane) {
         std::vector<Loop> placed;
         for (const Loop& loop : loops) {
           Loop points;
-          for (const Vec3& p : loop) {
+          for (const Vec3& p : loop)
             points.push_back(plane.origin + plane.right * p.x + plane.up * p.y);
-          }
           placed.push_back(turned ? reversed(points) : points);
         }
         expectCovers(faceWithHoles(placed), loops, plane.normal * (turned ? -1.0 : 1.0));

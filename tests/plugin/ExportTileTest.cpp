@@ -21,9 +21,8 @@ std::uint32_t word(const Blob& blob, std::size_t i) {
 }
 Floats vertex(const Blob& blob, std::size_t i) {
   Floats fields;
-  for (std::size_t f = 0; f < 8; ++f) {
+  for (std::size_t f = 0; f < 8; ++f)
     fields.push_back(loadLeFloat(blob.data() + 8 + 32 * i + 4 * f));
-  }
   return fields;
 }
 
@@ -270,9 +269,8 @@ TEST_F(ExportTile, TilesThatWouldLoseSomethingAreRefused) {
 
 TEST_F(ExportTile, OlderGoblinsAllGo) {
   PsdDocument document(8, 8);
-  for (const char* name : {"GoblinGeometry", "paint", "GoblinGeometry"}) {
+  for (const char* name : {"GoblinGeometry", "paint", "GoblinGeometry"})
     ASSERT_GT(document.addLayer(name), 0);
-  }
   const std::string file = path("tile.psd");
   ASSERT_TRUE(document.save(file.c_str()));
   open(tileText(file));

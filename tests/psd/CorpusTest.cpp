@@ -96,9 +96,7 @@ TEST_F(Corpus, SoundFilesAreKeptAndDamagedOnesAreNot) {
       EXPECT_EQ(error.find("version 2 is not supported") == 0, row.at("version") == "2") << error;
       continue;
     }
-    if (row.at("version") != "1") {
-      EXPECT_EQ(document->addLayer("x"), -1);
-    }
+    if (row.at("version") != "1") EXPECT_EQ(document->addLayer("x"), -1);
     EXPECT_TRUE(saved(*document) == bytes);
     if (isSound) added += leavesTheOthers(*document) ? 1 : 0;
   }

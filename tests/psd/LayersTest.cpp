@@ -318,9 +318,7 @@ TEST_F(PsdTest, DataLayerNeedBeNoLargerThanWhatItHolds) {
     document.layers[1].right = 3;
     const std::string before = saved(document);
     EXPECT_EQ(holdsData(document, kName, payload(size)), held) << size;
-    if (!held) {
-      EXPECT_TRUE(saved(document) == before) << size;
-    }
+    if (!held) EXPECT_TRUE(saved(document) == before) << size;
     expectLengthsInStep(document);
   }
 }
@@ -348,10 +346,9 @@ TEST_F(PsdTest, SetsThePixelsInsideTheLayer) {
   document.layers[1].top = 2;
   document.layers[1].bottom = 6;
   std::string rgba;  // of the rectangle (0, 1) to (3, 4): pixel (x, y) is "xyRA"
-  for (int y = 1; y < 4; ++y) {
+  for (int y = 1; y < 4; ++y)
     for (int x = 0; x < 3; ++x)
       rgba += {static_cast<char>('0' + x), static_cast<char>('0' + y), 'B', 'A'};
-  }
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(rgba.data());
   ASSERT_TRUE(document.setLayerPixels(1, 0, 1, 3, 4, bytes));
   ASSERT_TRUE(document.setLayerPixels(1, 3, 5, 4, 6, bytes));  // "01BA" at the layer's (2, 3)

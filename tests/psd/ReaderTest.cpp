@@ -14,11 +14,10 @@ struct Variant {
 
   HandMade made() const {
     HandMade hand;
-    if (change) {
+    if (change)
       change(hand);
-    } else {
+    else
       hand.extras = {extra};
-    }
     return hand;
   }
 };

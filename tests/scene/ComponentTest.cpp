@@ -22,9 +22,7 @@ TEST(Component, TextsReadBackAsTheyWere) {
   for (const auto& c : kCases) {
     const ComponentPtr component = Component::parse(c.text);
     ASSERT_EQ(component != nullptr, c.back != nullptr) << c.text;
-    if (component) {
-      EXPECT_EQ(component->toTexts(), std::vector<std::string>{c.back});
-    }
+    if (component) EXPECT_EQ(component->toTexts(), std::vector<std::string>{c.back});
   }
 }
 

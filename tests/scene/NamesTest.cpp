@@ -16,9 +16,8 @@ TEST_F(Names, NewNodesGetTheHostsNames) {
       {"objectSet", {"set1", "set2"}},
       {"PSDTextureNode", {"PSDTextureNode1", "PSDTextureNode2"}},
   };
-  for (const auto& c : kCases) {
+  for (const auto& c : kCases)
     for (const char* name : c.names) EXPECT_EQ(make(c.type, "")->name(), name);
-  }
   const NodePtr parent = make("transform", "tile");
   EXPECT_EQ(make("mesh", "", parent)->name(), "polySurfaceShape1");
   const NodePtr alone = make("mesh", "");

@@ -135,9 +135,8 @@ TEST_F(Plugs, AttributesCanBeAddedAndRemoved) {
 
   const auto group = std::make_shared<Attribute>("offset", "", "double3");
   EXPECT_TRUE(mesh->addAttribute(group));
-  for (const char* name : {"offsetX", "offsetY", "offsetZ"}) {
+  for (const char* name : {"offsetX", "offsetY", "offsetZ"})
     EXPECT_TRUE(mesh->addChildAttribute(group, std::make_shared<Attribute>(name, "", "double")));
-  }
   set("cubeShape.offset", std::vector<double>{7, 8, 9});
   EXPECT_EQ(readNumber(plug("cubeShape.offsetY")), 8.0);
   join("cubeShape.offsetX", "cube.tx");
@@ -171,9 +170,8 @@ TEST_F(Plugs, ConnectionsKeepTheirOrderAndTheirRules) {
   join("n1.msg", "bag.dnsm");
   join("n3.msg", "bag.dnsm");
   Strings order;
-  for (const auto& c : connectionsAtOrBelow(plug("bag.dnsm"), true, true)) {
+  for (const auto& c : connectionsAtOrBelow(plug("bag.dnsm"), true, true))
     order.push_back(c->source.name() + ">" + c->destination.path());
-  }
   EXPECT_EQ(order, (Strings{"n2.message>dnSetMembers[0]", "n1.message>dnSetMembers[1]",
                             "n3.message>dnSetMembers[2]"}));
   EXPECT_TRUE(disconnect(plug("n1.msg"), plug("bag.dnsm[1]")));

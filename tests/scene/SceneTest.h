@@ -60,9 +60,8 @@ class SceneTest : public testing::Test {
   // What a text matches, as full paths, or names for what is no DAG node.
   Strings matched(const char* text, bool inNamespaces = false) {
     Strings names;
-    for (const SelectionItem& item : scene.match(text, inNamespaces)) {
+    for (const SelectionItem& item : scene.match(text, inNamespaces))
       names.push_back(item.path.isEmpty() ? item.node->name() : item.path.fullName());
-    }
     return names;
   }
 

@@ -29,9 +29,8 @@ class Sets : public SceneTest {
 
   static Strings namesOf(const std::vector<SelectionItem>& items) {
     Strings names;
-    for (const SelectionItem& each : items) {
+    for (const SelectionItem& each : items)
       for (std::string& name : each.names()) names.push_back(std::move(name));
-    }
     return names;
   }
 

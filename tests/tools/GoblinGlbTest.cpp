@@ -39,9 +39,8 @@ std::vector<float> attribute(const std::string& glb, std::size_t mesh, const cha
   const std::size_t start =
       28 + morvane::loadLe32(bytesAt(glb, 12)) + accessor.value("byteOffset", 0u);
   std::vector<float> numbers;
-  for (std::size_t i = 0; i < accessor["count"].get<std::size_t>() * width; ++i) {
+  for (std::size_t i = 0; i < accessor["count"].get<std::size_t>() * width; ++i)
     numbers.push_back(morvane::loadLeFloat(bytesAt(glb, start + i / width * 32 + i % width * 4)));
-  }
   return numbers;
 }
 

@@ -14,9 +14,8 @@ using morvane::GoblinBlobKind;
 std::vector<std::string> linesOf(const std::string& text, const std::string& keyword) {
   std::vector<std::string> lines;
   std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
+  for (std::string line; std::getline(in, line);)
     if (line.compare(0, keyword.size() + 1, keyword + ' ') == 0) lines.push_back(line);
-  }
   return lines;
 }
 

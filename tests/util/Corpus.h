@@ -13,10 +13,9 @@ namespace morvane {
 inline std::filesystem::path corpusFolder() {
   namespace fs = std::filesystem;
   if (const char* given = std::getenv("MORVANE_CORPUS")) return given;
-  for (fs::path at = MORVANE_SOURCE_DIR; at != at.parent_path(); at = at.parent_path()) {
+  for (fs::path at = MORVANE_SOURCE_DIR; at != at.parent_path(); at = at.parent_path())
     if (fs::is_directory(at.parent_path() / "shared" / "corpus"))
       return at.parent_path() / "shared" / "corpus";
-  }
   return {};
 }
 

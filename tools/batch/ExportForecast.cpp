@@ -70,21 +70,15 @@ std::vector<TileForecast> forecastExport(const std::string& scene) {
     const auto refusal = std::find_if(refused.begin(), refused.end(),
                                       [&](const Refusal& each) { return each.tile == tile.path; });
     const bool isRefused = refusal != refused.end();
-    if (isRefused) {
-      report.refuse(*refusal);
-    }
+    if (isRefused) report.refuse(*refusal);
     forecasts.push_back(
         {tile, TileOutcome(),
          isRefused ? countGoblins(tile.dagPath) : forecastTile(tile, report, textures)});
   }
   const auto isExported = [&](const std::string& tile) { return report.isExported(tile); };
-  for (const SharedTextures::Loss& loss : textures.settle(scene, isExported)) {
-    report.lose(loss);
-  }
+  for (const SharedTextures::Loss& loss : textures.settle(scene, isExported)) report.lose(loss);
   report.conclude();
-  for (TileForecast& forecast : forecasts) {
-    forecast.outcome = report.outcomeOf(forecast.tile.path);
-  }
+  for (TileForecast& forecast : forecasts) forecast.outcome = report.outcomeOf(forecast.tile.path);
   return forecasts;
 }
 

@@ -86,9 +86,8 @@ void ExportReport::hearMessage(std::string_view message) {
   constexpr std::string_view kTile = morvane::kTileBegins;
   if (startsWith(message, kTile)) return beginTile(message.substr(kTile.size()));
   if (startsWith(message, kError)) return hearError(message);
-  for (const std::string_view warning : kWarnings) {
+  for (const std::string_view warning : kWarnings)
     if (startsWith(message, warning)) return hearWarning(message.substr(warning.size()));
-  }
 }
 
 void ExportReport::hearError(std::string_view message) {
@@ -105,20 +104,18 @@ void ExportReport::hearWarning(std::string_view message) {
   const std::string text(trimmed(message));
   const auto known = std::find_if(warnings.begin(), warnings.end(),
                                   [&](const auto& warning) { return warning.first == text; });
-  if (known == warnings.end()) {
+  if (known == warnings.end())
     warnings.emplace_back(text, 1);
-  } else {
+  else
     ++known->second;
-  }
 }
 
 void ExportReport::beginTile(std::string_view name) {
   constexpr std::string_view kDots = morvane::kTileBeginsEnd;
   endTile();
   name = trimmed(name);
-  if (name.size() > kDots.size() && name.substr(name.size() - kDots.size()) == kDots) {
+  if (name.size() > kDots.size() && name.substr(name.size() - kDots.size()) == kDots)
     name.remove_suffix(kDots.size());
-  }
   tiles_.push_back({std::string(name), "", {}, 0});
   open_ = true;
   begin_ = Clock::now();
@@ -149,25 +146,17 @@ void ExportReport::hearHost(std::string_view line) {
 // Those about the tile's file.
 void ExportReport::addHostWarnings(TileOutcome& tile) const {
   const std::string texture = textureOf(tile.path);
-  if (texture.empty()) {
-    return;
-  }
+  if (texture.empty()) return;
   const std::string stem = texture.substr(0, texture.rfind('.'));
-  for (const std::string& warning : hostWarnings_) {
-    if (startsWith(warning, stem + '.')) {
-      tile.warnings.emplace_back(warning, 1);
-    }
-  }
+  for (const std::string& warning : hostWarnings_)
+    if (startsWith(warning, stem + '.')) tile.warnings.emplace_back(warning, 1);
 }
 
 std::vector<std::string> ExportReport::takeChanged() {
   endTile();
   std::vector<std::string> changed;
-  for (const TileOutcome& tile : tiles_) {
-    if (reasonOf(tile).find(kChanged) != std::string::npos) {
-      changed.push_back(tile.path);
-    }
-  }
+  for (const TileOutcome& tile : tiles_)
+    if (reasonOf(tile).find(kChanged) != std::string::npos) changed.push_back(tile.path);
   const auto isChanged = [&](const TileOutcome& tile) {
     return std::find(changed.begin(), changed.end(), tile.path) != changed.end();
   };
@@ -224,9 +213,7 @@ void ExportReport::findOutside(TileOutcome& tile) const {
   const TileCandidate* const known = candidate(tile.path);
   morvane::SilentMessages nobody;
   morvane::TileGround ground;
-  if (known == nullptr || !morvane::findTileGround(known->dagPath, nobody, ground)) {
-    return;
-  }
+  if (known == nullptr || !morvane::findTileGround(known->dagPath, nobody, ground)) return;
   morvane::visitGoblins(ground, nobody, [&](const morvane::TileGoblin& goblin) {
     morvane::GoblinGeometryBuilder builder;
     if (morvane::appendGoblin(goblin.welded, goblin.toTile, morvane::GoblinLayout::kTagged, nullptr,
@@ -288,9 +275,8 @@ std::size_t ExportReport::failures() const {
 }
 
 const TileCandidate* ExportReport::candidate(const std::string& tile) const {
-  for (const TileCandidate& each : textures_) {
+  for (const TileCandidate& each : textures_)
     if (each.path == tile) return &each;
-  }
   return nullptr;
 }
 
@@ -300,15 +286,11 @@ std::string ExportReport::textureOf(const std::string& tile) const {
 }
 
 std::string ExportReport::advice(const TileOutcome& tile, const std::string& reason) const {
-  if (!tile.advice.empty()) {
-    return tile.advice;
-  }
+  if (!tile.advice.empty()) return tile.advice;
   if (tile.error == morvane::kLoadFailed) return textureAdvice(tile.path);
   const bool isAdvised =
       reason.find(kChanged) != std::string::npos || reason.find(kNotReplaced) != std::string::npos;
-  if (isAdvised) {
-    return "nothing was replaced";
-  }
+  if (isAdvised) return "nothing was replaced";
   for (const Advice& known : kAdvice) {
     if (tile.error != known.error) continue;
     return known.error == morvane::kSaveFailed ? writingAdvice(reason, known.text) : known.text;
@@ -319,9 +301,8 @@ std::string ExportReport::advice(const TileOutcome& tile, const std::string& rea
 // Loads the texture again to learn what the plug-in does not say.
 std::string ExportReport::textureAdvice(const std::string& tile) const {
   const TileCandidate* const known = candidate(tile);
-  if (known && !known->textureNode.empty() && known->texture.empty()) {
+  if (known && !known->textureNode.empty() && known->texture.empty())
     return "set the fileTextureName of " + printable(known->textureNode);
-  }
   const std::string texture = textureOf(tile);
   if (!texture.empty()) {
     std::error_code missing;

@@ -61,9 +61,8 @@ class Batch {
   // Of the scene at hand, in which these problems were found.
   ExitStatus exportOpened(const host::SceneProblems& problems) {
     std::string error;
-    if (!selectTiles(name(), job_.nodes, problems, error)) {
+    if (!selectTiles(name(), job_.nodes, problems, error))
       return failScene(problems, error, kFailed);
-    }
     if (records_ && !problems.list.empty()) {
       records_->writeScene(name(), problems, damageOf(problems),
                            problems.damages == 0 ? kDone : kFailed);
@@ -94,9 +93,7 @@ class Batch {
     bool executed = refuseTiles(report) && exportHeard(report, heard);
     for (int again = 0; again < kMostRepeats && heard; ++again) {
       const auto changed = report.takeChanged();
-      if (changed.empty()) {
-        break;
-      }
+      if (changed.empty()) break;
       bar_.hide();
       complain("somebody saved the texture of " + counted(changed.size(), "tile") +
                " meanwhile: exporting again");
@@ -127,9 +124,7 @@ class Batch {
 
   static bool selectOnly(const std::vector<std::string>& paths) {
     std::string script = "select -clear; ";
-    for (const std::string& path : paths) {
-      script += "select -add " + host::mel::quoted(path) + "; ";
-    }
+    for (const std::string& path : paths) script += "select -add " + host::mel::quoted(path) + "; ";
     return host::execute(script, "selection");
   }
 
@@ -213,9 +208,8 @@ class Batch {
   }
 
   ExitStatus failAll(const std::string& error, ExitStatus status) {
-    for (const std::string& scene : job_.scenes) {
+    for (const std::string& scene : job_.scenes)
       if (records_) records_->writeScene(scene, {}, error, status);
-    }
     return status;
   }
 
@@ -232,11 +226,9 @@ class Batch {
     if (failed != 0 || isDamaged) failedScenes_.insert(name());
     failedTiles_ += failed;
     exportedTiles_ += report.tiles().size() - failed;
-    if (records_) {
-      for (const TileOutcome& tile : report.tiles()) {
+    if (records_)
+      for (const TileOutcome& tile : report.tiles())
         records_->write(name(), tile, report.textureOf(tile.path));
-      }
-    }
     tell(counted(report.tiles().size() - failed, "tile") + " exported" +
          (failed == 0 ? "" : ", " + std::to_string(failed) + " failed") +
          (isDamaged ? "; the scene is damaged" : ""));

@@ -58,11 +58,8 @@ void OutputWatch::run() {
   } catch (const std::bad_alloc&) {
     ok_ = false;
     char bytes[4096];
-    for (std::ptrdiff_t count; (count = readSome(readEnd_, bytes, sizeof bytes)) > 0;) {
-      if (passesOn_) {
-        writeAll(original_, bytes, static_cast<std::size_t>(count));
-      }
-    }
+    for (std::ptrdiff_t count; (count = readSome(readEnd_, bytes, sizeof bytes)) > 0;)
+      if (passesOn_) writeAll(original_, bytes, static_cast<std::size_t>(count));
   }
 }
 
@@ -74,9 +71,7 @@ void OutputWatch::passOn() {
     const auto write = [&] {
       if (!writeAll(original_, bytes, size)) ok_ = false;
     };
-    if (passesOn_) {
-      around_ ? around_(write) : write();
-    }
+    if (passesOn_) around_ ? around_(write) : write();
     hear({bytes, size});
   }
   if (!line_.empty()) listener_(line_);

@@ -13,17 +13,13 @@ std::vector<Refusal> refusals(const std::string& scene, const std::vector<TileCa
   for (const TileCandidate& tile : tiles) {
     const Unevaluated found =
         tile.dagPath.isValid() ? unevaluatedBelow(tile.dagPath) : Unevaluated();
-    if (!found.what.empty()) {
-      refused.push_back({tile.path, found.what, found.advice});
-    }
+    if (!found.what.empty()) refused.push_back({tile.path, found.what, found.advice});
   }
   for (Refusal& claim : textures.claims(scene, tiles)) {
     const bool isRefused = std::any_of(refused.begin(), refused.end(), [&](const Refusal& each) {
       return each.tile == claim.tile;
     });
-    if (!isRefused) {
-      refused.push_back(std::move(claim));
-    }
+    if (!isRefused) refused.push_back(std::move(claim));
   }
   return refused;
 }

@@ -24,9 +24,7 @@ bool hasTexture(const TileCandidate& tile) {
 
 // What stands behind the name of a texture that an export cannot use.
 std::string markOf(const TileCandidate& tile) {
-  if (tile.texture.empty()) {
-    return "(" + printable(tile.textureNode) + " names no file)";
-  }
+  if (tile.texture.empty()) return "(" + printable(tile.textureNode) + " names no file)";
   const std::string missing = hasTexture(tile) ? "" : "missing";
   const std::string kind = isTileFileName(tile.texture) ? "" : "neither PSD nor TGA";
   const std::string both = missing + (missing.empty() || kind.empty() ? "" : ", ") + kind;
@@ -46,9 +44,7 @@ Json tileJson(const TileForecast& forecast) {
 
 void printJson(const std::string& file, const std::vector<TileForecast>& tiles) {
   Json list = Json::array();
-  for (const TileForecast& tile : tiles) {
-    list.push_back(tileJson(tile));
-  }
+  for (const TileForecast& tile : tiles) list.push_back(tileJson(tile));
   const Json json = {{"file", toUtf8(file)}, {"tiles", list}};
   std::printf("%s\n", printableJson(json.dump()).c_str());
 }
@@ -66,11 +62,10 @@ void printTable(const std::string& file, const std::vector<TileForecast>& tiles)
 
 ExitStatus reportScene(const std::string& file, bool json) {
   const std::vector<TileForecast> tiles = forecastExport(file);
-  if (json) {
+  if (json)
     printJson(file, tiles);
-  } else {
+  else
     printTable(file, tiles);
-  }
   if (tiles.empty()) {
     complain(printable(file) + ": " + kNoTile);
     return kFailed;

@@ -53,16 +53,12 @@ std::vector<Refusal> SharedTextures::claims(const std::string& scene,
   const auto isPsd = [](const TileCandidate& tile) {
     return morvane::tileFileOf(tile.texture) == tile.texture;
   };
-  for (const TileCandidate& tile : tiles) {
-    if (!tile.texture.empty() && isPsd(tile)) {
+  for (const TileCandidate& tile : tiles)
+    if (!tile.texture.empty() && isPsd(tile))
       psdTextures_.try_emplace(identityOf(tile.texture), Tile{scene, tile.path});
-    }
-  }
   std::vector<Refusal> claims;
   for (const TileCandidate& tile : tiles) {
-    if (tile.texture.empty() || isPsd(tile)) {
-      continue;
-    }
+    if (tile.texture.empty() || isPsd(tile)) continue;
     const auto owner = psdTextures_.find(identityOf(tile.texture));
     if (owner != psdTextures_.end()) {
       const Tile& other = owner->second;
@@ -131,9 +127,8 @@ std::vector<SharedTextures::Loss> SharedTextures::settle(
     if (!isExported(write.path)) continue;
     std::vector<Tile>& owners = owners_[write.file];
     const Tile tile{scene, write.path};
-    if (write.changed && !owners.empty()) {
+    if (write.changed && !owners.empty())
       losses.push_back({std::exchange(owners, {}), tile, write.file});
-    }
     owners.push_back(tile);
   }
   return losses;

@@ -45,12 +45,8 @@ struct Options {
 
 // The plug-in saves, and is told through the environment.
 void tellThePlugIn(const Options& options) {
-  if (options.waitSeconds) {
-    setEnvironment("MORVANE_WAIT", std::to_string(*options.waitSeconds));
-  }
-  if (options.inPlace) {
-    setEnvironment("MORVANE_IN_PLACE", "1");
-  }
+  if (options.waitSeconds) setEnvironment("MORVANE_WAIT", std::to_string(*options.waitSeconds));
+  if (options.inPlace) setEnvironment("MORVANE_IN_PLACE", "1");
 }
 
 // No node's name has a slash.

@@ -59,9 +59,7 @@ void printArray(const char* key, const List& list, const ToJson& toJson) {
 void printJson(const Goblins& goblins, const Options& options, const std::string& file) {
   const bool full = options.full;
   Json beginning;
-  if (options.files.size() > 1) {
-    beginning["file"] = toUtf8(file);
-  }
+  if (options.files.size() > 1) beginning["file"] = toUtf8(file);
   beginning["layout"] = goblins.layoutName();
   beginning["vertices"] = goblins.pool.size();
   const std::string object = beginning.dump();
@@ -135,9 +133,8 @@ bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Opti
              " triangles are left out, since they have coordinates that are no finite numbers");
   }
   std::string glb;
-  if (writeGlb(meshes, hasPicture ? &picture : nullptr, glb, fault)) {
+  if (writeGlb(meshes, hasPicture ? &picture : nullptr, glb, fault))
     return writeOutput(options.glb, glb);
-  }
   complain(shown + ": " + fault + "; nothing was written");
   return false;
 }
@@ -163,11 +160,10 @@ ExitStatus showFile(const Options& options, const std::string& file) {
     complain(shown + ": no layer \"" + morvane::kGoblinLayerName + "\"; export the tile first");
     return kFailed;
   }
-  if (options.json) {
+  if (options.json)
     printJson(goblins, options, file);
-  } else if (options.obj.empty() && options.glb.empty()) {
+  else if (options.obj.empty() && options.glb.empty())
     printTable(goblins, file);
-  }
   if (!goblins.fault.empty()) return kFailed;
   return writeModels(*document, goblins, options) && isSound ? kDone : kFailed;
 }
@@ -178,13 +174,10 @@ ExitStatus showGoblins(const Options& options) {
     complain("--obj and --glb take the goblins of one file: name exactly one");
     return kUsage;
   }
-  for (const std::string& output : {options.obj, options.glb}) {
+  for (const std::string& output : {options.obj, options.glb})
     if (wouldReplaceInput(output, options.files)) return kUsage;
-  }
   ExitStatus worst = kDone;
-  for (const std::string& file : options.files) {
-    worst = std::max(worst, showFile(options, file));
-  }
+  for (const std::string& file : options.files) worst = std::max(worst, showFile(options, file));
   return worst;
 }
 

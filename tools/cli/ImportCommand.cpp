@@ -72,11 +72,10 @@ ExitStatus importTile(const Options& options) {
     return kFailed;
   }
   const ExitStatus saved = saveScene(output);
-  if (output.empty()) {
+  if (output.empty())
     complain("the import succeeded, but nothing was saved: name with -o where to save the scene");
-  } else if (saved == kDone) {
+  else if (saved == kDone)
     tellWritten(options.output);
-  }
   tellUnusedMaps();
   return std::max(saved, tellDamage(options.scene, problems));
 }

@@ -65,9 +65,7 @@ void printReport(const std::string& file, std::uintmax_t bytes, const PsdDocumen
               static_cast<unsigned long long>(bytes));
   const std::string fault = documentFault(document);
   if (!fault.empty()) std::printf("  %s\n", fault.c_str());
-  if (!document.loadWarning.empty()) {
-    std::printf("  warning: %s\n", document.loadWarning.c_str());
-  }
+  if (!document.loadWarning.empty()) std::printf("  warning: %s\n", document.loadWarning.c_str());
   for (const auto& resource : document.resources) {
     const std::string name = resource->name ? resource->name.get() : resourceName(resource->id);
     std::printf("  resource %u%s%s: %u bytes\n", static_cast<unsigned>(resource->id),

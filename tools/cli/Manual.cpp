@@ -21,9 +21,7 @@ std::vector<const CLI::Option*> optionsOf(const CLI::App& command) {
 std::string roff(const std::string& text) {
   std::string escaped;
   for (const char c : text) {
-    if (c == '-' || c == '\\') {
-      escaped += '\\';
-    }
+    if (c == '-' || c == '\\') escaped += '\\';
     escaped += c == '\n' ? ' ' : c;
   }
   return escaped;
@@ -40,12 +38,8 @@ std::string italic(const std::string& text) {
 // "-o, --output SCENE"
 std::string optionTerm(const CLI::Option& option) {
   std::string term;
-  for (const std::string& name : option.get_snames()) {
-    term += bold("-" + name) + ", ";
-  }
-  for (const std::string& name : option.get_lnames()) {
-    term += bold("--" + name) + ", ";
-  }
+  for (const std::string& name : option.get_snames()) term += bold("-" + name) + ", ";
+  for (const std::string& name : option.get_lnames()) term += bold("--" + name) + ", ";
   term.erase(term.size() - 2);
   const std::string value = option.get_type_name();
   return value.empty() ? term : term + " " + italic(value);
@@ -54,9 +48,7 @@ std::string optionTerm(const CLI::Option& option) {
 std::string synopsisOf(const CLI::App& command) {
   std::string line = bold("morvane " + command.get_name()) + " [options]";
   for (const CLI::Option* option : command.get_options()) {
-    if (!option->get_positional()) {
-      continue;
-    }
+    if (!option->get_positional()) continue;
     const bool many = option->get_items_expected_max() > 1;
     const std::string operand = italic(option->get_name()) + (many ? " ..." : "");
     line += option->get_required() ? " " + operand : " [" + operand + "]";
@@ -66,9 +58,8 @@ std::string synopsisOf(const CLI::App& command) {
 
 std::string synopsis(const CLI::App& program) {
   std::string text;
-  for (const CLI::App* command : subcommandsOf(program)) {
+  for (const CLI::App* command : subcommandsOf(program))
     text += (text.empty() ? "" : "\n.br\n") + synopsisOf(*command);
-  }
   return text;
 }
 
@@ -77,48 +68,40 @@ std::string commands(const CLI::App& program) {
   for (const CLI::App* command : subcommandsOf(program)) {
     text += (text.empty() ? ".SS " : "\n.SS ") + roff(command->get_name()) + "\n" +
             roff(command->get_description()) + ".";
-    for (const CLI::Option* option : command->get_options()) {
-      if (option->get_positional()) {
+    for (const CLI::Option* option : command->get_options())
+      if (option->get_positional())
         text += "\n.TP\n" + italic(option->get_name()) + "\n" + roff(option->get_description());
-      }
-    }
-    for (const CLI::Option* option : optionsOf(*command)) {
+    for (const CLI::Option* option : optionsOf(*command))
       text += "\n.TP\n" + optionTerm(*option) + "\n" + roff(option->get_description());
-    }
   }
   return text;
 }
 
 std::string longOptions(const CLI::App& command) {
   std::string words;
-  for (const CLI::Option* option : optionsOf(command)) {
-    for (const std::string& name : option->get_lnames()) {
+  for (const CLI::Option* option : optionsOf(command))
+    for (const std::string& name : option->get_lnames())
       words += (words.empty() ? "--" : " --") + name;
-    }
-  }
   return words;
 }
 
 std::string optionCases(const CLI::App& program) {
   std::string text;
-  for (const CLI::App* command : subcommandsOf(program)) {
+  for (const CLI::App* command : subcommandsOf(program))
     text += "    " + command->get_name() + ") echo \"" + longOptions(*command) + "\" ;;\n";
-  }
   return text + "    *) echo \"" + longOptions(program) + "\" ;;";
 }
 
 std::string subcommandNames(const CLI::App& program) {
   std::string names;
-  for (const CLI::App* command : subcommandsOf(program)) {
+  for (const CLI::App* command : subcommandsOf(program))
     names += (names.empty() ? "" : " ") + command->get_name();
-  }
   return names;
 }
 
 void fill(std::string& text, const std::string& word, const std::string& value) {
-  for (std::size_t at = 0; (at = text.find(word, at)) != std::string::npos; at += value.size()) {
+  for (std::size_t at = 0; (at = text.find(word, at)) != std::string::npos; at += value.size())
     text.replace(at, word.size(), value);
-  }
 }
 
 }  // namespace

@@ -39,9 +39,7 @@ Json answerJson(const host::Answer& answer) {
       return {{"kind", "floats"}, {"array", answer.isArray}, {"values", answer.floats}};
     case host::Answer::Kind::kStrings: {
       Json values = Json::array();
-      for (const std::string& text : answer.strings) {
-        values.push_back(toUtf8(text));
-      }
+      for (const std::string& text : answer.strings) values.push_back(toUtf8(text));
       return {{"kind", "strings"}, {"array", answer.isArray}, {"values", values}};
     }
     case host::Answer::Kind::kNothing:
@@ -96,26 +94,17 @@ class Server {
       reportScene(scene_, true);
       return kDone;
     }
-    if (wanted == "export") {
-      return exportTiles(request);
-    }
-    if (wanted == "mel") {
-      return runText(text(request, "text"));
-    }
-    if (wanted == "save") {
-      return host::saveScene(text(request, "file"), &error_) ? kDone : kFailed;
-    }
+    if (wanted == "export") return exportTiles(request);
+    if (wanted == "mel") return runText(text(request, "text"));
+    if (wanted == "save") return host::saveScene(text(request, "file"), &error_) ? kDone : kFailed;
     error_ = "not a request";
     return kUsage;
   }
 
   ExitStatus exportTiles(const Json& request) {
     ExportJob job{{scene_}, {}, {}, true};
-    for (const Json& tile : request.value("tiles", Json::array())) {
-      if (tile.is_string()) {
-        job.nodes.push_back(tile.get<std::string>());
-      }
-    }
+    for (const Json& tile : request.value("tiles", Json::array()))
+      if (tile.is_string()) job.nodes.push_back(tile.get<std::string>());
     return exportOpenScene(job);
   }
 
@@ -126,9 +115,7 @@ class Server {
       const OutputAside aside;
       ok = host::evaluate(script, answer, error_);
     }
-    if (!ok) {
-      return kFailed;
-    }
+    if (!ok) return kFailed;
     say(answerJson(answer));
     return kDone;
   }

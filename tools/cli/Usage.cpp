@@ -20,17 +20,15 @@ std::string suggestion(const std::string& word, const std::vector<std::string>& 
 
 std::vector<std::string> optionsOf(const CLI::App& command) {
   std::vector<std::string> names;
-  for (const CLI::Option* option : command.get_options()) {
+  for (const CLI::Option* option : command.get_options())
     for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
-  }
   return names;
 }
 
 std::vector<std::string> subcommandsOf(const CLI::App& program) {
   std::vector<std::string> names;
-  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; }))
     names.push_back(command->get_name());
-  }
   return names;
 }
 

@@ -34,9 +34,8 @@ bool readDocument(const std::string& path, morvane::PsdDocument& document, ViewI
   std::error_code ignored;
   item.report = documentJson(item.file, fs::file_size(path, ignored), document, item.goblins);
   Picture picture;
-  if (readPicture(document, ViewPage::kMaxPicture, picture, item.pictureFault)) {
+  if (readPicture(document, ViewPage::kMaxPicture, picture, item.pictureFault))
     item.picture = std::move(picture);
-  }
   return true;
 }
 
@@ -54,13 +53,11 @@ class Viewer {
     if (wouldReplaceInput(options_.output, options_.files)) return kUsage;
     std::vector<std::string> paths;
     for (const std::string& file : options_.files) paths.push_back(absoluteName(file));
-    for (std::size_t i = 0; i < paths.size(); ++i) {
-      if (isScene(paths[i])) {
+    for (std::size_t i = 0; i < paths.size(); ++i)
+      if (isScene(paths[i]))
         addScene(paths[i], options_.files[i]);
-      } else {
+      else
         addFile(paths[i], options_.files[i]);
-      }
-    }
     if (replacesTexture_) return kUsage;
     if (!page_.showsSomething()) {
       complain("there is nothing to show; no page was written");
@@ -95,11 +92,10 @@ class Viewer {
     item.name = fs::path(path).filename().string();
     item.file = shown;
     morvane::PsdDocument document(1, 1);
-    if (!readDocument(path, document, item, item.fault)) {
+    if (!readDocument(path, document, item, item.fault))
       fail(unreadable(path, item.fault, shown));
-    } else if (!tellFaults(shown, document, item.goblins)) {
+    else if (!tellFaults(shown, document, item.goblins))
       status_ = std::max(status_, kFailed);
-    }
     add(item, files_);
   }
 

@@ -53,9 +53,7 @@ int run(int argc, char** argv) {
   CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
   program.set_version_flag("--version", "morvane " MORVANE_VERSION);
   program.get_formatter()->column_width(kHelpColumn);
-  for (const AddSubcommand add : kSubcommands) {
-    add(program, status);
-  }
+  for (const AddSubcommand add : kSubcommands) add(program, status);
   std::string templateFile;  // of what is made while the program is built
   program.add_option("--fill-template", templateFile)->group("");
   program.footer(kExamples);
@@ -65,9 +63,7 @@ int run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? kDone : kUsage;
   }
-  if (!templateFile.empty()) {
-    return printFilled(templateFile, program);
-  }
+  if (!templateFile.empty()) return printFilled(templateFile, program);
   if (program.get_subcommands().empty()) {
     std::fputs("morvane: a subcommand is required; morvane --help shows them\n", stderr);
     return kUsage;

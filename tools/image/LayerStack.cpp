@@ -70,9 +70,8 @@ BlendFunction blendOf(const char* key) {
     BlendFunction function;
   } kModes[] = {{"mul ", multiply}, {"scrn", screen},  {"over", overlay},
                 {"dark", darken},   {"lite", lighten}, {"lddg", linearDodge}};
-  for (const auto& mode : kModes) {
+  for (const auto& mode : kModes)
     if (mode.key == std::string_view(key, 4)) return mode.function;
-  }
   return normalBlend;
 }
 
@@ -191,11 +190,10 @@ bool LayerPainter::paintCells(std::uint32_t cellY) {
     const auto count =
         static_cast<float>(grid_.x.size(x)) * static_cast<float>(grid_.y.size(cellY));
     float alpha = std::min(1.0f, sum.alpha / count) * opacity_;
-    if (clipped_) {
+    if (clipped_)
       alpha *= static_cast<float>(base_[cell]) / 255;
-    } else {
+    else
       base_[cell] = static_cast<std::uint8_t>(alpha * 255 + 0.5f);
-    }
     if (!(alpha > 0)) continue;
     float colour[3];
     for (int c = 0; c < 3; ++c) colour[c] = sum.colour[c] / sum.alpha / 255;

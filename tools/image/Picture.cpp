@@ -82,9 +82,8 @@ bool reduceMerged(const PsdDocument& d, const PictureGrid& grid, MergedImage& im
     return true;
   }
   PlaneRows rows = rowsOf(d);
-  for (std::uint32_t c = 0; c < planes; ++c) {
+  for (std::uint32_t c = 0; c < planes; ++c)
     if (!reducePlane(rows, grid, step, nullptr, image.colours[c])) return false;
-  }
   const bool hasAlpha = d.mergedAlpha && d.channels > planes;
   return !hasAlpha || reducePlane(rows, grid, step, nullptr, image.alpha);
 }
@@ -112,20 +111,17 @@ bool isOneColour(const Picture& picture) {
 }
 
 void noteTransparency(Picture& picture) {
-  for (std::size_t i = 3; i < picture.rgba.size(); i += 4) {
+  for (std::size_t i = 3; i < picture.rgba.size(); i += 4)
     if (picture.rgba[i] < 255) picture.transparent = true;
-  }
 }
 
 // Why the merged image cannot be shown, as far as that can be said without reading it; empty when
 // it may be.
 std::string refusal(const PsdDocument& d) {
-  if (colourPlanes(d.colourMode) == 0) {
+  if (colourPlanes(d.colourMode) == 0)
     return "pictures of colour mode " + std::to_string(d.colourMode) + " are not shown";
-  }
-  if (d.depth != 8 && d.depth != 16) {
+  if (d.depth != 8 && d.depth != 16)
     return "pictures of " + std::to_string(d.depth) + " bits are not shown";
-  }
   if (d.mergedCompression > 1) {
     return "the merged image is compressed in a way that is not read (" +
            std::to_string(d.mergedCompression) + ")";
@@ -195,11 +191,9 @@ Picture scaledDown(const Picture& picture, std::uint32_t maxSide) {
   small.transparent = picture.transparent;
   small.composed = picture.composed;
   small.rgba.resize(4 * grid.cells());
-  for (std::uint32_t y = 0; y < small.height; ++y) {
-    for (std::uint32_t x = 0; x < small.width; ++x) {
+  for (std::uint32_t y = 0; y < small.height; ++y)
+    for (std::uint32_t x = 0; x < small.width; ++x)
       averageCell(picture, grid, x, y, &small.rgba[4 * (std::size_t{y} * small.width + x)]);
-    }
-  }
   return small;
 }
 

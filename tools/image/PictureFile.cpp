@@ -19,9 +19,8 @@ void append(void* context, void* data, int size) {
 std::vector<std::uint8_t> withoutAlpha(const Picture& picture) {
   std::vector<std::uint8_t> rgb;
   rgb.reserve(picture.rgba.size() / 4 * 3);
-  for (std::size_t i = 0; i < picture.rgba.size(); i += 4) {
+  for (std::size_t i = 0; i < picture.rgba.size(); i += 4)
     rgb.insert(rgb.end(), &picture.rgba[i], &picture.rgba[i] + 3);
-  }
   return rgb;
 }
 
@@ -56,12 +55,10 @@ std::string base64(const std::vector<std::uint8_t>& bytes) {
   text.reserve((bytes.size() + 2) / 3 * 4);
   for (std::size_t i = 0; i < bytes.size(); i += 3) {
     std::uint32_t group = 0;
-    for (std::size_t k = 0; k < 3; ++k) {
+    for (std::size_t k = 0; k < 3; ++k)
       group = group << 8 | (i + k < bytes.size() ? bytes[i + k] : 0u);
-    }
-    for (std::size_t k = 0; k < 4; ++k) {
+    for (std::size_t k = 0; k < 4; ++k)
       text += i + k > bytes.size() ? '=' : kDigits[group >> (18 - 6 * k) & 63];
-    }
   }
   return text;
 }

@@ -35,11 +35,10 @@ PlaneRows::PlaneRows(std::uint16_t compression, const std::uint8_t* data, std::s
 bool PlaneRows::takePacket() {
   if (at_ == end_) return false;
   const auto header = static_cast<std::int8_t>(*at_++);
-  if (header >= 0) {
+  if (header >= 0)
     literal_ = static_cast<std::size_t>(header) + 1;
-  } else if (header != -128) {
+  else if (header != -128)
     repeats_ = 1 - static_cast<std::ptrdiff_t>(header);
-  }
   return true;
 }
 
@@ -69,9 +68,8 @@ const std::uint8_t* PlaneRows::next() {
     return at_ - rowBytes_;
   }
   for (std::size_t filled = 0; filled < rowBytes_;) {
-    while (literal_ == 0 && repeats_ == 0) {
+    while (literal_ == 0 && repeats_ == 0)
       if (!takePacket()) return nullptr;
-    }
     const std::size_t count = unpack(row_.data() + filled, rowBytes_ - filled);
     if (count == 0) return nullptr;
     filled += count;

@@ -25,11 +25,10 @@ std::string fromUtf16(const std::uint16_t* units, std::size_t count) {
     const std::uint32_t unit = units[i];
     const bool pair = unit >= 0xD800 && unit < 0xDC00 && i + 1 < count && units[i + 1] >= 0xDC00 &&
                       units[i + 1] < 0xE000;
-    if (pair) {
+    if (pair)
       put(0x10000 + ((unit - 0xD800) << 10) + (units[++i] - 0xDC00u));
-    } else {
+    else
       put(unit >= 0xD800 && unit < 0xE000 ? 0xFFFD : unit);
-    }
   }
   return text;
 }
@@ -69,9 +68,8 @@ std::string colourModeName(std::uint16_t mode) {
 }
 
 std::string layerName(const PsdLayer& layer) {
-  if (layer.unicodeChars && layer.unicodeCount > 0) {
+  if (layer.unicodeChars && layer.unicodeCount > 0)
     return fromUtf16(layer.unicodeChars.get(), layer.unicodeCount);
-  }
   return layer.name ? toUtf8(layer.name.get()) : "";
 }
 

@@ -64,11 +64,10 @@ void GlbBuilder::addMaterial(const char* name, bool cutOut) {
   material.alphaMode = cutOut ? "MASK" : "OPAQUE";
   material.pbrMetallicRoughness.metallicFactor = 0;
   material.pbrMetallicRoughness.roughnessFactor = 1;
-  if (png_.empty()) {
+  if (png_.empty())
     material.pbrMetallicRoughness.baseColorFactor = {0.6, 0.6, 0.6, 1};
-  } else {
+  else
     material.pbrMetallicRoughness.baseColorTexture.index = 0;
-  }
   model_.materials.push_back(material);
 }
 

@@ -42,11 +42,9 @@ class MeshBuilder {
   ViewMesh build(const Goblin& goblin, std::size_t number, std::size_t& dropped) {
     ViewMesh mesh;
     mesh.name = goblin.name.empty() ? "goblin " + std::to_string(number) : toUtf8(goblin.name);
-    for (const auto& face : goblin.faces) {
-      for (std::size_t i = 2; i < face.size(); ++i) {
+    for (const auto& face : goblin.faces)
+      for (std::size_t i = 2; i < face.size(); ++i)
         addTriangle(mesh, {face[0], face[i - 1], face[i]}, dropped);
-      }
-    }
     for (const std::size_t i : used_) numbers_[i] = kUnused;
     used_.clear();
     return mesh;
@@ -86,9 +84,8 @@ class MeshBuilder {
 GoblinMeshes goblinMeshes(const Goblins& goblins) {
   GoblinMeshes result;
   MeshBuilder builder(goblins);
-  for (const Goblin& goblin : goblins.goblins) {
+  for (const Goblin& goblin : goblins.goblins)
     result.meshes.push_back(builder.build(goblin, result.meshes.size() + 1, result.dropped));
-  }
   return result;
 }
 

@@ -45,9 +45,8 @@ void putPool(std::string& obj, const Goblins& goblins, bool tagged) {
 // One word that no reader takes for two or for a comment.
 std::string objectName(const Goblin& goblin, std::size_t number, std::set<std::string>& taken) {
   std::string name = printable(goblin.name);
-  for (char& c : name) {
+  for (char& c : name)
     if (c == ' ' || c == '#' || c == '\\') c = '_';
-  }
   if (name.empty()) name = "goblin" + std::to_string(number);
   std::string unique = name;
   for (int i = 2; !taken.insert(unique).second; ++i) unique = name + '_' + std::to_string(i);

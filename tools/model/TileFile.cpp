@@ -57,9 +57,8 @@ std::string decode(morvane::GoblinGeometryReader& reader, Goblins& goblins) {
   if (!reader.readGoblinCount(count)) return "the goblin count does not fit";
   for (std::uint32_t i = 0; i < count; ++i) {
     morvane::GoblinRecord record;
-    if (!reader.readGoblin(record)) {
+    if (!reader.readGoblin(record))
       return "goblin " + std::to_string(i + 1) + " of " + std::to_string(count) + " does not fit";
-    }
     goblins.goblins.push_back(toGoblin(record));
   }
   return reader.consumed() == goblins.bytes ? "" : "bytes are left after the last goblin";

@@ -40,9 +40,7 @@ host::NodePtr driverOf(const host::Plug& plug, int longestChain) {
   }
   for (const host::Plug& child : plug.children()) {
     host::NodePtr driver = driverOf(child, longestChain);
-    if (driver != nullptr) {
-      return driver;
-    }
+    if (driver != nullptr) return driver;
   }
   return nullptr;
 }
@@ -51,18 +49,14 @@ host::NodePtr driverOfPlacement(const host::NodePtr& transform) {
   for (const char* const name : kPlacement) {
     const auto plug = host::Plug::find(transform, name);
     host::NodePtr driver = plug ? driverOf(*plug, kLongestChain) : nullptr;
-    if (driver != nullptr) {
-      return driver;
-    }
+    if (driver != nullptr) return driver;
   }
   return nullptr;
 }
 
 Unevaluated unevaluatedMesh(const host::DagPath& mesh) {
   const auto stop = host::unevaluatedBy(mesh.node());
-  if (!stop) {
-    return Unevaluated();
-  }
+  if (!stop) return Unevaluated();
   return {mesh.fullName() + " is made by " + stop->node + " (" + stop->type + "), " +
               (stop->reason.empty() ? "which is not evaluated" : "but " + stop->reason),
           stop->advice};
@@ -90,12 +84,8 @@ Unevaluated unevaluatedBelow(const MDagPath& tile) {
   for (morvane::MeshWalk walk(tile); !walk.isDone(); walk.next()) {
     const host::DagPath& mesh = *walk.path().hostPath();
     Unevaluated found = unevaluatedMesh(mesh);
-    if (found.what.empty() && isGoblin) {
-      found = unevaluatedPlace(*tile.hostPath(), mesh);
-    }
-    if (!found.what.empty()) {
-      return found;
-    }
+    if (found.what.empty() && isGoblin) found = unevaluatedPlace(*tile.hostPath(), mesh);
+    if (!found.what.empty()) return found;
     isGoblin = true;
   }
   return Unevaluated();

@@ -17,9 +17,8 @@ class FirstError final : public morvane::TileMessages {
  public:
   void log(const std::string& text) override {
     const std::string mark = morvane::kErrorMark;
-    if (error_.empty() && text.compare(0, mark.size(), mark) == 0) {
+    if (error_.empty() && text.compare(0, mark.size(), mark) == 0)
       error_ = text.substr(mark.size(), text.find('\n') - mark.size());
-    }
   }
   void explain(const std::string&) override {}
   void warn(const std::string&) override {}
@@ -33,9 +32,7 @@ class FirstError final : public morvane::TileMessages {
 std::string goblinName(const MDagPath& mesh) {
   MString name;
   morvane::getStringAttr(mesh.node(), "goblinName", name, true);
-  if (name.length() == 0) {
-    name = morvane::getNodeName(mesh.transform());
-  }
+  if (name.length() == 0) name = morvane::getNodeName(mesh.transform());
   return name.asChar();
 }
 
@@ -50,9 +47,8 @@ void append(const morvane::WeldedMesh& mesh, const morvane::Matrix44& matrix,
   Goblin goblin;
   goblin.name = name;
   goblin.vertices = static_cast<std::uint32_t>(builder.pool.size());
-  for (const auto& t : mesh.triangles) {
+  for (const auto& t : mesh.triangles)
     goblin.faces.push_back({base + t[2], base + t[1], base + t[0]});
-  }
   goblins.goblins.push_back(std::move(goblin));
 }
 
@@ -93,9 +89,7 @@ SceneTile readTile(const TileCandidate& candidate) {
 
 std::vector<SceneTile> sceneTiles() {
   std::vector<SceneTile> tiles;
-  for (const TileCandidate& candidate : texturedTiles()) {
-    tiles.push_back(readTile(candidate));
-  }
+  for (const TileCandidate& candidate : texturedTiles()) tiles.push_back(readTile(candidate));
   return tiles;
 }
 

@@ -18,9 +18,7 @@ TileCandidate candidateAt(const MDagPath& path) {
 
 std::vector<TileCandidate> texturedTiles() {
   std::vector<TileCandidate> candidates;
-  for (const MDagPath& path : morvane::texturedTiles()) {
-    candidates.push_back(candidateAt(path));
-  }
+  for (const MDagPath& path : morvane::texturedTiles()) candidates.push_back(candidateAt(path));
   return candidates;
 }
 
@@ -31,11 +29,10 @@ std::vector<TileCandidate> selectedCandidates() {
   for (unsigned int i = 0; i < selection.length(); ++i) {
     MDagPath path;
     MObject node;
-    if (selection.getDagPath(i, path) == MStatus::kSuccess) {
+    if (selection.getDagPath(i, path) == MStatus::kSuccess)
       candidates.push_back(candidateAt(path));
-    } else if (selection.getDependNode(i, node) == MStatus::kSuccess) {
+    else if (selection.getDependNode(i, node) == MStatus::kSuccess)
       candidates.push_back({MFnDependencyNode(node).name().asChar(), "", "", MDagPath()});
-    }
   }
   return candidates;
 }

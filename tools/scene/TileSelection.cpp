@@ -28,9 +28,8 @@ std::string tileHint(const std::string& name) {
   const std::string nearest = host::nearestName(name, tiles);
   std::string hint = nearest.empty() ? "; the scene's tiles are "
                                      : "; did you mean " + printable(nearest) + "? The tiles are ";
-  for (std::size_t i = 0; i < std::min(tiles.size(), kMostShown); ++i) {
+  for (std::size_t i = 0; i < std::min(tiles.size(), kMostShown); ++i)
     hint += (i == 0 ? "" : ", ") + printable(tiles[i]);
-  }
   const std::size_t more = tiles.size() - std::min(tiles.size(), kMostShown);
   return hint + (more == 0 ? "" : " and " + std::to_string(more) + " more");
 }
@@ -51,9 +50,8 @@ std::string whyNotSelected(const std::string& name, const morvane::Status& statu
 
 bool selectTiles(const std::string& scene, std::vector<std::string> names,
                  const host::SceneProblems& problems, std::string& error) {
-  if (names.empty()) {
+  if (names.empty())
     for (const auto& tile : texturedTiles()) names.push_back(tile.path);
-  }
   if (names.empty()) {
     const std::string loss = likelyLoss(problems);
     return fail(scene, kNoTile + (loss.empty() ? "; name the nodes to export" : loss), error);
@@ -61,9 +59,7 @@ bool selectTiles(const std::string& scene, std::vector<std::string> names,
   if (!host::execute("select -clear", "selection")) return false;
   for (const std::string& name : names) {
     const morvane::Status selected = host::select(name, isPattern(name));
-    if (selected.ok()) {
-      continue;
-    }
+    if (selected.ok()) continue;
     return fail(scene,
                 "cannot select " + printable(name) + ", so nothing was exported" +
                     whyNotSelected(name, selected) +

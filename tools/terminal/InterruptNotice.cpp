@@ -12,9 +12,7 @@ volatile std::sig_atomic_t scenesDone = 0;
 volatile std::sig_atomic_t scenesInAll = 0;
 
 char* append(char* end, const char* text) {
-  while (*text != '\0') {
-    *end++ = *text++;
-  }
+  while (*text != '\0') *end++ = *text++;
   return end;
 }
 
@@ -25,9 +23,7 @@ char* append(char* end, std::sig_atomic_t number) {
     digits[count++] = static_cast<char>('0' + number % 10);
     number /= 10;
   } while (number != 0);
-  while (count > 0) {
-    *end++ = digits[--count];
-  }
+  while (count > 0) *end++ = digits[--count];
   return end;
 }
 
@@ -48,9 +44,7 @@ InterruptNotice::InterruptNotice(std::size_t scenes) {
   scenesInAll = static_cast<std::sig_atomic_t>(scenes);
   // One that is ignored, as in a job in the background, stays so.
   wasIgnored_ = std::signal(SIGINT, tellInterrupt) == SIG_IGN;
-  if (wasIgnored_) {
-    std::signal(SIGINT, SIG_IGN);
-  }
+  if (wasIgnored_) std::signal(SIGINT, SIG_IGN);
 }
 
 InterruptNotice::~InterruptNotice() {

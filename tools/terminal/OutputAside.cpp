@@ -13,9 +13,7 @@ OutputAside::OutputAside() {
 }
 
 OutputAside::~OutputAside() {
-  if (original_ < 0) {
-    return;
-  }
+  if (original_ < 0) return;
   std::fflush(stdout);
   redirect(kStandardOutput, original_);
   closeFile(original_);

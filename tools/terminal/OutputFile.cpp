@@ -71,9 +71,8 @@ void checkOutput(CLI::Option& option, const OutputKind& kind) {
 }
 
 std::string writingAdvice(const std::string& reason, const std::string& otherwise) {
-  if (endsWith(reason, ": changed since it was read; try again")) {
+  if (endsWith(reason, ": changed since it was read; try again"))
     return "the file is as somebody else left it meanwhile: run this again";
-  }
   static const std::string kBegin = "cannot write ";
   for (const Advice& known : kAdvice) {
     const std::string why = ": " + std::generic_category().message(known.error);

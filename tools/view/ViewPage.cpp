@@ -45,13 +45,11 @@ Json goblinsJson(const Goblins& goblins) {
 // As the content of a script element: only ASCII, and no "<" that could end it.
 std::string inElement(const Json& json) {
   std::string text;
-  for (const char c : json.dump(-1, ' ', true, Json::error_handler_t::replace)) {
-    if (c == '<') {
+  for (const char c : json.dump(-1, ' ', true, Json::error_handler_t::replace))
+    if (c == '<')
       text += "\\u003c";
-    } else {
+    else
       text += c;
-    }
-  }
   return text;
 }
 

@@ -41,17 +41,14 @@ class Targets {
   }
 
   void addSetting(const ParameterPath& path, const std::vector<double>& numbers) {
-    if (path.size() < 2 || !isOfThisMesh(path)) {
-      return;
-    }
+    if (path.size() < 2 || !isOfThisMesh(path)) return;
     const std::string_view name = path.back().name;
-    if (path.size() == 2 && (name == "bw" || name == "baseWeights")) {
+    if (path.size() == 2 && (name == "bw" || name == "baseWeights"))
       setRange(baseWeights, path.back(), numbers);
-    } else if (path.size() == 3 && (name == "tw" || name == "targetWeights")) {
+    else if (path.size() == 3 && (name == "tw" || name == "targetWeights"))
       setRange(weights[std::max(path[1].first, 0)], path.back(), numbers);
-    } else if (path.size() == 4 && (name == "ipt" || name == "inputPointsTarget")) {
+    else if (path.size() == 4 && (name == "ipt" || name == "inputPointsTarget"))
       addStored(path, numbers);
-    }
   }
 
   void setRange(std::vector<double>& shares, const ParameterPart& range,
@@ -59,46 +56,35 @@ class Targets {
     shares.resize(mesh_.storedPoints().size(), 1.0);
     for (std::size_t i = 0; i < numbers.size(); ++i) {
       const std::size_t vertex = static_cast<std::size_t>(std::max(range.first, 0)) + i;
-      if (vertex < shares.size()) {
-        shares[vertex] = numbers[i];
-      }
+      if (vertex < shares.size()) shares[vertex] = numbers[i];
     }
   }
 
   Offsets* shapeAt(const ParameterPath& path) {
     const int item = path.size() == 4 ? path[2].first : -1;
-    if (item < 0 || !isOfThisMesh(path) || item == kItemAtZero) {
-      return nullptr;
-    }
+    if (item < 0 || !isOfThisMesh(path) || item == kItemAtZero) return nullptr;
     return &list[std::max(path[1].first, 0)][(item - kItemAtZero) / kItemsPerWeight];
   }
 
   // A count, then four numbers a point; the component list beside it names the vertices.
   void addStored(const ParameterPath& path, const std::vector<double>& numbers) {
     Offsets* offsets = shapeAt(path);
-    if (offsets == nullptr) {
-      return;
-    }
+    if (offsets == nullptr) return;
     const std::vector<int> vertices = node_.componentsBeside(
         path, {"ict", "inputComponentsTarget"}, ElementKind::kVertex, mesh_.pointCount());
-    for (std::size_t i = 0; i < vertices.size() && 4 * i + 3 < numbers.size(); ++i) {
+    for (std::size_t i = 0; i < vertices.size() && 4 * i + 3 < numbers.size(); ++i)
       (*offsets)[vertices[i]] = {numbers[4 * i + 1], numbers[4 * i + 2], numbers[4 * i + 3]};
-    }
   }
 
   void addLive(const ParameterPath& path, const MeshData& shape) {
     Offsets* offsets = shapeAt(path);
-    if (offsets == nullptr) {
-      return;
-    }
+    if (offsets == nullptr) return;
     const std::vector<Vec3>& from = mesh_.storedPoints();
     const std::vector<Vec3>& to = shape.points();
     offsets->clear();
     for (std::size_t i = 0; i < std::min(from.size(), to.size()); ++i) {
       const Vec3 offset = to[i] - from[i];
-      if (!(offset == Vec3())) {
-        offsets->emplace(static_cast<int>(i), offset);
-      }
+      if (!(offset == Vec3())) offsets->emplace(static_cast<int>(i), offset);
     }
   }
 
@@ -136,22 +122,17 @@ double shareAt(const std::vector<double>& weights, int vertex) {
 
 std::string blendShape(HistoryParameters& node, MeshData& mesh) {
   const Targets targets(node, mesh);
-  if (!targets.complete) {
-    return {};
-  }
+  if (!targets.complete) return {};
   const auto weights = node.elements({"w", "weight"});
   const auto visible = node.elements({"tgvs", "targetVisibility"});
   std::map<int, Vec3> sums;
   for (const auto& [index, target] : targets.list) {
     const auto weight = weights.find(index);
     const auto shown = visible.find(index);
-    if (weight == weights.end() || (shown != visible.end() && shown->second.front() == 0.0)) {
+    if (weight == weights.end() || (shown != visible.end() && shown->second.front() == 0.0))
       continue;
-    }
     const double amount = weight->second.front();
-    if (!std::isfinite(amount)) {
-      return "weight " + std::to_string(index) + " is no number";
-    }
+    if (!std::isfinite(amount)) return "weight " + std::to_string(index) + " is no number";
     const auto own = targets.weights.find(index);
     for (const auto& [at, share] : sharesOf(target, amount)) {
       for (const auto& [vertex, offset] : target.at(at)) {
@@ -161,9 +142,8 @@ std::string blendShape(HistoryParameters& node, MeshData& mesh) {
     }
   }
   PointMover mover(node, mesh);
-  for (const auto& [vertex, offset] : sums) {
+  for (const auto& [vertex, offset] : sums)
     mover.offset(vertex, offset * shareAt(targets.baseWeights, vertex));
-  }
   return {};
 }
 

@@ -21,9 +21,7 @@ struct Paint {
   }
   void setOpacity(const std::vector<double>& alpha) {
     hasOpacity = !alpha.empty();
-    if (hasOpacity) {
-      colour.a = static_cast<float>(alpha.front());
-    }
+    if (hasOpacity) colour.a = static_cast<float>(alpha.front());
   }
 };
 
@@ -40,28 +38,23 @@ class Paints {
   const Paint* at(int vertex, int face) const {
     const auto corner = corners_.find({vertex, face});
     const auto whole = vertices_.find(vertex);
-    if (corner != corners_.end() && corner->second.hasColour) {
-      return &corner->second;
-    }
+    if (corner != corners_.end() && corner->second.hasColour) return &corner->second;
     return whole != vertices_.end() && whole->second.hasColour ? &whole->second : nullptr;
   }
 
  private:
   void read(const ParameterPath& path, const std::vector<double>& numbers) {
     const int vertex = path.size() < 2 ? -1 : path[0].first;
-    if (vertex < 0) {
-      return;
-    }
+    if (vertex < 0) return;
     const std::string_view name = path.back().name;
-    if (path.size() == 2 && (name == "vrgb" || name == "vertexColorRGB")) {
+    if (path.size() == 2 && (name == "vrgb" || name == "vertexColorRGB"))
       vertices_[vertex].setColour(numbers);
-    } else if (path.size() == 2 && (name == "vxal" || name == "vertexAlpha")) {
+    else if (path.size() == 2 && (name == "vxal" || name == "vertexAlpha"))
       vertices_[vertex].setOpacity(numbers);
-    } else if (path.size() == 3 && (name == "frgb" || name == "vertexFaceColorRGB")) {
+    else if (path.size() == 3 && (name == "frgb" || name == "vertexFaceColorRGB"))
       corners_[{vertex, path[1].first}].setColour(numbers);
-    } else if (path.size() == 3 && (name == "vfal" || name == "vertexFaceAlpha")) {
+    else if (path.size() == 3 && (name == "vfal" || name == "vertexFaceAlpha"))
       corners_[{vertex, path[1].first}].setOpacity(numbers);
-    }
   }
 
   std::map<int, Paint> vertices_;
@@ -69,16 +62,13 @@ class Paints {
 };
 
 MeshColourSet* paintedSet(const std::string& name, MeshData& mesh) {
-  if (const MeshColourSet* known = mesh.findColourSet(name.empty() ? nullptr : &name)) {
+  if (const MeshColourSet* known = mesh.findColourSet(name.empty() ? nullptr : &name))
     return mesh.colourSet(known->index);
-  }
   const int index = mesh.colourSets().empty() ? 0 : mesh.colourSets().back().index + 1;
   MeshColourSet* set = mesh.colourSet(index);
   if (set != nullptr) {
     set->name = name.empty() ? "colorSet1" : name;
-    if (mesh.currentColourSetName().empty()) {
-      mesh.setCurrentColourSetName(set->name);
-    }
+    if (mesh.currentColourSetName().empty()) mesh.setCurrentColourSetName(set->name);
   }
   return set;
 }
@@ -92,9 +82,7 @@ std::string polyColorPerVertex(HistoryParameters& node, MeshData& mesh) {
   }
   const Paints paints(node);
   MeshColourSet* set = paintedSet(node.text({"cn", "colorSetName"}), mesh);
-  if (set == nullptr) {
-    return "the mesh has too many colour sets";
-  }
+  if (set == nullptr) return "the mesh has too many colour sets";
   const std::vector<int>& vertices = mesh.cornerVertices();
   set->ids.resize(vertices.size(), -1);
   for (int face = 0; face < mesh.faceCount(); ++face) {

@@ -20,20 +20,14 @@ MMatrix withoutTranslation(const MMatrix& matrix) {
 // The nearest rotation, by the averaging of N. Higham, "Computing the Polar Decomposition", 1986.
 MMatrix nearestRotation(const MMatrix& matrix) {
   MMatrix rotation = withoutTranslation(matrix);
-  if (std::abs(rotation.det3x3()) < 1e-24) {
-    return MMatrix();
-  }
+  if (std::abs(rotation.det3x3()) < 1e-24) return MMatrix();
   for (int step = 0; step < kMostSteps; ++step) {
     const MMatrix next = (rotation + rotation.inverse().transpose()) * 0.5;
     const bool done = next.isEquivalent(rotation, 1e-14);
     rotation = next;
-    if (done) {
-      break;
-    }
+    if (done) break;
   }
-  if (rotation.det3x3() < 0.0) {
-    rotation = withoutTranslation(rotation * -1.0);
-  }
+  if (rotation.det3x3() < 0.0) rotation = withoutTranslation(rotation * -1.0);
   return rotation;
 }
 
@@ -42,9 +36,7 @@ void toQuaternion(const MMatrix& m, double (&q)[4]) {
   const double squares[4] = {1.0 + m(0, 0) + m(1, 1) + m(2, 2), 1.0 + m(0, 0) - m(1, 1) - m(2, 2),
                              1.0 - m(0, 0) + m(1, 1) - m(2, 2), 1.0 - m(0, 0) - m(1, 1) + m(2, 2)};
   int largest = 0;
-  for (int i = 1; i < 4; ++i) {
-    largest = squares[i] > squares[largest] ? i : largest;
-  }
+  for (int i = 1; i < 4; ++i) largest = squares[i] > squares[largest] ? i : largest;
   const double yz = m(1, 2) - m(2, 1);
   const double zx = m(2, 0) - m(0, 2);
   const double xy = m(0, 1) - m(1, 0);
@@ -54,9 +46,7 @@ void toQuaternion(const MMatrix& m, double (&q)[4]) {
                              {zx, sums[0], squares[2], sums[2]},
                              {xy, sums[1], sums[2], squares[3]}};
   const double scale = 0.5 / std::sqrt(squares[largest]);
-  for (int i = 0; i < 4; ++i) {
-    q[i] = rows[largest][i] * scale;
-  }
+  for (int i = 0; i < 4; ++i) q[i] = rows[largest][i] * scale;
 }
 
 }  // namespace
@@ -78,9 +68,7 @@ DualQuaternion DualQuaternion::rigidPartOf(const MMatrix& matrix) {
 
 void DualQuaternion::add(const DualQuaternion& other, double weight) {
   double cosine = 0.0;
-  for (int i = 0; i < 4; ++i) {
-    cosine += real_[i] * other.real_[i];
-  }
+  for (int i = 0; i < 4; ++i) cosine += real_[i] * other.real_[i];
   const double signedWeight = cosine < 0.0 ? -weight : weight;
   for (int i = 0; i < 4; ++i) {
     real_[i] += signedWeight * other.real_[i];
@@ -92,9 +80,7 @@ MMatrix DualQuaternion::toMatrix() const {
   MMatrix m;
   const double size = std::sqrt(real_[0] * real_[0] + real_[1] * real_[1] + real_[2] * real_[2] +
                                 real_[3] * real_[3]);
-  if (size == 0.0) {
-    return m;
-  }
+  if (size == 0.0) return m;
   const double w = real_[0] / size;
   const double x = real_[1] / size;
   const double y = real_[2] / size;
@@ -103,11 +89,8 @@ MMatrix DualQuaternion::toMatrix() const {
       {1.0 - 2.0 * (y * y + z * z), 2.0 * (x * y + w * z), 2.0 * (x * z - w * y)},
       {2.0 * (x * y - w * z), 1.0 - 2.0 * (x * x + z * z), 2.0 * (y * z + w * x)},
       {2.0 * (x * z + w * y), 2.0 * (y * z - w * x), 1.0 - 2.0 * (x * x + y * y)}};
-  for (int row = 0; row < 3; ++row) {
-    for (int column = 0; column < 3; ++column) {
-      m(row, column) = rotation[row][column];
-    }
-  }
+  for (int row = 0; row < 3; ++row)
+    for (int column = 0; column < 3; ++column) m(row, column) = rotation[row][column];
   const double a = dual_[0] / size;
   const double b = dual_[1] / size;
   const double c = dual_[2] / size;

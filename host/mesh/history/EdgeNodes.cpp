@@ -18,9 +18,8 @@ Vec3 faceNormal(const MeshData& mesh, int face) {
     const int vertex = mesh.cornerVertices()[static_cast<std::size_t>(corner)];
     return mesh.points()[static_cast<std::size_t>(vertex)];
   };
-  for (int corner = begin; corner < end; ++corner) {
+  for (int corner = begin; corner < end; ++corner)
     sum = sum + cross(pointAt(corner), pointAt(corner + 1 < end ? corner + 1 : begin));
-  }
   return normalized(sum);
 }
 
@@ -37,9 +36,7 @@ std::vector<EdgeFaces> facesOfEdges(const MeshData& mesh) {
          ++corner) {
       const int edge = mesh.storedLoopEdges()[static_cast<std::size_t>(corner)];
       EdgeFaces& entry = result[static_cast<std::size_t>(edge >= 0 ? edge : -(edge + 1))];
-      if (entry.count < 2) {
-        entry.faces[entry.count] = face;
-      }
+      if (entry.count < 2) entry.faces[entry.count] = face;
       ++entry.count;
     }
   }
@@ -53,9 +50,7 @@ std::string polySoftEdge(HistoryParameters& node, MeshData& mesh) {
   const int count = static_cast<int>(mesh.edges().size());
   const auto chosen = node.components({"ics", "inputComponents"}, ElementKind::kEdge, count);
   std::vector<Vec3> normals;
-  for (int face = 0; face < mesh.faceCount(); ++face) {
-    normals.push_back(faceNormal(mesh, face));
-  }
+  for (int face = 0; face < mesh.faceCount(); ++face) normals.push_back(faceNormal(mesh, face));
   const std::vector<EdgeFaces> around = facesOfEdges(mesh);
   std::vector<MeshEdge>& edges = mesh.changeEdgeFlags();
   const auto soften = [&](int edge) {
@@ -68,12 +63,8 @@ std::string polySoftEdge(HistoryParameters& node, MeshData& mesh) {
     }
     edges[static_cast<std::size_t>(edge)].flag = limit >= kAlwaysSoft || angle < limit ? 1 : 0;
   };
-  for (int edge = 0; !chosen && edge < count; ++edge) {
-    soften(edge);
-  }
-  for (const int edge : chosen.value_or(std::vector<int>())) {
-    soften(edge);
-  }
+  for (int edge = 0; !chosen && edge < count; ++edge) soften(edge);
+  for (const int edge : chosen.value_or(std::vector<int>())) soften(edge);
   return {};
 }
 

@@ -22,9 +22,7 @@ std::vector<int> idsOf(const std::vector<int>& old, const FaceRebuild& faces) {
 
 void carryNormals(const MeshData& from, const FaceRebuild& faces, MeshData& to) {
   const auto& stored = from.storedNormals();
-  if (std::none_of(stored.begin(), stored.end(), isLocked)) {
-    return;
-  }
+  if (std::none_of(stored.begin(), stored.end(), isLocked)) return;
   const std::vector<MeshNormal> old = storedNormalsByCorner(from);
   std::vector<MeshNormal>& normals = to.changeNormals();
   for (const FaceRebuild::Corner& corner : faces.corners) {
@@ -57,9 +55,7 @@ std::vector<MeshEdge> keptEdges(const MeshData& from, const FaceRebuild& faces) 
   for (const MeshEdge& edge : from.edges()) {
     const int start = faces.newVertexOf[static_cast<std::size_t>(edge.start)];
     const int end = faces.newVertexOf[static_cast<std::size_t>(edge.end)];
-    if (start >= 0 && end >= 0 && start != end) {
-      edges.push_back({start, end, edge.flag});
-    }
+    if (start >= 0 && end >= 0 && start != end) edges.push_back({start, end, edge.flag});
   }
   return edges;
 }
@@ -77,28 +73,22 @@ FaceRebuild FaceRebuild::withPointsOf(const MeshData& mesh) {
 void FaceRebuild::addFace(const MeshData& mesh, int face) {
   const int first = mesh.faceStart(face);
   counts.push_back(mesh.cornerCount(face));
-  for (int corner = first; corner < first + mesh.cornerCount(face); ++corner) {
+  for (int corner = first; corner < first + mesh.cornerCount(face); ++corner)
     corners.push_back({mesh.cornerVertices()[static_cast<std::size_t>(corner)], corner});
-  }
 }
 
 std::string rebuild(const FaceRebuild& faces, MeshData& mesh) {
-  if (!mesh.holes().empty()) {
-    return "its input has faces with holes, which are not evaluated here";
-  }
+  if (!mesh.holes().empty()) return "its input has faces with holes, which are not evaluated here";
   MeshPolygons polygons;
   polygons.points = faces.points;
   polygons.counts = faces.counts;
   polygons.connects.reserve(faces.corners.size());
-  for (const FaceRebuild::Corner& corner : faces.corners) {
+  for (const FaceRebuild::Corner& corner : faces.corners)
     polygons.connects.push_back(corner.vertex);
-  }
   MeshData made;
   const std::vector<MeshEdge> edges = keptEdges(mesh, faces);
   const std::string problem = buildMesh(polygons, made, nullptr, edges);
-  if (!problem.empty()) {
-    return "it leaves " + problem;
-  }
+  if (!problem.empty()) return "it leaves " + problem;
   carrySets(mesh, faces, made);
   carryNormals(mesh, faces, made);
   mesh = std::move(made);
@@ -107,9 +97,8 @@ std::string rebuild(const FaceRebuild& faces, MeshData& mesh) {
 
 void dropUnusedPoints(FaceRebuild& faces) {
   std::vector<int> numbers(faces.points.size(), -1);
-  for (const FaceRebuild::Corner& corner : faces.corners) {
+  for (const FaceRebuild::Corner& corner : faces.corners)
     numbers[static_cast<std::size_t>(corner.vertex)] = 0;
-  }
   int next = 0;
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     if (numbers[i] == 0) {
@@ -118,27 +107,21 @@ void dropUnusedPoints(FaceRebuild& faces) {
     }
   }
   faces.points.resize(static_cast<std::size_t>(next));
-  for (FaceRebuild::Corner& corner : faces.corners) {
+  for (FaceRebuild::Corner& corner : faces.corners)
     corner.vertex = numbers[static_cast<std::size_t>(corner.vertex)];
-  }
-  for (int& vertex : faces.newVertexOf) {
+  for (int& vertex : faces.newVertexOf)
     vertex = vertex < 0 ? -1 : numbers[static_cast<std::size_t>(vertex)];
-  }
 }
 
 void dropUnusedUvs(MeshData& mesh) {
   std::vector<int> indices;
-  for (const MeshUvSet& set : mesh.uvSets()) {
-    indices.push_back(set.index);
-  }
+  for (const MeshUvSet& set : mesh.uvSets()) indices.push_back(set.index);
   for (const int index : indices) {
     MeshUvSet& set = *mesh.uvSet(index);
     std::vector<int> numbers(set.uvs.size(), -1);
     for (std::size_t corner = 0; corner < set.ids.size(); ++corner) {
       const int id = MeshData::uvAt(set, static_cast<int>(corner));
-      if (id >= 0) {
-        numbers[static_cast<std::size_t>(id)] = 0;
-      }
+      if (id >= 0) numbers[static_cast<std::size_t>(id)] = 0;
     }
     int next = 0;
     for (std::size_t i = 0; i < numbers.size(); ++i) {

@@ -8,20 +8,15 @@
 namespace host {
 
 std::string readMatrix(const std::vector<double>& numbers, MMatrix& matrix) {
-  if (numbers.size() != 16) {
-    return "its matrix has " + std::to_string(numbers.size()) + " numbers";
-  }
-  if (!std::all_of(numbers.begin(), numbers.end(), [](double n) { return std::isfinite(n); })) {
+  if (numbers.size() != 16) return "its matrix has " + std::to_string(numbers.size()) + " numbers";
+  if (!std::all_of(numbers.begin(), numbers.end(), [](double n) { return std::isfinite(n); }))
     return "its matrix holds what is no number";
-  }
   std::copy(numbers.begin(), numbers.end(), &matrix.matrix[0][0]);
   return {};
 }
 
 void transformMesh(MeshData& mesh, const MMatrix& matrix) {
-  for (Vec3& point : mesh.changePoints()) {
-    point = transformed(point, matrix);
-  }
+  for (Vec3& point : mesh.changePoints()) point = transformed(point, matrix);
   for (MeshNormal& normal : mesh.changeNormals()) {
     if (isLocked(normal)) {
       const Vec3 turned = transformedNormal({normal.x, normal.y, normal.z}, matrix);

@@ -14,9 +14,7 @@ PointMover::PointMover(const HistoryParameters& node, MeshData& mesh)
       normals_(mesh.changeNormals()) {
   if (const auto affected = node.affectedVertices(mesh.pointCount())) {
     affected_.assign(points_.size(), false);
-    for (const int vertex : *affected) {
-      affected_[static_cast<std::size_t>(vertex)] = true;
-    }
+    for (const int vertex : *affected) affected_[static_cast<std::size_t>(vertex)] = true;
   }
   if (std::any_of(normals_.begin(), normals_.end(), isLocked)) {
     normals_ = storedNormalsByCorner(mesh);
@@ -27,12 +25,9 @@ PointMover::PointMover(const HistoryParameters& node, MeshData& mesh)
 void PointMover::indexLockedCorners(const MeshData& mesh) {
   const std::vector<int>& vertices = mesh.cornerVertices();
   firstCorner_.assign(points_.size() + 1, 0);
-  for (std::size_t corner = 0; corner < vertices.size(); ++corner) {
+  for (std::size_t corner = 0; corner < vertices.size(); ++corner)
     firstCorner_[static_cast<std::size_t>(vertices[corner]) + 1] += isLocked(normals_[corner]);
-  }
-  for (std::size_t i = 1; i < firstCorner_.size(); ++i) {
-    firstCorner_[i] += firstCorner_[i - 1];
-  }
+  for (std::size_t i = 1; i < firstCorner_.size(); ++i) firstCorner_[i] += firstCorner_[i - 1];
   corners_.resize(static_cast<std::size_t>(firstCorner_.back()));
   std::vector<int> next(firstCorner_.begin(), firstCorner_.end() - 1);
   for (std::size_t corner = 0; corner < vertices.size(); ++corner) {
@@ -59,15 +54,11 @@ void PointMover::turnNormals(int vertex, const MMatrix& matrix) {
 }
 
 void PointMover::move(int vertex, const MMatrix& matrix) {
-  if (!mayMove(vertex)) {
-    return;
-  }
+  if (!mayMove(vertex)) return;
   Vec3& point = points_[static_cast<std::size_t>(vertex)];
   const Vec3 moved = transformed(point, matrix);
   point = envelope_ == 1.0 ? moved : point + (moved - point) * envelope_;
-  if (!corners_.empty()) {
-    turnNormals(vertex, matrix);
-  }
+  if (!corners_.empty()) turnNormals(vertex, matrix);
 }
 
 void PointMover::offset(int vertex, const Vec3& offset) {
@@ -84,9 +75,7 @@ std::vector<double> perVertex(const HistoryParameters& node, const ParameterName
     const ParameterPart& range = path.back();
     for (std::size_t i = 0; range.first >= 0 && i < numbers.size(); ++i) {
       const std::size_t vertex = static_cast<std::size_t>(range.first) + i;
-      if (vertex < result.size()) {
-        result[vertex] = numbers[i];
-      }
+      if (vertex < result.size()) result[vertex] = numbers[i];
     }
   });
   return result;

@@ -37,17 +37,14 @@ class SkinWeights {
                                               const std::vector<double>& numbers) {
       const bool isWeights = path.size() == 2 && path[0].first >= 0 &&
                              (path[1].name == "w" || path[1].name == "weights");
-      if (!isWeights) {
-        return;
-      }
+      if (!isWeights) return;
       path[1].first < 0 ? addCounted(path[0], numbers) : addDense(path[0].first, path[1], numbers);
     });
     const auto byVertex = [](const Influence& a, const Influence& b) {
       return a.vertex < b.vertex;
     };
-    if (!std::is_sorted(list.begin(), list.end(), byVertex)) {
+    if (!std::is_sorted(list.begin(), list.end(), byVertex))
       std::stable_sort(list.begin(), list.end(), byVertex);
-    }
   }
 
   std::vector<Influence> list;  // by vertex
@@ -58,21 +55,18 @@ class SkinWeights {
     std::size_t at = 0;
     for (int vertex = range.first; vertex <= range.last && at < numbers.size(); ++vertex) {
       const double count = numbers[at++];
-      for (double i = 0; i < count && at + 1 < numbers.size(); ++i, at += 2) {
+      for (double i = 0; i < count && at + 1 < numbers.size(); ++i, at += 2)
         add(vertex, numbers[at], numbers[at + 1]);
-      }
     }
   }
   // "wl[7].w[0:3]": a weight for each joint of the range.
   void addDense(int vertex, const ParameterPart& joints, const std::vector<double>& numbers) {
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
+    for (std::size_t i = 0; i < numbers.size(); ++i)
       add(vertex, joints.first + static_cast<double>(i), numbers[i]);
-    }
   }
   void add(int vertex, double joint, double weight) {
-    if (vertex < vertices_ && joint >= 0.0 && joint < kMostInfluences && weight != 0.0) {
+    if (vertex < vertices_ && joint >= 0.0 && joint < kMostInfluences && weight != 0.0)
       list.push_back({vertex, static_cast<int>(joint), weight});
-    }
   }
 
   int vertices_;
@@ -90,14 +84,10 @@ class Joints {
     const auto bindings = node.elements({"pm", "bindPreMatrix"});
     for (const Influence& influence : influences) {
       const auto index = static_cast<std::size_t>(influence.joint);
-      if (index < list_.size() && list_[index].known) {
-        continue;
-      }
+      if (index < list_.size() && list_[index].known) continue;
       list_.resize(std::max(list_.size(), index + 1));
       const std::string problem = readOne(influence.joint, matrices, bindings, list_[index]);
-      if (!problem.empty()) {
-        return ofJoint(influence.joint, problem);
-      }
+      if (!problem.empty()) return ofJoint(influence.joint, problem);
     }
     return {};
   }
@@ -109,16 +99,12 @@ class Joints {
   static std::string readOne(int index, const Elements& matrices, const Elements& bindings,
                              Joint& joint) {
     const auto matrix = matrices.find(index);
-    if (matrix == matrices.end()) {
-      return "its joint is missing";
-    }
+    if (matrix == matrices.end()) return "its joint is missing";
     MMatrix placed;
     MMatrix bound;
     std::string problem = readMatrix(matrix->second, placed);
     const auto binding = bindings.find(index);
-    if (problem.empty() && binding != bindings.end()) {
-      problem = readMatrix(binding->second, bound);
-    }
+    if (problem.empty() && binding != bindings.end()) problem = readMatrix(binding->second, bound);
     if (problem.empty()) {
       joint.matrix = bound * placed;
       joint.rigid = DualQuaternion::rigidPartOf(joint.matrix);
@@ -137,9 +123,7 @@ class Blend {
 
   MMatrix of(const Influence* begin, const Influence* end, double scale, double dualShare) const {
     const MMatrix linear = method_ == kDualQuaternion ? MMatrix() : linearOf(begin, end, scale);
-    if (method_ == kLinear) {
-      return linear;
-    }
+    if (method_ == kLinear) return linear;
     const MMatrix dual = dualOf(begin, end);
     return method_ == kDualQuaternion ? dual : linear * (1.0 - dualShare) + dual * dualShare;
   }
@@ -147,16 +131,13 @@ class Blend {
  private:
   MMatrix linearOf(const Influence* begin, const Influence* end, double scale) const {
     MMatrix sum = joints_.at(begin->joint).matrix * (begin->weight * scale);
-    for (const Influence* i = begin + 1; i != end; ++i) {
+    for (const Influence* i = begin + 1; i != end; ++i)
       sum = sum + joints_.at(i->joint).matrix * (i->weight * scale);
-    }
     return sum;
   }
   MMatrix dualOf(const Influence* begin, const Influence* end) const {
     DualQuaternion sum;
-    for (const Influence* i = begin; i != end; ++i) {
-      sum.add(joints_.at(i->joint).rigid, i->weight);
-    }
+    for (const Influence* i = begin; i != end; ++i) sum.add(joints_.at(i->joint).rigid, i->weight);
     return sum.toMatrix();
   }
 
@@ -175,9 +156,7 @@ std::string readSkin(const HistoryParameters& node, Skin& skin) {
   const std::vector<double> geometry = node.numbers({"gm", "geomMatrix"});
   std::string problem = geometry.empty() ? std::string() : readMatrix(geometry, skin.placed);
   skin.back = skin.placed;
-  if (problem.empty()) {
-    problem = invert(skin.back);
-  }
+  if (problem.empty()) problem = invert(skin.back);
   skin.method =
       static_cast<Method>(node.whole({"skm", "skinningMethod"}, kLinear, kLinear, kBlended));
   skin.normalizes = node.number({"nw", "normalizeWeights"}, 1.0) == kNormalizedAfterwards;
@@ -194,9 +173,7 @@ std::size_t moveAll(const HistoryParameters& node, const Skin& skin, const Joint
   std::size_t unbalanced = 0;
   for (const Influence *i = list.data(), *last = i + list.size(), *end = i; i != last; i = end) {
     double sum = 0.0;
-    for (end = i; end != last && end->vertex == i->vertex; ++end) {
-      sum += end->weight;
-    }
+    for (end = i; end != last && end->vertex == i->vertex; ++end) sum += end->weight;
     unbalanced += std::abs(sum - 1.0) > kWeightTolerance ? 1 : 0;
     const double scale = skin.normalizes && sum > 0.0 ? 1.0 / sum : 1.0;
     const double dualShare = dualShares[static_cast<std::size_t>(i->vertex)];
@@ -212,12 +189,8 @@ std::string skinCluster(HistoryParameters& node, MeshData& mesh) {
   Joints joints;
   std::string problem = joints.read(node, weights.list);
   Skin skin;
-  if (problem.empty()) {
-    problem = readSkin(node, skin);
-  }
-  if (!problem.empty()) {
-    return problem;
-  }
+  if (problem.empty()) problem = readSkin(node, skin);
+  if (!problem.empty()) return problem;
   const std::size_t unbalanced = moveAll(node, skin, joints, weights.list, mesh);
   if (unbalanced > 0 && !skin.normalizes) {
     node.note("has weights that do not add up to 1 at " + std::to_string(unbalanced) +

@@ -6,9 +6,8 @@
 namespace host {
 
 std::string tweak(HistoryParameters& node, MeshData& mesh) {
-  if (node.number({"rtw", "relativeTweak"}, 1.0) == 0.0) {
+  if (node.number({"rtw", "relativeTweak"}, 1.0) == 0.0)
     return "it replaces points instead of moving them, which is not evaluated";
-  }
   PointMover mover(node, mesh);
   const auto points = static_cast<std::size_t>(mesh.pointCount());
   node.forEach({"vl", "vlist"}, [&](const ParameterPath& path, const std::vector<double>& numbers) {

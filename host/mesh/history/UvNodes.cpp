@@ -8,14 +8,10 @@ std::string keepOlderUvs(HistoryParameters& node, MeshData&) {
 }
 
 std::string polyTweakUv(HistoryParameters& node, MeshData& mesh) {
-  if (node.hasOlderUvs()) {
-    return keepOlderUvs(node, mesh);
-  }
+  if (node.hasOlderUvs()) return keepOlderUvs(node, mesh);
   const std::string name = node.text({"uvs", "uvSetName"});
   MeshUvSet* set = mesh.findUvSet(name.empty() ? nullptr : &name);
-  if (set == nullptr) {
-    return {};
-  }
+  if (set == nullptr) return {};
   node.forEach({"uvtk", "uvTweak"}, [&](const ParameterPath& path, const std::vector<double>& uv) {
     const std::size_t first =
         path[0].first < 0 ? set->uvs.size() : static_cast<std::size_t>(path[0].first);
