@@ -1,6 +1,7 @@
 #include "host/Host.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <utility>
 
 #include "host/commands/Builtin.h"
@@ -11,6 +12,7 @@
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
 #include "host/state/DirectoryMap.h"
+#include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
 
@@ -124,6 +126,16 @@ std::vector<std::string> unusedFolders() {
 
 bool isMapped(const std::string& name) {
   return DirectoryMap::current().hasGiven(name);
+}
+
+void useProject(const std::string& folder) {
+  SceneProject::current().give(fromCaller(folder));
+  (void)SceneProject::current().enter(folder);  // whoever opens a scene is told
+}
+
+FileSearch searchOfTexture(const std::string& name) {
+  std::error_code error;
+  return SceneProject::current().searchOf(name, std::filesystem::current_path(error).u8string());
 }
 
 bool loadPlugin(const std::string& nameOrPath) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/state/Project.h"
 #include "host/state/SceneProblems.h"
 #include "util/Status.h"
 
@@ -73,6 +74,12 @@ bool mapFolder(const std::string& from, const std::string& to);
 std::vector<std::string> unusedFolders();
 // Whether the name is one that the mapping has given.
 bool isMapped(const std::string& name);
+
+// Textures and references of scenes opened from now on are looked for in this project's folders,
+// not in those of the nearest folder above the scene that has a workspace.mel.
+void useProject(const std::string& folder);
+// Where the texture that the open scene's nodes name so was looked for.
+FileSearch searchOfTexture(const std::string& name);
 
 // Loads a plug-in by name ("morvane") or path. False when it is not found, is no plug-in, or its
 // start-up fails.

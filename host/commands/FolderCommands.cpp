@@ -5,6 +5,7 @@
 #include "host/mel/Command.h"
 #include "host/mel/Interpreter.h"
 #include "host/mel/Pattern.h"
+#include "host/state/SceneProject.h"
 
 // What scripts may ask of folders. Nothing here reads or changes a file.
 namespace host::mel {
@@ -66,6 +67,66 @@ CommandResult filetest(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success(Value::ofTruth(holds));
 }
 
+// --- workspace: the project of the open scene
+
+std::string withSlash(std::string folder) {
+  if (folder.empty() || folder.back() != '/') folder += '/';
+  return folder;
+}
+
+// Both with -query and without; then the name stands behind the flag.
+std::string nameFor(const Arguments& arguments, std::string_view flag) {
+  const std::string name = arguments.text(flag);
+  return name.empty() && !arguments.objects().empty() ? arguments.objects().front() : name;
+}
+
+CommandResult listRules(const Project& project, bool withFolders) {
+  Value::Strings list;
+  for (const auto& [kind, folder] : project.rules) {
+    list.push_back(kind);
+    if (withFolders) list.push_back(folder);
+  }
+  return CommandResult::success(std::move(list));
+}
+
+CommandResult queryProject(const Arguments& arguments, const std::string& folder) {
+  if (arguments.has("rd")) return CommandResult::success(withSlash(folder));
+  if (arguments.has("fn")) return CommandResult::success(folder);
+  if (arguments.has("sn")) return CommandResult::success(fs::u8path(folder).filename().u8string());
+  return CommandResult::failure(
+      "workspace: -query gives -rootDirectory, -fullName, -shortName, -fileRule, -fileRuleList or "
+      "-fileRuleEntry");
+}
+
+CommandResult workspace(const Arguments& arguments, CommandContext& context) {
+  // Old scenes hold rules; where the scene lies decides which count.
+  if (context.inSceneFile) return CommandResult::success();
+  Project& project = SceneProject::current().project();
+  const std::string folder =
+      project.folder.empty() ? context.interpreter->callerFolder() : project.folder;
+  if (arguments.has("fre")) {
+    const auto rule = project.rules.find(nameFor(arguments, "fre"));
+    return CommandResult::success(rule == project.rules.end() ? "" : rule->second);
+  }
+  if (arguments.has("frl")) return listRules(project, false);
+  if (arguments.has("en"))
+    return CommandResult::success(resolvedPath(nameFor(arguments, "en"), folder));
+  if (arguments.query())
+    return arguments.has("fr") ? listRules(project, true) : queryProject(arguments, folder);
+  for (const std::vector<std::string>& rule : arguments.allTexts("fr"))
+    project.rules[rule[0]] = rule[1];
+  if (!arguments.has("o")) {
+    return arguments.has("fr") ? CommandResult::success()
+                               : CommandResult::failure(
+                                     "workspace: needs -query, -fileRule or "
+                                     "-openWorkspace");
+  }
+  const morvane::Status status =
+      SceneProject::current().open(resolvedPath(arguments.text("o"), context.folder));
+  return status.ok() ? CommandResult::success()
+                     : CommandResult::failure("workspace: " + status.text());
+}
+
 }  // namespace
 
 void addFolderCommands(CommandTable& table) {
@@ -79,6 +140,17 @@ void addFolderCommands(CommandTable& table) {
              {"s", "size", ""},
              {"L", "link", ""}},
             filetest);
+  table.add("workspace",
+            {{"q", "query", ""},
+             {"rd", "rootDirectory", ""},
+             {"fn", "fullName", ""},
+             {"sn", "shortName", ""},
+             {"fr", "fileRule", "ss"},
+             {"fre", "fileRuleEntry", "s"},
+             {"frl", "fileRuleList", ""},
+             {"en", "expandName", "s"},
+             {"o", "openWorkspace", "s"}},
+            workspace);
 }
 
 }  // namespace host::mel

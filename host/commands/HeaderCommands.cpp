@@ -97,10 +97,8 @@ void addHeaderCommands(CommandTable& table) {
             applyMetadata);
   table.add("relationship", {{"b", "break", ""}}, relationship);
   // A scene file's own state of the interface, of which there is none here.
-  for (const char* name :
-       {"lightLinker", "lightlink", "displayColor", "displayRGBColor", "workspace"}) {
+  for (const char* name : {"lightLinker", "lightlink", "displayColor", "displayRGBColor"})
     table.add(name, {}, [](const Arguments&, CommandContext&) { return CommandResult::success(); });
-  }
 }
 
 }  // namespace host::mel

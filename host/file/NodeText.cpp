@@ -2,6 +2,7 @@
 
 #include "host/scene/Plug.h"
 #include "host/scene/Scene.h"
+#include "host/state/SceneProject.h"
 #include "host/text/Numbers.h"
 #include "host/text/Text.h"
 
@@ -86,7 +87,12 @@ void appendState(std::string& out, const NodePtr& node, const AttributeState& st
   out += "\tsetAttr" + options + ' ' + quoted("." + state.path);
   const Attribute* attribute = plug ? plug->attribute().get() : nullptr;
   const double factor = attribute == nullptr ? 1.0 : unitFactor(units, *attribute);
-  std::visit(ValueText{attribute, factor, out}, state.value);
+  const auto* const text = std::get_if<std::string>(&state.value);
+  const ValueText value{attribute, factor, out};
+  if (text != nullptr && node->hasFn(MFn::kFileTexture))
+    value(SceneProject::current().writtenName(node->serial(), *text));
+  else
+    std::visit(value, state.value);
   out += ";\n";
 }
 

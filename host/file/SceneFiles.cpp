@@ -13,8 +13,9 @@
 #include "host/mel/Interpreter.h"
 #include "host/plugin/PluginRegistry.h"
 #include "host/scene/Scene.h"
-#include "host/state/DirectoryMap.h"
 #include "host/state/SceneInfo.h"
+#include "host/state/SceneProject.h"
+#include "host/text/Messages.h"
 #include "host/text/NearestName.h"
 
 namespace host {
@@ -30,6 +31,17 @@ constexpr std::size_t kFirstBytes = 4096;
 void setWorkingFolder(const std::string& folder) {
   std::error_code ignored;
   fs::current_path(fs::u8path(folder), ignored);
+}
+
+std::string workingFolder() {
+  std::error_code error;
+  return fs::current_path(error).u8string();
+}
+
+// A project whose rules cannot be read is one without rules.
+void enterProject(const std::string& sceneFolder) {
+  const morvane::Status status = SceneProject::current().enter(sceneFolder);
+  if (!status.ok()) mel::showWarning("the project's folders are not known: " + status.text());
 }
 
 std::string readFirstBytes(const std::string& path) {
@@ -133,7 +145,7 @@ bool readSceneFile(const std::string& path, const SceneReader::Options& options,
   SceneReader reader;
   const bool ok = reader.read(path, options, error);
   evaluateSceneHistories();
-  DirectoryMap::current().convertTextures(Scene::current(), firstNew);
+  SceneProject::current().findTextures(Scene::current(), firstNew, workingFolder());
   return ok;
 }
 
@@ -162,7 +174,9 @@ void startNewScene() {
       last = std::max(last, connection->serial);
     }
   }
-  setWorkingFolder(mel::Interpreter::current().callerFolder());
+  const std::string& folder = mel::Interpreter::current().callerFolder();
+  setWorkingFolder(folder);
+  (void)SceneProject::current().enter(folder);  // whoever opens a scene of it is told
 }
 
 std::string identifyFile(const std::string& path) {
@@ -190,7 +204,9 @@ bool openFile(const FileRequest& given, std::string& error) {
   SceneReader::Options options;
   options.keepsInfo = true;
   // Before anything is read: names in the scene are its folder's.
-  setWorkingFolder(fs::u8path(request.path).parent_path().u8string());
+  const std::string folder = fs::u8path(request.path).parent_path().u8string();
+  setWorkingFolder(folder);
+  enterProject(folder);
   const morvane::FileIdentity identity = morvane::identityAt(request.path);
   if (!readSceneFile(request.path, options, error)) {
     startNewScene();

@@ -13,6 +13,7 @@
 #include "host/state/DirectoryMap.h"
 #include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
+#include "host/state/SceneProject.h"
 #include "host/state/SceneUnits.h"
 #include "host/text/Blank.h"
 #include "host/text/Messages.h"
@@ -55,14 +56,16 @@ std::string absolutePath(const std::string& path) {
   return (error ? fs::u8path(path) : absolute).lexically_normal().u8string();
 }
 
-// As it is written, beside the scene, or by its last part beside the scene.
+// As its project has it, or by its last part beside the scene.
 std::string findReference(const std::string& name, const std::string& folder) {
   std::string portable = DirectoryMap::current().convert(name).value_or(name);
   std::replace(portable.begin(), portable.end(), '\\', '/');
   // "path.ma{1}" is the same file referred to once more.
   const std::size_t brace = portable.rfind('{');
   if (brace != std::string::npos && portable.back() == '}') portable.resize(brace);
-  const fs::path asWritten = fs::u8path(mel::resolvedPath(portable, folder));
+  const FileSearch search =
+      searchFile(portable, folder, SceneProject::current().project(), "scene");
+  const fs::path asWritten = search.found ? fs::u8path(search.places.back()) : fs::path();
   const fs::path beside = fs::u8path(folder) / fs::u8path(portable).filename();
   for (const fs::path& candidate : {asWritten, beside}) {
     std::error_code error;

@@ -3,10 +3,6 @@
 #include <algorithm>
 #include <cctype>
 
-#include "host/scene/Plug.h"
-#include "host/scene/Scene.h"
-#include "host/scene/Values.h"
-
 namespace host {
 namespace {
 
@@ -83,18 +79,6 @@ bool DirectoryMap::hasGiven(std::string_view name) const {
   return std::any_of(folders_.begin(), folders_.end(), [&](const auto& entry) {
     return used_.count(entry.first) != 0 && isIn(std::string(name), entry.second);
   });
-}
-
-void DirectoryMap::convertTextures(const Scene& scene, std::size_t firstSerial) const {
-  if (!enabled || folders_.empty()) return;
-  const auto& nodes = scene.nodes();
-  for (auto entry = nodes.lower_bound(firstSerial); entry != nodes.end(); ++entry) {
-    const NodePtr& node = entry->second;
-    if (!node->hasFn(MFn::kFileTexture)) continue;
-    const auto plug = Plug::find(node, "fileTextureName");
-    const auto name = plug ? readText(*plug) : std::nullopt;
-    if (const auto converted = name ? convert(*name) : std::nullopt) writeValue(*plug, *converted);
-  }
 }
 
 }  // namespace host

@@ -1,7 +1,6 @@
 #ifndef MORVANE_HOST_STATE_DIRECTORYMAP_H_
 #define MORVANE_HOST_STATE_DIRECTORYMAP_H_
 
-#include <cstddef>
 #include <map>
 #include <optional>
 #include <set>
@@ -10,8 +9,6 @@
 #include <vector>
 
 namespace host {
-
-class Scene;
 
 // Where folders of another machine are on this one. Opening a scene does not change the map.
 // Folders are separated by '/' ('\' is taken for it) and compared letter by letter, but for the
@@ -36,10 +33,6 @@ class DirectoryMap {
   std::vector<std::string> unused() const;
   // Whether `convert` gave this name.
   bool hasGiven(std::string_view name) const;
-
-  // Gives the file textures among the scene's nodes from this serial on the names that they have
-  // here.
-  void convertTextures(const Scene& scene, std::size_t firstSerial) const;
 
  private:
   std::map<std::string, std::string> folders_;

@@ -45,6 +45,10 @@ DirectoryMap& DirectoryMap::current() {
   return HostState::current().folders;
 }
 
+SceneProject& SceneProject::current() {
+  return HostState::current().project;
+}
+
 PluginRegistry& PluginRegistry::current() {
   return HostState::current().plugins;
 }

@@ -13,6 +13,7 @@
 #include "host/state/DirectoryMap.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneProblems.h"
+#include "host/state/SceneProject.h"
 #include "host/state/SceneUnits.h"
 
 namespace host {
@@ -32,6 +33,7 @@ struct HostState {
   SceneUnits units;  // of the scene file that is being read
   FilesBeingRead files;
   DirectoryMap folders;
+  SceneProject project;
   mel::CommandTable commands;
   mel::Interpreter interpreter{commands};
   mel::NamedValues options;  // of optionVar

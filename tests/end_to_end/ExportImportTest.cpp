@@ -57,6 +57,29 @@ TEST_F(Export, SevenTilesOfWhichThreeFail) {
   }
 }
 
+// Textures and a reference in metres come from the project, the stool is an instance on both tiles.
+// Triangles by the primitives' subdivisions: a ball of 8 x 6, 18 quads of boards, 12 quads with two
+// caps of 12 corners, 8 sides of a roof with one of 8.
+TEST_F(Export, AProjectWithHistoriesReferencesAndInstances) {
+  std::filesystem::copy(MORVANE_SOURCE_DIR "/examples/garden", folder_ / "garden",
+                        std::filesystem::copy_options::recursive);
+  const Outcome outcome = shell("$morvane export garden/scenes/garden.ma");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  const std::vector<std::pair<const char*, std::vector<std::size_t>>> kTiles = {
+      {"lawn", {2 * 8 + 4 * 8 * 2, 18 * 2, 12 * 2 + 2 * 10, 8 + 6}}, {"yard", {2 * 8 + 4 * 8 * 2}}};
+  for (const auto& [name, triangles] : kTiles) {
+    const Json json = goblins("garden/sourceimages/" + std::string(name) + ".psd");
+    ASSERT_EQ(json["goblins"].size(), triangles.size()) << name;
+    for (std::size_t i = 0; i < triangles.size(); ++i)
+      EXPECT_EQ(json["goblins"][i]["faces"], triangles[i]) << name << i;
+    // The stool's radius is 0.35, its middle (2.5, 1, -2) on a tile of side 10.
+    float low = 1;
+    for (std::size_t i = 0; i < json["goblins"][0]["vertices"]; ++i)
+      low = std::min(low, json["pool"][i][0].get<float>());
+    EXPECT_NEAR(low, 0.5 + (2.5 - 0.35) / 10, 1e-6) << name;
+  }
+}
+
 // A box from (-2, 0, -4) to (2, 1, 4) has the factors 1/4, 3/16 and 1/8; a goblin at its middle
 // stands at (1/2, 0, 1/2), and the file keeps z from the other side.
 TEST_F(Export, StoresTileSpace) {

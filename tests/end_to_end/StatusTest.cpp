@@ -39,6 +39,7 @@ TEST_F(Status, WrongUsageIs2) {
     refuses("$morvane " + std::string(output) + " ''", 2, "the name is empty");
     refuses("$morvane " + std::string(output) + " a.mb", 2, "the name must end in .");
   }
+  refuses("$morvane info a.ma --project nowhere", 2, "needs a folder, not nowhere");
   refuses("$morvane export a.ma t --to .psd", 2, "with something before it");
 }
 

@@ -43,7 +43,7 @@ class Batch {
 
   ExitStatus run() {
     std::string error;
-    ExitStatus worst = startSession("", job_.maps, &error);
+    ExitStatus worst = startSession("", job_.folders, &error);
     if (worst != kDone) return failAll(error, worst);
     InterruptNotice notice(paths_.size());
     for (; scene_ < paths_.size(); ++scene_) {

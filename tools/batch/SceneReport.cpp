@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "host/Host.h"
 #include "tools/batch/ExportForecast.h"
 #include "tools/batch/ExportRecords.h"
 #include "tools/scene/SceneTiles.h"
@@ -31,11 +32,31 @@ std::string markOf(const TileCandidate& tile) {
   return both.empty() ? "" : " (" + both + ")";
 }
 
+std::vector<std::string> placesOf(const TileCandidate& tile) {
+  return tile.texture.empty() ? std::vector<std::string>()
+                              : host::searchOfTexture(tile.texture).places;
+}
+
+Json placesJson(const TileCandidate& tile) {
+  Json places = Json::array();
+  for (const std::string& place : placesOf(tile)) places.push_back(toUtf8(place));
+  return places;
+}
+
+// Where a texture is that is not where a reader of the scene would look first.
+void printPlaces(const TileCandidate& tile) {
+  const std::vector<std::string> places = placesOf(tile);
+  if (hasTexture(tile) && places.size() == 1) return;
+  for (const std::string& place : places)
+    std::printf("  %37s  looked for as %s\n", "", printable(place).c_str());
+}
+
 Json tileJson(const TileForecast& forecast) {
   const TileOutcome& outcome = forecast.outcome;
   return {{"tile", toUtf8(forecast.tile.path)},
           {"texture", toUtf8(forecast.tile.texture)},
           {"exists", hasTexture(forecast.tile)},
+          {"lookedFor", placesJson(forecast.tile)},
           {"goblins", forecast.goblins},
           {"warnings", warningsJson(outcome)},
           {"error", outcome.error.empty() ? Json() : Json(toUtf8(outcome.error))},
@@ -55,6 +76,7 @@ void printTable(const std::string& file, const std::vector<TileForecast>& tiles)
     std::printf("  %-24s %12s  %s%s\n", printable(tile.tile.path.substr(1)).c_str(),
                 counted(tile.goblins, "goblin").c_str(), printable(tile.tile.texture).c_str(),
                 markOf(tile.tile).c_str());
+    printPlaces(tile.tile);
   }
 }
 

@@ -35,7 +35,7 @@ constexpr const char* kFooter =
 struct Options {
   std::vector<std::string> words;  // scenes, then nodes
   std::string to;
-  FolderMaps maps;
+  SceneFolders folders;
   std::optional<std::uint32_t> waitSeconds;
   bool inPlace = false;
   bool force = false;
@@ -76,7 +76,7 @@ ExportJob jobOf(const Options& options) {
   const auto firstNode = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
   return {{words.begin(), firstNode},
           {firstNode, words.end()},
-          options.maps,
+          options.folders,
           options.json,
           options.quiet || (options.json && standardErrorIsTerminal())};
 }
@@ -90,7 +90,7 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file, bool forc
   }
   const std::string to = absoluteName(file);
   if (wouldReplaceInput(to, job.scenes)) return kUsage;
-  const ExitStatus started = startSession(job.scenes[0], job.maps);
+  const ExitStatus started = startSession(job.scenes[0], job.folders);
   if (started != kDone) return started;
   if (wouldReplaceTexture(to)) return kUsage;
   const std::string picture = force ? "" : morvane::lookAt(to).picture;
@@ -134,9 +134,7 @@ void addExport(CLI::App& program, int& status) {
   CLI::App* command =
       program.add_subcommand("export", "Write the goblins of tiles into the tiles' texture files");
   command
-      ->add_option("SCENE", options->words,
-                   "Scenes (*.ma, *.mb), then names or patterns of tiles\n"
-                   "(none: each with a file texture)")
+      ->add_option("SCENE", options->words, "Scenes (*.ma, *.mb), then names or patterns of tiles")
       ->type_name("")
       ->required();
   checkOutput(*command
@@ -152,7 +150,7 @@ void addExport(CLI::App& program, int& status) {
       ->type_name("SECONDS");
   command->add_flag("--in-place", options->inPlace,
                     "Write into the texture: keeps hard links, not atomic");
-  addMapOption(*command, options->maps);
+  addFolderOptions(*command, options->folders);
   command->footer(kFooter);
   command->callback([options, &status] {
     if (!isInOrder(options->words)) {

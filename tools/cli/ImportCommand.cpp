@@ -20,7 +20,7 @@ struct Options {
   std::string node;
   std::string file;
   std::string output;
-  FolderMaps maps;
+  SceneFolders folders;
 };
 
 // The translator's reader notes the file's path in an attribute that it does not create, on the
@@ -54,7 +54,7 @@ ExitStatus importTile(const Options& options) {
   if (!document) return kFailed;
   const bool isTagged = readGoblins(*document).kind == morvane::GoblinBlobKind::kTagged;
   document.reset();  // the plug-in has one of its own
-  const ExitStatus started = startSession(options.scene, options.maps);
+  const ExitStatus started = startSession(options.scene, options.folders);
   if (started != kDone) return started;
   if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
   const host::SceneProblems problems = host::takeSceneProblems();
@@ -99,7 +99,7 @@ void addImport(CLI::App& program, int& status) {
                                 "Save the scene here when the import succeeded")
                    ->type_name("SCENE"),
               kSceneOutput);
-  addMapOption(*command, options->maps);
+  addFolderOptions(*command, options->folders);
   command->footer(
       "What stands below the tile already stays there. A damaged scene is used as far\n"
       "as it can be read, and the status is 1.\n"

@@ -100,13 +100,13 @@ bool reportDocument(const std::string& path, const std::string& file, bool json)
 struct Options {
   std::vector<std::string> files;
   bool json = false;
-  FolderMaps maps;
+  SceneFolders folders;
 };
 
 ExitStatus reportAll(const Options& options) {
   std::vector<std::string> paths;  // absolute, before a scene moves the working folder
   for (const std::string& file : options.files) paths.push_back(absoluteName(file));
-  SceneOpener scenes(options.maps);
+  SceneOpener scenes(options.folders);
   ExitStatus worst = kDone;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     const std::string& file = options.files[i];
@@ -136,7 +136,7 @@ void addInfo(CLI::App& program, int& status) {
       ->type_name("")
       ->required();
   command->add_flag("--json", options->json, "One JSON object a line for each file");
-  addMapOption(*command, options->maps);
+  addFolderOptions(*command, options->folders);
   command->footer(
       "Examples:\n"
       "  morvane info textures/*.psd                layers, resources and goblins\n"

@@ -25,7 +25,7 @@ struct Options {
   std::vector<std::string> commands;
   std::vector<std::string> files;
   std::string output;
-  FolderMaps maps;
+  SceneFolders folders;
 };
 
 // The -c and -f of the command line in the order in which they stand there.
@@ -46,7 +46,7 @@ std::vector<Step> stepsInOrder(const CLI::App& command) {
 ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
   if (!output.empty() && wouldReplaceInput(output, options.files)) return kUsage;
-  const ExitStatus started = startSession(options.scene, options.maps);
+  const ExitStatus started = startSession(options.scene, options.folders);
   if (started != kDone) return started;
   if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
   for (const Step& step : steps) {
@@ -87,7 +87,7 @@ void addRun(CLI::App& program, int& status) {
                                 "Save the scene here when all commands succeeded")
                    ->type_name("SCENE"),
               kSceneOutput);
-  addMapOption(*command, options->maps);
+  addFolderOptions(*command, options->folders);
   command->footer(
       "Every -c and -f runs in the order given, up to the first that fails. A damaged\n"
       "scene is used as far as it can be read, and the status is 1.\n"

@@ -50,7 +50,8 @@ Json answerJson(const host::Answer& answer) {
 
 class Server {
  public:
-  Server(std::string scene, FolderMaps maps) : scene_(std::move(scene)), maps_(std::move(maps)) {}
+  Server(std::string scene, SceneFolders folders)
+      : scene_(std::move(scene)), folders_(std::move(folders)) {}
 
   ExitStatus run() {
     const ExitStatus opened = open();
@@ -73,7 +74,7 @@ class Server {
 
   ExitStatus open() {
     const std::string path = absoluteName(scene_);
-    ExitStatus status = startSession("", maps_, &error_);
+    ExitStatus status = startSession("", folders_, &error_);
     if (status == kDone) {
       status = host::openScene(path, &error_) ? kDone : kNotLoaded;
       const host::SceneProblems problems = host::takeSceneProblems();
@@ -121,7 +122,7 @@ class Server {
   }
 
   std::string scene_;
-  FolderMaps maps_;
+  SceneFolders folders_;
   std::string error_;
 };
 
@@ -130,14 +131,15 @@ class Server {
 void addServe(CLI::App& program, int& status) {
   struct Options {
     std::string scene;
-    FolderMaps maps;
+    SceneFolders folders;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("serve", "Answer the Python module");
   command->group("");
   command->add_option("SCENE", options->scene, "The scene to open")->required()->type_name("");
-  addMapOption(*command, options->maps);
-  command->callback([options, &status] { status = Server(options->scene, options->maps).run(); });
+  addFolderOptions(*command, options->folders);
+  command->callback(
+      [options, &status] { status = Server(options->scene, options->folders).run(); });
 }
 
 }  // namespace tools

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 struct Options {
   std::vector<std::string> files;
   std::string output;
-  FolderMaps maps;
+  SceneFolders folders;
 };
 
 // Fills in what a file holds, its goblins included. False, with the reason, for a file that cannot
@@ -146,7 +146,7 @@ class Viewer {
   const std::string output_ = absoluteName(options_.output);  // before a scene moves the folder
   bool replacesTexture_ = false;
   ViewPage page_;
-  SceneOpener scenes_{options_.maps};
+  SceneOpener scenes_{options_.folders};
   ExitStatus status_ = kDone;
   std::size_t files_ = 0;  // on the page
   std::size_t tiles_ = 0;
@@ -168,7 +168,7 @@ void addView(CLI::App& program, int& status) {
                    ->type_name("PAGE")
                    ->required(),
               {"a web page", {".html", ".htm"}});
-  addMapOption(*command, options->maps);
+  addFolderOptions(*command, options->folders);
   command->footer(
       "A damaged file is named, and shown as such among the others.\n"
       "Examples:\n"

@@ -11,7 +11,7 @@ bool isScene(const std::string& path) {
 
 bool SceneOpener::open(const std::string& path) {
   const bool opened =
-      started_ ? host::openScene(path, &reason_) : startSession(path, maps_, &reason_) == kDone;
+      started_ ? host::openScene(path, &reason_) : startSession(path, folders_, &reason_) == kDone;
   started_ = true;
   problems_ = host::takeSceneProblems();
   return opened;

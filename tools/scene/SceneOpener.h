@@ -14,7 +14,7 @@ bool isScene(const std::string& path);
 // Opens scenes to be looked at, one after another.
 class SceneOpener {
  public:
-  explicit SceneOpener(const FolderMaps& maps) : maps_(maps) {}
+  explicit SceneOpener(const SceneFolders& folders) : folders_(folders) {}
 
   // `path` is absolute. False, with the reason on standard error, when it cannot be opened.
   bool open(const std::string& path);
@@ -23,7 +23,7 @@ class SceneOpener {
   const std::string& reason() const { return reason_; }
 
  private:
-  const FolderMaps& maps_;
+  const SceneFolders& folders_;
   bool started_ = false;
   host::SceneProblems problems_;
   std::string reason_;

@@ -25,7 +25,8 @@ std::vector<SceneTile> sceneTiles();
 inline constexpr const char* kNoTile =
     "no tile found: no top-level transform has a mesh whose colour comes from a file texture";
 inline constexpr const char* kMissingTexture =
-    " does not exist; if it lies elsewhere on this machine, say where with --map FROM=TO";
+    " does not exist; if it lies elsewhere on this machine, say where with --map FROM=TO or "
+    "--project DIR";
 
 }  // namespace tools
 

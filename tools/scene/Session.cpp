@@ -15,8 +15,8 @@ std::string absoluteName(const std::string& name) {
   return error ? name : absolute.string();
 }
 
-void addMapOption(CLI::App& command, FolderMaps& maps) {
-  command.add_option("--map", maps, "What the scene has in FROM is in TO here; repeatable")
+void addFolderOptions(CLI::App& command, SceneFolders& folders) {
+  command.add_option("--map", folders.maps, "What the scene has in FROM is in TO here; repeatable")
       ->type_name("FROM=TO")
       ->expected(1)
       ->take_all()
@@ -27,17 +27,31 @@ void addMapOption(CLI::App& command, FolderMaps& maps) {
             return ok ? std::string() : "needs two folders, FROM=TO, not " + printable(pair);
           },
           "");
+  command
+      .add_option("--project", folders.project,
+                  "Where textures are looked for, not the nearest project")
+      ->type_name("DIR")
+      ->check(
+          [](const std::string& folder) {
+            std::error_code error;
+            return std::filesystem::is_directory(folder, error)
+                       ? std::string()
+                       : "needs a folder, not " + printable(folder);
+          },
+          "");
 }
 
-ExitStatus startSession(const std::string& scene, const FolderMaps& maps, std::string* reason) {
+ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
+                        std::string* reason) {
   const std::string path = scene.empty() ? "" : absoluteName(scene);
   host::start(absoluteName("."));
-  for (const std::string& pair : maps) {
+  for (const std::string& pair : folders.maps) {
     const std::size_t sign = pair.find('=');
     std::error_code ignored;
     const auto to = std::filesystem::weakly_canonical(absoluteName(pair.substr(sign + 1)), ignored);
     host::mapFolder(pair.substr(0, sign), to.string());
   }
+  if (!folders.project.empty()) host::useProject(absoluteName(folders.project));
   const std::filesystem::path program = programFolder();
   if (!program.empty()) {
     host::addPlugInFolder((program.parent_path() / "plug-ins").string());

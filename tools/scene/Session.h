@@ -12,18 +12,21 @@ namespace tools {
 // The name that does not change its meaning when the working folder does.
 std::string absoluteName(const std::string& name);
 
-// FROM=TO pairs: where folders of the machine that made a scene are on this one.
-using FolderMaps = std::vector<std::string>;
+// Where the files that scenes name are on this machine.
+struct SceneFolders {
+  std::vector<std::string> maps;  // FROM=TO: folders of the machine that made a scene, and of this
+  std::string project;  // in place of the nearest folder above a scene with workspace.mel; or empty
+};
 
-// Gives a subcommand the option --map, which fills `maps` with checked pairs.
-void addMapOption(CLI::App& command, FolderMaps& maps);
+// Gives a subcommand the options --map and --project, which fill `folders` with what was checked.
+void addFolderOptions(CLI::App& command, SceneFolders& folders);
 
 // Starts the host, opens `scene` (none: the empty text), and loads the plug-in that belongs to this
 // program: beside it in ../plug-ins, with its scripts in ../scripts. kDone or, with the reason on
 // standard error, kNotLoaded. Names given on the command line must be absolute before: a scene
 // moves the working folder. `reason` (may be null) is set to why the scene or the plug-in
 // cannot be loaded.
-ExitStatus startSession(const std::string& scene, const FolderMaps& maps,
+ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
                         std::string* reason = nullptr);
 
 // Saves the scene as `output` (none: the empty text), or says why it cannot.

@@ -1,0 +1,90 @@
+//Maya ASCII 2018 scene
+//Name: garden.ma
+//Codeset: UTF-8
+file -rdi 1 -ns "prop" -rfn "propRN" -typ "mayaAscii" "P:/village//props/well.ma";
+file -r -ns "prop" -dr 1 -rfn "propRN" -typ "mayaAscii" "P:/village//props/well.ma";
+requires maya "2018";
+currentUnit -l centimeter -a degree -t film;
+fileInfo "application" "maya";
+createNode transform -n "lawnTile";
+createNode mesh -n "lawnTileShape" -p "lawnTile";
+	setAttr -k off ".v";
+createNode transform -n "stool" -p "lawnTile";
+	setAttr ".t" -type "double3" 2.5 1 -2 ;
+createNode mesh -n "stoolShape" -p "stool";
+	setAttr -k off ".v";
+createNode transform -n "gate" -p "lawnTile";
+	setAttr ".t" -type "double3" -3 0.25 3 ;
+createNode mesh -n "gateShape" -p "gate";
+	setAttr -k off ".v";
+createNode transform -n "yardTile";
+	setAttr ".t" -type "double3" 10 0 0 ;
+createNode mesh -n "yardTileShape" -p "yardTile";
+	setAttr -k off ".v";
+createNode polyPlane -n "yard";
+	setAttr ".w" 10;
+	setAttr ".h" 10;
+	setAttr ".sw" 4;
+	setAttr ".sh" 4;
+createNode tweak -n "yardMound";
+	setAttr ".vl[0].vt[12]" -type "float3" 0 1.5 0 ;
+createNode polyPlane -n "lawn";
+	setAttr ".w" 10;
+	setAttr ".h" 10;
+	setAttr ".sw" 8;
+	setAttr ".sh" 8;
+createNode transformGeometry -n "slope";
+	setAttr ".txf" -type "matrix" 1 0.1 0 0 0 1 0 0 0 0 1 0 0 0.5 0 1;
+createNode polySphere -n "stoolBall";
+	setAttr ".r" 0.35;
+	setAttr ".sa" 8;
+	setAttr ".sh" 6;
+createNode polyCube -n "gateBoards";
+	setAttr ".w" 2;
+	setAttr ".h" 1.2;
+	setAttr ".d" 0.1;
+	setAttr ".sw" 4;
+createNode transformGeometry -n "gateHinge";
+	setAttr ".txf" -type "matrix" 1 0 0 0 0 1 0 0 0 0 1 0 1 0.6 0 1;
+createNode lambert -n "lawnGround";
+createNode shadingEngine -n "lawnGroundSG";
+	setAttr ".ihi" 0;
+	setAttr ".ro" yes;
+createNode file -n "lawnPicture";
+	setAttr ".ftn" -type "string" "sourceimages/lawn.tga";
+createNode lambert -n "yardGround";
+createNode shadingEngine -n "yardGroundSG";
+	setAttr ".ihi" 0;
+	setAttr ".ro" yes;
+createNode file -n "yardPicture";
+	setAttr ".ftn" -type "string" "P:/village//sourceimages/yard.tga";
+createNode reference -n "propRN";
+	setAttr ".ed" -type "dataReferenceEdits" 
+		"propRN"
+		"propRN" 2
+		0 "|prop:well" "|lawnTile" "-s -r "
+		2 "|lawnTile|prop:well" "translate" " -type \"double3\" 0 1 0";
+connectAttr "lawn.out" "slope.ig";
+connectAttr "slope.og" "lawnTileShape.i";
+connectAttr "yard.out" "yardMound.ip[0].ig";
+connectAttr "yardMound.og[0]" "yardTileShape.i";
+connectAttr "stoolBall.out" "|lawnTile|stool|stoolShape.i";
+connectAttr "gateBoards.out" "gateHinge.ig";
+connectAttr "gateHinge.og" "gateShape.i";
+parent -s -nc -r -add "|lawnTile|stool" "yardTile" ;
+connectAttr "lawnPicture.oc" "lawnGround.c";
+connectAttr "lawnGround.oc" "lawnGroundSG.ss";
+connectAttr "lawnTileShape.iog" "lawnGroundSG.dsm" -na;
+connectAttr "|lawnTile|stool|stoolShape.iog" ":initialShadingGroup.dsm" -na;
+connectAttr "|yardTile|stool|stoolShape.iog" ":initialShadingGroup.dsm" -na;
+connectAttr "gateShape.iog" ":initialShadingGroup.dsm" -na;
+connectAttr "yardPicture.oc" "yardGround.c";
+connectAttr "yardGround.oc" "yardGroundSG.ss";
+connectAttr "yardTileShape.iog" "yardGroundSG.dsm" -na;
+connectAttr "yardGroundSG.pa" ":renderPartition.st" -na;
+connectAttr "yardGround.msg" ":defaultShaderList1.s" -na;
+connectAttr "yardPicture.msg" ":defaultTextureList1.tx" -na;
+connectAttr "lawnGroundSG.pa" ":renderPartition.st" -na;
+connectAttr "lawnGround.msg" ":defaultShaderList1.s" -na;
+connectAttr "lawnPicture.msg" ":defaultTextureList1.tx" -na;
+// End of garden.ma

@@ -1,0 +1,154 @@
+#include "host/state/Project.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+#include "host/mel/Interpreter.h"
+#include "host/mel/Parser.h"
+#include "util/WholeFile.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+using mel::AstNode;
+using Kind = AstNode::Kind;
+
+constexpr char kRulesFile[] = "workspace.mel";
+constexpr std::uint64_t kMostRulesBytes = std::uint64_t{1} << 20;
+constexpr std::size_t kMostRules = 4096;
+constexpr std::size_t kLongestName = 4096;
+
+// The text of a word of a command; empty for what would have to be evaluated.
+std::string wordOf(const AstNode& node) {
+  if (node.kind == Kind::kWord) return node.text;
+  return node.kind == Kind::kLiteral ? node.literal.toString() : std::string();
+}
+
+bool isRuleFlag(const AstNode& word) {
+  return word.kind == Kind::kWord && (word.text == "-fr" || word.text == "-fileRule");
+}
+
+void addRules(const AstNode& statement, Project& project) {
+  if (statement.kind != Kind::kCommand || statement.text != "workspace") return;
+  const auto& words = statement.children;
+  for (std::size_t i = 0; i + 2 < words.size() && project.rules.size() < kMostRules; ++i) {
+    const std::string kind = wordOf(*words[i + 1]);
+    if (isRuleFlag(*words[i]) && !kind.empty()) project.rules[kind] = wordOf(*words[i + 2]);
+  }
+}
+
+bool isFile(const fs::path& path) {
+  std::error_code error;
+  return fs::is_regular_file(path, error);
+}
+
+std::string joined(const std::string& folder, const std::string& name) {
+  return mel::resolvedPath(name, folder);
+}
+
+// The variable that begins behind the '$' at `at`; moves `at` behind it.
+std::string variableAt(const std::string& text, std::size_t& at) {
+  std::size_t begin = at + 1;
+  const bool isBraced = begin < text.size() && text[begin] == '{';
+  if (isBraced) ++begin;
+  std::size_t end = begin;
+  while (end < text.size() &&
+         (std::isalnum(static_cast<unsigned char>(text[end])) != 0 || text[end] == '_'))
+    ++end;
+  const bool isClosed = !isBraced || (end < text.size() && text[end] == '}');
+  at = end + (isBraced && isClosed ? 1 : 0);
+  return isClosed ? text.substr(begin, end - begin) : std::string();
+}
+
+// With the values of its variables; one that is not set stays as it is written.
+std::string expanded(const std::string& name) {
+  std::string result;
+  for (std::size_t at = 0; at < name.size() && result.size() < kLongestName;) {
+    if (name[at] != '$') {
+      result += name[at++];
+      continue;
+    }
+    const std::size_t from = at;
+    const std::string variable = variableAt(name, at);
+    const char* const value = variable.empty() ? nullptr : std::getenv(variable.c_str());
+    result += value == nullptr ? name.substr(from, at - from) : value;
+  }
+  return result;
+}
+
+bool isAbsolute(const std::string& name) {
+  const bool hasDrive =
+      name.size() > 1 && std::isalpha(static_cast<unsigned char>(name[0])) != 0 && name[1] == ':';
+  return hasDrive || (!name.empty() && name[0] == '/');
+}
+
+}  // namespace
+
+std::string Project::folderOf(std::string_view kind) const {
+  const auto rule = rules.find(std::string(kind));
+  if (rule != rules.end()) return joined(folder, rule->second);
+  return joined(folder, kind == "sourceImages" ? "sourceimages" : "scenes");
+}
+
+std::string findProjectFolder(const std::string& folder) {
+  fs::path path = fs::u8path(folder);
+  while (!path.empty()) {
+    if (isFile(path / kRulesFile)) return path.u8string();
+    if (path == path.parent_path()) break;
+    path = path.parent_path();
+  }
+  return std::string();
+}
+
+morvane::Status readProject(const std::string& folder, Project& project) {
+  project = Project();
+  project.folder = folder;
+  const fs::path file = fs::u8path(folder) / kRulesFile;
+  if (!isFile(file)) return {};
+  std::unique_ptr<std::uint8_t[]> bytes;
+  std::size_t size = 0;
+  std::string error;
+  if (!morvane::readWholeFile(file.u8string().c_str(), kMostRulesBytes, bytes, size, error))
+    return {morvane::StatusCode::kCannotRead, "cannot read " + file.u8string() + ": " + error};
+  const std::string_view text(reinterpret_cast<const char*>(bytes.get()), size);
+  mel::Failure failure;
+  const auto script = mel::parseScript(text, file.u8string(), failure);
+  if (script == nullptr) return {morvane::StatusCode::kDamaged, failure.describe()};
+  for (const mel::AstPtr& statement : script->root->children) addRules(*statement, project);
+  return {};
+}
+
+FileSearch searchFile(const std::string& name, const std::string& folder, const Project& project,
+                      std::string_view kind) {
+  std::string path = expanded(name);
+  std::replace(path.begin(), path.end(), '\\', '/');
+  if (path.empty() || path.size() > kLongestName) return {};
+  std::vector<std::string> places;
+  // Two slashes at the front stand before a machine's name.
+  const std::size_t mark = path.find("//", 2);
+  const bool hasProject = !project.folder.empty();
+  if (mark != path.npos && hasProject)
+    places.push_back(joined(project.folder, path.substr(path.find_first_not_of('/', mark))));
+  if (isAbsolute(path)) {
+    places.push_back(path);
+  } else if (mark == path.npos) {
+    if (hasProject) places.push_back(joined(project.folder, path));
+    places.push_back(joined(folder, path));
+    if (hasProject) places.push_back(joined(project.folderOf(kind), path));
+  }
+  FileSearch search;
+  for (const std::string& place : places) {
+    if (search.found || std::count(search.places.begin(), search.places.end(), place) != 0)
+      continue;
+    search.places.push_back(place);
+    search.found = isFile(fs::u8path(place));
+  }
+  return search;
+}
+
+}  // namespace host

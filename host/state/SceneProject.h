@@ -1,0 +1,50 @@
+#ifndef MORVANE_HOST_STATE_SCENEPROJECT_H_
+#define MORVANE_HOST_STATE_SCENEPROJECT_H_
+
+#include <cstddef>
+#include <map>
+#include <string>
+
+#include "host/state/Project.h"
+
+namespace host {
+
+class Scene;
+
+// The project in which the files of the open scene are looked for, and what was found.
+class SceneProject {
+ public:
+  static SceneProject& current();  // of the host that runs
+
+  // Makes a folder the project of all scenes from now on, wherever they lie.
+  void give(const std::string& folder) { given_ = folder; }
+  // The project of a scene in this folder becomes the current one; nothing is known of files then.
+  morvane::Status enter(const std::string& sceneFolder);
+  morvane::Status open(const std::string& projectFolder);
+  Project& project() { return project_; }
+
+  // Gives the file textures among the scene's nodes from this serial on the names that they have on
+  // this machine, after DirectoryMap. `folder` is the scene's. What is where its name says, seen
+  // from there, and what is not found keep their names.
+  void findTextures(const Scene& scene, std::size_t firstSerial, const std::string& folder);
+
+  // Where a texture that a node names so now was looked for.
+  FileSearch searchOf(const std::string& name, const std::string& folder) const;
+  // What a scene file is to call the file that the node names: as it did, while that is unchanged.
+  const std::string& writtenName(std::size_t serial, const std::string& name) const;
+
+ private:
+  struct Found {
+    std::string written;
+    std::string name;
+    FileSearch search;
+  };
+
+  std::string given_;
+  Project project_;
+  std::map<std::size_t, Found> found_;  // by serial; of textures that got another name
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_STATE_SCENEPROJECT_H_
