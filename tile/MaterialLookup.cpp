@@ -141,16 +141,25 @@ std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance,
   return copyText(fileName.asChar());
 }
 
-MObject findColourTexture(const MDagPath& mesh) {
+std::vector<MObject> shadingNodes(const MDagPath& mesh) {
   MObjectArray groups;
   MIntArray groupOfFace;
   MFnMesh(mesh).getConnectedShaders(mesh.instanceNumber(), groups, groupOfFace);
+  std::vector<MObject> nodes;
   for (unsigned int i = 0; i < groups.length(); ++i) {
+    nodes.push_back(groups[i]);
     const MObject material = sourceNode(groups[i], "surfaceShader");
-    const MPlugArray textures = material.isNull() ? MPlugArray() : sourcesOf(colourOf(material));
-    for (unsigned int t = 0; t < textures.length(); ++t)
-      if (textures[t].node().hasFn(MFn::kFileTexture)) return textures[t].node();
+    if (material.isNull()) continue;
+    nodes.push_back(material);
+    const MPlugArray textures = sourcesOf(colourOf(material));
+    for (unsigned int t = 0; t < textures.length(); ++t) nodes.push_back(textures[t].node());
   }
+  return nodes;
+}
+
+MObject findColourTexture(const MDagPath& mesh) {
+  for (const MObject& node : shadingNodes(mesh))
+    if (node.hasFn(MFn::kFileTexture)) return node;
   return MObject::kNullObj;
 }
 

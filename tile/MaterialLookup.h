@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "tile/TileMessages.h"
 
@@ -27,6 +28,10 @@ std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance,
 // The first file texture that the colour of one of the mesh's materials comes from, and so what an
 // export without names takes for a tile's; the null object when there is none.
 MObject findColourTexture(const MDagPath& mesh);
+
+// What decides on the texture of the mesh: its shading groups, their materials, and what the
+// colours of these come from.
+std::vector<MObject> shadingNodes(const MDagPath& mesh);
 
 }  // namespace morvane
 

@@ -19,16 +19,22 @@ TileTextureNode textureOfTile(const MDagPath& tile) {
   return {file.asChar(), node.name().asChar()};
 }
 
-std::vector<MDagPath> texturedTiles() {
-  std::vector<MDagPath> tiles;
+std::vector<MDagPath> topTransforms() {
+  std::vector<MDagPath> transforms;
   MItDag walk(MItDag::kDepthFirst);
   for (walk.next(); !walk.isDone(); walk.next()) {
     walk.prune();
     MDagPath path;
     walk.getPath(path);
-    if (path.node().hasFn(MFn::kTransform) && !textureOfTile(path).name.empty())
-      tiles.push_back(path);
+    if (path.node().hasFn(MFn::kTransform)) transforms.push_back(path);
   }
+  return transforms;
+}
+
+std::vector<MDagPath> texturedTiles() {
+  std::vector<MDagPath> tiles;
+  for (const MDagPath& path : topTransforms())
+    if (!textureOfTile(path).name.empty()) tiles.push_back(path);
   return tiles;
 }
 

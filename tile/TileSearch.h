@@ -18,8 +18,11 @@ struct TileTextureNode {
 // That which the colour of the tile's own mesh comes from, the first of several.
 TileTextureNode textureOfTile(const MDagPath& tile);
 
-// Every top-level transform whose own mesh has such a texture, in the order of the scene. What is
-// among them can still be refused by an export, which says why.
+// Every transform directly below the world, in the order of the scene: where tiles stand.
+std::vector<MDagPath> topTransforms();
+
+// Those whose own mesh has such a texture. What is among them can still be refused by an export,
+// which says why.
 std::vector<MDagPath> texturedTiles();
 
 }  // namespace morvane

@@ -58,7 +58,7 @@ bool readFile(ByteCursor& in, KeptWords& kept) {
 }  // namespace
 
 bool readReferenceEdits(ByteCursor& in, KeptWords& kept) {
-  kept = KeptWords{"dataReferenceEdits", {}};
+  kept = KeptWords{kReferenceEditsType, {}};
   takeText(in, kept);
   while (in.left() > 0) {
     const std::uint32_t files = in.word();

@@ -6,6 +6,8 @@
 
 namespace host {
 
+inline constexpr char kReferenceEditsType[] = "dataReferenceEdits";  // of the attribute, as written
+
 // Reads what a reference node's REFE chunk holds behind the attribute's name and flags, as the
 // words of the statement that says the same: the node's name, then for each file its name, how many
 // edits there are, and these, each a kind and its operands. False for an edit of a kind that is not

@@ -7,6 +7,7 @@
 
 #include "host/binary/AttributeChunk.h"
 #include "host/binary/MeshChunk.h"
+#include "host/binary/ReferenceEdits.h"
 #include "host/binary/ValueChunk.h"
 #include "host/file/BinaryAttributes.h"
 #include "host/file/StatementReader.h"
@@ -114,10 +115,12 @@ const BinaryReader::ChunkRow BinaryReader::kRows[] = {
     {"BCSZ", &BinaryReader::passOver},
 };
 
-BinaryReader::BinaryReader(mel::CommandContext& context, Note note, RunFile runFile)
+BinaryReader::BinaryReader(mel::CommandContext& context, Note note, RunFile runFile,
+                           TakeEdits takeEdits)
     : context_(context),
       note_(std::move(note)),
       runFile_(std::move(runFile)),
+      takeEdits_(std::move(takeEdits)),
       framesPerSecond_(kDefaultFrames) {}
 
 bool BinaryReader::read(const std::string& path, std::string& error) {
@@ -334,6 +337,8 @@ void BinaryReader::readAttributeValue(std::uint32_t tag, ByteCursor in) {
     noteHere(Kind::kDamage, name + "holds something else than its chunk says");
     return;
   }
+  const auto* const words = std::get_if<KeptWords>(&value.value);
+  if (words != nullptr && words->type == kReferenceEditsType) takeEdits_(*words);
   const std::string problem = storeValue(node, std::move(value));
   if (!problem.empty()) noteHere(Kind::kDamage, name + problem);
 }

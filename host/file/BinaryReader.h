@@ -13,6 +13,7 @@
 #include "host/binary/ChunkWalker.h"
 #include "host/binary/NodeTags.h"
 #include "host/mel/Command.h"
+#include "host/scene/AttributeValue.h"
 #include "host/state/SceneProblems.h"
 
 namespace host {
@@ -25,10 +26,12 @@ class BinaryReader {
   using Note =
       std::function<void(SceneProblem::Kind kind, std::uint64_t place, const std::string& text)>;
   using RunFile = std::function<void(const mel::Words&)>;
+  using TakeEdits = std::function<void(const KeptWords&)>;
 
-  // Both functions are called while `read` runs: with what the file has that cannot be used and
-  // where, and with the words of a `file` statement that refers to another file.
-  BinaryReader(mel::CommandContext& context, Note note, RunFile runFile);
+  // The functions are called while `read` runs: with what the file has that cannot be used and
+  // where, with the words of a `file` statement that refers to another file, and with edits of
+  // references.
+  BinaryReader(mel::CommandContext& context, Note note, RunFile runFile, TakeEdits takeEdits);
 
   // False, with the reason in `error`, when the file cannot be read.
   bool read(const std::string& path, std::string& error);
@@ -73,6 +76,7 @@ class BinaryReader {
   mel::CommandContext& context_;
   Note note_;
   RunFile runFile_;
+  TakeEdits takeEdits_;
   ByteWindow bytes_;
   NodeTags tags_;
   bool isWide_ = true;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/binary/ReferenceEdits.h"
 #include "host/file/StatementReader.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Node.h"
@@ -14,18 +15,17 @@
 namespace host {
 namespace {
 
-constexpr char kType[] = "dataReferenceEdits";
-
-// How many texts follow the number of an edit's kind; -1: all up to the next number.
-int operandCount(int kind) {
-  switch (kind) {
+// How many texts follow the numbers of an edit; -1: all up to the next number.
+int operandCount(const ReferenceEdit& edit) {
+  switch (edit.kind) {
     case ReferenceEdit::kParent:
     case ReferenceEdit::kSetAttr:
     case ReferenceEdit::kDisconnectAttr:
       return 3;
     case ReferenceEdit::kAddAttr:
-    case ReferenceEdit::kConnectAttr:
       return 4;
+    case ReferenceEdit::kConnectAttr:
+      return edit.end == ReferenceEdit::kIsBoth ? 6 : 4;
     default:
       return -1;
   }
@@ -34,7 +34,7 @@ int operandCount(int kind) {
 class EditParser {
  public:
   explicit EditParser(const mel::Words& words) : words_(words) {
-    while (at_ < words_.size() && words_[at_].text != kType) ++at_;
+    while (at_ < words_.size() && words_[at_].text != kReferenceEditsType) ++at_;
     ++at_;
   }
 
@@ -71,7 +71,7 @@ class EditParser {
         (edit.kind == ReferenceEdit::kConnectAttr && !takeNumber(edit.end))) {
       return false;
     }
-    const int count = operandCount(edit.kind);
+    const int count = operandCount(edit);
     while (at_ < words_.size() && !isNumber() &&
            (count < 0 || edit.operands.size() < static_cast<std::size_t>(count))) {
       edit.operands.push_back(words_[at_++].text);
@@ -102,14 +102,55 @@ class EditApplier {
       case ReferenceEdit::kSetAttr:
         return run("setAttr " + mel::quoted(nameOf(o[0]) + "." + o[1]) + ' ' + o[2]);
       case ReferenceEdit::kDisconnectAttr:
-        return run("disconnectAttr " + o[2] + ' ' + mel::quoted(nameOf(o[0])) + ' ' +
-                   mel::quoted(nameOf(o[1])));
+        return applyDisconnect(edit);
       default:
         return connectEnds(edit);
     }
   }
 
+  std::vector<NodePtr> nodesOf(const ReferenceEdit& edit) const {
+    std::vector<NodePtr> nodes;
+    for (const std::string& name : namesOf(edit)) {
+      const NodePtr node = nearestNode(name);
+      if (node != nullptr) nodes.push_back(node);
+    }
+    return nodes;
+  }
+
  private:
+  // Of the nodes that an edit changes. A shading group looks the same whatever it shades.
+  static std::vector<std::string> namesOf(const ReferenceEdit& edit) {
+    const std::vector<std::string>& o = edit.operands;
+    switch (edit.kind) {
+      case ReferenceEdit::kParent:
+        return {o[0], o[1]};
+      case ReferenceEdit::kSetAttr:
+        return {o[0]};
+      case ReferenceEdit::kDisconnectAttr:
+        return {isMembership(o[1]) ? o[0] : o[1]};
+      case ReferenceEdit::kConnectAttr:
+        return {edit.end == ReferenceEdit::kIsBoth && !isMembership(o[2]) ? o[2] : o[1], o[0]};
+      default:
+        return {};
+    }
+  }
+
+  static bool isMembership(const std::string& plug) {
+    return plug.find(".dagSetMembers") != plug.npos || plug.find(".dsm") != plug.npos;
+  }
+
+  NodePtr nearestNode(const std::string& text) const {
+    std::string name = nameOf(text);
+    name.resize(std::min(name.find('.'), name.size()));
+    while (!name.empty()) {
+      NodePtr node = nodeNamed(name);
+      if (node != nullptr) return node;
+      const std::size_t bar = name.rfind('|');
+      name.resize(bar == name.npos ? 0 : bar);
+    }
+    return nullptr;
+  }
+
   // A node's or plug's name by which it is found: paths may be those of another time.
   std::string nameOf(const std::string& text) const {
     const std::string node = text.substr(0, text.find('.'));
@@ -155,6 +196,15 @@ class EditApplier {
                               : mel::quoted(child) + ' ' + mel::quoted(nameOf(above))));
   }
 
+  std::string applyDisconnect(const ReferenceEdit& edit) {
+    const std::vector<std::string>& o = edit.operands;
+    std::string error;
+    if (plugNamed(o[0], error).isNull() || plugNamed(o[1], error).isNull()) return error;
+    run("disconnectAttr " + o[2] + ' ' + mel::quoted(nameOf(o[0])) + ' ' +
+        mel::quoted(nameOf(o[1])));
+    return std::string();
+  }
+
   Plug plugNamed(const std::string& text, std::string& error) const {
     const std::string name = nameOf(text);
     const std::size_t dot = name.find('.');
@@ -174,10 +224,10 @@ class EditApplier {
     } else if (edit.end == ReferenceEdit::kIsDestination) {
       if (const ConnectionPtr connection = other.node()->connections.into(other.path()))
         replace(connection, connection->source, nextElement(plug).orFirstElement(), error);
-    } else if (!connect(plug.orFirstElement(), nextElement(other), true, &error)) {
-      return error;
+    } else {
+      connect(plug.orFirstElement(), nextElement(other), true, &error);
     }
-    return std::string();
+    return error;
   }
 
   // Puts the ends themselves in the place of a connection with a place holder.
@@ -208,20 +258,25 @@ std::vector<ReferenceEdit> parseReferenceEdits(const mel::Words& words) {
   return EditParser(words).parse();
 }
 
-std::vector<std::string> applyReferenceEdits(const std::vector<ReferenceEdit>& edits,
-                                             mel::CommandContext& context) {
+std::vector<UnappliedEdit> applyReferenceEdits(const std::vector<ReferenceEdit>& edits,
+                                               mel::CommandContext& context) {
   // What edits say stands in the reference node already, and belongs to no node of the file's own.
   const bool keepsInfo = std::exchange(context.keepsInfo, false);
   const NodePtr currentNode = context.currentNode;
-  std::vector<std::string> problems;
+  std::vector<UnappliedEdit> problems;
   EditApplier applier(context);
   for (const ReferenceEdit& edit : edits) {
     std::string problem = applier.apply(edit);
-    if (!problem.empty()) problems.push_back(edit.reference + ": " + problem);
+    if (!problem.empty()) problems.push_back({&edit, std::move(problem)});
   }
   context.keepsInfo = keepsInfo;
   context.currentNode = currentNode;
   return problems;
+}
+
+std::vector<NodePtr> nodesOf(const ReferenceEdit& edit, const mel::CommandContext& context) {
+  mel::CommandContext copy = context;
+  return EditApplier(copy).nodesOf(edit);
 }
 
 }  // namespace host

@@ -13,6 +13,7 @@
 #include "host/mel/Interpreter.h"
 #include "host/plugin/PluginRegistry.h"
 #include "host/scene/Scene.h"
+#include "host/state/SceneGaps.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
@@ -168,6 +169,7 @@ std::vector<NodePtr> selectedNodes() {
 void startNewScene() {
   Scene::current().clear();
   SceneInfo::current() = SceneInfo();
+  SceneGaps::current().clear();
   for (const auto& [serial, node] : Scene::current().nodes()) {
     for (const ConnectionPtr& connection : node->connections.inOrder()) {
       std::uint64_t& last = SceneInfo::current().lastDefaultConnection;

@@ -99,6 +99,11 @@ void SceneReader::note(SceneProblem::Kind kind, const std::string& text) {
     noteByte(kind, binary_->place(), text);
     return;
   }
+  if (isBinary_) {
+    mel::showWarning(path_ + ": " + text);
+    SceneProblems::current().add({kind, path_, 0, text});
+    return;
+  }
   mel::showWarning(path_ + ":" + std::to_string(statements_.line()) + ":" +
                    std::to_string(statements_.column()) + ": " + text);
   SceneProblems::current().add({kind, path_, statements_.line(), text});
@@ -140,12 +145,12 @@ bool SceneReader::read(const std::string& path, const Options& options, std::str
                                 "ASCII");
     return false;
   }
-  const bool isBinary = isBinarySceneStart(statements_.firstBytes());
+  isBinary_ = isBinarySceneStart(statements_.firstBytes());
   prepareContext(options, absolute);
   const SceneUnits outerUnits = currentUnits();
   currentUnits() = SceneUnits();
   files.open.push_back(absolute);
-  const bool ok = isBinary ? readBinary(error) : readStatements(error);
+  const bool ok = isBinary_ ? readBinary(error) : readStatements(error);
   applyEdits();
   files.open.pop_back();
   currentUnits() = outerUnits;
@@ -180,11 +185,13 @@ bool SceneReader::readBinary(std::string& error) {
       [this](Kind kind, std::uint64_t place, const std::string& text) {
         noteByte(kind, place, text);
       },
-      [this](const mel::Words& words) { runFileStatement(words); });
+      [this](const mel::Words& words) { runFileStatement(words); },
+      [this](const KeptWords& edits) { addEdits(edits); });
   binary_ = &reader;
   const bool ok = reader.read(path_, error);
   if (reader.isCut()) note(Kind::kDamage, "the file is cut off here; fetch it again");
   binary_ = nullptr;
+  currentUnits() = SceneUnits();  // of the edits, which are texts
   addEnd(reader.isCut() ? SceneProblems::End::kCut : SceneProblems::End::kWhole);
   return ok;
 }
@@ -247,24 +254,54 @@ void SceneReader::runStatement(std::string_view statement) {
     runFileStatement(words_);
     return;
   }
-  if (isSetAttr && statement.find("dataReferenceEdits") != statement.npos) {
-    const std::vector<ReferenceEdit> edits = parseReferenceEdits(words_);
-    edits_.insert(edits_.end(), edits.begin(), edits.end());
-  }
+  if (isSetAttr && statement.find("dataReferenceEdits") != statement.npos) addEdits(words_);
   const mel::CommandResult result = mel::runCommand(name_, words_, context_);
   if (!result.ok) note(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
 }
 
+void SceneReader::addEdits(const mel::Words& words) {
+  const std::vector<ReferenceEdit> edits = parseReferenceEdits(words);
+  edits_.insert(edits_.end(), edits.begin(), edits.end());
+}
+
+// Of a binary file.
+void SceneReader::addEdits(const KeptWords& edits) {
+  std::string statement = "setAttr -type " + edits.type;
+  for (const std::string& word : edits.words) statement += ' ' + word;
+  std::string error;
+  if (splitStatement(statement, name_, words_, error)) addEdits(words_);
+}
+
 // Once everything is there that they speak of.
 void SceneReader::applyEdits() {
-  const auto isElsewhere = [this](const ReferenceEdit& edit) {
-    return loaded_.count(edit.reference) == 0;
-  };
-  edits_.erase(std::remove_if(edits_.begin(), edits_.end(), isElsewhere), edits_.end());
-  const std::vector<std::string> problems = applyReferenceEdits(edits_, context_);
-  if (!problems.empty()) {
-    note(Kind::kNotice, std::to_string(problems.size()) + " of " + std::to_string(edits_.size()) +
-                            " edits of references were not applied, first " + problems.front());
+  const auto firstElsewhere = std::stable_partition(
+      edits_.begin(), edits_.end(),
+      [this](const ReferenceEdit& edit) { return loaded_.count(edit.reference) != 0; });
+  const std::vector<ReferenceEdit> applicable(edits_.begin(), firstElsewhere);
+  const std::vector<UnappliedEdit> unapplied = applyReferenceEdits(applicable, context_);
+  if (!unapplied.empty()) {
+    note(Kind::kNotice, std::to_string(unapplied.size()) + " of " +
+                            std::to_string(applicable.size()) +
+                            " edits of references were not applied, first " +
+                            unapplied[0].edit->reference + ": " + unapplied[0].reason);
+  }
+  noteGaps(unapplied);
+}
+
+void SceneReader::noteGaps(const std::vector<UnappliedEdit>& unapplied) const {
+  SceneGaps& gaps = SceneGaps::current();
+  for (const auto& [name, gap] : missing_) {
+    const NodePtr node = Scene::current().findNode(context_.nameSpace + name);
+    if (node != nullptr) gaps.add({node}, gap);
+  }
+  for (const ReferenceEdit& edit : edits_) {
+    const auto missing = missing_.find(edit.reference);
+    if (missing != missing_.end()) gaps.add(nodesOf(edit, context_), missing->second);
+  }
+  for (const UnappliedEdit& each : unapplied) {
+    gaps.add(nodesOf(*each.edit, context_),
+             {"has an edit of " + each.edit->reference + " that was not applied: " + each.reason,
+              "import that reference into the scene in Maya, or take the edit out of it there"});
   }
 }
 
@@ -304,23 +341,32 @@ void SceneReader::runFileStatement(const mel::Words& words) {
     note(Kind::kNotice, "the referenced file " + name + " was not loaded in the scene as saved");
     return;
   }
+  loadReference(name, nameSpace.empty() || nameSpace == ":" ? "" : nameSpace + ":", node);
+}
+
+void SceneReader::loadReference(const std::string& name, const std::string& nameSpace,
+                                const std::string& node) {
+  const std::string needed = "needs the referenced file " + name + " (" + node + "), which ";
   const std::string found = findReference(name, context_.folder);
   if (found.empty()) {
-    note(Kind::kNotice, "the referenced file " + name +
-                            " was not found; tell where its folder is (--map, dirmap)");
+    const std::string advice = "tell where its folder is (--map, dirmap)";
+    note(Kind::kNotice, "the referenced file " + name + " was not found; " + advice);
+    missing_[node] = {needed + "was not found", advice};
     return;
   }
   Options options;
   options.isReference = true;
-  options.nameSpace =
-      context_.nameSpace + (nameSpace.empty() || nameSpace == ":" ? "" : nameSpace + ":");
+  options.nameSpace = context_.nameSpace + nameSpace;
   std::string error;
   SceneReader reader;
   if (!reader.read(found, options, error)) {
     note(Kind::kNotice, error);
+    missing_[node] = {needed + "cannot be read", error};
     return;
   }
   loaded_.insert(node);
+  for (const std::string& inner : reader.loaded_) loaded_.insert(nameSpace + inner);
+  for (const auto& [inner, gap] : reader.missing_) missing_[nameSpace + inner] = gap;
 }
 
 }  // namespace host

@@ -2,6 +2,7 @@
 #define MORVANE_HOST_FILE_SCENEREADER_H_
 
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "host/file/ReferenceEdits.h"
 #include "host/file/StatementReader.h"
 #include "host/mel/Command.h"
+#include "host/state/SceneGaps.h"
 #include "host/state/SceneProblems.h"
 
 namespace host {
@@ -39,7 +41,12 @@ class SceneReader {
   void runStatement(std::string_view statement);
   bool runMeshStatement(std::string_view statement);
   void runFileStatement(const mel::Words& words);
+  void loadReference(const std::string& name, const std::string& nameSpace,
+                     const std::string& node);
+  void addEdits(const mel::Words& words);
+  void addEdits(const KeptWords& edits);
   void applyEdits();
+  void noteGaps(const std::vector<UnappliedEdit>& unapplied) const;
   void noteEnd();
   bool noteZeroBytes(std::string_view text);  // false when there are none
   void note(SceneProblem::Kind kind, const std::string& text);
@@ -51,10 +58,12 @@ class SceneReader {
   mel::CommandContext context_{mel::Interpreter::current()};
   std::string name_;
   mel::Words words_;
+  bool isBinary_ = false;
   const BinaryReader* binary_ = nullptr;  // while a binary file is being read
   std::vector<ReferenceEdit> edits_;
-  std::set<std::string> loaded_;    // names of reference nodes
-  std::set<std::string> deferred_;  // the same
+  std::set<std::string> loaded_;             // names of reference nodes
+  std::set<std::string> deferred_;           // the same
+  std::map<std::string, SceneGap> missing_;  // by such names: files that Maya would have loaded
 };
 
 // Makes the meshes whose shape their history makes. Those that cannot be made, those with older UVs

@@ -33,6 +33,10 @@ SceneInfo& SceneInfo::current() {
   return HostState::current().info;
 }
 
+SceneGaps& SceneGaps::current() {
+  return HostState::current().gaps;
+}
+
 SceneProblems& SceneProblems::current() {
   return HostState::current().problems;
 }

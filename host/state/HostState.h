@@ -11,6 +11,7 @@
 #include "host/plugin/PluginRegistry.h"
 #include "host/scene/Scene.h"
 #include "host/state/DirectoryMap.h"
+#include "host/state/SceneGaps.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneProblems.h"
 #include "host/state/SceneProject.h"
@@ -29,6 +30,7 @@ struct FilesBeingRead {
 struct HostState {
   Scene scene;
   SceneInfo info;
+  SceneGaps gaps;
   SceneProblems problems;
   SceneUnits units;  // of the scene file that is being read
   FilesBeingRead files;

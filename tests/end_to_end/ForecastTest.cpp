@@ -29,23 +29,24 @@ class Forecast : public ProgramTest {
   }
 
   // Of all scenes in these folders or files.
-  std::string outputOf(const std::string& command, const std::string& places) {
+  Outcome outcomeOf(const std::string& command, const std::string& places) {
     return shell("find " + places + " -name '*.ma' -print0 | sort -z | xargs -0 $morvane " +
-                 command + " --json")
-        .out;
+                 command + " --json");
   }
 
   Statements foretold(const std::string& places) {
     Statements all;
-    for (const Json& scene : linesOf(outputOf("info", places)))
+    for (const Json& scene : linesOf(outcomeOf("info", places).out))
       for (const Json& tile : scene["tiles"])
         all[scene["file"].get<std::string>() + tile["tile"].get<std::string>()] = statement(tile);
     return all;
   }
 
-  Statements exported(const std::string& places) {
+  Statements exported(const std::string& places, std::string* told = nullptr) {
     Statements all;
-    for (const Json& record : linesOf(outputOf("export", places))) {
+    const Outcome outcome = outcomeOf("export", places);
+    if (told != nullptr) *told = outcome.err;
+    for (const Json& record : linesOf(outcome.out)) {
       if (!record["tile"].is_null()) {
         all[record["scene"].get<std::string>() + record["tile"].get<std::string>()] =
             statement(record);
@@ -88,6 +89,35 @@ auto set(const std::string& creation, const std::string& statements) {
     const std::string made = "createNode " + creation + n + '"';
     const std::size_t at = scene.find('\n', scene.find(made)) + 1;
     scene.insert(at, statements);
+  };
+}
+
+// Ends the scene with a reference, an edit of it, and a statement, in which # is the tile's number.
+auto refersTo(const std::string& file, const std::string& edit, const std::string& statement = "") {
+  return [=](std::string& scene, const std::string& n) {
+    std::string text = "file -r -ns \"r#\" -dr 1 -rfn \"r#RN\" \"" + file +
+                       "\";\ncreateNode reference -n \"r#RN\";\n\tsetAttr \".ed\" -type "
+                       "\"dataReferenceEdits\" \"r#RN\" \"r#RN\" 1 " +
+                       edit + ";\n" + statement;
+    for (std::size_t at = text.find('#'); at != text.npos; at = text.find('#', at))
+      text.replace(at, 1, n);
+    scene += text;
+  };
+}
+
+// Takes a connection out of a scene before something else is done.
+template <typename Next>
+auto without(const std::string& source, const std::string& destination, Next next) {
+  return [=](std::string& scene, const std::string& n) {
+    const std::string ends[] = {source, destination};
+    std::string numbered[2];
+    for (int i = 0; i < 2; ++i) {
+      numbered[i] = ends[i];
+      numbered[i].replace(numbered[i].find('#'), 1, n);
+    }
+    replace(scene, "connectAttr \"" + numbered[0] + "\" \"" + numbered[1] + '"',
+            "select -ne :time1");
+    next(scene, n);
   };
 }
 
@@ -151,6 +181,29 @@ const std::vector<Case>& cases() {
              "\"pebble" +
              n + ".tx\";\n";
        }},
+      {"tweaked.psd", "|tile26|tileShape26 is driven by wave (expression), which is not evaluated",
+       [](std::string& scene, const std::string& n) {
+         scene += "createNode expression -n \"wave\";\nconnectAttr \"wave.out[0]\" \"tileShape" +
+                  n + ".pt[0].py\";\n";
+       }},
+      {"named.psd", "its texture picture27 is driven by season (expression)",
+       [](std::string& scene, const std::string& n) {
+         scene += "createNode expression -n \"season\";\nconnectAttr \"season.out[0]\" \"picture" +
+                  n + ".ftn\";\n";
+       }},
+      {"parented.psd", "|tile28 needs the referenced file gone.ma (r28RN), which was not found",
+       refersTo("gone.ma", R"(0 "|r#:rock" "|tile#" "-s -r ")")},
+      {"placed.psd", "|tile29|pebble29 needs the referenced file gone.ma (r29RN), which was not",
+       refersTo("gone.ma", "", "connectAttr \"r#RN.phl[1]\" \"pebble#.tx\";\n")},
+      {"shaded.psd", "|tile30|tileShape30 needs the referenced file gone.ma (r30RN), which was not",
+       without("tileShape#.iog", "group#.dsm",
+               refersTo("gone.ma", "", "connectAttr \"tileShape#.iog\" \"r#RN.phl[1]\";\n"))},
+      {"coloured.psd", "|tile31|tileShape31 needs the referenced file gone.ma (r31RN), which was",
+       without("picture#.oc", "ground#.c",
+               refersTo("gone.ma", "", "connectAttr \"r#RN.phl[1]\" \"ground#.c\";\n"))},
+      {"edited.psd", "|tile32 has an edit of r32RN that was not applied: ",
+       refersTo("rock.ma", R"(2 "|tile#|r#:gone" "translate" " -type \"double3\" 1 2 3")")},
+      {"beside.psd", none, refersTo("gone.ma", R"(0 "|r#:rock" "" "-s -r ")")},
       {"far.psd", none, set("transform -n \"pebble", "\tsetAttr \".t\" 4 0 0;\n")},
   };
   return kCases;
@@ -173,11 +226,13 @@ TEST_F(Forecast, SaysOfBrokenTilesWhatAnExportDoes) {
   for (std::size_t i = 0; i < cases().size(); ++i)
     if (cases()[i].breaks) cases()[i].breaks(scene, std::to_string(i + 1));
   write("broken.ma", scene);
+  write("rock.ma", "//Maya ASCII 2018 scene\ncreateNode transform -n \"rock\";\n");
   std::map<std::string, std::string> before;
   for (const std::string& name : names()) before[name] = read(name);
   const Statements said = foretold("broken.ma");
   for (const std::string& name : names()) EXPECT_TRUE(read(name) == before[name]) << name;
-  EXPECT_EQ(said, exported("broken.ma"));
+  std::string told;
+  EXPECT_EQ(said, exported("broken.ma", &told));
   ASSERT_EQ(said.size(), cases().size());
   for (std::size_t i = 0; i < cases().size(); ++i) {
     const Case& c = cases()[i];
@@ -186,6 +241,8 @@ TEST_F(Forecast, SaysOfBrokenTilesWhatAnExportDoes) {
     EXPECT_EQ(error.substr(0, c.error.size()), c.error) << c.texture;
     EXPECT_EQ(error.empty(), c.error.empty()) << c.texture << error;
     EXPECT_EQ(tile[1], c.error.empty() ? 0 : 1) << c.texture;
+    const bool isNamed = told.find(tileNamed("broken.ma: |tile", i + 1) + ": ") != told.npos;
+    EXPECT_EQ(isNamed, !c.error.empty()) << c.texture;
     const bool isKept =
         !c.error.empty() && before.count(c.texture) != 0 && c.texture != "shared.psd";
     EXPECT_TRUE(!isKept || read(c.texture) == before[c.texture]) << c.texture;

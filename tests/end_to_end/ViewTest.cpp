@@ -170,4 +170,22 @@ TEST_F(View, WhatCannotBeShownLeavesAnOldPageAlone) {
   EXPECT_NE(read("page.html").find("\"tile2\""), std::string::npos);
 }
 
+TEST_F(View, WhatIsNotEvaluatedIsNamedBesideTheRest) {
+  NEEDS_PAGE();
+  write("plain.psd", psdBytes(16, 16));
+  write("half.ma", sceneOfTiles({"plain.psd"}) +
+                       "createNode transform -n \"stump\" -p \"tile1\";\ncreateNode mesh -n "
+                       "\"stumpShape\" -p \"stump\";\ncreateNode polyBevel3 -n \"bevel\";\n"
+                       "connectAttr \"bevel.out\" \"stumpShape.i\";\n");
+  const Outcome made = morvane({"view", "half.ma", "-o", "page.html"});
+  const std::string missing =
+      "|tile1|stump|stumpShape is made by bevel (polyBevel3), which is not evaluated; ";
+  EXPECT_EQ(made.status, 1);
+  EXPECT_NE(made.err.find("half.ma: tile1: " + missing), std::string::npos) << made.err;
+  EXPECT_NE(made.err.find("page.html: 1 tile, 1 goblin"), std::string::npos) << made.err;
+  const std::string page = read("page.html");
+  EXPECT_NE(page.find("\"missing\":\"" + missing), std::string::npos);
+  EXPECT_NE(page.find("\"fault\":\"\",\"missing\""), std::string::npos);
+}
+
 }  // namespace

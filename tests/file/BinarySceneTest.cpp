@@ -158,6 +158,20 @@ TEST_F(BinaryScenes, SayInTheirChunksWhatStatementsSay) {
   }
 }
 
+TEST_F(BinaryScenes, ApplyEditsOfReferences) {
+  writeText("prop.ma", "//Maya ASCII 2018 scene\ncreateNode transform -n \"b\";\n");
+  const twin::Layout wide;
+  const std::string edits = text("it") + word(0) + word(1) + text("it") + word(1) + word(2) +
+                            text("a:b") + text("rotateX") + text(" 30");
+  EXPECT_EQ(
+      openBytes(wide.file(
+          wide.chunk("FREF", text("prop.ma") + text("a") + std::string(2, '\0') + text("it")) +
+          wide.container("REFN", wide.chunk("CREA", twin::creation("it")) +
+                                     wide.chunk("REFE", head("ed") + edits)))),
+      "");
+  EXPECT_EQ(run("getAttr \"a:b.rx\""), "30");
+}
+
 TEST_F(BinaryScenes, DeclareAttributesAndKeepWhatIsNotKnown) {
   const twin::Layout wide;
   const std::string limited = "aDBL" + word(0x0000404E) + word(1) + word(0) + text("size") +

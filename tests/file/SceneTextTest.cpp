@@ -1,5 +1,6 @@
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
+#include "host/state/SceneGaps.h"
 #include "tests/file/SceneText.h"
 
 namespace host {
@@ -125,11 +126,11 @@ TEST_F(SceneText, PathsInstancesAndSharedNodes) {
 }
 
 TEST_F(SceneText, ReferencesAreLoadedOnceUnderTheirNamespace) {
-  writeText(
-      "rock.ma",
+  const std::string rock =
       std::string("//Maya ASCII 2018 scene\nfile -r -ns \"self\" \"rock.ma\";\n") + kSquare +
-          "createNode lambert -n \"m\";\ncreateNode shadingEngine -n \"mSG\";\n"
-          "connectAttr \"m.oc\" \"mSG.ss\";\nconnectAttr \"squareShape.iog\" \"mSG.dsm\" -na;\n");
+      "createNode lambert -n \"m\";\ncreateNode shadingEngine -n \"mSG\";\n"
+      "connectAttr \"m.oc\" \"mSG.ss\";\nconnectAttr \"squareShape.iog\" \"mSG.dsm\" -na;\n";
+  writeText("rock.ma", rock);
   const std::string warnings = open(
       "file -rdi 1 -ns \"r\" -rfn \"rRN\" -typ \"mayaAscii\" \"/dead/folder/rock.ma\";\n"
       "file -r -ns \"r\" -dr 1 -rfn \"rRN\" -typ \"mayaAscii\" \"/dead/folder/rock.ma\";\n"
@@ -144,6 +145,7 @@ TEST_F(SceneText, ReferencesAreLoadedOnceUnderTheirNamespace) {
   ASSERT_TRUE(writeScene(pathOf("saved.ma"), error));
   const std::string saved = readAll(pathOf("saved.ma"));
   EXPECT_EQ(saved.find("createNode mesh"), std::string::npos);
+  EXPECT_EQ(readAll(pathOf("rock.ma")), rock);
   openPath(pathOf("saved.ma"));
   EXPECT_EQ(run("ls -type mesh"), "r:squareShape");
 }
@@ -163,7 +165,8 @@ TEST_F(SceneText, EditsOfReferencesAreAppliedAndKept) {
       "createNode transform -n \"group\";\nsetAttr \".tx\" 4;\n"
       "createNode checker -n \"own\";\ncreateNode lambert -n \"ownMaterial\";\n"
       "createNode reference -n \"pRN\";\nsetAttr \".ed\" -type \"dataReferenceEdits\"\n"
-      "\"pRN\" \"pRN\" 9\n"
+      "\"pRN\" \"pRN\" 10\n"
+      "5 0 \"pRN\" \"p:f.outColor\" \"p:m.incandescence\" \"pRN.phl[3]\" \"pRN.phl[4]\" \"\"\n"
       "0 \"|p:a\" \"|group\" \"-s -r \"\n"
       "1 |p:a \"wear\" \"wr\" \" -ci 1 -at \\\"double\\\"\"\n"
       "2 \"|group|p:a\" \"translate\" \" -type \\\"double3\\\" 1 2 3\"\n"
@@ -179,7 +182,7 @@ TEST_F(SceneText, EditsOfReferencesAreAppliedAndKept) {
   for (std::string& text : saved) {
     const std::string warnings = &text == saved ? open(scene) : openPath(pathOf("scene2.ma"));
     EXPECT_EQ(SceneProblems::current().list.size(), 2u) << warnings;
-    EXPECT_NE(warnings.find("1 of 9 edits of references were not applied, first pRN: "),
+    EXPECT_NE(warnings.find("1 of 10 edits of references were not applied, first pRN: "),
               std::string::npos)
         << warnings;
     EXPECT_NE(warnings.find("prop.ma was not loaded in the scene as saved"), std::string::npos);
@@ -188,6 +191,7 @@ TEST_F(SceneText, EditsOfReferencesAreAppliedAndKept) {
     EXPECT_EQ(run("getAttr \"p:a.wear\""), "0.5");
     EXPECT_EQ(run("getAttr \"p:f.ftn\""), "new.psd");
     EXPECT_EQ(run("listConnections \"p:m.c\""), "own");
+    EXPECT_EQ(run("listConnections \"p:m.incandescence\""), "p:f");
     EXPECT_EQ(run("listConnections ownMaterial.c"), "p:f");
     std::string error;
     ASSERT_TRUE(writeScene(pathOf("scene2.ma"), error)) << error;
@@ -197,6 +201,58 @@ TEST_F(SceneText, EditsOfReferencesAreAppliedAndKept) {
         << text;
   }
   EXPECT_EQ(saved[0], saved[1]);
+}
+
+// What lacks something since a file is missing, or since an edit is of something that is not there.
+TEST_F(SceneText, GapsThatReferencesLeave) {
+  writeText("prop.ma",
+            "//Maya ASCII 2018 scene\ncreateNode transform -n \"a\";\ncreateNode lambert -n "
+            "\"m\";\ncreateNode shadingEngine -n \"SG\";\n");
+  writeText("outer.ma", "//Maya ASCII 2018 scene\nfile -r -ns \"q\" -rfn \"qRN\" \"prop.ma\";\n");
+  const std::string notFound = "needs the referenced file gone.ma (pRN), which was not found";
+  const std::string unapplied = "has an edit of pRN that was not applied: ";
+  const struct {
+    const char* file;
+    const char* edit;
+    const char* node;
+    std::string text;  // how it begins; empty: the node lacks nothing
+  } kCases[] = {
+      {"gone.ma", R"(0 "|p:a" "|group" "-s -r ")", "group", notFound},
+      {"gone.ma", R"(0 "|p:a" "|group|p:b" "-s -r ")", "group", notFound},
+      {"gone.ma", R"(2 "|group|p:a" "translate" " 1 2 3")", "group", notFound},
+      {"gone.ma", R"(5 3 "pRN" "p:f.outColor" "pRN.phl[1]" "")", "pRN", notFound},
+      {"gone.ma", R"(3 "|group|p:aShape.iog" ":initialShadingGroup.dsm" "-na")",
+       ":initialShadingGroup", ""},
+      {"gone.ma", R"(0 "|p:a" "" "-s -r ")", "group", ""},
+      {"prop.ma", R"(0 "|p:a" "|group" "-s -r ")", "group", ""},
+      {"prop.ma", R"(0 "|own" "|p:a" "-s -r ")", "p:a", unapplied + "'own' stays where it is"},
+      {"prop.ma", R"(2 "|p:a" "translate" " -type \"double3\" 1 2")", "p:a",
+       unapplied + "setAttr: "},
+      {"prop.ma", R"(3 "p:gone.outColor" "p:m.color" "")", "p:m", unapplied + "No object"},
+      {"prop.ma", R"(3 "p:m.outColor" "p:SG.surfaceShader" "")", "p:SG", ""},
+      {"prop.ma", R"(1 p:gone "wear" "wr" " -at \"double\"")", "p:a", ""},
+  };
+  for (const auto& c : kCases) {
+    open(std::string("file -r -ns \"p\" -rfn \"pRN\" \"") + c.file +
+         "\";\ncreateNode transform -n \"group\";\ncreateNode transform -n \"own\";\n"
+         "createNode reference -n \"pRN\";\nsetAttr \".ed\" -type \"dataReferenceEdits\" \"pRN\" "
+         "\"pRN\" 1 " +
+         c.edit + ";\n");
+    const SceneGap* const gap = SceneGaps::current().at(*node(c.node));
+    EXPECT_EQ(gap == nullptr, c.text.empty()) << c.edit;
+    EXPECT_EQ((gap == nullptr ? "" : gap->text).substr(0, c.text.size()), c.text) << c.edit;
+  }
+  const std::string nested =
+      "file -r -ns \"o\" -rfn \"oRN\" \"outer.ma\";\ncreateNode transform -n \"group\";\n"
+      "createNode reference -n \"oRN\";\nsetAttr \".ed\" -type \"dataReferenceEdits\" \"oRN\" "
+      "\"oRN\" 0 \"o:qRN\" 2 0 \"|o:q:a\" \"|group\" \"-s -r \" 2 \"|group|o:q:a\" "
+      "\"translateX\" \" 7\";\n";
+  EXPECT_EQ(open(nested), "");
+  EXPECT_EQ(run("getAttr \"|group|o:q:a.tx\""), "7");
+  fs::remove(pathOf("prop.ma"));
+  open(nested);
+  ASSERT_NE(SceneGaps::current().at(*node("group")), nullptr);
+  EXPECT_NE(SceneGaps::current().at(*node("group"))->text.find("prop.ma (qRN)"), std::string::npos);
 }
 
 TEST_F(SceneText, UnitsBecomeCentimetresAndDegrees) {

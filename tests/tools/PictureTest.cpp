@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "geometry/GoblinGeometry.h"
 #include "util/ByteOrder.h"
 
 // Expected colours follow from the pixels that each case is made of, by hand.
@@ -161,6 +162,7 @@ TEST_F(Layers, BlendWithOpacityMaskAndMode) {
   document_.layers[1].flags = 2;  // hidden
   EXPECT_EQ(pictureOf(document_), (Bytes{100, 100, 100, 255}));
   add(masked).mask = {20, 0, 0, 1, 1, 0, 2, 0, {}};  // its mask is switched off
+  add(halfClear).name = morvane::copyText("GoblinGeometry");
   EXPECT_EQ(pictureOf(document_), (Bytes{200, 100, 50, 255}));
 }
 

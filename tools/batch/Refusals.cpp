@@ -12,7 +12,7 @@ std::vector<Refusal> refusals(const std::string& scene, const std::vector<TileCa
   std::vector<Refusal> refused;
   for (const TileCandidate& tile : tiles) {
     const Unevaluated found =
-        tile.dagPath.isValid() ? unevaluatedBelow(tile.dagPath) : Unevaluated();
+        tile.dagPath.isValid() ? summaryOf(unevaluatedParts(tile.dagPath), 1) : Unevaluated();
     if (!found.what.empty()) refused.push_back({tile.path, found.what, found.advice});
   }
   for (Refusal& claim : textures.claims(scene, tiles)) {

@@ -25,6 +25,7 @@ bool hasTexture(const TileCandidate& tile) {
 
 // What stands behind the name of a texture that an export cannot use.
 std::string markOf(const TileCandidate& tile) {
+  if (tile.textureNode.empty()) return "(its shading is missing)";
   if (tile.texture.empty()) return "(" + printable(tile.textureNode) + " names no file)";
   const std::string missing = hasTexture(tile) ? "" : "missing";
   const std::string kind = isTileFileName(tile.texture) ? "" : "neither PSD nor TGA";

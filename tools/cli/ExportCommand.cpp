@@ -108,8 +108,9 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file, bool forc
              printable(file) + " holds one tile; name exactly one");
     return kFailed;
   }
-  const Unevaluated found =
-      selected[0].dagPath.isValid() ? unevaluatedBelow(selected[0].dagPath) : Unevaluated();
+  const Unevaluated found = selected[0].dagPath.isValid()
+                                ? summaryOf(unevaluatedParts(selected[0].dagPath), 1)
+                                : Unevaluated();
   if (!found.what.empty()) {
     complain(printable(job.scenes[0]) + ": " + printable(selected[0].path) + ": " +
              printable(found.what) + "; " + found.advice);

@@ -117,29 +117,38 @@ class Viewer {
     add(item, files_);
   }
 
-  // The scene's folder is the working folder now, so that the texture's name is good as it stands.
   void addTile(const SceneTile& tile, const std::string& scene) {
     ViewItem item;
     item.name = tile.name;
     item.file = tile.texture;
     item.fault = tile.fault;
-    std::string fault;
-    morvane::PsdDocument document(1, 1);
-    if (!tile.fault.empty()) {
-      fail(printable(scene) + ": " + printable(tile.name) + ": " + tile.fault);
-    } else if (!readDocument(tile.texture, document, item, fault)) {
-      item.pictureFault = fault;
-      std::error_code ignored;
-      const bool exists = fs::exists(tile.texture, ignored);
-      fail(printable(scene) + ": " + printable(tile.name) + ": texture " +
-           (exists ? unreadable(tile.texture, fault, tile.texture)
-                   : printable(tile.texture) + kMissingTexture));
-    } else if (!tellFaults(scene + ": " + tile.name + ": texture " + tile.texture, document, {})) {
-      status_ = std::max(status_, kFailed);
-    }
+    item.missing = tile.missing;
+    const std::string shown = printable(scene) + ": " + printable(tile.name) + ": ";
+    for (const std::string& text : {tile.missing, tile.fault})
+      if (!text.empty()) fail(shown + printable(text));
+    if (tile.texture.empty() && !tile.missing.empty())
+      item.pictureFault = "the tile's texture is not known";
+    else if (tile.fault.empty())
+      addTexture(tile.texture, shown, item);
     item.goblins = tile.goblins;
     if (!tile.mesh.triangles.empty()) item.tile = tile.mesh;
     add(item, tiles_);
+  }
+
+  // The scene's folder is the working folder now, so that the texture's name is good as it stands.
+  void addTexture(const std::string& texture, const std::string& shown, ViewItem& item) {
+    std::string fault;
+    morvane::PsdDocument document(1, 1);
+    if (readDocument(texture, document, item, fault)) {
+      if (!tellFaults(shown + "texture " + texture, document, {}))
+        status_ = std::max(status_, kFailed);
+      return;
+    }
+    item.pictureFault = fault;
+    std::error_code ignored;
+    fail(shown + "texture " +
+         (fs::exists(texture, ignored) ? unreadable(texture, fault, texture)
+                                       : printable(texture) + kMissingTexture));
   }
 
   const Options& options_;

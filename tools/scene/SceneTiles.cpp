@@ -7,6 +7,7 @@
 #include "tile/SceneAttributes.h"
 #include "tile/TileGoblins.h"
 #include "tile/TileLines.h"
+#include "tools/scene/SceneEvaluation.h"
 #include "tools/scene/TileCandidates.h"
 
 namespace tools {
@@ -66,6 +67,14 @@ ViewMesh groundMesh(const morvane::TileGround& ground, morvane::TileMessages& me
   return goblinMeshes(one).meshes[0];
 }
 
+constexpr std::size_t kMostNamed = 5;  // things that are not evaluated
+
+// What is missing from the picture, or otherwise than in Maya.
+std::string missingOf(const std::vector<Unevaluated>& parts) {
+  const Unevaluated summary = summaryOf(parts, kMostNamed);
+  return summary.what + (summary.what.empty() ? "" : "; ") + summary.advice;
+}
+
 SceneTile readTile(const TileCandidate& candidate) {
   SceneTile tile;
   tile.name = MFnDagNode(candidate.dagPath).name().asChar();
@@ -82,6 +91,7 @@ SceneTile readTile(const TileCandidate& candidate) {
     });
   }
   tile.fault = messages.error();
+  tile.missing = missingOf(unevaluatedParts(candidate.dagPath));
   return tile;
 }
 

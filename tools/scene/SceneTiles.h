@@ -16,6 +16,7 @@ struct SceneTile {
   ViewMesh mesh;        // the tile's own mesh, with its own texture coordinates
   Goblins goblins;      // a goblin without a name has that of its transform
   std::string fault;    // why its goblins cannot be exported; then some, or the mesh, are missing
+  std::string missing;  // what is not evaluated, or not there, and what to do about it; or empty
 };
 
 // Every top-level transform whose mesh has a file texture. The scene is only looked at.

@@ -4,7 +4,10 @@
 #include <maya/MGlobal.h>
 #include <maya/MSelectionList.h>
 
+#include <utility>
+
 #include "tile/TileSearch.h"
+#include "tools/scene/SceneEvaluation.h"
 
 namespace tools {
 namespace {
@@ -18,7 +21,11 @@ TileCandidate candidateAt(const MDagPath& path) {
 
 std::vector<TileCandidate> texturedTiles() {
   std::vector<TileCandidate> candidates;
-  for (const MDagPath& path : morvane::texturedTiles()) candidates.push_back(candidateAt(path));
+  for (const MDagPath& path : morvane::topTransforms()) {
+    TileCandidate candidate = candidateAt(path);
+    if (!candidate.textureNode.empty() || lacksShading(path))
+      candidates.push_back(std::move(candidate));
+  }
   return candidates;
 }
 

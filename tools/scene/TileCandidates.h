@@ -16,7 +16,8 @@ struct TileCandidate {
   MDagPath dagPath{};         // invalid for what is not in the DAG
 };
 
-// What an export without names takes, in the order of the scene.
+// What an export without names takes, in the order of the scene: also what may be a tile, but lacks
+// the shading that would tell.
 std::vector<TileCandidate> texturedTiles();
 
 // What is selected, in order.

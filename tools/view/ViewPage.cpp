@@ -63,6 +63,7 @@ bool ViewPage::add(const ViewItem& item) {
   const Json json = {{"name", toUtf8(item.name)},
                      {"file", toUtf8(item.file)},
                      {"fault", toUtf8(item.fault)},
+                     {"missing", toUtf8(item.missing)},
                      {"report", item.report},
                      {"picture", pictureJson(item)},
                      {"pictureFault", toUtf8(item.pictureFault)},

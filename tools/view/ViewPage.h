@@ -16,6 +16,7 @@ struct ViewItem {
   std::string name;               // what the list shows
   std::string file;               // where it comes from
   std::string fault;              // why there is nothing else to show; empty when there is
+  std::string missing;            // what of a scene's tile is not shown as Maya shows it; or empty
   nlohmann::ordered_json report;  // of the file or texture, as `info --json`; null: none
   std::optional<Picture> picture;
   std::string pictureFault;      // why there is no picture

@@ -16,7 +16,8 @@ try {
 const list = new GoblinList(stage);
 
 const goblinCount = (item) => item.goblins?.meshes.length ?? 0;
-const isDamaged = (item) => Boolean(item.fault || item.report?.fault || item.goblins?.fault);
+const isDamaged = (item) =>
+  Boolean(item.fault || item.missing || item.report?.fault || item.goblins?.fault);
 
 function note(item) {
   if (item.fault) {
@@ -80,6 +81,9 @@ function faultTexts(item) {
   const texts = [];
   if (item.fault) {
     texts.push(['This cannot be shown', item.fault]);
+  }
+  if (item.missing) {
+    texts.push(['Maya shows something else here', item.missing]);
   }
   if (item.report?.fault) {
     texts.push(['The file is damaged', item.report.fault]);
