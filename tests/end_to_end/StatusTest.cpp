@@ -167,7 +167,9 @@ TEST_F(Status, AScenesTilesAreListedAndAMissingTextureIs1) {
   EXPECT_EQ(shell("$morvane info sound.ma").status, 0);
   const Outcome outcome = shell("$morvane info --json scene.ma plain.psd");
   EXPECT_EQ(outcome.status, 1);
-  const std::string tile1 = R"({"tile":"|tile1","texture":"plain.psd","exists":true,"goblins":1,)";
+  const std::string tile1 =
+      R"({"tile":"|tile1","texture":"plain.psd","exists":true,"lookedFor":[")" + path("plain.psd") +
+      R"("],"goblins":1,)";
   EXPECT_EQ(outcome.out.find(R"({"file":"scene.ma","tiles":[)" + tile1 +
                              R"("warnings":[],"error":null,"status":0},)"),
             0)
