@@ -49,7 +49,7 @@ TEST_F(ExportReportTest, NamesEachFailedTileOnceWithItsReason) {
       said,
       "morvane: a.ma: |missing: couldn't load psd; its texture "
       "no/such/texture.psd does not exist; if it lies elsewhere on this machine, say where with "
-      "--map FROM=TO\n"
+      "--map FROM=TO or --project DIR\n"
       "morvane: a.ma: |full: couldn't save psd: cannot write full.psd: No space left "
       "on device; free some space there\n");
 }
