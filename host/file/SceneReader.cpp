@@ -5,6 +5,7 @@
 
 #include "host/binary/ChunkWalker.h"
 #include "host/file/BinaryReader.h"
+#include "host/file/KeptNumbers.h"
 #include "host/file/MeshText.h"
 #include "host/mel/Interpreter.h"
 #include "host/mesh/MeshData.h"
@@ -244,7 +245,8 @@ void SceneReader::runStatement(std::string_view statement) {
   if (noteZeroBytes(statement)) return;
   const bool isSetAttr =
       statement.substr(0, 7) == "setAttr" && statement.size() > 7 && isBlank(statement[7]);
-  if (isSetAttr && runMeshStatement(statement)) return;
+  if (isSetAttr && (runMeshStatement(statement) || keepNumbers(context_.currentNode, statement)))
+    return;
   std::string error;
   if (!splitStatement(statement, name_, words_, error)) {
     note(Kind::kDamage, error);
