@@ -4,6 +4,7 @@
 
 #include "host/history/NodeParameters.h"
 #include "host/mesh/history/HistoryTools.h"
+#include "host/mesh/history/PointMover.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Values.h"
 
@@ -51,6 +52,17 @@ void carryOver(const MeshData& own, MeshData& made) {
   }
 }
 
+// Whether the node's tweaks move points that have other numbers than in Maya, by more than what
+// rounding leaves behind.
+bool movesUnknown(const MeshData& own, const MeshData& made, int knownPoints) {
+  constexpr double kRounding = 1e-6;
+  if (knownPoints == kAllKnown) return false;
+  const double least = length(made.box().max - made.box().min) * kRounding;
+  return std::any_of(own.tweaks().begin(), own.tweaks().end(), [&](const MeshTweak& tweak) {
+    return tweak.vertex >= knownPoints && length(tweak.offset) > least;
+  });
+}
+
 std::int64_t sizeOf(const MeshData& mesh) {
   return static_cast<std::int64_t>(mesh.storedPoints().size() + mesh.storedLoopEdges().size());
 }
@@ -91,7 +103,9 @@ MeshHistory Evaluation::evaluate(const NodePtr& mesh) {
   MeshData made;
   underway_.insert(mesh.get());
   if (source && make(*source, isWorldMesh(*source), made)) {
-    if (made.problem().empty()) {
+    if (movesUnknown(*mesh->mesh, made, history_.knownPoints)) {
+      stopAt(mesh, kOtherNumbers);
+    } else if (made.problem().empty()) {
       carryOver(*mesh->mesh, made);
       *mesh->mesh = std::move(made);
     } else {
@@ -155,18 +169,21 @@ bool Evaluation::makeByNode(const NodePtr& node, const Plug& output, MeshData& m
   }
   if (type == nullptr) return stopAt(node, "");
   if (!handOn(node, *type, output, mesh)) return false;
-  if (type->input.path == nullptr && primitivePointsLeft_ <= 0)
+  const bool isMadeOfNothing = isPrimitive(type->name);
+  if (isMadeOfNothing && primitivePointsLeft_ <= 0)
     return stopAt(node, "the primitives before it have too many points");
   const bool idle = type->input.path != nullptr && numberOf(node, "nodeState") == kHasNoEffect;
   if (type->evaluate == nullptr || idle) return true;
   const std::int64_t before = sizeOf(mesh);
   NodeParameters parameters(
       output, [this](const Plug& source) { return sideMesh(source); }, history_);
-  const std::string problem = type->evaluate(parameters, mesh);
+  history_.namesUnknown = false;
+  std::string problem = type->evaluate(parameters, mesh);
+  if (problem.empty() && history_.namesUnknown) problem = kOtherNumbers;
   if (!history_.isMade()) return false;
   if (!problem.empty()) return stopAt(node, problem);
   left_ += before;
-  primitivePointsLeft_ -= type->input.path == nullptr ? mesh.pointCount() : 0;
+  primitivePointsLeft_ -= isMadeOfNothing ? mesh.pointCount() : 0;
   return pay(node, mesh);
 }
 

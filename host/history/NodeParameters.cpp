@@ -115,6 +115,25 @@ void NodeParameters::noteOlderUvs() {
   note("changes UVs in a way that is not evaluated; its UVs are those from before");
 }
 
+void NodeParameters::keepNumbersOf(int faces, int points, int edges) {
+  history_.knownFaces = std::min(history_.knownFaces, faces);
+  history_.knownPoints = std::min(history_.knownPoints, points);
+  history_.knownEdges = std::min(history_.knownEdges, edges);
+}
+
+void NodeParameters::loseNumbers() {
+  if (history_.knownPoints != kAllKnown) keepNumbersOf(0, 0, 0);
+}
+
+// UVs are told of by noteOlderUvs.
+void NodeParameters::checkNumbers(ElementKind kind, const std::vector<int>& elements) const {
+  const int known = kind == ElementKind::kFace     ? history_.knownFaces
+                    : kind == ElementKind::kVertex ? history_.knownPoints
+                    : kind == ElementKind::kEdge   ? history_.knownEdges
+                                                   : kAllKnown;
+  history_.namesUnknown |= !elements.empty() && elements.back() >= known;
+}
+
 // A deformer's set reaches it through the groupParts node in front of it.
 std::optional<std::vector<int>> NodeParameters::affectedVertices(int count) const {
   const std::string index = "[" + std::to_string(outputIndex()) + "].";
@@ -229,7 +248,10 @@ std::optional<std::vector<int>> NodeParameters::components(const ParameterName& 
       ranges.insert(ranges.end(), own.begin(), own.end());
     }
   }
-  return IndexSet(std::move(ranges)).toIndices(count);
+  std::vector<int> elements = IndexSet(std::move(ranges)).toIndices(count);
+  // Who names all of them means no numbers.
+  if (static_cast<int>(elements.size()) < count) checkNumbers(kind, elements);
+  return elements;
 }
 
 void NodeParameters::forEach(const ParameterName& name, const Visitor& visit) const {

@@ -40,8 +40,12 @@ class NodeParameters : public HistoryParameters {
   void note(const std::string& text) override;
   void noteOlderUvs() override;
   bool hasOlderUvs() const override { return history_.hasOlderUvs; }
+  void keepNumbersOf(int faces, int points, int edges) override;
+  void loseNumbers() override;
+  int knownPoints() const override { return history_.knownPoints; }
 
  private:
+  void checkNumbers(ElementKind kind, const std::vector<int>& elements) const;
   const AttributeValue* find(const ParameterName& name) const;
   std::vector<double> numbersFrom(const Plug& source) const;
   void noteInput(const NodePtr& node) const;

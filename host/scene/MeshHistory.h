@@ -2,6 +2,7 @@
 #define MORVANE_HOST_SCENE_MESHHISTORY_H_
 
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,13 @@ struct MeshHistory {
   // What else is to be said of its nodes, one sentence each that begins with the node's name.
   std::vector<std::string> notes;
   bool hasOlderUvs = false;  // a node that would have changed UVs handed them on as they were
+
+  // How many faces, points and edges have the numbers that Maya gives them, and whether a node
+  // names one of the others.
+  int knownFaces = std::numeric_limits<int>::max();
+  int knownPoints = std::numeric_limits<int>::max();
+  int knownEdges = std::numeric_limits<int>::max();
+  bool namesUnknown = false;
 
   // The serials of all nodes that the mesh depends on, in ascending order.
   std::vector<std::size_t> inputs;

@@ -1,9 +1,11 @@
 #include "host/history/History.h"
 
 #include <cmath>
+#include <set>
 #include <utility>
 
 #include "host/mesh/MeshData.h"
+#include "host/mesh/history/PointMover.h"
 #include "host/scene/Node.h"
 #include "tests/file/SceneText.h"
 
@@ -47,6 +49,20 @@ std::string modifier(const std::string& type, const std::string& settings) {
          connected("plane.out", "last.ip");
 }
 
+// An extrusion of faces of a cube, with one more setting.
+std::string extrude(const std::string& faces, const std::string& setting) {
+  return "createNode polyExtrudeFace -n \"last\";\n\tsetAttr \".ics\" -type \"componentList\" 1 "
+         "\"f[" +
+         faces + "]\";\n\tsetAttr " + setting + ";\n";
+}
+// The same, connected to its cube, and a node "after" it.
+std::string extruded(const std::string& faces, const std::string& setting,
+                     const std::string& after) {
+  return "createNode polyCube -n \"cube\";\n" + extrude(faces, setting) +
+         connected("cube.out", "last.ip") + after + connected("last.out", "after.ip") +
+         connected("last.out", "after.ig") + connected("last.out", "after.ip[0].ig");
+}
+
 // Two joints at the origin, of which the second is turned by 90 degrees around y.
 std::string skin(const std::string& settings) {
   return "createNode joint -n \"j0\";\ncreateNode joint -n \"j1\";\n\tsetAttr \".r\" -type "
@@ -83,6 +99,25 @@ TEST_F(History, WhatStopsAMeshIsNamed) {
             "0 "
             "0 1 0 0 0 0 1;\n"),
        "last.og[0]", "last", "influence 0: its matrix holds what is no number"},
+      {extruded("0:1", "\".lt\" -type \"double3\" 0 0 1", "createNode polyNormal -n \"after\";\n"),
+       "after.out", "last",
+       "it moves faces along their normals that look different ways, which is not evaluated"},
+      {extruded("1", "\".ls\" -type \"double3\" 0.5 1 1", "createNode polyNormal -n \"after\";\n"),
+       "after.out", "last", "its localScale is not evaluated"},
+      {extruded(
+           "1", "\".tk\" 1",
+           "createNode deleteComponent -n \"after\";\n\tsetAttr \".dc\" -type \"componentList\" "
+           "1 \"f[6]\";\n"),
+       "after.og", "after", kOtherNumbers},
+      {extruded("1", "\".tk\" 1",
+                "createNode polyTweak -n \"after\";\n\tsetAttr \".tk[8]\" -type "
+                "\"float3\" 0 1 0;\n"),
+       "after.out", "after", kOtherNumbers},
+      {extruded("1", "\".tk\" 1", "createNode skinCluster -n \"after\";\n"), "after.og[0]", "after",
+       kOtherNumbers},
+      {"createNode polyUnite -n \"last\";\n", "last.out", "last", "no mesh is connected into it"},
+      {modifier("polySeparate", ""), "last.out[1]", "last",
+       "it has 1 parts, and part 2 is asked for"},
       {modifier("deleteComponent", "\tsetAttr \".dc\" -type \"componentList\" 1 \"f[*]\";\n") +
            connected("plane.out", "last.ig"),
        "last.og", "last", "it leaves no polygon"},
@@ -284,7 +319,7 @@ TEST_F(History, FollowsWhatItDependsOn) {
 // A cube of six faces, eight points and twelve edges, with fourteen UVs.
 TEST_F(History, FacesAreDeletedTurnedAndCut) {
   const struct {
-    const char* node;
+    std::string node;
     int points, faces, edges, corners;
     double volume;  // of the signed tetrahedra between the faces' triangles and the origin
   } kCases[] = {
@@ -303,11 +338,27 @@ TEST_F(History, FacesAreDeletedTurnedAndCut) {
        "\"f[0:1]\";\n",
        8, 8, 14, 28, 1.0},
       {"createNode polyMapCut -n \"last\";\n\tsetAttr \".nds\" 1;\n", 8, 6, 12, 24, 1.0},
+      {extrude("1", "\".lt\" -type \"double3\" 0 0 2"), 12, 10, 20, 40, 3.0},
+      {extrude("1", "\".lt\" -type \"double3\" 0 0 2;\n\tsetAttr \".d\" 2"), 16, 14, 28, 56, 3.0},
+      {extrude("0:5", "\".kft\" no;\n\tsetAttr \".tk\" 1"), 32, 30, 60, 120, 7.0},
+      {extrude("0:5", "\".t\" -type \"double3\" 1 0 0"), 8, 6, 12, 24, 1.0},
+      // Up by 1 to a square of side 2: a frustum.
+      {extrude("1",
+               "\".pvt\" -type \"float3\" 0 0.5 0;\n\tsetAttr \".s\" -type \"double3\" 2 2 2;\n"
+               "\tsetAttr \".t\" -type \"double3\" 0 1 0"),
+       12, 10, 20, 40, 1.0 + (1.0 + 4.0 + 2.0) / 3.0},
+      // The mesh stands in the world twice as large.
+      {extrude("1",
+               "\".ws\" yes;\n\tsetAttr \".ix\" -type \"matrix\" 2 0 0 0 0 2 0 0 0 0 2 0 0 0 0 1;\n"
+               "\tsetAttr \".lt\" -type \"double3\" 0 0 3"),
+       12, 10, 20, 40, 2.5},
+      // Two faces side by side, up: the second slides in its plane.
+      {extrude("0:1", "\".t\" -type \"double3\" 0 1 0"), 14, 12, 24, 48, 2.0},
   };
   for (const auto& c : kCases) {
-    make("createNode polyCube -n \"cube\";\n" + std::string(c.node) +
+    make("createNode polyCube -n \"cube\";\n" + c.node +
              "connectAttr \"cube.out\" \"last.ip\";\nconnectAttr \"cube.out\" \"last.ig\";\n",
-         std::string(c.node).find("delete") != std::string::npos ? "last.og" : "last.out");
+         c.node.find("delete") != std::string::npos ? "last.og" : "last.out");
     SCOPED_TRACE(c.node);
     EXPECT_EQ(mesh().pointCount(), c.points);
     EXPECT_EQ(mesh().faceCount(), c.faces);
@@ -325,6 +376,56 @@ TEST_F(History, FacesAreDeletedTurnedAndCut) {
     for (const int id : mesh().uvSets().at(0).ids)
       EXPECT_LT(id, static_cast<int>(mesh().uvSets()[0].uvs.size()));
   }
+}
+
+TEST_F(History, MeshesAreUnitedAndSeparated) {
+  const std::string kTwo =
+      std::string(kPlane) +
+      "createNode polyCube -n \"cube\";\ncreateNode polyUnite -n \"both\";\n"
+      "\tsetAttr \".im[1]\" -type \"matrix\" 1 0 0 0 0 1 0 0 0 0 1 0 10 0 0 1;\n" +
+      connected("plane.out", "both.ip[0]") + connected("cube.out", "both.ip[1]");
+  make(kTwo, "both.out");
+  EXPECT_EQ(mesh().pointCount(), 4 + 8);
+  EXPECT_EQ(mesh().faceCount(), 1 + 6);
+  EXPECT_EQ(mesh().edges().size(), 4u + 12u);
+  expectPoint(mesh(), 0, {-1, 0, 1});
+  expectPoint(mesh(), 4, {10 - 0.5, -0.5, 0.5});
+  ASSERT_EQ(mesh().uvSets().size(), 1u);
+  EXPECT_EQ(mesh().uvSets()[0].uvs.size(), 4u + 14u);
+  const auto idsOf = [this] {
+    return std::set<int>(mesh().uvSets()[0].ids.begin(), mesh().uvSets()[0].ids.end());
+  };
+  EXPECT_EQ(idsOf().size(), 4u + 14u);
+  make(kTwo + "createNode polySeparate -n \"apart\";\n" + connected("both.out", "apart.ip"),
+       "apart.out[1]");
+  EXPECT_EQ(mesh().pointCount(), 8);
+  EXPECT_EQ(mesh().faceCount(), 6);
+  expectPoint(mesh(), 0, {10 - 0.5, -0.5, 0.5});
+  EXPECT_EQ(idsOf().size(), 14u);
+  make(modifier("polyTweak", "\tsetAttr -s 2 \".tk[2:3]\" -type \"float3\" 0 5 0 0 6 0;\n"));
+  expectPoint(mesh(), 2, {-1, 5, -1});
+  expectPoint(mesh(), 3, {1, 6, -1});
+}
+
+// A second extrusion says where in the world the first one left its faces: cbn and cbx.
+TEST_F(History, AnArtistsExtrusionsEndWhereTheirFileSays) {
+  const auto scenes = corpusScenes();
+  const auto scene = std::find_if(scenes.begin(), scenes.end(), [](const fs::path& path) {
+    return path.filename() == "Union Roundtable Room.ma";
+  });
+  if (scene == scenes.end()) GTEST_SKIP();
+  openPath(scene->string());
+  run("connectAttr -f polyExtrudeFace1.out Arc_TableShape.i");
+  const MeshData& table = *node("Arc_TableShape")->mesh;
+  ASSERT_GE(table.faceCount(), 60);
+  double most = 0.0;
+  for (int corner = table.faceStart(40); corner < table.faceStart(60); ++corner) {
+    const int vertex = table.cornerVertices()[static_cast<std::size_t>(corner)];
+    const Vec3 p = table.points()[static_cast<std::size_t>(vertex)];
+    EXPECT_NEAR(p.y * 3 + 1.0048477821664508, 4.0048474245385819, 1e-5);
+    most = std::max(most, std::abs(p.x) * 10);
+  }
+  EXPECT_NEAR(most, 6.2579828500747681, 1e-4);
 }
 
 TEST_F(History, EdgesSoftenBelowTheirAngle) {

@@ -121,6 +121,7 @@ double shareAt(const std::vector<double>& weights, int vertex) {
 }  // namespace
 
 std::string blendShape(HistoryParameters& node, MeshData& mesh) {
+  if (node.knownPoints() != kAllKnown) return kOtherNumbers;
   const Targets targets(node, mesh);
   if (!targets.complete) return {};
   const auto weights = node.elements({"w", "weight"});

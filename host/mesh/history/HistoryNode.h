@@ -2,6 +2,7 @@
 #define MORVANE_HOST_MESH_HISTORY_HISTORYNODE_H_
 
 #include <functional>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -27,6 +28,9 @@ struct ParameterPart {
   int last = -1;
 };
 using ParameterPath = std::vector<ParameterPart>;
+
+// Of knownPoints: all that there are.
+constexpr int kAllKnown = std::numeric_limits<int>::max();
 
 enum class ElementKind { kFace, kVertex, kEdge, kUv };
 
@@ -71,6 +75,14 @@ class HistoryParameters {
   // Says that the mesh's UVs stay those from before this node.
   virtual void noteOlderUvs() = 0;
   virtual bool hasOlderUvs() const = 0;  // some node before this one said so
+
+  // Says that of what the mesh has now, all but the first faces, points and edges come in another
+  // order than in Maya. A node that names one of the others stops the mesh.
+  virtual void keepNumbersOf(int faces, int points, int edges) = 0;
+  // Says that no number is left that is Maya's, if some were not before this node.
+  virtual void loseNumbers() = 0;
+  // How many points have Maya's numbers.
+  virtual int knownPoints() const = 0;
 
   double number(const ParameterName& name, double otherwise) const {
     return number(name).value_or(otherwise);

@@ -37,6 +37,9 @@ std::string blendShape(HistoryParameters& node, MeshData& mesh);
 // Adds an offset to each point.
 std::string tweak(HistoryParameters& node, MeshData& mesh);
 
+// The same, of a mesh that somebody changed point by point.
+std::string polyTweak(HistoryParameters& node, MeshData& mesh);
+
 // Hands the mesh on and notes that its UVs are older.
 std::string keepOlderUvs(HistoryParameters& node, MeshData& mesh);
 // Adds an offset to each UV; not once UVs are older, because they have other numbers then.
@@ -46,6 +49,13 @@ std::string polyMapDel(HistoryParameters& node, MeshData& mesh);
 // Sets colours of vertices, and of corners.
 std::string polyColorPerVertex(HistoryParameters& node, MeshData& mesh);
 
+// Moves faces by translate, scale and, where the faces of a group look one way, along their normal,
+// and puts walls between. Walls take the UVs of the edges that they stand on.
+std::string polyExtrudeFace(HistoryParameters& node, MeshData& mesh);
+// Makes one mesh of all that are connected, each moved by its matrix.
+std::string polyUnite(HistoryParameters& node, MeshData& mesh);
+// Hands on one of the parts that hang together, in the order of their first faces.
+std::string polySeparate(HistoryParameters& node, MeshData& mesh);
 // Takes faces away, and points and UVs that nothing needs any more.
 std::string deleteComponent(HistoryParameters& node, MeshData& mesh);
 // Turns faces round.

@@ -9,6 +9,10 @@
 
 namespace host {
 
+// What is wrong with a node that names points whose numbers are not Maya's.
+inline constexpr char kOtherNumbers[] =
+    "it names elements that a node before it made, which have other numbers here";
+
 // Moves the points that a deformer may move, as far as its envelope says.
 class PointMover {
  public:

@@ -185,6 +185,7 @@ std::size_t moveAll(const HistoryParameters& node, const Skin& skin, const Joint
 }  // namespace
 
 std::string skinCluster(HistoryParameters& node, MeshData& mesh) {
+  if (node.knownPoints() != kAllKnown) return kOtherNumbers;
   const SkinWeights weights(node, mesh.pointCount());
   Joints joints;
   std::string problem = joints.read(node, weights.list);

@@ -1,0 +1,42 @@
+#ifndef MORVANE_HOST_MESH_HISTORY_DISJOINTSETS_H_
+#define MORVANE_HOST_MESH_HISTORY_DISJOINTSETS_H_
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace host {
+
+// Numbers from 0 on in sets, each by itself at first, that are joined one with another.
+class DisjointSets {
+ public:
+  explicit DisjointSets(std::size_t count) : above_(count) {
+    std::iota(above_.begin(), above_.end(), 0);
+  }
+
+  // The least number of the set that holds `number`.
+  int leastOf(int number) {
+    int root = number;
+    while (at(root) != root) root = at(root);
+    while (at(number) != root) {
+      const int next = at(number);
+      at(number) = root;
+      number = next;
+    }
+    return root;
+  }
+  void join(int a, int b) {
+    const int one = leastOf(a);
+    const int other = leastOf(b);
+    at(std::max(one, other)) = std::min(one, other);
+  }
+
+ private:
+  int& at(int number) { return above_[static_cast<std::size_t>(number)]; }
+
+  std::vector<int> above_;
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_MESH_HISTORY_DISJOINTSETS_H_
