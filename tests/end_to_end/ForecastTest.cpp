@@ -1,9 +1,12 @@
+#include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "psd/PsdDocument.h"
 #include "tests/end_to_end/Program.h"
 #include "tests/util/Corpus.h"
 
@@ -72,12 +75,19 @@ struct Case {
   std::function<void(std::string& scene, const std::string& number)> breaks{};
 };
 
-// Takes what the file stores of a mesh's shape away, and connects a node that would make it.
-auto madeBy(const std::string& mesh, const std::string& type) {
+// Takes away what the file stores of a mesh's shape.
+auto pointless(const std::string& mesh) {
   return [=](std::string& scene, const std::string& n) {
     const std::size_t node = scene.find("createNode mesh -n \"" + mesh + n + '"');
     const std::size_t at = scene.find("\tsetAttr", node);
     scene.erase(at, scene.find("createNode", at) - at);
+  };
+}
+
+// The same, and connects a node that would make it.
+auto madeBy(const std::string& mesh, const std::string& type) {
+  return [=](std::string& scene, const std::string& n) {
+    pointless(mesh)(scene, n);
     scene += "createNode " + type + " -n \"" + type + n + "\";\nconnectAttr \"" + type + n +
              ".out\" \"" + mesh + n + ".i\";\n";
   };
@@ -204,6 +214,12 @@ const std::vector<Case>& cases() {
       {"edited.psd", "|tile32 has an edit of r32RN that was not applied: ",
        refersTo("rock.ma", R"(2 "|tile#|r#:gone" "translate" " -type \"double3\" 1 2 3")")},
       {"beside.psd", none, refersTo("gone.ma", R"(0 "|r#:rock" "" "-s -r ")")},
+      {"packed.tga", "couldn't load psd: packed.tga: TGA of image type 10, run-length true-colour"},
+      {"turned.tga", none},
+      {"painted.tga", "couldn't save psd: cannot write painted.psd: somebody's picture"},
+      {"bottom.psd",
+       "couldn't add goblin layer: bottom.psd: its bottom layer is named GoblinGeometry"},
+      {"empty.psd", "tile has no extent in x or z", pointless("tileShape")},
       {"far.psd", none, set("transform -n \"pebble", "\tsetAttr \".t\" 4 0 0;\n")},
   };
   return kCases;
@@ -222,6 +238,19 @@ TEST_F(Forecast, SaysOfBrokenTilesWhatAnExportDoes) {
   write("cut.psd", psdBytes(32, 32).substr(0, 30));
   write("other.psd", psdBytes(32, 32).replace(3, 1, "X"));
   write("tiny.psd", psdBytes(2, 2));
+  write("packed.tga", tgaBytes(32, 32).replace(2, 1, "\x0A"));
+  write("turned.tga", tgaBytes(32, 32).replace(17, 1, " "));  // from the top
+  morvane::PsdDocument painted(32, 32);
+  ASSERT_EQ(painted.addLayer("sky"), 1);
+  ASSERT_TRUE(painted.save(path("painted.psd").c_str()));
+  const char layer[] = "GoblinGeometry";
+  painted.layers[0].name.reset(new char[sizeof layer]);
+  std::copy(std::begin(layer), std::end(layer), painted.layers[0].name.get());
+  for (auto* const length :
+       {&painted.layers[0].extraLength, &painted.layerInfoLength, &painted.layerAndMaskLength}) {
+    *length += 12;  // a name of 4 bytes in all has become one of 16
+  }
+  ASSERT_TRUE(painted.save(path("bottom.psd").c_str()));
   std::string scene = sceneOfTiles(textures);
   for (std::size_t i = 0; i < cases().size(); ++i)
     if (cases()[i].breaks) cases()[i].breaks(scene, std::to_string(i + 1));
@@ -260,6 +289,13 @@ TEST_F(Forecast, SaysOfRealScenesWhatAnExportDoes) {
   const Statements said = foretold(places);
   EXPECT_EQ(said, exported(places));
   EXPECT_EQ(said.at("examples/meadow/meadow.ma|pondTile")[1], 0);
+  const std::string opened =
+      shell("find " + places +
+            " -name '*.ma' | while read -r f; do $morvane run \"$f\" -o out.ma "
+            "&& echo sound || echo \"failed $f\"; done")
+          .out;
+  EXPECT_EQ(opened.find("failed"), std::string::npos) << opened;
+  EXPECT_NE(opened.find("sound"), std::string::npos);
 }
 
 }  // namespace
