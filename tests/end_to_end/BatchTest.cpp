@@ -63,19 +63,27 @@ TEST_F(Batch, QuietLeavesThePlugInsLinesOut) {
   }
 }
 
-// The pebble, a triangle of 1 by 1, is moved by 4 on a tile 4 wide whose middle is the origin.
+// Triangles of 1 by 1 about the middle of a tile 4 wide and 8 deep: one is moved by 4 in x, another
+// by 12 in z.
 TEST_F(Batch, GoblinsOutsideAreNamedWithHowFar) {
   std::string scene = sceneOfTiles({"a.psd"});
   const std::string pebble = "createNode transform -n \"pebble1\" -p \"tile1\";\n";
-  scene.insert(scene.find(pebble) + pebble.size(), "\tsetAttr \".t\" 4 0 0;\n");
-  write("one/far.ma", scene);
+  const std::size_t at = scene.find(pebble);
+  std::string stone = scene.substr(at, scene.find("createNode lambert") - at);
+  for (std::size_t name; (name = stone.find("pebble")) != stone.npos;)
+    stone.replace(name, 6, "stone");
+  stone.insert(stone.find('\n') + 1, "\tsetAttr \".t\" 0 0 12;\n");
+  scene.insert(at + pebble.size(), "\tsetAttr \".t\" 4 0 0;\n");
+  write("one/far.ma", scene + stone);
   const Outcome outcome = morvane({"export", "one/far.ma", "--json"});
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_NE(outcome.err.find("|tile1|pebble1|pebbleShape1 reaches 0.75 of the tile's side"),
-            std::string::npos)
-      << outcome.err;
-  const Json expected = Json::parse(R"([{"text":"goblin outside of tile boundary","count":3,
-      "goblins":[{"goblin":"|tile1|pebble1|pebbleShape1","distance":0.75}]}])");
+  for (const char* line : {"|tile1|pebble1|pebbleShape1 reaches 0.75 of the tile's side",
+                           "|tile1|stone1|stoneShape1 reaches 1.00 of the tile's side"}) {
+    EXPECT_NE(outcome.err.find(line), std::string::npos) << outcome.err;
+  }
+  const Json expected = Json::parse(R"([{"text":"goblin outside of tile boundary","count":6,
+      "goblins":[{"goblin":"|tile1|stone1|stoneShape1","distance":1.0},
+                 {"goblin":"|tile1|pebble1|pebbleShape1","distance":0.75}]}])");
   EXPECT_EQ(Json::parse(outcome.out)["warnings"], expected);
 }
 

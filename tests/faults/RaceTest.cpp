@@ -47,6 +47,17 @@ class Race : public SaveFolder {
     fs::rename(path("painting"), texture_);
   }
 
+  // The file "painting" takes a name at one of an export's calls, which is in "hit" afterwards.
+  Outcome exportPaintedAt(int call, const std::string& name, const std::string& scene) {
+    write("hit", "");
+    return inWork("MORVANE_FAULTS=paint@" + std::to_string(call) + " MORVANE_FAULTS_FOLDER=" +
+                  shellWord(path("work")) + " MORVANE_FAULTS_REPORT=" + shellWord(path("hit")) +
+                  " MORVANE_FAULTS_PAINTED=" + shellWord(path("painting") + ':' + name) +
+                  " ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=" MORVANE_FAULTY_CALLS
+                  " $morvane export " +
+                  scene);
+  }
+
   Files files_;
   std::string texture_;
 };
@@ -57,14 +68,8 @@ TEST_F(Race, APaintersSaveAtAnyCallSurvives) {
   int saves = 0;
   for (bool hit = true; hit && !HasFailure(); ++saves) {
     reset(files_);
-    write("hit", "");
     write("painting", picture(7));
-    const Outcome outcome =
-        inWork("MORVANE_FAULTS=paint@" + std::to_string(saves + 1) + " MORVANE_FAULTS_FOLDER=" +
-               shellWord(path("work")) + " MORVANE_FAULTS_REPORT=" + shellWord(path("hit")) +
-               " MORVANE_FAULTS_PAINTED=" + shellWord(path("painting") + ':' + texture_) +
-               " ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=" MORVANE_FAULTY_CALLS
-               " $morvane export pebbled.ma");
+    const Outcome outcome = exportPaintedAt(saves + 1, texture_, "pebbled.ma");
     const std::string call = read("hit");
     hit = !call.empty();
     EXPECT_EQ(outcome.status, 0) << call << outcome.err;
@@ -74,6 +79,24 @@ TEST_F(Race, APaintersSaveAtAnyCallSurvives) {
     EXPECT_TRUE(hasGoblins() || !isBefore) << call;
     look();
     EXPECT_EQ(leftovers_, 0) << call;
+  }
+  EXPECT_GT(saves, 8);
+}
+
+// The same beside a TGA texture, where what was painted takes no goblins.
+TEST_F(Race, APictureBesideATgaTextureSurvives) {
+  write("tga.ma", sceneOfTiles({"tex/b.tga"}));
+  files_["tga.ma"] = read("tga.ma");
+  morvane::PsdDocument sky(288, 256);
+  ASSERT_EQ(sky.addLayer("sky"), 1);
+  int saves = 0;
+  for (bool hit = true; hit && !HasFailure(); ++saves) {
+    reset(files_);
+    ASSERT_TRUE(sky.save(path("painting").c_str()));
+    const std::string painted = read("painting");
+    exportPaintedAt(saves + 1, path("work/tex/b.psd"), "tga.ma");
+    hit = !read("hit").empty();
+    EXPECT_TRUE(!hit || read("work/tex/b.psd") == painted) << read("hit");
   }
   EXPECT_GT(saves, 8);
 }

@@ -131,6 +131,23 @@ TEST_F(TileWriter, TheLimitIsTheLayersSize) {
   EXPECT_EQ(blobOf(file).size(), 262138U);
 }
 
+TEST_F(TileWriter, RefusesWhatIsNotFinite) {
+  const std::string far = "\tsetAttr \".t\" -type \"double3\" 0 0 1e300;\n";
+  const std::string file = path("out.psd");
+  open(tileText("none.psd") + goblinText("far", far));
+  run("select -r tile");
+  EXPECT_EQ(exportTo(file), banner(file) +
+                                walk("farShape\nError: |tile|far|farShape: vertex 0 is "
+                                     "not finite!\n") +
+                                "failed");
+  open(transformText("tile") + meshText("tileShape", "tile", tileShape()) +
+       "\tsetAttr \".vt[3]\" 0 inf 0;\n");
+  run("select -r tile");
+  EXPECT_EQ(exportTo(file),
+            banner(file) + walk("") + "Error: |tile|tileShape: vertex 3 is not finite!\nfailed");
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
 TEST_F(TileWriter, TellsOfTilesWithoutExtentAndFailedSaves) {
   const MeshShape line = {{{0, 0, -4}, {0, 1, 4}, {0, 0, 4}}, {{0, 1, 2}}};
   open(transformText("tile") + meshText("tileShape", "tile", line));

@@ -3,6 +3,7 @@
 #include "geometry/GoblinGeometry.h"
 #include "psd/PsdDocument.h"
 #include "tests/plugin/HostFixture.h"
+#include "tile/TileSearch.h"
 #include "util/ByteOrder.h"
 
 namespace morvane {
@@ -254,6 +255,8 @@ TEST_F(ExportTile, TilesThatWouldLoseSomethingAreRefused) {
        file, "*** Error : |tile|tileShape: vertex 3 is not finite\n"},
       {tileText(path("bottom.psd")), path("bottom.psd"), "*** Error : couldn't add goblin layer\n"},
       {tileText(pond), path("pond.psd"), "*** Error : couldn't save psd\n"},
+      {tileText(writeTga("notes.tga")), write("notes.psd", "no picture"),
+       "*** Error : couldn't save psd\n"},
   };
   for (const auto& c : cases) {
     const std::string before = read(c.target);
@@ -302,6 +305,9 @@ TEST_F(ExportTile, InstancesHaveTexturesOfTheirOwn) {
   open(tileText(first) + transformText("twin") +
        "parent -s -nc -r -add \"|tile|tileShape\" \"twin\";\n" + materialText("moss", second) +
        assignText("|twin|tileShape", "mossSG") + goblinText("goblin"));
+  std::string textures;
+  for (const MDagPath& each : texturedTiles()) textures += textureOfTile(each).file + '\n';
+  EXPECT_EQ(textures, first + '\n' + second + '\n');
   EXPECT_EQ(run("select -r twin; exportTile;"), "Exporting tile |twin...\n");
   EXPECT_EQ(blobOf(second).size(), 12U);
   EXPECT_EQ(run(kExport), kExporting);
