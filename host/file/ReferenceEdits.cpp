@@ -1,6 +1,7 @@
 #include "host/file/ReferenceEdits.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 #include "host/binary/ReferenceEdits.h"
@@ -118,21 +119,41 @@ class EditApplier {
   }
 
  private:
-  // Of the nodes that an edit changes. A shading group looks the same whatever it shades.
-  static std::vector<std::string> namesOf(const ReferenceEdit& edit) {
+  // Of the nodes that an edit changes. A shading group looks the same whatever it shades, and what
+  // has no mesh is not missed.
+  std::vector<std::string> namesOf(const ReferenceEdit& edit) const {
     const std::vector<std::string>& o = edit.operands;
     switch (edit.kind) {
-      case ReferenceEdit::kParent:
+      case ReferenceEdit::kParent: {
+        const NodePtr child = nodeNamed(nameOf(o[0]));
+        if (child != nullptr && !holdsMesh(*child)) return {};
         return {o[0], o[1]};
+      }
       case ReferenceEdit::kSetAttr:
         return {o[0]};
       case ReferenceEdit::kDisconnectAttr:
         return {isMembership(o[1]) ? o[0] : o[1]};
-      case ReferenceEdit::kConnectAttr:
-        return {edit.end == ReferenceEdit::kIsBoth && !isMembership(o[2]) ? o[2] : o[1], o[0]};
+      case ReferenceEdit::kConnectAttr: {
+        const bool isOneEnd = edit.end != ReferenceEdit::kIsBoth || isMembership(o[2]);
+        const std::string& changed = o[isOneEnd ? 1 : 2];
+        return {isMembership(changed) ? "" : changed, o[0]};
+      }
       default:
         return {};
     }
+  }
+
+  static bool holdsMesh(const Node& node) {
+    std::vector<const Node*> waiting = {&node};
+    std::unordered_set<const Node*> seen;  // instances lead there more than once
+    while (!waiting.empty()) {
+      const Node& next = *waiting.back();
+      waiting.pop_back();
+      if (next.mesh != nullptr) return true;
+      if (!seen.insert(&next).second) continue;
+      for (const NodePtr& child : next.children()) waiting.push_back(child.get());
+    }
+    return false;
   }
 
   static bool isMembership(const std::string& plug) {

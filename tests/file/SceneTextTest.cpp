@@ -223,9 +223,12 @@ TEST_F(SceneText, GapsThatReferencesLeave) {
       {"gone.ma", R"(5 3 "pRN" "p:f.outColor" "pRN.phl[1]" "")", "pRN", notFound},
       {"gone.ma", R"(3 "|group|p:aShape.iog" ":initialShadingGroup.dsm" "-na")",
        ":initialShadingGroup", ""},
+      {"gone.ma", R"(5 4 "pRN" ":initialShadingGroup.dsm" "pRN.phl[1]" "")", ":initialShadingGroup",
+       ""},
       {"gone.ma", R"(0 "|p:a" "" "-s -r ")", "group", ""},
       {"prop.ma", R"(0 "|p:a" "|group" "-s -r ")", "group", ""},
       {"prop.ma", R"(0 "|own" "|p:a" "-s -r ")", "p:a", unapplied + "'own' stays where it is"},
+      {"prop.ma", R"(0 "|persp" "|p:a" "-s -r ")", "p:a", ""},
       {"prop.ma", R"(2 "|p:a" "translate" " -type \"double3\" 1 2")", "p:a",
        unapplied + "setAttr: "},
       {"prop.ma", R"(3 "p:gone.outColor" "p:m.color" "")", "p:m", unapplied + "No object"},
@@ -235,6 +238,7 @@ TEST_F(SceneText, GapsThatReferencesLeave) {
   for (const auto& c : kCases) {
     open(std::string("file -r -ns \"p\" -rfn \"pRN\" \"") + c.file +
          "\";\ncreateNode transform -n \"group\";\ncreateNode transform -n \"own\";\n"
+         "createNode mesh -n \"ownShape\" -p \"own\";\n"
          "createNode reference -n \"pRN\";\nsetAttr \".ed\" -type \"dataReferenceEdits\" \"pRN\" "
          "\"pRN\" 1 " +
          c.edit + ";\n");
