@@ -87,7 +87,7 @@ Comparison besideOpeningAndCopying() {
   runOrAbort(exportCommand(*level));  // the textures have their goblins from now on
   it.ours = [command = exportCommand(*level)] { runOrAbort(command); };
   it.peer = [level] {
-    if (!host::openScene(level->scene)) std::abort();
+    if (!host::openScene(level->scene).ok()) std::abort();
     for (const std::string& texture : level->textures) {
       std::vector<std::uint8_t> bytes(sizeOf(texture));
       if (!readInto(texture, bytes.data(), bytes.size())) std::abort();

@@ -39,7 +39,7 @@ void exportGoblins(benchmark::State& state) {
   for (int i = 0; i < goblins; ++i)
     text += gridText("goblin" + std::to_string(i), "tile", kGoblinSide, 1, "");
   writeFile(scratchFolder() + "/export.ma", text);
-  if (!startHost() || !host::openScene(scratchFolder() + "/export.ma"))
+  if (!startHost() || !host::openScene(scratchFolder() + "/export.ma").ok())
     return state.SkipWithError("no host");
   runQuietly("select -r tile");
   for (auto _ : state) runQuietly("exportTile");
@@ -98,7 +98,7 @@ void importGoblins(benchmark::State& state) {
   if (!startHost() || !writeNamedGoblins(file, goblins)) return state.SkipWithError("no host");
   for (auto _ : state) {
     state.PauseTiming();
-    host::openScene(scene);
+    if (!host::openScene(scene).ok()) std::abort();
     runQuietly("select -r tile");
     state.ResumeTiming();
     if (!runQuietly("file -import -type \"psd\" \"" + file + "\""))

@@ -53,7 +53,7 @@ std::string sceneText(int goblins) {
 void sampleGoblins(benchmark::State& state) {
   const std::string scene = scratchFolder() + "/uv.ma";
   writeFile(scene, sceneText(static_cast<int>(state.range(0))));
-  if (!startHost() || !host::openScene(scene)) return state.SkipWithError("no host");
+  if (!startHost() || !host::openScene(scene).ok()) return state.SkipWithError("no host");
   runQuietly("select -r goblins");
   for (auto _ : state)
     if (!runQuietly("goblin_uv")) state.SkipWithError("goblin_uv failed");

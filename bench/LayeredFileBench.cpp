@@ -57,10 +57,9 @@ double parseTime(const std::string& path) {
   document.fileBytes = std::move(bytes);
   Comparison it;
   it.ours = [&] {
-    std::string error;
     std::unique_ptr<std::uint8_t[]> file = std::move(document.fileBytes);
     document.reset(1, 1);
-    if (!morvane::parsePsd(std::move(file), size, document, error)) std::abort();
+    if (!morvane::parsePsd(std::move(file), size, document).ok()) std::abort();
   };
   return medianTime(it);
 }

@@ -51,7 +51,7 @@ Comparison openScene() {
   it.target = atLeast(1);
   it.rounds = 5;
   it.ours = [path = files().scene] {
-    if (!host::openScene(path)) std::abort();
+    if (!host::openScene(path).ok()) std::abort();
   };
   it.peer = [path = files().obj] {
     if (!openWithAssimp(path)) std::abort();

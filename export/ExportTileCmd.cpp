@@ -9,6 +9,7 @@
 
 #include "psd/PsdDocument.h"
 #include "tile/MessageLog.h"
+#include "tile/SaveFailure.h"
 #include "tile/TileExport.h"
 #include "tile/TileLines.h"
 #include "tile/TileMessages.h"
@@ -21,13 +22,9 @@ bool saveTile(const TileExport& tile, TileMessages& messages) {
   PsdReplacement replacement;
   if (tile.document.path == nullptr || tile.file != tile.document.path.get())
     replacement.expected = &tile.existing;
-  std::string reason;
-  const bool saved = tile.document.save(tile.file.c_str(), &reason, &replacement);
-  if (replacement.foundAnother) {
-    return messages.fail(
-        kSaveFailed, "cannot write " + tile.file + ": changed while it was exported; export again");
-  }
-  if (!saved) return messages.fail(kSaveFailed, reason);
+  Status status;
+  tile.document.save(tile.file.c_str(), &status, &replacement);
+  if (!status.ok()) return messages.fail(kSaveFailed, saveFailureLine(tile.file, status));
   if (replacement.otherNames != 0) {
     const bool isOne = replacement.otherNames == 1;
     messages.warn(tile.file + ": " + std::to_string(replacement.otherNames) +

@@ -71,9 +71,8 @@ bool appendGoblins(MeshWalk& walk, const Matrix44& tileMatrix, const MString& so
 bool openSource(const MString& sourceFileName, PsdDocument& document) {
   if (sourceFileName.length() == 0) return true;
   document.load(sourceFileName.asChar());
-  std::string reason;
-  return removeGoblins(document, reason) ||
-         fail(std::string(sourceFileName.asChar()) + ": " + reason);
+  const Status status = removeGoblins(document);
+  return status.ok() || fail(std::string(sourceFileName.asChar()) + ": " + status.text());
 }
 
 MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document, const char* path) {
@@ -84,14 +83,14 @@ MStatus saveGoblins(const GoblinGeometryBuilder& builder, PsdDocument& document,
   const std::uint32_t written =
       encodeGoblinGeometry(builder, GoblinLayout::kNamed, blob.get(), size);
   if (written == 0) return failTranslation("Error: .psd data layer size limit exceeded!\n");
-  std::string reason;
-  if (!document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason)) {
-    MGlobal::displayError(reason.c_str());
+  Status status;
+  if (!document.addDataLayer(kGoblinLayerName, written, blob.get(), &status)) {
+    MGlobal::displayError(status.text().c_str());
     return failTranslation("Error: couldn't add goblin layer!\n");
   }
-  if (!document.save(path, &reason)) {
+  if (!document.save(path, &status)) {
     std::printf("Error: couldn't save %s!\n", path);
-    MGlobal::displayError(reason.c_str());
+    MGlobal::displayError(status.text().c_str());
     return MStatus::kFailure;
   }
   return MStatus::kSuccess;

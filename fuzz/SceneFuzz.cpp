@@ -16,7 +16,7 @@ constexpr std::size_t kOpenMultiple = 400;
 constexpr std::size_t kOpenConstant = std::size_t{1} << 30;
 
 void saveScene(const std::string& name) {
-  require(host::saveScene(scratchPath(name)), "a scene cannot be saved");
+  require(host::saveScene(scratchPath(name)).ok(), "a scene cannot be saved");
 }
 
 }  // namespace
@@ -27,10 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!host::isSceneFileStart(scene)) scene.insert(0, "//Maya ASCII 2018 scene\n");
   const std::string path = writeScratch("scene.ma", scene);
   const MemoryWatch watch;
-  require(host::openScene(path), "a scene file is refused as a whole");
+  require(host::openScene(path).ok(), "a scene file is refused as a whole");
   watch.requireAtMost(kOpenMultiple, scene.size(), kOpenConstant);
   saveScene("first.ma");
-  require(host::openScene(scratchPath("first.ma")), "a scene that was saved cannot be opened");
+  require(host::openScene(scratchPath("first.ma")).ok(), "a scene that was saved cannot be opened");
   saveScene("second.ma");
   require(readScratch("first.ma") == readScratch("second.ma"),
           "a scene that was saved and opened saves as another");

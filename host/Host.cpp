@@ -24,6 +24,11 @@ bool report(bool ok, const std::string& error) {
   return ok;
 }
 
+morvane::Status reported(morvane::Status status) {
+  if (!status.ok()) mel::showError(status.text());
+  return status;
+}
+
 bool report(const mel::Outcome& outcome) {
   return report(outcome.ok, outcome.failure.describe());
 }
@@ -75,22 +80,16 @@ void newScene() {
   startNewScene();
 }
 
-bool openScene(const std::string& path, std::string* reason) {
-  std::string error;
-  const bool ok = report(openFile({fromCaller(path), "mayaAscii", "", ""}, error), error);
-  if (reason != nullptr) *reason = ok ? "" : error;
-  return ok;
+morvane::Status openScene(const std::string& path) {
+  return reported(openFile({fromCaller(path), "mayaAscii", "", ""}));
 }
 
 SceneProblems takeSceneProblems() {
   return std::exchange(SceneProblems::current(), SceneProblems());
 }
 
-bool saveScene(const std::string& path, std::string* reason) {
-  std::string error;
-  const bool ok = report(writeScene(fromCaller(path), error), error);
-  if (reason != nullptr) *reason = error;
-  return ok;
+morvane::Status saveScene(const std::string& path) {
+  return reported(writeScene(fromCaller(path)));
 }
 
 bool execute(const std::string& text, const std::string& origin) {

@@ -26,21 +26,20 @@ void newScene();
 
 // Reads a scene file in place of the scene. The process's working folder becomes the file's folder,
 // so that plug-ins, which open names as the scene gives them, find what lies beside the scene.
-// False when the file cannot be read or is no scene file; the scene is then empty. What the reader
-// cannot use is warned of, and handed out by takeSceneProblems. `reason` (may be null) is set to
-// why it failed.
+// Fails when the file cannot be read or is no scene file (kUnsupported); the scene is then empty.
+// What the reader cannot use is warned of, and handed out by takeSceneProblems.
 //
 // Files are not trusted. Opening n bytes (a file that others refer to counts each time it is read)
 // takes at most 400 n of memory, most of all for many empty nodes; beside that, primitives with
 // construction history have at most four million points together, a gigabyte.
-bool openScene(const std::string& path, std::string* reason = nullptr);
+morvane::Status openScene(const std::string& path);
 
 // What was found in all scene files that were read since the last call.
 SceneProblems takeSceneProblems();
 
-// Writes the scene as a scene file, replacing `path` only once every byte is on disk.
-// `reason` (may be null) says why not.
-bool saveScene(const std::string& path, std::string* reason = nullptr);
+// Writes the scene as a scene file, replacing `path` only once every byte is on disk. Fails as
+// morvane::FileReplacer does, and with kBadArgument for the name of a binary scene.
+morvane::Status saveScene(const std::string& path);
 
 // Runs command-language text; `origin` names it in messages ("-c 1", a file name). False at the
 // first command that fails.

@@ -28,13 +28,13 @@ constexpr TileRequest kRequest = {MPxFileTranslator::kImportAccessMode,
 constexpr std::uint32_t kBlankDocumentSide = 256;
 
 bool loadDocument(const MString& path, PsdDocument& document) {
-  std::string reason;
-  if (document.load(path.asChar(), &reason)) {
+  Status status;
+  if (document.load(path.asChar(), &status)) {
     if (!document.loadWarning.empty())
       MGlobal::displayWarning(path + ": " + document.loadWarning.c_str());
     return true;
   }
-  MGlobal::displayError(path + ": " + reason.c_str());
+  MGlobal::displayError(path + ": " + status.text().c_str());
   return false;
 }
 

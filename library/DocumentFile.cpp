@@ -1,14 +1,9 @@
 #include "library/DocumentFile.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <new>
 #include <string>
-#include <system_error>
-
-#include "util/FileExtension.h"
+#include <utility>
 
 namespace morvane {
 namespace {
@@ -22,53 +17,21 @@ Status badPath() {
   return {StatusCode::kBadArgument, "a path is neither empty nor holds a zero byte"};
 }
 
-// Why a file that was not loaded was not: what the system says of the name, before what the content
-// may be.
-StatusCode readFailure(const std::string& path) {
-  const std::string extension = lowerExtension(path);
-  if (extension != ".psd" && extension != ".tga") return StatusCode::kBadArgument;
-  std::error_code code;
-  const std::filesystem::file_status status = std::filesystem::status(path, code);
-  if (code == std::errc::permission_denied) return StatusCode::kNotAllowed;
-  if (!std::filesystem::exists(status)) return StatusCode::kNotFound;
-  if (!std::filesystem::is_regular_file(status)) return StatusCode::kCannotRead;
-  errno = 0;
-  std::FILE* const file = std::fopen(path.c_str(), "rb");
-  if (file == nullptr) return errno == EACCES ? StatusCode::kNotAllowed : StatusCode::kCannotRead;
-  std::fclose(file);
-  return StatusCode::kDamaged;
-}
-
-// What keeps a file from being written is known by trying: a folder that takes no new name, or a
-// file that may not be changed.
-StatusCode writeFailure(const std::string& path) {
-  std::error_code code;
-  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  const auto folderStatus = std::filesystem::status(folder.empty() ? "." : folder, code);
-  if (code == std::errc::permission_denied) return StatusCode::kNotAllowed;
-  if (!std::filesystem::exists(folderStatus)) return StatusCode::kNotFound;
-  errno = 0;
-  std::FILE* const file = std::fopen(path.c_str(), "r+b");
-  const int reason = errno;
-  if (file != nullptr) std::fclose(file);
-  return file == nullptr && reason == EACCES ? StatusCode::kNotAllowed : StatusCode::kCannotWrite;
-}
-
 }  // namespace
 
 Status loadDocument(std::string_view path, PsdDocument& document) {
   if (!isPath(path)) return badPath();
   const std::string name(path);
-  std::string error;
-  if (document.load(name.c_str(), &error)) return {};
-  return {readFailure(name), name + ": " + error};
+  Status status;
+  if (document.load(name.c_str(), &status)) return status;
+  return {status.code(), name + ": " + status.text()};
 }
 
 Status parseDocument(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size,
                      PsdDocument& document) {
-  std::string error;
-  if (document.loadBytes(std::move(bytes), size, &error)) return {};
-  return {StatusCode::kDamaged, error};
+  Status status;
+  document.loadBytes(std::move(bytes), size, &status);
+  return status;
 }
 
 Status parseDocument(const std::uint8_t* bytes, std::size_t size, PsdDocument& document) {
@@ -81,16 +44,15 @@ Status parseDocument(const std::uint8_t* bytes, std::size_t size, PsdDocument& d
 
 Status saveDocument(const PsdDocument& document, std::string_view path) {
   if (!isPath(path)) return badPath();
-  const std::string name(path);
-  std::string error;
-  if (document.save(name.c_str(), &error)) return {};
-  return {writeFailure(name), error};
+  Status status;
+  document.save(std::string(path).c_str(), &status);
+  return status;
 }
 
 Status writeDocument(const PsdDocument& document, std::vector<std::uint8_t>& bytes) {
-  std::string error;
-  if (document.saveBytes(bytes, &error)) return {};
-  return {StatusCode::kDamaged, error};
+  Status status;
+  document.saveBytes(bytes, &status);
+  return status;
 }
 
 }  // namespace morvane

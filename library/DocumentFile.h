@@ -16,19 +16,20 @@
 namespace morvane {
 
 // Reads a PSD file, or makes a document of an uncompressed TGA image of 24 or 32 bits; the
-// extension of the file's name says which. kNotFound, kNotAllowed, kBadArgument for a name that
-// ends neither in .psd nor in .tga, kCannotRead for a folder and the like, else kDamaged.
+// extension of the file's name says which. Fails as PsdDocument::load() does, and the text names
+// the file.
 Status loadDocument(std::string_view path, PsdDocument& document);
 
 // Reads a PSD file of `size` bytes in memory. The first takes the bytes, which stay the only copy:
-// the document's channels lie in them. The second copies them. kDamaged, or kOutOfMemory.
+// the document's channels lie in them. The second copies them. kDamaged, kUnsupported, kTooLarge,
+// or kOutOfMemory.
 Status parseDocument(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size,
                      PsdDocument& document);
 Status parseDocument(const std::uint8_t* bytes, std::size_t size, PsdDocument& document);
 
 // Writes the document as a PSD file. Whenever the process or the machine stops, the path holds the
-// old file or the new one whole; only a success means that every byte is on the disk. kNotAllowed
-// or kCannotWrite.
+// old file or the new one whole; only a success means that every byte is on the disk. Fails as
+// PsdDocument::save() does.
 Status saveDocument(const PsdDocument& document, std::string_view path);
 
 // The bytes that saveDocument() writes, in place of what `bytes` holds. kDamaged for a document

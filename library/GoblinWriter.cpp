@@ -139,10 +139,10 @@ Status setGoblins(PsdDocument& document, const std::vector<Goblin>& goblins, Gob
                                      std::to_string(document.columns) + " x " +
                                      std::to_string(document.rows) + " pixels"};
   }
-  std::string error;
+  Status added;
   if (!document.addDataLayer(kGoblinLayerName, static_cast<std::uint32_t>(blob.size()), blob.data(),
-                             &error)) {
-    return {StatusCode::kUnsupported, error};
+                             &added)) {
+    return added;
   }
   // Only now: a failure must not lose the goblins that were there.
   document.removeLayer(old);

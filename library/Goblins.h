@@ -111,8 +111,8 @@ Status encodeGoblins(const std::vector<Goblin>& goblins, GoblinLayout layout,
 // Puts the goblins into the document's layer "GoblinGeometry", a new hidden layer on top, in place
 // of the first of that name. The translator imports the named layout only. Fails as encodeGoblins()
 // does, and: kNoRoom when the blob has more than 4 x rows x columns - 5 bytes; kUnsupported when
-// the document takes no layer or its bottom layer is the one to be replaced. A failure leaves the
-// document as it was.
+// the bottom layer is the one to be replaced; as PsdDocument::addDataLayer() does when the document
+// takes no layer. A failure leaves the document as it was.
 Status setGoblins(PsdDocument& document, const std::vector<Goblin>& goblins,
                   GoblinLayout layout = GoblinLayout::kNamed);
 

@@ -13,8 +13,9 @@ struct Kind {
   const char* name;
 };
 
+constexpr std::string_view kPsd = "8BPS";
 constexpr Kind kKinds[] = {
-    {"8BPS", "a PSD file"},
+    {kPsd, "a PSD file"},
     {"\xFF\xD8\xFF", "a JPEG image"},
     {"\x89PNG", "a PNG image"},
     {"GIF8", "a GIF image"},
@@ -40,6 +41,10 @@ const char* knownKind(const void* first) {
   for (const Kind& kind : kKinds)
     if (std::memcmp(first, kind.first.data(), kind.first.size()) == 0) return kind.name;
   return nullptr;
+}
+
+bool isPsd(const void* first) {
+  return std::memcmp(first, kPsd.data(), kPsd.size()) == 0;
 }
 
 std::string describeBeginning(const void* first) {

@@ -23,25 +23,19 @@ constexpr std::uint32_t kLengthSize = 4;
 }  // namespace
 
 bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes,
-                               std::string* error) {
+                               Status* status) {
   const std::uint64_t plane = std::uint64_t{rows} * columns;
   const std::uint64_t length = std::uint64_t{size} + kLengthSize;
   if (length >= kPlanes * plane || (size != 0 && !bytes)) {
-    if (error) {
-      *error = plane == 0 || !headerFault().empty()
-                   ? layerObstacle(name)
-                   : std::to_string(size) + " bytes do not fit a layer of this image";
-    }
-    return false;
+    const bool isNoImage = plane == 0 || !headerFault().empty();
+    const std::string tooMany = std::to_string(size) + " bytes do not fit a layer of this image";
+    return reportTo(status, isNoImage ? layerObstacle(name) : Status(StatusCode::kNoRoom, tooMany));
   }
   std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[length]);
-  if (!content) {
-    if (error) *error = "out of memory";
-    return false;
-  }
+  if (!content) return reportTo(status, {StatusCode::kOutOfMemory, "out of memory"});
   storeLe32(content.get(), size);
   if (size != 0) std::memcpy(content.get() + kLengthSize, bytes, size);
-  return appendLayer(name, kHiddenFlags, content.get(), length, error) >= 0;
+  return appendLayer(name, kHiddenFlags, content.get(), length, status) >= 0;
 }
 
 // Reads a layer's planes as one run of bytes, one unpacked plane at a time, and of each no more

@@ -10,6 +10,7 @@
 #include "psd/Bytes.h"
 #include "psd/PsdRecords.h"
 #include "util/FileIdentity.h"
+#include "util/Status.h"
 
 namespace morvane {
 
@@ -18,7 +19,6 @@ struct PsdReplacement {
   // In: the only file that may be there, see FileReplacer::expect(). Null: any, but for the file
   // that the document was loaded from, which must be as it was.
   const FileIdentity* expected = nullptr;
-  bool foundAnother = false;     // out: so nothing was replaced
   std::uint64_t otherNames = 0;  // out: hard links that keep the old content
 };
 
@@ -108,15 +108,16 @@ class PsdDocument {
   void reset(std::uint32_t width, std::uint32_t height);
 
   // Reads a PSD file, or makes a document of an uncompressed TGA image of 24 or 32 bits; the
-  // extension says which, in any case. A damaged file is refused; `error`, where given, is told
-  // what is wrong and at which byte. A file of another signature or version is kept whole where it
-  // reads as a PSD file, and refused with that reason where it does not.
-  bool load(const char* path, std::string* error = nullptr);
+  // extension says which, in any case. A damaged file is refused; `status`, where given, says what
+  // is wrong and at which byte, and its code is one of kNotFound, kNotAllowed, kNotAFile,
+  // kBadArgument (the extension), kOtherKind (a PSD file called .tga), kDamaged, kUnsupported,
+  // kTooLarge, kChanged, kOutOfMemory and kCannotRead. A file of another signature or version is
+  // kept whole where it reads as a PSD file, and refused with that reason where it does not.
+  bool load(const char* path, Status* status = nullptr);
 
   // Reads a PSD file that is in memory already; the document owns the bytes from then on, whether
   // they can be read or not. Fails as load() does, and leaves `path` null.
-  bool loadBytes(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size,
-                 std::string* error = nullptr);
+  bool loadBytes(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, Status* status = nullptr);
 
   // What is wrong with a document that was kept in spite of its signature or version, to which no
   // layer can be added; empty for any other.
@@ -130,16 +131,17 @@ class PsdDocument {
 
   // Writes the document as a PSD file. True only when every byte is on the disk; whatever happens,
   // the path holds the old file or the new one whole (see util/ReplaceFile.h). Fails when it
-  // would replace the file that was loaded, or saved last, and that is another file by now.
-  // `error`, where given, gets the reason.
-  bool save(const char* path, std::string* error = nullptr,
+  // would replace the file that was loaded, or saved last, and that is another file by now
+  // (kChanged). `status`, where given, gets the reason, as FileReplacer says it, or kDamaged for a
+  // document whose public members do not fit together.
+  bool save(const char* path, Status* status = nullptr,
             PsdReplacement* replacement = nullptr) const;
 
   // Of the file last loaded, as it was then; not known for other documents.
   const FileIdentity& identity() const { return onDisk_; }
 
   // The bytes that save() writes, in place of what `bytes` holds; false leaves that as it is.
-  bool saveBytes(std::vector<std::uint8_t>& bytes, std::string* error = nullptr) const;
+  bool saveBytes(std::vector<std::uint8_t>& bytes, Status* status = nullptr) const;
 
   // The first layer whose name equals `name` byte for byte; -1 when there is none.
   std::int32_t findLayer(const char* name) const;
@@ -171,8 +173,8 @@ class PsdDocument {
   // layers first gets a base layer made from its merged image. -1 when the document cannot carry
   // one: it is not 8-bit PSD version 1, has no pixels or a side over kMaxSide, or has no complete
   // merged image of at least 3 channels to make the base layer from; or when the name is over 255
-  // bytes. `error`, where given, gets the reason.
-  std::int32_t addLayer(const char* name, std::string* error = nullptr);
+  // bytes. `status`, where given, gets the reason.
+  std::int32_t addLayer(const char* name, Status* status = nullptr);
 
   // Removes a layer with its channels; does nothing for layer 0 and for an index that is no
   // layer's.
@@ -184,7 +186,7 @@ class PsdDocument {
   // Appends a hidden layer that carries `size` bytes in its channel planes, at most 4 x rows x
   // columns - 5. False where addLayer() gives -1, and for more bytes than that.
   bool addDataLayer(const char* name, std::uint32_t size, const std::uint8_t* bytes,
-                    std::string* error = nullptr);
+                    Status* status = nullptr);
 
   // What addDataLayer() stored in the first layer of that name; the channels it reads are packed
   // afterwards. Null, with `size` untouched, when there is no such layer or it does not hold what
@@ -205,6 +207,7 @@ class PsdDocument {
   class PlaneStream;
 
   PsdDocument() = default;
+  Status loadFile(const char* loadPath);
   // Whether saving there would replace the file at `path`.
   bool isOwnPath(const char* savePath) const;
   std::size_t channelTableStart(std::int32_t layer) const;
@@ -225,11 +228,11 @@ class PsdDocument {
                   const std::uint8_t* content, std::uint64_t contentLength) const;
   // A new layer whose planes start with `content`; its index, or -1.
   std::int32_t appendLayer(const char* name, std::uint8_t flags, const std::uint8_t* content,
-                           std::uint64_t contentLength, std::string* error);
+                           std::uint64_t contentLength, Status* status);
   std::int32_t tryAppendLayer(const char* name, std::uint8_t flags, const std::uint8_t* content,
                               std::uint64_t contentLength);
   // Why tryAppendLayer() failed.
-  std::string layerObstacle(const char* name) const;
+  Status layerObstacle(const char* name) const;
 
   // Memory for all that the commits add, so that they cannot fail; false when there is too little.
   // A resource gets room behind its data, which changes nothing that is saved.

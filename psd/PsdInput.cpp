@@ -48,11 +48,10 @@ void PsdInput::setPart(const char* name, int index) {
   partIndex_ = index;
 }
 
-void PsdInput::fail(const std::string& what) {
+void PsdInput::fail(const std::string& what, StatusCode code) {
   if (!ok()) return;
-  error_ = partName_;
-  if (partIndex_ >= 0) error_ += ' ' + std::to_string(partIndex_);
-  error_ += ": " + what + " at byte " + std::to_string(position_);
+  const std::string index = partIndex_ >= 0 ? ' ' + std::to_string(partIndex_) : std::string();
+  status_ = {code, partName_ + index + ": " + what + " at byte " + std::to_string(position_)};
 }
 
 bool PsdInput::has(std::size_t size) {

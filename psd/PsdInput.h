@@ -6,11 +6,12 @@
 #include <string>
 
 #include "psd/PsdRecords.h"
+#include "util/Status.h"
 
 namespace morvane {
 
 // Reads big-endian numbers and bytes of a file in memory. Nothing is read past the end of the part
-// that is being read; the first attempt to is kept as the error, and from then on every read gives
+// that is being read; the first attempt to is kept as the status, and from then on every read gives
 // zeros. Code that reads need therefore ask ok() only before it loops over, or takes memory for,
 // what it has read.
 class PsdInput {
@@ -18,8 +19,8 @@ class PsdInput {
   // The bytes outlive this object and what it hands out.
   PsdInput(std::uint8_t* bytes, std::size_t size) : bytes_(bytes), end_(size) {}
 
-  bool ok() const { return error_.empty(); }
-  const std::string& error() const { return error_; }
+  bool ok() const { return status_.ok(); }
+  const Status& status() const { return status_; }
   std::size_t position() const { return position_; }
   std::size_t left() const { return end_ - position_; }
 
@@ -33,10 +34,11 @@ class PsdInput {
   std::uint8_t* take(std::size_t size);
   PsdOpaque takeOpaque(std::size_t size);
 
-  // Names what is being read, for the error: "layer 3". The text outlives this object.
+  // Names what is being read, for the status: "layer 3". The text outlives this object.
   void setPart(const char* name, int index = -1);
 
-  void fail(const std::string& what);
+  void fail(const std::string& what, StatusCode code = StatusCode::kDamaged);
+  void failForMemory() { fail("out of memory", StatusCode::kOutOfMemory); }
 
  private:
   friend class PsdPart;
@@ -48,7 +50,7 @@ class PsdInput {
   std::size_t end_;
   const char* partName_ = "header";
   int partIndex_ = -1;
-  std::string error_;
+  Status status_;
 };
 
 // While it lives, the next `length` bytes are all that the input has left. A length over what was

@@ -24,7 +24,7 @@ std::size_t beyond(std::size_t length, std::size_t read) {
 template <typename T>
 std::unique_ptr<T[]> allocated(PsdInput& in, std::size_t count) {
   std::unique_ptr<T[]> items(new (std::nothrow) T[count]());
-  if (!items) in.fail("out of memory");
+  if (!items) in.failForMemory();
   return items;
 }
 
@@ -118,7 +118,7 @@ void readLayerRecords(PsdInput& in, PsdDocument& document) {
   document.mergedAlpha = count < 0;
   document.layerCount = static_cast<std::int16_t>(count < 0 ? -count : count);
   if (!hasItems(in, document.layerCount, kMinRecordSize, "layers")) return;
-  if (!reserveMore(document.layers, document.layerCount)) in.fail("out of memory");
+  if (!reserveMore(document.layers, document.layerCount)) in.failForMemory();
   for (int i = 0; in.ok() && i < document.layerCount; ++i) {
     in.setPart("layer", i);
     document.layers.emplace_back();
@@ -135,7 +135,7 @@ void readChannelData(PsdInput& in, std::uint32_t length, PsdChannel& channel) {
 
 void readChannels(PsdInput& in, PsdDocument& document) {
   if (!in.ok()) return;
-  if (!reserveMore(document.channelTable, document.totalChannelCount())) in.fail("out of memory");
+  if (!reserveMore(document.channelTable, document.totalChannelCount())) in.failForMemory();
   for (int i = 0; in.ok() && i < document.layerCount; ++i) {
     in.setPart("channel data of layer", i);
     const PsdLayer& layer = document.layers[i];

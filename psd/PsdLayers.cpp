@@ -189,8 +189,8 @@ struct PsdDocument::BuiltLayer {
   }
 };
 
-std::int32_t PsdDocument::addLayer(const char* name, std::string* error) {
-  return appendLayer(name, kLayerFlags, nullptr, 0, error);
+std::int32_t PsdDocument::addLayer(const char* name, Status* status) {
+  return appendLayer(name, kLayerFlags, nullptr, 0, status);
 }
 
 bool PsdDocument::buildBaseLayer(BuiltLayer& base) const {
@@ -263,30 +263,36 @@ std::int32_t PsdDocument::tryAppendLayer(const char* name, std::uint8_t flags,
 
 std::int32_t PsdDocument::appendLayer(const char* name, std::uint8_t flags,
                                       const std::uint8_t* content, std::uint64_t contentLength,
-                                      std::string* error) {
+                                      Status* status) {
   const std::int32_t index = tryAppendLayer(name, flags, content, contentLength);
-  if (index < 0 && error) *error = layerObstacle(name);
+  reportTo(status, index >= 0 ? Status() : layerObstacle(name));
   return index;
 }
 
-std::string PsdDocument::layerObstacle(const char* name) const {
+Status PsdDocument::layerObstacle(const char* name) const {
   const std::string fault = headerFault();
-  if (!fault.empty()) return fault;
-  if (depth != 8) return std::to_string(depth) + " bits a channel, not 8";
-  if (!hasSides(*this)) {
-    return "an image of " + std::to_string(columns) + " x " + std::to_string(rows) +
-           " pixels takes no layer";
-  }
+  if (!fault.empty()) return {StatusCode::kUnsupported, fault};
+  if (depth != 8)
+    return {StatusCode::kUnsupported, std::to_string(depth) + " bits a channel, not 8"};
+  const std::string size = std::to_string(columns) + " x " + std::to_string(rows) + " pixels";
+  if (!hasSides(*this))
+    return {StatusCode::kUnsupported, "an image of " + size + " takes no layer"};
   if (!hasPlausibleSides(*this)) {
-    return "the merged image is cut off: " + std::to_string(mergedLength) + " bytes for " +
-           std::to_string(columns) + " x " + std::to_string(rows) + " pixels";
+    return {StatusCode::kDamaged,
+            "the merged image is cut off: " + std::to_string(mergedLength) + " bytes for " + size};
   }
-  if (!name || std::strlen(name) > kMaxNameLength) return "the layer's name is too long";
-  if (layerCount == kMaxLayers) return "it has as many layers as a file can have";
-  if (layerCount != 0) return "out of memory, or the file would be too large";
-  if (channels >= 3)
-    return "the merged image is cut off or of no known compression, or out of memory";
-  return "the merged image has " + std::to_string(channels) + " channels, not red, green and blue";
+  if (!name || std::strlen(name) > kMaxNameLength)
+    return {StatusCode::kBadArgument, "the layer's name is too long"};
+  if (layerCount == kMaxLayers)
+    return {StatusCode::kTooLarge, "it has as many layers as a file can have"};
+  if (layerCount != 0)
+    return {StatusCode::kTooLarge, "out of memory, or the file would be too large"};
+  if (channels >= 3) {
+    return {StatusCode::kDamaged,
+            "the merged image is cut off or of no known compression, or out of memory"};
+  }
+  return {StatusCode::kUnsupported, "the merged image has " + std::to_string(channels) +
+                                        " channels, not red, green and blue"};
 }
 
 bool PsdDocument::reserveForLayers(std::size_t newLayers, std::size_t newChannels) {

@@ -69,7 +69,7 @@ std::unique_ptr<PsdResource> readResource(PsdInput& in) {
   PsdInput probe = in;
   std::unique_ptr<PsdResource> resource(new (std::nothrow) PsdResource);
   if (!resource) {
-    in.fail("out of memory");
+    in.failForMemory();
     return nullptr;
   }
   probe.copy(resource->signature, 4);
@@ -91,7 +91,7 @@ void readResources(PsdInput& in, PsdDocument& document) {
   while (in.ok() && in.left() >= kResourceHeader) {
     std::unique_ptr<PsdResource> resource = readResource(in);
     if (!resource) break;
-    if (!reserveMore(document.resources, 1)) return in.fail("out of memory");
+    if (!reserveMore(document.resources, 1)) return in.failForMemory();
     document.resources.push_back(std::move(resource));
   }
   document.resourcesTail = in.takeOpaque(in.left());
@@ -142,48 +142,55 @@ std::uint64_t promisedMergedSize(const PsdDocument& document) {
   return rowCount == 0 ? 0 : 1;
 }
 
+Status emptyFile() {
+  return {StatusCode::kDamaged, "the file is empty"};
+}
+
 // What explains a file that cannot be read better than the place where reading ended does.
-std::string refusal(const PsdDocument& document, std::size_t size, const std::string& error) {
+Status refusal(const PsdDocument& document, std::size_t size, const Status& status) {
   constexpr std::size_t kVersionEnd = 4 + 2;
-  if (size == 0) return "the file is empty";
+  if (size == 0) return emptyFile();
   const std::string fault = size < kVersionEnd ? std::string() : document.headerFault();
-  return fault.empty() ? error : fault;
+  return fault.empty() ? status : Status(StatusCode::kUnsupported, fault);
 }
 
 // Lengths within a file have 32 bits.
 constexpr std::uint64_t kMaxFile = std::numeric_limits<std::uint32_t>::max();
 
-bool loadPsd(const char* path, PsdDocument& document, FileIdentity& identity, std::string& error) {
+Status loadPsd(const char* path, PsdDocument& document, FileIdentity& identity) {
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
-  return readWholeFile(path, kMaxFile, bytes, size, error, &identity) &&
-         parsePsd(std::move(bytes), size, document, error);
+  Status status = readWholeFile(path, kMaxFile, bytes, size, &identity);
+  return status.ok() ? parsePsd(std::move(bytes), size, document) : status;
 }
 
-bool loadTga(const char* path, PsdDocument& document, FileIdentity& identity, std::string& error) {
-  InputFile file;
-  if (!file.open(path, kMaxFile, error)) return false;
-  identity = file.identity();
-  if (importTga(file, document, error)) return true;
+// What explains a file that is no TGA image at all better than its numbers do.
+Status tgaRefusal(InputFile& file, const Status& status) {
+  if (file.size() == 0) return emptyFile();
   std::uint8_t first[kKindSize];
-  std::string ignored;
-  if (file.size() == 0)
-    error = "the file is empty";
-  else if (file.read(0, first, kKindSize, ignored) == kKindSize && knownKind(first))
-    error = "not a TGA image: " + describeBeginning(first);
-  return false;
+  std::size_t got = 0;
+  const bool isRead = file.read(0, first, kKindSize, got).ok() && got == kKindSize;
+  if (!isRead || knownKind(first) == nullptr) return status;
+  return {isPsd(first) ? StatusCode::kOtherKind : StatusCode::kUnsupported,
+          "not a TGA image: " + describeBeginning(first)};
+}
+
+Status loadTga(const char* path, PsdDocument& document, FileIdentity& identity) {
+  InputFile file;
+  Status status = file.open(path, kMaxFile);
+  if (!status.ok()) return status;
+  identity = file.identity();
+  status = importTga(file, document);
+  return status.ok() ? status : tgaRefusal(file, status);
 }
 
 }  // namespace
 
-bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document,
-              std::string& error) {
+Status parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document) {
   PsdInput in(bytes.get(), size);
   document.fileBytes = std::move(bytes);
   readSections(in, document);
-  if (in.ok()) return true;
-  error = refusal(document, size, in.error());
-  return false;
+  return in.ok() ? Status() : refusal(document, size, in.status());
 }
 
 std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size) {
@@ -193,7 +200,7 @@ std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size) {
   if (copy)
     std::memcpy(copy.get(), at, size);
   else
-    in.fail("out of memory");
+    in.failForMemory();
   return copy;
 }
 
@@ -207,7 +214,7 @@ void readName(PsdInput& in, std::uint32_t alignment, std::unique_ptr<char[]>& na
   if (!in.ok()) return;
   if (length != 0) {
     name.reset(new (std::nothrow) char[length + 1]());
-    if (!name) return in.fail("out of memory");
+    if (!name) return in.failForMemory();
     std::memcpy(name.get(), text, length);
   }
   const bool plain =
@@ -231,43 +238,37 @@ std::string PsdDocument::mergedFault() const {
          std::to_string(mergedLength) + " there";
 }
 
-bool PsdDocument::load(const char* loadPath, std::string* error) {
-  std::string reason;
-  std::string& why = error ? *error : reason;
-  why.clear();
+Status PsdDocument::loadFile(const char* loadPath) {
   const std::string extension = loadPath ? upperExtension(loadPath) : std::string();
   const bool isTga = extension == "TGA";
-  if (!isTga && extension != "PSD") {
-    why = "the file name ends neither in .psd nor in .tga";
-    return false;
-  }
+  if (!isTga && extension != "PSD")
+    return {StatusCode::kBadArgument, "the file name ends neither in .psd nor in .tga"};
   PsdDocument fresh;
   FileIdentity identity;
-  if (!(isTga ? loadTga : loadPsd)(loadPath, fresh, identity, why)) return false;
+  Status status = (isTga ? loadTga : loadPsd)(loadPath, fresh, identity);
+  if (!status.ok()) return status;
   fresh.onDisk_ = identity;
   const std::size_t pathSize = std::strlen(loadPath) + 1;
   fresh.path.reset(new (std::nothrow) char[pathSize]);
-  if (!fresh.path) {
-    why = "out of memory";
-    return false;
-  }
+  if (!fresh.path) return {StatusCode::kOutOfMemory, "out of memory"};
   std::memcpy(fresh.path.get(), loadPath, pathSize);
   *this = std::move(fresh);
-  return true;
+  return status;
+}
+
+bool PsdDocument::load(const char* loadPath, Status* status) {
+  return reportTo(status, loadFile(loadPath));
 }
 
 bool PsdDocument::loadBytes(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size,
-                            std::string* error) {
-  std::string why;
+                            Status* status) {
+  if (size > kMaxFile)
+    return reportTo(status,
+                    {StatusCode::kTooLarge, "too large: " + std::to_string(size) + " bytes"});
   PsdDocument fresh;
-  bool loaded = false;
-  if (size <= kMaxFile)
-    loaded = parsePsd(std::move(bytes), size, fresh, why);
-  else
-    why = "too large: " + std::to_string(size) + " bytes";
-  if (error != nullptr) *error = why;
-  if (loaded) *this = std::move(fresh);
-  return loaded;
+  const Status parsed = parsePsd(std::move(bytes), size, fresh);
+  if (parsed.ok()) *this = std::move(fresh);
+  return reportTo(status, parsed);
 }
 
 }  // namespace morvane

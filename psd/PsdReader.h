@@ -13,7 +13,7 @@
 namespace morvane {
 
 // A copy of `size` bytes at the input's position; null for size 0 and on failure,
-// which is the input's error.
+// which is the input's status.
 std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size);
 
 // A name padded to a multiple of `alignment` bytes. The whole field is kept too when the name alone
@@ -21,11 +21,10 @@ std::unique_ptr<std::uint8_t[]> readOwned(PsdInput& in, std::size_t size);
 void readName(PsdInput& in, std::uint32_t alignment, std::unique_ptr<char[]>& name,
               PsdOpaque& field);
 
-// Makes a document of the bytes of a PSD file, which it then owns. On failure `error` says why and
-// the document is undefined. Neither the signature nor the version is a reason to refuse a file
-// that can be read: it is kept whole, and takes no layers.
-bool parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document,
-              std::string& error);
+// Makes a document of the bytes of a PSD file, which it then owns. After a failure (kDamaged,
+// kUnsupported, kOutOfMemory) the document is undefined. Neither the signature nor the version is a
+// reason to refuse a file that can be read: it is kept whole, and takes no layers.
+Status parsePsd(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, PsdDocument& document);
 
 void readLayerRecord(PsdInput& in, PsdLayer& layer);
 

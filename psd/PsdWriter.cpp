@@ -228,41 +228,32 @@ bool PsdDocument::isOwnPath(const char* savePath) const {
          isSamePlace(path.get(), savePath);
 }
 
-bool PsdDocument::save(const char* savePath, std::string* error,
-                       PsdReplacement* replacement) const {
+bool PsdDocument::save(const char* savePath, Status* status, PsdReplacement* replacement) const {
   FileReplacer file;
   const bool isOwn = isOwnPath(savePath);
   if (isOwn) file.expect(onDisk_);
   if (replacement != nullptr && replacement->expected != nullptr)
     file.expect(*replacement->expected);
   bool saved = file.open(savePath);
-  std::string reason;
+  Status reason;
   if (saved) {
     PsdOutput out([&file](const void* from, std::size_t size) { file.append(from, size); });
     writeSections(out, *this);
-    if (!out.complete()) reason = kIncomplete;
+    if (!out.complete()) reason = {StatusCode::kDamaged, kIncomplete};
     saved = out.complete() && file.commit();
   }
   if (saved && isOwn) onDisk_ = file.written();
-  if (replacement != nullptr) {
-    replacement->foundAnother = file.foundAnother();
-    replacement->otherNames = file.otherNames();
-  }
-  if (error) *error = saved ? std::string() : reason.empty() ? file.error() : reason;
-  return saved;
+  if (replacement != nullptr) replacement->otherNames = file.otherNames();
+  return reportTo(status, reason.ok() ? file.status() : reason);
 }
 
-bool PsdDocument::saveBytes(std::vector<std::uint8_t>& bytes, std::string* error) const {
+bool PsdDocument::saveBytes(std::vector<std::uint8_t>& bytes, Status* status) const {
   PsdOutput counted([](const void*, std::size_t) {});
   writeSections(counted, *this);
   std::vector<std::uint8_t> fresh;
-  const char* reason = nullptr;
-  if (!counted.complete())
-    reason = kIncomplete;
-  else if (!reserveMore(fresh, static_cast<std::size_t>(counted.written())))
-    reason = "out of memory";
-  if (error != nullptr) *error = reason != nullptr ? reason : "";
-  if (reason != nullptr) return false;
+  if (!counted.complete()) return reportTo(status, {StatusCode::kDamaged, kIncomplete});
+  if (!reserveMore(fresh, static_cast<std::size_t>(counted.written())))
+    return reportTo(status, {StatusCode::kOutOfMemory, "out of memory"});
   PsdOutput out([&fresh](const void* from, std::size_t size) {
     const auto* const first = static_cast<const std::uint8_t*>(from);
     fresh.insert(fresh.end(), first, first + size);

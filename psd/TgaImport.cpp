@@ -18,6 +18,10 @@ constexpr const char* kPackedNames[] = {"colour-mapped", "true-colour", "grey"};
 constexpr unsigned kRightToLeft = 0x10;
 constexpr unsigned kTopToBottom = 0x20;
 
+Status outOfMemory() {
+  return {StatusCode::kOutOfMemory, "out of memory"};
+}
+
 struct TgaImage {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
@@ -32,31 +36,32 @@ std::string sizeText(const TgaImage& image) {
   return "an image of " + std::to_string(image.width) + " x " + std::to_string(image.height);
 }
 
-bool readHeader(InputFile& file, TgaImage& image, std::string& error) {
+Status readHeader(InputFile& file, TgaImage& image) {
   if (file.size() < kHeaderSize) {
-    error = "header: " + std::to_string(kHeaderSize) + " bytes wanted, " +
-            std::to_string(file.size()) + " left at byte 0";
-    return false;
+    return {StatusCode::kDamaged, "header: " + std::to_string(kHeaderSize) + " bytes wanted, " +
+                                      std::to_string(file.size()) + " left at byte 0"};
   }
   std::uint8_t bytes[kHeaderSize];
-  if (file.read(0, bytes, sizeof bytes, error) < sizeof bytes) return false;
+  std::size_t got = 0;
+  const Status read = file.read(0, bytes, sizeof bytes, got);
+  if (!read.ok()) return read;
   image.width = loadLe16(bytes + 12);
   image.height = loadLe16(bytes + 14);
   const unsigned type = bytes[2];
   if (type >= 9 && type <= 11) {
-    error = "TGA of image type " + std::to_string(type) + ", run-length " + kPackedNames[type - 9] +
-            ", at byte 2: only unpacked images are supported; save it without compression";
-    return false;
+    return {StatusCode::kUnsupported, "TGA of image type " + std::to_string(type) +
+                                          ", run-length " + kPackedNames[type - 9] +
+                                          ", at byte 2: only unpacked images are supported"};
   }
   const unsigned depth = bytes[16];
   if (depth != 24 && depth != 32) {
-    error = "TGA of " + std::to_string(depth) + " bits at byte 16: only 24 and 32 are supported";
-    return false;
+    return {StatusCode::kUnsupported,
+            "TGA of " + std::to_string(depth) + " bits at byte 16: only 24 and 32 are supported"};
   }
   image.pixelSize = depth / 8;
   image.start = kHeaderSize + bytes[0];
   image.descriptor = bytes[17];
-  return true;
+  return {};
 }
 
 std::string warningOf(const TgaImage& image) {
@@ -70,17 +75,17 @@ std::string warningOf(const TgaImage& image) {
          (isMirrored ? "mirrored" : "") + "; save it with its first row at the bottom";
 }
 
-bool hasItsPixels(const InputFile& file, const TgaImage& image, std::string& error) {
+Status checkPixels(const InputFile& file, const TgaImage& image) {
   const std::uint64_t wanted = std::uint64_t{image.height} * image.rowSize();
   const std::uint64_t left = file.size() > image.start ? file.size() - image.start : 0;
   if (wanted > left) {
-    error = "pixels: " + std::to_string(wanted) + " bytes wanted, " + std::to_string(left) +
-            " left at byte " + std::to_string(image.start);
-    return false;
+    return {StatusCode::kDamaged, "pixels: " + std::to_string(wanted) + " bytes wanted, " +
+                                      std::to_string(left) + " left at byte " +
+                                      std::to_string(image.start)};
   }
   // Before memory is taken for the rows of an image without columns.
-  if (wanted == 0) error = sizeText(image) + " has no pixels";
-  return wanted != 0;
+  if (wanted == 0) return {StatusCode::kDamaged, sizeText(image) + " has no pixels"};
+  return {};
 }
 
 // The image's planes, in the order of its pixels' bytes, the last row of the file first. Read some
@@ -94,24 +99,23 @@ class TgaPlanes {
                  {image.width, image.height},
                  {image.width, image.height}} {}
 
-  bool read(InputFile& file, std::string& error) {
+  Status read(InputFile& file) {
     constexpr std::size_t kAtOnce = 256 * 1024;  // bytes, which stay in the processor's cache
     const std::size_t rowSize = image_.rowSize();
     const std::uint64_t rows = std::clamp<std::uint64_t>(kAtOnce / rowSize, 1, image_.height);
     const std::unique_ptr<std::uint8_t[]> block(new (std::nothrow) std::uint8_t[rows * rowSize]);
     rows_.reset(new (std::nothrow) std::uint8_t[kPlanes * std::size_t{image_.width}]);
-    if (!block || !rows_) {
-      error = "out of memory";
-      return false;
-    }
+    if (!block || !rows_) return outOfMemory();
     for (std::uint64_t left = image_.height; left != 0;) {
       const std::uint64_t count = std::min(left, rows);
       left -= count;
       const std::size_t size = count * rowSize;
-      if (file.read(image_.start + left * rowSize, block.get(), size, error) < size) return false;
+      std::size_t got = 0;
+      const Status read = file.read(image_.start + left * rowSize, block.get(), size, got);
+      if (!read.ok()) return read;
       for (std::uint64_t row = count; row-- != 0;) pack(block.get() + row * rowSize);
     }
-    return true;
+    return {};
   }
 
   // The packed plane of one byte of every pixel; null when memory has run out.
@@ -135,29 +139,27 @@ class TgaPlanes {
 
 }  // namespace
 
-bool importTga(InputFile& file, PsdDocument& document, std::string& error) {
+Status importTga(InputFile& file, PsdDocument& document) {
   TgaImage image;
-  if (!readHeader(file, image, error) || !hasItsPixels(file, image, error)) return false;
+  Status status = readHeader(file, image);
+  if (status.ok()) status = checkPixels(file, image);
+  if (!status.ok()) return status;
   document.reset(image.width, image.height);
   document.loadWarning = warningOf(image);
   const std::int32_t layer = document.addLayer("$diffuse");
-  if (layer < 0) {
-    error = sizeText(image) + " pixels cannot be a layer";
-    return false;
-  }
+  if (layer < 0)
+    return {StatusCode::kOutOfMemory, sizeText(image) + " pixels cannot be a layer: out of memory"};
   TgaPlanes planes(image);
-  if (!planes.read(file, error)) return false;
+  status = planes.read(file);
+  if (!status.ok()) return status;
   constexpr std::uint32_t kChannels[kPlanes] = {3, 2, 1, 0};  // of blue, green, red, alpha
   for (std::uint32_t i = 0; i < image.pixelSize; ++i) {  // without alpha, the layer stays opaque
     std::uint32_t length = 0;
     std::unique_ptr<std::uint8_t[]> packed = planes.take(i, length);
-    if (!packed) {
-      error = "out of memory";
-      return false;
-    }
+    if (!packed) return outOfMemory();
     document.replaceChannel(layer, kChannels[i], 1, std::move(packed), length);
   }
-  return true;
+  return {};
 }
 
 }  // namespace morvane

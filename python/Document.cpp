@@ -164,14 +164,13 @@ void addDataLayer(SharedDocument& shared, const py::str& name, const py::object&
                               std::to_string(use->columns) + " x " + std::to_string(use->rows) +
                               " pixels");
   }
-  std::string error;
-  bool added = false;
+  morvane::Status status;
   {
     const py::gil_scoped_release unlocked;
-    added = use->addDataLayer(stored.c_str(), static_cast<std::uint32_t>(content.size()),
-                              content.data(), &error);
+    use->addDataLayer(stored.c_str(), static_cast<std::uint32_t>(content.size()), content.data(),
+                      &status);
   }
-  if (!added) throwError("unsupported", "the document takes no layer: " + error);
+  check({status.code(), "the document takes no layer: " + status.text()});
   ++shared.generation;
 }
 

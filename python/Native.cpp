@@ -14,14 +14,26 @@ const char* codeName(morvane::StatusCode code) {
       return "not-found";
     case morvane::StatusCode::kNotAllowed:
       return "not-allowed";
+    case morvane::StatusCode::kReadOnly:
+      return "read-only";
+    case morvane::StatusCode::kNotAFile:
+      return "not-a-file";
     case morvane::StatusCode::kBadArgument:
       return "bad-argument";
+    case morvane::StatusCode::kOtherKind:
+      return "other-kind";
     case morvane::StatusCode::kDamaged:
       return "damaged";
     case morvane::StatusCode::kUnsupported:
       return "unsupported";
+    case morvane::StatusCode::kTooLarge:
+      return "too-large";
     case morvane::StatusCode::kNoRoom:
       return "no-room";
+    case morvane::StatusCode::kNoSpace:
+      return "no-space";
+    case morvane::StatusCode::kChanged:
+      return "changed";
     case morvane::StatusCode::kOutOfMemory:
       return "out-of-memory";
     case morvane::StatusCode::kCannotRead:
@@ -58,6 +70,7 @@ void check(const morvane::Status& status, const std::string& path) {
       if (!path.empty()) throwFileError(PyExc_FileNotFoundError, ENOENT, path);
       break;
     case morvane::StatusCode::kNotAllowed:
+    case morvane::StatusCode::kReadOnly:
       throwFileError(PyExc_PermissionError, EACCES, path);
     case morvane::StatusCode::kBadArgument:
       PyErr_SetObject(PyExc_ValueError,

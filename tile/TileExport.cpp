@@ -6,6 +6,7 @@
 
 #include "geometry/GoblinGeometry.h"
 #include "tile/MaterialLookup.h"
+#include "tile/SaveFailure.h"
 #include "tile/TileGoblins.h"
 #include "tile/TileLines.h"
 #include "tile/TileTexture.h"
@@ -23,24 +24,23 @@ bool findTexture(const TileGround& ground, TileMessages& messages, std::string& 
 
 // Loads the texture and takes an earlier export's layers out of it.
 bool loadTexture(const MDagPath& tile, TileMessages& messages, TileExport& result) {
-  std::string reason;
-  if (!result.document.load(result.texture.c_str(), &reason)) {
+  Status status;
+  if (!result.document.load(result.texture.c_str(), &status)) {
     return messages.fail(kLoadFailed, result.texture.empty()
                                           ? tile.fullPathName().asChar() +
                                                 std::string(": its file texture names no file")
-                                          : result.texture + ": " + reason);
+                                          : result.texture + ": " + status.text());
   }
   if (!result.document.loadWarning.empty())
     messages.warn(result.texture + ": " + result.document.loadWarning);
-  return removeGoblins(result.document, reason) ||
-         messages.fail(kLayerFailed, result.texture + ": " + reason);
+  status = removeGoblins(result.document);
+  return status.ok() || messages.fail(kLayerFailed, result.texture + ": " + status.text());
 }
 
 bool findFile(TileMessages& messages, TileExport& result) {
   result.file = tileFileOf(result.texture);
   const std::string obstacle = whyNotReplaced(result.texture, result.existing);
-  return obstacle.empty() ||
-         messages.fail(kSaveFailed, "cannot write " + result.file + ": " + obstacle);
+  return obstacle.empty() || messages.fail(kSaveFailed, notReplacedLine(result.file, obstacle));
 }
 
 bool gatherGoblins(const TileGround& ground, TileMessages& messages,
@@ -65,9 +65,9 @@ bool storeGoblins(const GoblinGeometryBuilder& builder, TileMessages& messages,
       encodeGoblinGeometry(builder, GoblinLayout::kTagged, blob.get(), size);
   if (written == 0)
     return messages.fail(kLayerFailed, result.texture + ": more goblins than 4 GB hold");
-  std::string reason;
-  return document.addDataLayer(kGoblinLayerName, written, blob.get(), &reason) ||
-         messages.fail(kLayerFailed, result.texture + ": " + reason);
+  Status status;
+  return document.addDataLayer(kGoblinLayerName, written, blob.get(), &status) ||
+         messages.fail(kLayerFailed, result.texture + ": " + status.text());
 }
 
 }  // namespace

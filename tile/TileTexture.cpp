@@ -41,7 +41,7 @@ ExistingFile lookAt(const std::string& file) {
   existing.identity = identityAt(file);
   if (!existing.identity.known) return existing;
   PsdDocument document(1, 1);
-  if (!document.load(file.c_str(), &existing.unreadable)) return existing;
+  if (!document.load(file.c_str(), &existing.loaded)) return existing;
   existing.identity = document.identity();
   const PsdLayer* const layer = foreignLayer(document);
   if (layer != nullptr) {
@@ -56,18 +56,17 @@ std::string whyNotReplaced(const std::string& texture, FileIdentity& found) {
   const ExistingFile existing = file == texture ? ExistingFile() : lookAt(file);
   found = existing.identity;
   const bool isPicture = !existing.picture.empty();
-  const std::string& why = isPicture ? existing.picture : existing.unreadable;
+  const std::string& why = isPicture ? existing.picture : existing.loaded.text();
   if (why.empty()) return std::string();
-  return std::string("somebody's ") + (isPicture ? "picture (" : "file (") + why +
-         "), which an export of " + texture +
-         " would replace; rename one of the two, or use the PSD as the texture";
+  return std::string(isPicture ? "picture (" : "file (") + why + "), which an export of " +
+         texture + " would replace; rename one of the two, or use the PSD as the texture";
 }
 
-bool removeGoblins(PsdDocument& document, std::string& reason) {
+Status removeGoblins(PsdDocument& document) {
   document.removeLayersByName(kGoblinLayerName);
-  if (document.findLayer(kGoblinLayerName) < 0) return true;
-  reason = std::string("its bottom layer is named ") + kGoblinLayerName + "; rename that layer";
-  return false;
+  if (document.findLayer(kGoblinLayerName) < 0) return {};
+  return {StatusCode::kUnsupported,
+          std::string("its bottom layer is named ") + kGoblinLayerName + "; rename that layer"};
 }
 
 }  // namespace morvane

@@ -5,6 +5,7 @@
 
 #include "psd/PsdDocument.h"
 #include "util/FileIdentity.h"
+#include "util/Status.h"
 
 // The file that a tile's goblins go into.
 namespace morvane {
@@ -15,21 +16,22 @@ std::string tileFileOf(const std::string& texture);
 
 // What stands at a path where an export would write.
 struct ExistingFile {
-  FileIdentity identity;   // not known when there is none
-  std::string unreadable;  // why it does not load; empty when it does
-  std::string picture;     // what shows that a person painted it; empty: an export may have made it
+  FileIdentity identity;  // not known when there is none
+  Status loaded;          // why it does not load
+  std::string picture;    // what shows that a person painted it; empty: an export may have made it
 };
 ExistingFile lookAt(const std::string& file);
 
 // Why an export must not replace the file that tileFileOf() gives for a texture of another kind: it
-// holds what no export writes, so that it is somebody's picture. Empty when it may, when there is
+// holds what no export writes, so that it is somebody's ("picture (it has the layer "a"), which an
+// export of b.tga would replace; ..."). Empty when it may, when there is
 // none, and for a PSD texture. `found` becomes the identity of the file that was looked at, not
 // known when there is none.
 std::string whyNotReplaced(const std::string& texture, FileIdentity& found);
 
-// Takes earlier goblins out of a texture. False, with the reason, when they could only be added to
-// what others would take for goblins: the bottom layer, which always stays, has their layer's name.
-bool removeGoblins(PsdDocument& document, std::string& reason);
+// Takes earlier goblins out of a texture. kUnsupported when they could only be added to what others
+// would take for goblins: the bottom layer, which always stays, has their layer's name.
+Status removeGoblins(PsdDocument& document);
 
 }  // namespace morvane
 

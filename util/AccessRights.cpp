@@ -15,12 +15,15 @@
 #include <sys/xattr.h>
 #endif
 
+#include "util/SystemStatus.h"
+
 namespace morvane {
 
 namespace {
 
-std::string lastReason(const char* what) {
-  return std::string(what) + ": " + std::generic_category().message(errno);
+Status lastStatus(const char* what) {
+  const Status reason = errnoStatus(errno, StatusCode::kCannotWrite);
+  return {reason.code(), std::string(what) + ": " + reason.text()};
 }
 
 // What a file system says of something that it does not have.
@@ -112,30 +115,30 @@ bool dropList(int file) {
 
 }  // namespace
 
-std::string AccessRights::readFrom(const std::string& path, const struct stat& status) {
+Status AccessRights::readFrom(const std::string& path, const struct stat& status) {
   mode_ = status.st_mode & 0777;
   owner_ = status.st_uid;
   group_ = status.st_gid;
   return readAttributes(path);
 }
 
-std::string AccessRights::giveTo(int file) const {
+Status AccessRights::giveTo(int file) const {
 #ifdef __linux__
   for (const auto& [name, value] : attributes_)
     if (::fsetxattr(file, name.c_str(), value.data(), value.size(), 0) != 0 && !isUnsupported())
-      return lastReason("its extended attributes cannot be kept");
+      return lastStatus("its extended attributes cannot be kept");
 #endif
-  if (!give(file, owner_, group_)) return lastReason("its owner cannot be kept");
+  if (!give(file, owner_, group_)) return lastStatus("its owner cannot be kept");
   struct stat status;
-  if (::fstat(file, &status) != 0) return lastReason("its group cannot be kept");
+  if (::fstat(file, &status) != 0) return lastStatus("its group cannot be kept");
   return permit(file, status.st_gid == group_);
 }
 
 #ifdef __linux__
 
-std::string AccessRights::readAttributes(const std::string& path) {
+Status AccessRights::readAttributes(const std::string& path) {
   if (!readAttribute(path, kAccessList, accessList_) && errno != ENODATA && !isUnsupported())
-    return lastReason("its access list cannot be read");
+    return lastStatus("its access list cannot be read");
   if (accessList_.size() < kVersionSize) accessList_.clear();
   std::string names(kMaxAttribute, '\0');
   const ssize_t size = ::listxattr(path.c_str(), &names[0], names.size());
@@ -147,31 +150,31 @@ std::string AccessRights::readAttributes(const std::string& path) {
     if (name.compare(0, 5, "user.") == 0 && readAttribute(path, name.c_str(), value))
       attributes_.emplace_back(name, value);
   }
-  return std::string();
+  return {};
 }
 
 // A list replaces the permissions: those for the group are its mask, not the group's.
-std::string AccessRights::permit(int file, bool hasGroup) const {
-  if (!dropList(file)) return lastReason("its access list cannot be kept");
+Status AccessRights::permit(int file, bool hasGroup) const {
+  if (!dropList(file)) return lastStatus("its access list cannot be kept");
   const mode_t mode = accessList_.empty() ? mode_ : mode_ & 0707;
   if (!setMode(file, hasGroup ? mode : withoutGroup(mode)))
-    return lastReason("its permissions cannot be kept");
-  if (accessList_.empty()) return std::string();
+    return lastStatus("its permissions cannot be kept");
+  if (accessList_.empty()) return {};
   const std::string list = hasGroup ? accessList_ : listWithoutGroup(accessList_);
   const bool kept = ::fsetxattr(file, kAccessList, list.data(), list.size(), 0) == 0;
-  return kept ? std::string() : lastReason("its access list cannot be kept");
+  return kept ? Status() : lastStatus("its access list cannot be kept");
 }
 
 #else
 
-std::string AccessRights::readAttributes(const std::string&) {
-  return std::string();
+Status AccessRights::readAttributes(const std::string&) {
+  return {};
 }
 
-std::string AccessRights::permit(int file, bool hasGroup) const {
+Status AccessRights::permit(int file, bool hasGroup) const {
   return setMode(file, hasGroup ? mode_ : withoutGroup(mode_))
-             ? std::string()
-             : lastReason("its permissions cannot be kept");
+             ? Status()
+             : lastStatus("its permissions cannot be kept");
 }
 
 #endif

@@ -9,25 +9,25 @@
 #include <utility>
 #include <vector>
 
+#include "util/Status.h"
+
 namespace morvane {
 
 // Who may do what with a file, to be given to the file that takes its place: permissions without
 // the set-id bits, owner, group, POSIX access list, and the extended attributes whose names begin
 // with "user.". What cannot be kept is never replaced by something wider.
-//
-// Operations return the reason of a failure, an empty text when there was none.
 class AccessRights {
  public:
   // `status` is the file's.
-  std::string readFrom(const std::string& path, const struct stat& status);
+  Status readFrom(const std::string& path, const struct stat& status);
 
   // For a file that is the caller's own and open for writing. It keeps nothing of what it inherited
   // from its folder.
-  std::string giveTo(int file) const;
+  Status giveTo(int file) const;
 
  private:
-  std::string readAttributes(const std::string& path);
-  std::string permit(int file, bool hasGroup) const;
+  Status readAttributes(const std::string& path);
+  Status permit(int file, bool hasGroup) const;
 
   mode_t mode_ = 0;
   uid_t owner_ = 0;

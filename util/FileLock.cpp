@@ -30,15 +30,16 @@ bool tryLock(int file) {
 
 }  // namespace
 
-std::string lockFile(int file, int seconds) {
+Status lockFile(int file, int seconds) {
   for (long pauses = long{kPausesInASecond} * seconds;; --pauses) {
-    if (tryLock(file)) return std::string();
+    if (tryLock(file)) return {};
     if (errno == EINTR) continue;
-    if (errno != EAGAIN && errno != EACCES) return std::string();
+    if (errno != EAGAIN && errno != EACCES) return {};
     if (pauses <= 0) break;
     ::nanosleep(&kPause, nullptr);
   }
-  return "another program keeps it locked; waited " + std::to_string(seconds) + " s";
+  return {StatusCode::kCannotWrite,
+          "another program keeps it locked; waited " + std::to_string(seconds) + " s"};
 }
 
 }  // namespace morvane

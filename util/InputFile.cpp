@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <string>
 #include <system_error>
+
+#include "util/SystemStatus.h"
 
 namespace morvane {
 
 namespace {
-
-std::string lastReason() {
-  return std::generic_category().message(errno);
-}
 
 bool seek(std::FILE* file, std::uint64_t place) {
 #ifdef _WIN32
@@ -33,45 +32,39 @@ std::size_t readUpTo(std::FILE* file, std::uint8_t* to, std::size_t size) {
   return got;
 }
 
-bool regularFileSize(const char* path, std::uint64_t& size, std::string& error) {
+Status regularFileSize(const char* path, std::uint64_t& size) {
   std::error_code code;
   const std::filesystem::file_status status = std::filesystem::status(path, code);
-  if (!std::filesystem::is_regular_file(status)) {
-    if (!code) code = std::make_error_code(std::errc::is_a_directory);
-    error = std::filesystem::is_directory(status) || !std::filesystem::exists(status)
-                ? code.message()
-                : "not a regular file";
-    return false;
-  }
+  if (std::filesystem::is_directory(status)) return errnoStatus(EISDIR, StatusCode::kNotAFile);
+  if (!std::filesystem::exists(status)) return systemStatus(code, StatusCode::kCannotRead);
+  if (!std::filesystem::is_regular_file(status))
+    return {StatusCode::kNotAFile, "not a regular file"};
   size = std::filesystem::file_size(path, code);
-  if (code) error = code.message();
-  return !code;
+  return code ? systemStatus(code, StatusCode::kCannotRead) : Status();
 }
 
 }  // namespace
 
-bool InputFile::open(const char* path, std::uint64_t maxSize, std::string& error) {
-  if (!regularFileSize(path, size_, error)) return false;
+Status InputFile::open(const char* path, std::uint64_t maxSize) {
+  const Status found = regularFileSize(path, size_);
+  if (!found.ok()) return found;
   if (size_ > maxSize) {
-    error = "too large: " + std::to_string(size_) + " bytes, at most " + std::to_string(maxSize);
-    return false;
+    return {StatusCode::kTooLarge,
+            "too large: " + std::to_string(size_) + " bytes, at most " + std::to_string(maxSize)};
   }
   file_.reset(std::fopen(path, "rb"));
-  if (!file_) {
-    error = lastReason();
-    return false;
-  }
+  if (!file_) return errnoStatus(errno, StatusCode::kCannotRead);
   identity_ = identityOf(file_.get());
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // straight to where it is wanted
-  return true;
+  return {};
 }
 
-std::size_t InputFile::read(std::uint64_t start, std::uint8_t* to, std::size_t count,
-                            std::string& error) {
+Status InputFile::read(std::uint64_t start, std::uint8_t* to, std::size_t count, std::size_t& got) {
   const std::uint64_t promised = std::min<std::uint64_t>(count, size_ - std::min(start, size_));
-  const std::size_t got = seek(file_.get(), start) ? readUpTo(file_.get(), to, count) : 0;
-  if (got < promised) error = std::ferror(file_.get()) ? lastReason() : "changed while it was read";
-  return got;
+  got = seek(file_.get(), start) ? readUpTo(file_.get(), to, count) : 0;
+  if (got >= promised) return {};
+  if (std::ferror(file_.get())) return errnoStatus(errno, StatusCode::kCannotRead);
+  return {StatusCode::kChanged, "changed while it was read"};
 }
 
 }  // namespace morvane

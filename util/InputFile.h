@@ -5,18 +5,18 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
-#include <string>
 
 #include "util/FileIdentity.h"
+#include "util/Status.h"
 
 namespace morvane {
 
-// A regular file, to be read in parts. Operations that fail say why in `error`, without the path.
+// A regular file, to be read in parts. The text of a failure does not name it.
 class InputFile {
  public:
-  // Fails for a file of more than `maxSize` bytes and for anything that is no regular file: a
-  // folder, or a pipe or device, which could block or never end.
-  bool open(const char* path, std::uint64_t maxSize, std::string& error);
+  // kTooLarge for a file of more than `maxSize` bytes, and kNotAFile for a folder, or for a pipe or
+  // device, which could block or never end.
+  Status open(const char* path, std::uint64_t maxSize);
 
   // In bytes, when it was opened.
   std::uint64_t size() const { return size_; }
@@ -24,9 +24,9 @@ class InputFile {
   // As it was when it was opened, before anything was read.
   const FileIdentity& identity() const { return identity_; }
 
-  // Reads the bytes from `start` on, up to `count` of them; returns how many there are. Fewer than
-  // size() promises is a failure.
-  std::size_t read(std::uint64_t start, std::uint8_t* to, std::size_t count, std::string& error);
+  // Reads the bytes from `start` on, up to `count` of them; `got` becomes how many there are. Fewer
+  // than size() promises is a failure: kChanged, or what the system says.
+  Status read(std::uint64_t start, std::uint8_t* to, std::size_t count, std::size_t& got);
 
  private:
   struct CloseFile {

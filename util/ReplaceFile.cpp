@@ -35,10 +35,10 @@ bool FileReplacer::open(const char* path) {
   path_ = path ? path : "";
   target_.reset(new (std::nothrow) Target);
   buffer_.reset(new (std::nothrow) std::uint8_t[kBufferSize]);
-  if (!target_ || !buffer_) return fail("out of memory");
+  if (!target_ || !buffer_) return fail({StatusCode::kOutOfMemory, "out of memory"});
   target_->settings = settingsOfEnvironment();
-  const std::string reason = target_->open(path_, otherNames_);
-  return reason.empty() || fail(reason);
+  const Status opened = target_->open(path_, otherNames_);
+  return opened.ok() || fail(opened);
 }
 
 bool FileReplacer::append(const void* bytes, std::size_t size) {
@@ -53,8 +53,8 @@ bool FileReplacer::append(const void* bytes, std::size_t size) {
 
 bool FileReplacer::commit() {
   if (!target_ || !flush()) return false;
-  const std::string reason = target_->commit(expects_ ? &read_ : nullptr, written_, foundAnother_);
-  if (!reason.empty()) return fail(reason);
+  const Status committed = target_->commit(expects_ ? &read_ : nullptr, written_);
+  if (!committed.ok()) return fail(committed);
   target_.reset();
   return true;
 }
@@ -67,17 +67,17 @@ bool FileReplacer::flush() {
 
 bool FileReplacer::write(const std::uint8_t* bytes, std::size_t size) {
   while (size != 0) {
-    std::string reason;
-    const std::size_t written = target_->write(bytes, size, reason);
-    if (written == 0) return fail(reason);
+    std::size_t written = 0;
+    const Status taken = target_->write(bytes, size, written);
+    if (!taken.ok()) return fail(taken);
     bytes += written;
     size -= written;
   }
   return true;
 }
 
-bool FileReplacer::fail(const std::string& reason) {
-  error_ = "cannot write " + path_ + ": " + reason;
+bool FileReplacer::fail(const Status& reason) {
+  status_ = {reason.code(), "cannot write " + path_ + ": " + reason.text()};
   target_.reset();  // removes the temporary file
   return false;
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "util/FileIdentity.h"
+#include "util/Status.h"
 
 namespace morvane {
 
@@ -14,12 +15,12 @@ namespace morvane {
 // name holds either the old file or the complete new one:
 //
 //   FileReplacer out;
-//   if (!out.open(path) || !out.append(bytes, size) || !out.commit()) report(out.error());
+//   if (!out.open(path) || !out.append(bytes, size) || !out.commit()) report(out.status());
 //
 // The bytes go to a temporary file in the target's folder, which is flushed to the disk and renamed
 // over the target by commit(). Without a successful commit() the temporary file is removed, at the
 // latest by the destructor, and the target stays as it was; but when only flushing the folder after
-// the rename fails, the target is the new file and error() says so. A symbolic link is followed:
+// the rename fails, the target is the new file and status() says so. A symbolic link is followed:
 // the link stays and the file that it names is replaced. The target's access rights are kept (see
 // util/AccessRights.h); a new file gets the usual ones. Hard links to the old file keep the old
 // content.
@@ -39,10 +40,13 @@ namespace morvane {
 // until all of it has been copied; a process that is killed meanwhile leaves that and a target that
 // is neither old nor new.
 //
-// After the first failure every call returns false and error() keeps the first reason. (The class
+// After the first failure every call returns false and status() keeps the first reason. (The class
 // is not named after the file because a Windows header has a macro of that name.)
 class FileReplacer {
  public:
+  // Of kReadOnly, "Permission denied" being that of a folder that may not be written.
+  static constexpr const char* kReadOnlyReason = "the file is read-only";
+
   FileReplacer();
   ~FileReplacer();
   FileReplacer(const FileReplacer&) = delete;
@@ -70,33 +74,30 @@ class FileReplacer {
   // The new file's identity, after a successful commit().
   const FileIdentity& written() const { return written_; }
 
-  // Whether commit() failed because the target was not the file that was expected.
-  bool foundAnother() const { return foundAnother_; }
-
   // How many other names (hard links) the target has that keep the old content. Good from open()
   // on.
   std::uint64_t otherNames() const { return otherNames_; }
 
-  // "cannot write PATH: REASON" of the first failure; empty when there was none.
-  const std::string& error() const { return error_; }
+  // Of the first failure, whose text is "cannot write PATH: REASON"; a success when there was none.
+  // kChanged: the target is not the file that was expected.
+  const Status& status() const { return status_; }
 
  private:
   struct Target;  // the platform's handles of the folder and the temporary file
 
   bool flush();
   bool write(const std::uint8_t* bytes, std::size_t size);
-  bool fail(const std::string& reason);
+  bool fail(const Status& reason);
 
   std::unique_ptr<Target> target_;
   std::unique_ptr<std::uint8_t[]> buffer_;
   std::size_t buffered_ = 0;
   bool expects_ = false;
-  bool foundAnother_ = false;
   std::uint64_t otherNames_ = 0;
   FileIdentity read_;
   FileIdentity written_;
   std::string path_;
-  std::string error_;
+  Status status_;
 };
 
 }  // namespace morvane

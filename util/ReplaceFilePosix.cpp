@@ -12,11 +12,11 @@
 #include <cstring>
 #include <memory>
 #include <new>
-#include <system_error>
 #include <utility>
 
 #include "util/FileLock.h"
 #include "util/ReplaceFileTarget.h"
+#include "util/SystemStatus.h"
 
 namespace morvane {
 
@@ -30,11 +30,15 @@ constexpr std::size_t kCopySize = std::size_t{1} << 20;
 constexpr char kCopySuffix[] = ".morvane-copy";
 constexpr time_t kAbandonedSeconds = 24 * 60 * 60;
 
-std::string reasonOf(int error) {
-  return std::generic_category().message(error);
+Status statusOf(int error) {
+  return errnoStatus(error, StatusCode::kCannotWrite);
 }
-std::string lastReason() {
-  return reasonOf(errno);
+Status lastStatus() {
+  return statusOf(errno);
+}
+
+Status readOnly() {
+  return {StatusCode::kReadOnly, FileReplacer::kReadOnlyReason};
 }
 
 // Repeats a system call that a signal interrupted.
@@ -138,49 +142,50 @@ FileReplacer::Target::~Target() {
   if (folder_ >= 0) ::close(folder_);
 }
 
-std::string FileReplacer::Target::open(const std::string& path, std::uint64_t& otherNames) {
-  if (path.empty()) return reasonOf(ENOENT);
-  std::string reason = openFolder(path);
-  if (reason.empty()) reason = inspectTarget(otherNames);
-  if (reason.empty()) reason = createTemporary();
-  if (reason.empty()) removeAbandoned();
-  return reason;
+Status FileReplacer::Target::open(const std::string& path, std::uint64_t& otherNames) {
+  if (path.empty()) return statusOf(ENOENT);
+  Status status = openFolder(path);
+  if (status.ok()) status = inspectTarget(otherNames);
+  if (status.ok()) status = createTemporary();
+  if (status.ok()) removeAbandoned();
+  return status;
 }
 
 // The folder is opened before anything is written, so that a rename can always be flushed.
-std::string FileReplacer::Target::openFolder(std::string path) {
+Status FileReplacer::Target::openFolder(std::string path) {
   std::string text = linkText(path);
   for (int links = 0; !text.empty(); text = linkText(path)) {
-    if (++links > kMaxLinks) return reasonOf(ELOOP);
+    if (++links > kMaxLinks) return statusOf(ELOOP);
     path = text[0] == '/' ? text : path.substr(0, nameStart(path)) + text;
   }
   targetPath_ = path;
   targetName_ = path.substr(nameStart(path));
-  if (targetName_.empty()) return reasonOf(EISDIR);
+  if (targetName_.empty()) return statusOf(EISDIR);
   const std::string folder = path.substr(0, nameStart(path));
   folder_ = retried([&] {
     return ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   });
-  return folder_ >= 0 ? std::string() : lastReason();
+  return folder_ >= 0 ? Status() : lastStatus();
 }
 
 // A rename needs no permission for the file that it replaces. One that its owner has made read-only
 // must not be replaced all the same, so its write permission is asked for here as opening it would;
 // for root, who may open anything, a file without any write permission counts as read-only.
-std::string FileReplacer::Target::inspectTarget(std::uint64_t& otherNames) {
+Status FileReplacer::Target::inspectTarget(std::uint64_t& otherNames) {
   struct stat status;
   if (::fstatat(folder_, targetName_.c_str(), &status, 0) != 0)
-    return errno == ENOENT ? std::string() : lastReason();
-  if (S_ISDIR(status.st_mode)) return reasonOf(EISDIR);
-  if (!S_ISREG(status.st_mode)) return "not a regular file";
-  if ((status.st_mode & 0222) == 0) return reasonOf(EACCES);
-  if (::faccessat(folder_, targetName_.c_str(), W_OK, AT_EACCESS) != 0) return lastReason();
+    return errno == ENOENT ? Status() : lastStatus();
+  if (S_ISDIR(status.st_mode)) return statusOf(EISDIR);
+  if (!S_ISREG(status.st_mode)) return {StatusCode::kNotAFile, "not a regular file"};
+  if ((status.st_mode & 0222) == 0) return readOnly();
+  if (::faccessat(folder_, targetName_.c_str(), W_OK, AT_EACCESS) != 0)
+    return errno == EACCES ? readOnly() : lastStatus();
   exists_ = true;
   otherNames = settings.inPlace ? 0 : status.st_nlink - 1;
   return rights_.readFrom(targetPath_, status);
 }
 
-std::string FileReplacer::Target::createTemporary() {
+Status FileReplacer::Target::createTemporary() {
   static std::atomic<unsigned> counter{0};
   for (int attempt = 0; attempt < kMaxNames; ++attempt) {
     char name[kNameSize];
@@ -192,11 +197,11 @@ std::string FileReplacer::Target::createTemporary() {
     });
     if (file_ >= 0) {
       temporaryName_ = name;
-      return std::string();
+      return {};
     }
     if (errno != EEXIST) break;
   }
-  return lastReason();
+  return lastStatus();
 }
 
 // Ages are taken from the folder's own clock, which need not be this machine's. Should a file go
@@ -222,82 +227,77 @@ void FileReplacer::Target::removeAbandoned() {
   ::closedir(entries);
 }
 
-std::size_t FileReplacer::Target::write(const std::uint8_t* bytes, std::size_t size,
-                                        std::string& reason) {
-  const ssize_t written = retried([&] { return ::write(file_, bytes, std::min(size, kMaxWrite)); });
-  if (written > 0) return static_cast<std::size_t>(written);
-  reason = written < 0 ? lastReason() : reasonOf(EIO);
-  return 0;
+Status FileReplacer::Target::write(const std::uint8_t* bytes, std::size_t size,
+                                   std::size_t& written) {
+  const ssize_t count = retried([&] { return ::write(file_, bytes, std::min(size, kMaxWrite)); });
+  if (count <= 0) return count < 0 ? lastStatus() : statusOf(EIO);
+  written = static_cast<std::size_t>(count);
+  return {};
 }
 
-std::string FileReplacer::Target::finishTemporary(FileIdentity& written) {
+Status FileReplacer::Target::finishTemporary(FileIdentity& written) {
   if (exists_ && !settings.inPlace) {
-    const std::string reason = rights_.giveTo(file_);
-    if (!reason.empty()) return reason;
+    const Status given = rights_.giveTo(file_);
+    if (!given.ok()) return given;
   }
-  if (!flushed(file_)) return lastReason();
+  if (!flushed(file_)) return lastStatus();
   const int descriptor = file_;
   file_ = -1;  // whatever close() says, the descriptor is gone
-  if (::close(descriptor) != 0 && errno != EINTR) return lastReason();
+  if (::close(descriptor) != 0 && errno != EINTR) return lastStatus();
   written = temporaryIdentity();
-  return std::string();
+  return {};
 }
 
 // Whoever is about to replace the file holds its lock, so that one who waited for that finds
 // another file under the name.
-std::string FileReplacer::Target::lockTarget() {
+Status FileReplacer::Target::lockTarget() {
   target_ = retried([&] {
     return ::openat(folder_, targetName_.c_str(),
                     O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   });
-  if (target_ < 0) return errno == ENOENT ? std::string() : lastReason();
+  if (target_ < 0) return errno == ENOENT ? Status() : lastStatus();
   return lockFile(target_, settings.waitSeconds);
 }
 
-std::string FileReplacer::Target::commit(const FileIdentity* expected, FileIdentity& written,
-                                         bool& foundAnother) {
-  std::string reason = finishTemporary(written);
-  if (reason.empty()) reason = lockTarget();
-  if (!reason.empty()) return reason;
+Status FileReplacer::Target::commit(const FileIdentity* expected, FileIdentity& written) {
+  Status status = finishTemporary(written);
+  if (status.ok()) status = lockTarget();
+  if (!status.ok()) return status;
   if (expected != nullptr) {
     const FileIdentity now = identityAt(targetPath_);
-    foundAnother = expected->known ? !isSameFile(*expected, now) : now.known;
-    if (foundAnother) return kFoundAnother;
+    if (expected->known ? !isSameFile(*expected, now) : now.known) return foundAnother();
   }
   if (settings.inPlace && target_ >= 0) return writeInPlace(written);
   if (expected == nullptr)
-    reason = renameOver();
+    status = renameOver();
   else if (expected->known)
-    reason = exchange(*expected, written, foundAnother);
+    status = exchange(*expected, written);
   else
-    reason = renameToTarget(foundAnother);
-  if (!reason.empty()) return reason;
-  if (!flushed(folder_))
-    return "the new file is there, but its folder is not flushed: " + lastReason();
-  return std::string();
+    status = renameToTarget();
+  if (!status.ok() || flushed(folder_)) return status;
+  status = lastStatus();
+  return {status.code(), "the new file is there, but its folder is not flushed: " + status.text()};
 }
 
 // The files change names, and what had the target's is looked at before it goes: should others have
 // saved between the comparison and here, they get the name back. File systems that cannot exchange
 // names leave them that moment.
-std::string FileReplacer::Target::exchange(const FileIdentity& expected,
-                                           const FileIdentity& written, bool& foundAnother) {
+Status FileReplacer::Target::exchange(const FileIdentity& expected, const FileIdentity& written) {
 #ifdef RENAME_EXCHANGE
   if (exchangeNames(folder_, temporaryName_.c_str(), targetName_.c_str()) != 0)
-    return isUnsupported() ? renameOver() : lastReason();
-  foundAnother = !isSameFile(expected, temporaryIdentity());
-  if (!foundAnother) return std::string();
+    return isUnsupported() ? renameOver() : lastStatus();
+  if (isSameFile(expected, temporaryIdentity())) return {};
   bool isBack = exchangeNames(folder_, temporaryName_.c_str(), targetName_.c_str()) == 0;
   if (isBack && !isSameFile(written, temporaryIdentity()))  // saved again meanwhile
     isBack = exchangeNames(folder_, temporaryName_.c_str(), targetName_.c_str()) == 0;
-  if (isBack) return kFoundAnother;
-  const std::string reason = lastReason();
+  if (isBack) return foundAnother();
   const std::string kept = std::exchange(temporaryName_, std::string());
-  return reason + "; " + kept + " has what somebody else wrote meanwhile: give it the file's name";
+  return {StatusCode::kCannotWrite,
+          lastStatus().text() + "; " + kept +
+              " has what somebody else wrote meanwhile: give it the file's name"};
 #else
   static_cast<void>(expected);
   static_cast<void>(written);
-  static_cast<void>(foundAnother);
   return renameOver();
 #endif
 }
@@ -306,43 +306,41 @@ FileIdentity FileReplacer::Target::temporaryIdentity() const {
   return identityAt(targetPath_.substr(0, nameStart(targetPath_)) + temporaryName_);
 }
 
-std::string FileReplacer::Target::renameOver() {
+Status FileReplacer::Target::renameOver() {
   const auto rename = [&] {
     return ::renameat(folder_, temporaryName_.c_str(), folder_, targetName_.c_str());
   };
-  if (retried(rename) != 0) return lastReason();
+  if (retried(rename) != 0) return lastStatus();
   temporaryName_.clear();
-  return std::string();
+  return {};
 }
 
-std::string FileReplacer::Target::renameToTarget(bool& foundAnother) {
-  if (renameToFree(folder_, temporaryName_.c_str(), targetName_.c_str()) != 0) {
-    foundAnother = errno == EEXIST;
-    return foundAnother ? kFoundAnother : lastReason();
-  }
+Status FileReplacer::Target::renameToTarget() {
+  if (renameToFree(folder_, temporaryName_.c_str(), targetName_.c_str()) != 0)
+    return errno == EEXIST ? foundAnother() : lastStatus();
   temporaryName_.clear();
-  return std::string();
+  return {};
 }
 
 // The new content gets a name that nobody clears away before it is needed no more.
-std::string FileReplacer::Target::writeInPlace(FileIdentity& written) {
+Status FileReplacer::Target::writeInPlace(FileIdentity& written) {
   const std::string copy = targetName_ + kCopySuffix;
   if (renameToFree(folder_, temporaryName_.c_str(), copy.c_str()) != 0) {
-    return errno == EEXIST ? copy +
-                                 " is there: what a save in place wanted to write before it was "
-                                 "cut off; use it or remove it"
-                           : lastReason();
+    if (errno != EEXIST) return lastStatus();
+    return {StatusCode::kCannotWrite, copy +
+                                          " is there: what a save in place wanted to write before "
+                                          "it was cut off; use it or remove it"};
   }
   temporaryName_.clear();
   const int source =
       retried([&] { return ::openat(folder_, copy.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC); });
   const bool isWritten = flushed(folder_) && source >= 0 && copyWhole(source, target_);
-  const std::string reason = isWritten ? std::string() : lastReason();
+  const Status status = isWritten ? Status() : lastStatus();
   if (source >= 0) ::close(source);
-  if (!isWritten) return reason + "; the whole new content is in " + copy;
+  if (!isWritten) return {status.code(), status.text() + "; the whole new content is in " + copy};
   written = identityAt(targetPath_);
   ::unlinkat(folder_, copy.c_str(), 0);
-  return std::string();
+  return {};
 }
 
 }  // namespace morvane

@@ -11,7 +11,9 @@
 
 namespace morvane {
 
-inline constexpr const char* kFoundAnother = "changed since it was read; try again";
+inline Status foundAnother() {
+  return {StatusCode::kChanged, "changed since it was read; try again"};
+}
 
 // See FileReplacer.
 struct SaveSettings {
@@ -20,9 +22,8 @@ struct SaveSettings {
 };
 
 // What a platform does differently about replacing a file; ReplaceFilePosix.cpp and
-// ReplaceFileWindows.cpp each define it whole. Operations return the reason of a failure, an empty
-// text when there was none. Destruction removes what has the temporary file's name: that file
-// unless commit() renamed it, or the one that it took the place of.
+// ReplaceFileWindows.cpp each define it whole. Destruction removes what has the temporary file's
+// name: that file unless commit() renamed it, or the one that it took the place of.
 struct FileReplacer::Target {
   Target() = default;
   ~Target();
@@ -30,38 +31,37 @@ struct FileReplacer::Target {
   Target& operator=(const Target&) = delete;
 
   // Finds the file to replace and creates the temporary file beside it.
-  std::string open(const std::string& path, std::uint64_t& otherNames);
+  Status open(const std::string& path, std::uint64_t& otherNames);
 
-  // Returns how many bytes were written, at least 1; 0 with a reason on failure.
-  std::size_t write(const std::uint8_t* bytes, std::size_t size, std::string& reason);
+  // `written` becomes how many bytes were written, at least 1.
+  Status write(const std::uint8_t* bytes, std::size_t size, std::size_t& written);
 
-  // With `expected`, refuses a target that is another file by now: `foundAnother` is then true.
-  // `written` becomes the new file's identity.
-  std::string commit(const FileIdentity* expected, FileIdentity& written, bool& foundAnother);
+  // With `expected`, refuses a target that is another file by now: kChanged. `written` becomes the
+  // new file's identity.
+  Status commit(const FileIdentity* expected, FileIdentity& written);
 
   SaveSettings settings;
 
  private:
-  std::string createTemporary();
+  Status createTemporary();
   void removeAbandoned();  // what runs that were killed left in the folder, a day ago or earlier
 
 #ifdef _WIN32
-  std::string writeInPlace(FileIdentity& written);
+  Status writeInPlace(FileIdentity& written);
 
   void* file_ = nullptr;
   std::string targetPath_;
   std::string temporaryPath_;
 #else
-  std::string openFolder(std::string path);
-  std::string inspectTarget(std::uint64_t& otherNames);
-  std::string finishTemporary(FileIdentity& written);
-  std::string lockTarget();
+  Status openFolder(std::string path);
+  Status inspectTarget(std::uint64_t& otherNames);
+  Status finishTemporary(FileIdentity& written);
+  Status lockTarget();
   FileIdentity temporaryIdentity() const;
-  std::string exchange(const FileIdentity& expected, const FileIdentity& written,
-                       bool& foundAnother);
-  std::string renameOver();
-  std::string renameToTarget(bool& foundAnother);  // where there is none
-  std::string writeInPlace(FileIdentity& written);
+  Status exchange(const FileIdentity& expected, const FileIdentity& written);
+  Status renameOver();
+  Status renameToTarget();  // where there is none
+  Status writeInPlace(FileIdentity& written);
 
   int folder_ = -1;
   int file_ = -1;

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "util/ReplaceFileTarget.h"
+#include "util/SystemStatus.h"
 
 namespace morvane {
 
@@ -17,8 +18,9 @@ constexpr int kMaxNames = 1000;
 constexpr std::size_t kMaxWrite = std::size_t{1} << 30;
 constexpr std::uint64_t kAbandonedTicks = std::uint64_t{24} * 60 * 60 * 10'000'000;
 
-std::string lastReason() {
-  return std::system_category().message(static_cast<int>(GetLastError()));
+Status lastStatus() {
+  return systemStatus(std::error_code(static_cast<int>(GetLastError()), std::system_category()),
+                      StatusCode::kCannotWrite);
 }
 
 // The file that a symbolic link names; the path itself when it is none or cannot be followed.
@@ -53,22 +55,23 @@ FileReplacer::Target::~Target() {
   if (!temporaryPath_.empty()) DeleteFileA(temporaryPath_.c_str());
 }
 
-std::string FileReplacer::Target::open(const std::string& path, std::uint64_t& otherNames) {
+Status FileReplacer::Target::open(const std::string& path, std::uint64_t& otherNames) {
   const DWORD link = GetFileAttributesA(path.c_str());
   const bool isLink = link != INVALID_FILE_ATTRIBUTES && (link & FILE_ATTRIBUTE_REPARSE_POINT);
   targetPath_ = isLink ? resolved(path) : path;
   const DWORD attributes = GetFileAttributesA(targetPath_.c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES) {
-    if (attributes & FILE_ATTRIBUTE_DIRECTORY) return "Is a directory";
-    if (attributes & FILE_ATTRIBUTE_READONLY) return "Permission denied";
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) return {StatusCode::kNotAFile, "Is a directory"};
+    if (attributes & FILE_ATTRIBUTE_READONLY)
+      return {StatusCode::kReadOnly, FileReplacer::kReadOnlyReason};
     otherNames = settings.inPlace ? 0 : otherNamesOf(targetPath_);
   }
-  const std::string reason = createTemporary();
-  if (reason.empty()) removeAbandoned();
-  return reason;
+  Status status = createTemporary();
+  if (status.ok()) removeAbandoned();
+  return status;
 }
 
-std::string FileReplacer::Target::createTemporary() {
+Status FileReplacer::Target::createTemporary() {
   static std::atomic<unsigned> counter{0};
   const std::string folder = targetPath_.substr(0, targetPath_.find_last_of("/\\:") + 1);
   for (int attempt = 0; attempt < kMaxNames; ++attempt) {
@@ -80,11 +83,11 @@ std::string FileReplacer::Target::createTemporary() {
     if (file != INVALID_HANDLE_VALUE) {
       file_ = file;
       temporaryPath_ = path;
-      return std::string();
+      return {};
     }
     if (GetLastError() != ERROR_FILE_EXISTS) break;
   }
-  return lastReason();
+  return lastStatus();
 }
 
 // Ages are taken from the folder's own clock, which need not be this machine's. A file that
@@ -103,54 +106,54 @@ void FileReplacer::Target::removeAbandoned() {
   FindClose(search);
 }
 
-std::size_t FileReplacer::Target::write(const std::uint8_t* bytes, std::size_t size,
-                                        std::string& reason) {
-  DWORD written = 0;
+Status FileReplacer::Target::write(const std::uint8_t* bytes, std::size_t size,
+                                   std::size_t& written) {
+  DWORD count = 0;
   const DWORD wanted = static_cast<DWORD>(std::min(size, kMaxWrite));
-  if (WriteFile(file_, bytes, wanted, &written, nullptr) && written > 0) return written;
-  reason = lastReason();
-  return 0;
+  if (!WriteFile(file_, bytes, wanted, &count, nullptr) || count == 0) return lastStatus();
+  written = count;
+  return {};
 }
 
 // ReplaceFile keeps the attributes and access rights of the file that is replaced; a file that does
 // not exist yet is moved into place instead, which fails where one is by then. CopyFile writes into
 // a file that is there.
-std::string FileReplacer::Target::commit(const FileIdentity* expected, FileIdentity& written,
-                                         bool& foundAnother) {
-  if (!FlushFileBuffers(file_)) return lastReason();
+Status FileReplacer::Target::commit(const FileIdentity* expected, FileIdentity& written) {
+  if (!FlushFileBuffers(file_)) return lastStatus();
   const HANDLE file = file_;
   file_ = nullptr;
-  if (!CloseHandle(file)) return lastReason();
+  if (!CloseHandle(file)) return lastStatus();
   const FileIdentity now = identityAt(targetPath_);
-  foundAnother = expected != nullptr && (expected->known ? !isSameFile(*expected, now) : now.known);
-  if (foundAnother) return kFoundAnother;
+  if (expected != nullptr && (expected->known ? !isSameFile(*expected, now) : now.known))
+    return foundAnother();
   const bool exists = GetFileAttributesA(targetPath_.c_str()) != INVALID_FILE_ATTRIBUTES;
   if (exists && settings.inPlace) return writeInPlace(written);
   const BOOL moved =
       exists ? ReplaceFileA(targetPath_.c_str(), temporaryPath_.c_str(), nullptr,
                             REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
              : MoveFileExA(temporaryPath_.c_str(), targetPath_.c_str(), MOVEFILE_WRITE_THROUGH);
-  if (!moved) return lastReason();
+  if (!moved) return lastStatus();
   temporaryPath_.clear();
   written = identityAt(targetPath_);
-  return std::string();
+  return {};
 }
 
-std::string FileReplacer::Target::writeInPlace(FileIdentity& written) {
+Status FileReplacer::Target::writeInPlace(FileIdentity& written) {
   const std::string copy = targetPath_ + ".morvane-copy";
   if (!MoveFileExA(temporaryPath_.c_str(), copy.c_str(), MOVEFILE_WRITE_THROUGH)) {
-    return GetLastError() == ERROR_ALREADY_EXISTS
-               ? copy +
-                     " is there: what a save in place wanted to write before it was cut off; "
-                     "use it or remove it"
-               : lastReason();
+    if (GetLastError() != ERROR_ALREADY_EXISTS) return lastStatus();
+    return {StatusCode::kCannotWrite, copy +
+                                          " is there: what a save in place wanted to write before "
+                                          "it was cut off; use it or remove it"};
   }
   temporaryPath_.clear();
-  if (!CopyFileA(copy.c_str(), targetPath_.c_str(), FALSE))
-    return lastReason() + "; the whole new content is in " + copy;
+  if (!CopyFileA(copy.c_str(), targetPath_.c_str(), FALSE)) {
+    const Status status = lastStatus();
+    return {status.code(), status.text() + "; the whole new content is in " + copy};
+  }
   written = identityAt(targetPath_);
   DeleteFileA(copy.c_str());
-  return std::string();
+  return {};
 }
 
 }  // namespace morvane

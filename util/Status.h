@@ -8,12 +8,18 @@ namespace morvane {
 
 enum class StatusCode {
   kOk,
-  kNotFound,     // no file, layer or goblin of that name
-  kNotAllowed,   // the caller may not read or write the file
+  kNotFound,     // no file, folder, layer or goblin of that name
+  kNotAllowed,   // the caller may not read or write the file, or write into its folder
+  kReadOnly,     // the file that is to be replaced is there, and read-only
+  kNotAFile,     // a folder, a pipe or a device
   kBadArgument,  // the caller's own values cannot be used
+  kOtherKind,    // the content is of another kind than the name says
   kDamaged,      // the data breaks its format
   kUnsupported,  // the data is sound, but of a kind that is not handled
+  kTooLarge,     // more bytes than the format or the system takes
   kNoRoom,       // the image has too few pixels for the data
+  kNoSpace,      // the disk, or the caller's share of it, is full
+  kChanged,      // somebody else writes the file, or has written it since it was read
   kOutOfMemory,
   kCannotRead,   // any other reason why a file is not read
   kCannotWrite,  // any other reason why a file is not written
@@ -34,6 +40,13 @@ class [[nodiscard]] Status {
   StatusCode code_ = StatusCode::kOk;
   std::string text_;
 };
+
+// Hands the status to a caller who asked for it. True for a success.
+inline bool reportTo(Status* caller, Status status) {
+  const bool ok = status.ok();
+  if (caller != nullptr) *caller = std::move(status);
+  return ok;
+}
 
 }  // namespace morvane
 

@@ -1,36 +1,38 @@
 #include "util/WholeFile.h"
 
 #include <new>
+#include <string>
+#include <utility>
 
 #include "util/InputFile.h"
 #include "util/LargePages.h"
 
 namespace morvane {
 
-bool readWholeFile(const char* path, std::uint64_t maxSize, std::unique_ptr<std::uint8_t[]>& bytes,
-                   std::size_t& size, std::string& error, FileIdentity* identity) {
+Status readWholeFile(const char* path, std::uint64_t maxSize,
+                     std::unique_ptr<std::uint8_t[]>& bytes, std::size_t& size,
+                     FileIdentity* identity) {
   InputFile file;
-  if (!file.open(path, maxSize, error)) return false;
+  const Status opened = file.open(path, maxSize);
+  if (!opened.ok()) return opened;
   // One byte more than expected tells a file that has grown.
   const auto room = static_cast<std::size_t>(file.size()) + 1;
   std::unique_ptr<std::uint8_t[]> buffer(new (std::nothrow) std::uint8_t[room]);
   if (!buffer) {
-    error = "out of memory for " + std::to_string(file.size()) + " bytes";
-    return false;
+    return {StatusCode::kOutOfMemory,
+            "out of memory for " + std::to_string(file.size()) + " bytes"};
   }
   askForLargePages(buffer.get(), room);
   // Files of the system's own say that they are empty, and some wait for ever for what they have to
   // tell: what is empty is not read.
-  const std::size_t got = file.size() == 0 ? 0 : file.read(0, buffer.get(), room, error);
-  if (got < file.size()) return false;
-  if (got > file.size()) {
-    error = "changed while it was read";
-    return false;
-  }
+  std::size_t got = 0;
+  const Status taken = file.size() == 0 ? Status() : file.read(0, buffer.get(), room, got);
+  if (!taken.ok()) return taken;
+  if (got > file.size()) return {StatusCode::kChanged, "changed while it was read"};
   bytes = std::move(buffer);
   size = got;
   if (identity != nullptr) *identity = file.identity();
-  return true;
+  return {};
 }
 
 }  // namespace morvane

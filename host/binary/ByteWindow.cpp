@@ -10,11 +10,11 @@ constexpr std::size_t kBlock = std::size_t{256} << 10;
 
 }  // namespace
 
-bool ByteWindow::open(const std::string& path, std::string& error) {
+morvane::Status ByteWindow::open(const std::string& path) {
   begin_ = 0;
   held_ = 0;
-  error_.clear();
-  return file_.open(path.c_str(), UINT64_MAX, error);
+  status_ = {};
+  return file_.open(path.c_str(), UINT64_MAX);
 }
 
 const std::uint8_t* ByteWindow::at(std::uint64_t start, std::size_t count) {
@@ -34,12 +34,12 @@ bool ByteWindow::fill(std::uint64_t start, std::size_t count) {
   }
   held_ = 0;
   if (buffer_ == nullptr) {
-    error_ = "out of memory";
+    status_ = {morvane::StatusCode::kOutOfMemory, "out of memory"};
     return false;
   }
   const auto available = std::min<std::uint64_t>(wanted, size() - start);
   begin_ = start;
-  held_ = file_.read(start, buffer_.get(), static_cast<std::size_t>(available), error_);
+  status_ = file_.read(start, buffer_.get(), static_cast<std::size_t>(available), held_);
   return !failed();
 }
 

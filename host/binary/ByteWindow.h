@@ -7,6 +7,7 @@
 #include <string>
 
 #include "util/InputFile.h"
+#include "util/Status.h"
 
 namespace host {
 
@@ -14,15 +15,16 @@ namespace host {
 // as was asked for at once.
 class ByteWindow {
  public:
-  // False with the reason in `error`, without the path.
-  bool open(const std::string& path, std::string& error);
+  // The text of a failure does not name the file.
+  morvane::Status open(const std::string& path);
 
   std::uint64_t size() const { return file_.size(); }
 
   // The `count` bytes from `start` on, good until the next call. Null when the file does not have
   // them all, and when it cannot be read: then `failed` is true from there on.
   const std::uint8_t* at(std::uint64_t start, std::size_t count);
-  bool failed() const { return !error_.empty(); }
+  bool failed() const { return !status_.ok(); }
+  const morvane::Status& status() const { return status_; }
 
  private:
   bool fill(std::uint64_t start, std::size_t count);
@@ -32,7 +34,7 @@ class ByteWindow {
   std::size_t capacity_ = 0;
   std::uint64_t begin_ = 0;  // in the file, of what the buffer holds
   std::size_t held_ = 0;
-  std::string error_;
+  morvane::Status status_;
 };
 
 }  // namespace host

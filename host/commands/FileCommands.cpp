@@ -17,22 +17,22 @@ CommandResult query(const Arguments& arguments) {
   return CommandResult::failure("file: -query gives -sceneName, -shortName or -expandName");
 }
 
-CommandResult finish(bool ok, const std::string& path, const std::string& error) {
-  return ok ? CommandResult::success(path) : CommandResult::failure("file: " + error);
+CommandResult finish(const morvane::Status& status, const std::string& path) {
+  return status.ok() ? CommandResult::success(path)
+                     : CommandResult::failure("file: " + status.text());
 }
 
 CommandResult file(const Arguments& arguments, CommandContext& context) {
   if (context.inSceneFile)
     return CommandResult::failure("a scene file may not read or write files");
   if (arguments.query()) return query(arguments);
-  std::string error;
   if (arguments.has("new")) {
     startNewScene();
     return CommandResult::success("untitled");
   }
   if (arguments.has("s")) {
-    const bool ok = saveFile(error);
-    return finish(ok, Scene::current().fileName, error);
+    const morvane::Status saved = saveFile();
+    return finish(saved, Scene::current().fileName);
   }
   if (arguments.has("rn")) {
     Scene::current().fileName = resolvedPath(arguments.text("rn"), context.folder);
@@ -45,10 +45,10 @@ CommandResult file(const Arguments& arguments, CommandContext& context) {
   request.type = arguments.text("typ");
   request.options = arguments.text("op");
   request.nameSpace = arguments.text("ns");
-  if (arguments.has("o")) return finish(openFile(request, error), request.path, error);
-  if (arguments.has("i")) return finish(importFile(request, error), request.path, error);
+  if (arguments.has("o")) return finish(openFile(request), request.path);
+  if (arguments.has("i")) return finish(importFile(request), request.path);
   if (arguments.has("es") || arguments.has("ea"))
-    return finish(exportFile(request, arguments.has("es"), error), request.path, error);
+    return finish(exportFile(request, arguments.has("es")), request.path);
   return CommandResult::failure(
       "file: needs -open, -import, -exportSelected, -exportAll, -save, -rename or -newFile");
 }

@@ -123,11 +123,9 @@ BinaryReader::BinaryReader(mel::CommandContext& context, Note note, RunFile runF
       takeEdits_(std::move(takeEdits)),
       framesPerSecond_(kDefaultFrames) {}
 
-bool BinaryReader::read(const std::string& path, std::string& error) {
-  if (!bytes_.open(path, error)) {
-    error = "cannot read " + path + ": " + error;
-    return false;
-  }
+morvane::Status BinaryReader::read(const std::string& path) {
+  const morvane::Status opened = bytes_.open(path);
+  if (!opened.ok()) return {opened.code(), "cannot read " + path + ": " + opened.text()};
   // Numbers are centimetres and radians, whatever units the file was edited in.
   currentUnits() = SceneUnits();
   currentUnits().angle = kDegreesInRadian;
@@ -137,11 +135,8 @@ bool BinaryReader::read(const std::string& path, std::string& error) {
     step(chunks, next);
   isCut_ = chunks.isCut();
   place_ = isCut_ ? bytes_.size() : place_;
-  if (bytes_.failed()) {
-    error = "cannot read all of " + path;
-    return false;
-  }
-  return true;
+  if (bytes_.failed()) return {bytes_.status().code(), "cannot read all of " + path};
+  return {};
 }
 
 void BinaryReader::step(Chunks& chunks, Chunks::Step step) {

@@ -33,8 +33,8 @@ class BinaryReader {
   // references.
   BinaryReader(mel::CommandContext& context, Note note, RunFile runFile, TakeEdits takeEdits);
 
-  // False, with the reason in `error`, when the file cannot be read.
-  bool read(const std::string& path, std::string& error);
+  // Fails when the file cannot be read, which the text names.
+  morvane::Status read(const std::string& path);
 
   bool isCut() const { return isCut_; }  // the file ended too early
   // Where what is being read now begins in the file.

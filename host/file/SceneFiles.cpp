@@ -18,11 +18,14 @@
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
 #include "host/text/NearestName.h"
+#include "util/SystemStatus.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
+using morvane::Status;
+using morvane::StatusCode;
 
 constexpr char kSceneType[] = "mayaAscii";
 constexpr char kBinaryType[] = "mayaBinary";
@@ -79,23 +82,28 @@ std::string likelyMeant(const fs::path& path) {
 
 // Whether there is a file that can be read to its end. Files that are none, such as the system's
 // own that say they are empty and wait for what they have to tell, are no scenes or images either.
-bool exists(const std::string& path, std::string& error) {
+Status checkReadable(const std::string& path) {
   std::error_code failed;
   const fs::path file = fs::u8path(path);
   const fs::file_type type = fs::status(file, failed).type();
   if (type == fs::file_type::not_found)
-    error = "no file named " + path + likelyMeant(file);
-  else if (type == fs::file_type::directory)
-    error = path + " is a folder; name a file in it";
-  else if (failed)
-    error = "cannot read " + path + ": " + failed.message() + "; check the file and its folders";
-  else if (type != fs::file_type::regular)
-    error = path + " is no file that can be read to its end; name a file";
-  else if (fs::file_size(file, failed) == 0)
-    error = path + " is empty; fetch it again, or save it again where it was made";
-  else
-    return true;
-  return false;
+    return {StatusCode::kNotFound, "no file named " + path + likelyMeant(file)};
+  if (type == fs::file_type::directory)
+    return {StatusCode::kNotAFile, path + " is a folder; name a file in it"};
+  if (failed) {
+    const Status reason = morvane::systemStatus(failed, StatusCode::kCannotRead);
+    return {reason.code(),
+            "cannot read " + path + ": " + reason.text() + "; check the file and its folders"};
+  }
+  if (type != fs::file_type::regular) {
+    return {StatusCode::kNotAFile,
+            path + " is not a file that can be read to its end; name a file"};
+  }
+  if (fs::file_size(file, failed) == 0) {
+    return {StatusCode::kDamaged,
+            path + " is empty; fetch it again, or save it again where it was made"};
+  }
+  return {};
 }
 
 // Either may be named for a scene of either kind: its first bytes tell how it is read.
@@ -103,20 +111,22 @@ bool isSceneType(const std::string& type) {
   return type == kSceneType || type == kBinaryType;
 }
 
-// The type that the request names or the file is; false when it is none that is known.
-bool settleType(FileRequest& request, std::string& error) {
+// The type that the request names or the file is; fails when it is none that is known.
+Status settleType(FileRequest& request) {
   if (request.type.empty()) {
     request.type = identifyFile(request.path);
-    error = request.path + " is neither a Maya scene nor of a type that a loaded plug-in knows";
-    return !request.type.empty();
+    if (!request.type.empty()) return {};
+    return {StatusCode::kUnsupported,
+            request.path + " is neither a Maya scene nor of a type that a loaded plug-in knows"};
   }
-  error = "unknown file type '" + request.type + "'; load the plug-in that reads it";
-  return isSceneType(request.type) || findTranslator(request.type) != nullptr;
+  if (isSceneType(request.type) || findTranslator(request.type) != nullptr) return {};
+  return {StatusCode::kBadArgument,
+          "unknown file type '" + request.type + "'; load the plug-in that reads it"};
 }
 
 using Mode = MPxFileTranslator::FileAccessMode;
 
-bool translate(const FileRequest& request, Mode mode, std::string& error) {
+Status translate(const FileRequest& request, Mode mode) {
   const auto object = PluginRegistry::current().make(*findTranslator(request.type));
   const bool reads =
       mode == MPxFileTranslator::kOpenAccessMode || mode == MPxFileTranslator::kImportAccessMode;
@@ -124,38 +134,37 @@ bool translate(const FileRequest& request, Mode mode, std::string& error) {
                     (reads ? object->haveReadMethod() : object->haveWriteMethod()) &&
                     (mode != MPxFileTranslator::kOpenAccessMode || object->canBeOpened());
   if (!able) {
-    error = "files of type '" + request.type + "' cannot be " +
-            (mode == MPxFileTranslator::kOpenAccessMode ? "opened"
-             : reads                                    ? "read"
-                                                        : "written");
-    return false;
+    return {StatusCode::kUnsupported, "files of type '" + request.type + "' cannot be " +
+                                          (mode == MPxFileTranslator::kOpenAccessMode ? "opened"
+                                           : reads                                    ? "read"
+                                                                                      : "written")};
   }
   const MString options(request.options.data(), static_cast<int>(request.options.size()));
   const MFileObject file = fileObject(request.path);
   const MStatus status =
       reads ? object->reader(file, options, mode) : object->writer(file, options, mode);
-  error = "the '" + request.type + "' translator could not " + (reads ? "read " : "write ") +
-          request.path + "; what it printed says why";
-  return status == MStatus::kSuccess;
+  if (status == MStatus::kSuccess) return {};
+  return {reads ? StatusCode::kCannotRead : StatusCode::kCannotWrite,
+          "the '" + request.type + "' translator could not " + (reads ? "read " : "write ") +
+              request.path + "; what it printed says why"};
 }
 
-bool readSceneFile(const std::string& path, const SceneReader::Options& options,
-                   std::string& error) {
+Status readSceneFile(const std::string& path, const SceneReader::Options& options) {
   const auto& nodes = Scene::current().nodes();
   const std::size_t firstNew = nodes.empty() ? 0 : nodes.rbegin()->first + 1;
   SceneReader reader;
-  const bool ok = reader.read(path, options, error);
+  const Status status = reader.read(path, options);
   evaluateSceneHistories();
   SceneProject::current().findTextures(Scene::current(), firstNew, workingFolder());
-  return ok;
+  return status;
 }
 
 // A scene replaces a scene, or what is not there yet.
-bool mayHoldScene(const std::string& path, std::string& error) {
+Status mayHoldScene(const std::string& path) {
   const std::string bytes = readFirstBytes(path);
-  if (bytes.empty() || isSceneFileStart(bytes)) return true;
-  error = "cannot write " + path + ": the file there is not a scene; give the scene another name";
-  return false;
+  if (bytes.empty() || isSceneFileStart(bytes)) return {};
+  return {StatusCode::kCannotWrite,
+          "cannot write " + path + ": the file there is not a scene; give the scene another name"};
 }
 
 std::vector<NodePtr> selectedNodes() {
@@ -197,12 +206,13 @@ std::string identifyFile(const std::string& path) {
   return possible;
 }
 
-bool openFile(const FileRequest& given, std::string& error) {
+Status openFile(const FileRequest& given) {
   FileRequest request = given;
   startNewScene();
-  if (!exists(request.path, error) || !settleType(request, error)) return false;
-  if (!isSceneType(request.type))
-    return translate(request, MPxFileTranslator::kOpenAccessMode, error);
+  Status status = checkReadable(request.path);
+  if (status.ok()) status = settleType(request);
+  if (!status.ok()) return status;
+  if (!isSceneType(request.type)) return translate(request, MPxFileTranslator::kOpenAccessMode);
   SceneReader::Options options;
   options.keepsInfo = true;
   // Before anything is read: names in the scene are its folder's.
@@ -210,58 +220,54 @@ bool openFile(const FileRequest& given, std::string& error) {
   setWorkingFolder(folder);
   enterProject(folder);
   const morvane::FileIdentity identity = morvane::identityAt(request.path);
-  if (!readSceneFile(request.path, options, error)) {
+  status = readSceneFile(request.path, options);
+  if (!status.ok()) {
     startNewScene();
-    return false;
+    return status;
   }
   SceneInfo::current().openedAs = request.path;
   SceneInfo::current().opened = identity;
   Scene::current().fileName = request.path;
   Scene::current().selection.clear();
-  return true;
+  return status;
 }
 
-bool importFile(const FileRequest& given, std::string& error) {
+Status importFile(const FileRequest& given) {
   FileRequest request = given;
-  if (!exists(request.path, error) || !settleType(request, error)) return false;
-  if (!isSceneType(request.type))
-    return translate(request, MPxFileTranslator::kImportAccessMode, error);
+  Status status = checkReadable(request.path);
+  if (status.ok()) status = settleType(request);
+  if (!status.ok()) return status;
+  if (!isSceneType(request.type)) return translate(request, MPxFileTranslator::kImportAccessMode);
   SceneReader::Options options;
   options.nameSpace =
       request.nameSpace.empty() || request.nameSpace == ":" ? "" : request.nameSpace + ":";
-  return readSceneFile(request.path, options, error);
+  return readSceneFile(request.path, options);
 }
 
-bool exportFile(const FileRequest& given, bool selectionOnly, std::string& error) {
+Status exportFile(const FileRequest& given, bool selectionOnly) {
   FileRequest request = given;
   if (request.type.empty()) request.type = kSceneType;
-  if (!settleType(request, error)) return false;
-  if (selectionOnly && Scene::current().selection.size() == 0) {
-    error = "nothing is selected; select what is to be exported";
-    return false;
-  }
+  Status status = settleType(request);
+  if (!status.ok()) return status;
+  if (selectionOnly && Scene::current().selection.size() == 0)
+    return {StatusCode::kBadArgument, "nothing is selected; select what is to be exported"};
   if (!isSceneType(request.type)) {
-    return translate(request,
-                     selectionOnly ? MPxFileTranslator::kExportActiveAccessMode
-                                   : MPxFileTranslator::kExportAccessMode,
-                     error);
+    return translate(request, selectionOnly ? MPxFileTranslator::kExportActiveAccessMode
+                                            : MPxFileTranslator::kExportAccessMode);
   }
-  if (request.type == kBinaryType) {
-    error = "only Maya ASCII is written; name the type mayaAscii";
-    return false;
-  }
-  if (!mayHoldScene(request.path, error)) return false;
-  return selectionOnly ? writeNodes(request.path, selectedNodes(), error)
-                       : writeScene(request.path, error);
+  if (request.type == kBinaryType)
+    return {StatusCode::kBadArgument, "only Maya ASCII is written; name the type mayaAscii"};
+  status = mayHoldScene(request.path);
+  if (!status.ok()) return status;
+  return selectionOnly ? writeNodes(request.path, selectedNodes()) : writeScene(request.path);
 }
 
-bool saveFile(std::string& error) {
+Status saveFile() {
   const std::string& path = Scene::current().fileName;
-  if (path.empty()) {
-    error = "the scene has no name; give it one with file -rename";
-    return false;
-  }
-  return mayHoldScene(path, error) && writeScene(path, error);
+  if (path.empty())
+    return {StatusCode::kBadArgument, "the scene has no name; give it one with file -rename"};
+  const Status status = mayHoldScene(path);
+  return status.ok() ? writeScene(path) : status;
 }
 
 }  // namespace host

@@ -3,10 +3,12 @@
 
 #include <string>
 
+#include "util/Status.h"
+
 namespace host {
 
 // What `file` and the embedding program do with files: choose who reads or writes one, and do it.
-// Paths are absolute. Every call is false with the reason in `error` when it fails.
+// Paths are absolute. The text of a failure names the file and says what to do.
 
 // An empty scene with the default nodes; the working folder is the caller's again.
 void startNewScene();
@@ -22,13 +24,13 @@ struct FileRequest {
 };
 
 // In place of the scene; the working folder becomes the file's.
-bool openFile(const FileRequest& request, std::string& error);
+morvane::Status openFile(const FileRequest& request);
 // Into the scene.
-bool importFile(const FileRequest& request, std::string& error);
+morvane::Status importFile(const FileRequest& request);
 // The active selection, or everything.
-bool exportFile(const FileRequest& request, bool selectionOnly, std::string& error);
+morvane::Status exportFile(const FileRequest& request, bool selectionOnly);
 // The scene to its own file.
-bool saveFile(std::string& error);
+morvane::Status saveFile();
 
 // "mayaAscii", "mayaBinary" or the name of the translator that says it is its file; empty when none
 // does.

@@ -25,6 +25,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using Kind = SceneProblem::Kind;
+using morvane::Status;
+using morvane::StatusCode;
 
 constexpr std::size_t kMaxReferenceDepth = 16;
 
@@ -116,46 +118,55 @@ void SceneReader::noteByte(Kind kind, std::uint64_t place, const std::string& te
   SceneProblems::current().add({kind, path_, 0, placed});
 }
 
-bool SceneReader::read(const std::string& path, const Options& options, std::string& error) {
-  path_ = path;
-  const std::string absolute = absolutePath(path);
+Status SceneReader::mayRead(const std::string& absolute, bool isReference) {
   FilesBeingRead& files = HostState::current().files;
   if (std::find(files.open.begin(), files.open.end(), absolute) != files.open.end() ||
       files.open.size() >= kMaxReferenceDepth) {
-    error = path + " refers to itself; remove that reference";
-    return false;
+    return {StatusCode::kDamaged, path_ + " refers to itself; remove that reference"};
   }
-  files.references = options.isReference ? files.references + 1 : 0;
-  if (options.isReference && Scene::current().nodes().size() > kMostNodes) {
-    error = path + " is not loaded: the files that the scene refers to have more than " +
-            std::to_string(kMostNodes) + " nodes";
-    return false;
+  files.references = isReference ? files.references + 1 : 0;
+  if (isReference && Scene::current().nodes().size() > kMostNodes) {
+    return {StatusCode::kTooLarge, path_ +
+                                       " is not loaded: the files that the scene refers to have "
+                                       "more than " +
+                                       std::to_string(kMostNodes) + " nodes"};
   }
   if (files.references > kMaxReferences) {
-    error = path + " is not loaded: the scene refers to too many files, more than " +
-            std::to_string(kMaxReferences);
-    return false;
+    return {StatusCode::kTooLarge,
+            path_ + " is not loaded: the scene refers to too many files, more than " +
+                std::to_string(kMaxReferences)};
   }
-  if (!statements_.open(path, error)) return false;
-  if (!isSceneFileStart(statements_.firstBytes())) {
-    const bool isOtherBinary = statements_.firstBytes().substr(0, 3) == "FOR";
-    error =
-        path + (isOtherBinary ? " begins as a binary file, but not as one of a Maya scene; open it "
-                                "where it was made and save it as Maya ASCII, .ma"
-                              : " is no scene file: it does not begin with //Maya; save it as Maya "
-                                "ASCII");
-    return false;
-  }
+  return {};
+}
+
+Status SceneReader::openScene() {
+  const Status opened = statements_.open(path_);
+  if (!opened.ok() || isSceneFileStart(statements_.firstBytes())) return opened;
+  const bool isOtherBinary = statements_.firstBytes().substr(0, 3) == "FOR";
+  return {StatusCode::kUnsupported,
+          path_ + (isOtherBinary ? " begins as a binary file, but not as one of a Maya scene; open "
+                                   "it where it was made and save it as Maya ASCII, .ma"
+                                 : " is no scene file: it does not begin with //Maya; save it as "
+                                   "Maya ASCII")};
+}
+
+Status SceneReader::read(const std::string& path, const Options& options) {
+  path_ = path;
+  const std::string absolute = absolutePath(path);
+  Status status = mayRead(absolute, options.isReference);
+  if (status.ok()) status = openScene();
+  if (!status.ok()) return status;
   isBinary_ = isBinarySceneStart(statements_.firstBytes());
   prepareContext(options, absolute);
   const SceneUnits outerUnits = currentUnits();
   currentUnits() = SceneUnits();
+  FilesBeingRead& files = HostState::current().files;
   files.open.push_back(absolute);
-  const bool ok = isBinary_ ? readBinary(error) : readStatements(error);
+  status = isBinary_ ? readBinary() : readStatements();
   applyEdits();
   files.open.pop_back();
   currentUnits() = outerUnits;
-  return ok;
+  return status;
 }
 
 void SceneReader::prepareContext(const Options& options, const std::string& absolute) {
@@ -168,19 +179,16 @@ void SceneReader::prepareContext(const Options& options, const std::string& abso
   context_.onWarning = [this](const std::string& text) { note(Kind::kNotice, text); };
 }
 
-bool SceneReader::readStatements(std::string& error) {
+Status SceneReader::readStatements() {
   if (context_.keepsInfo) SceneInfo::current().firstLine = statements_.firstLine();
   std::string_view statement;
   while (statements_.next(statement)) runStatement(statement);
   noteEnd();
-  if (statements_.failed()) {
-    error = "cannot read all of " + path_;
-    return false;
-  }
-  return true;
+  if (statements_.failed()) return {StatusCode::kCannotRead, "cannot read all of " + path_};
+  return {};
 }
 
-bool SceneReader::readBinary(std::string& error) {
+Status SceneReader::readBinary() {
   BinaryReader reader(
       context_,
       [this](Kind kind, std::uint64_t place, const std::string& text) {
@@ -189,12 +197,12 @@ bool SceneReader::readBinary(std::string& error) {
       [this](const mel::Words& words) { runFileStatement(words); },
       [this](const KeptWords& edits) { addEdits(edits); });
   binary_ = &reader;
-  const bool ok = reader.read(path_, error);
+  const Status status = reader.read(path_);
   if (reader.isCut()) note(Kind::kDamage, "the file is cut off here; fetch it again");
   binary_ = nullptr;
   currentUnits() = SceneUnits();  // of the edits, which are texts
   addEnd(reader.isCut() ? SceneProblems::End::kCut : SceneProblems::End::kWhole);
-  return ok;
+  return status;
 }
 
 void SceneReader::addEnd(SceneProblems::End end) {
@@ -359,11 +367,11 @@ void SceneReader::loadReference(const std::string& name, const std::string& name
   Options options;
   options.isReference = true;
   options.nameSpace = context_.nameSpace + nameSpace;
-  std::string error;
   SceneReader reader;
-  if (!reader.read(found, options, error)) {
-    note(Kind::kNotice, error);
-    missing_[node] = {needed + "cannot be read", error};
+  const Status status = reader.read(found, options);
+  if (!status.ok()) {
+    note(Kind::kNotice, status.text());
+    missing_[node] = {needed + "cannot be read", status.text()};
     return;
   }
   loaded_.insert(node);

@@ -13,6 +13,7 @@
 #include "host/mel/Command.h"
 #include "host/state/SceneGaps.h"
 #include "host/state/SceneProblems.h"
+#include "util/Status.h"
 
 namespace host {
 
@@ -30,13 +31,15 @@ class SceneReader {
     bool keepsInfo = false;    // the file becomes the scene: see SceneInfo
   };
 
-  // False, with the reason in `error`, when the file cannot be read or does not begin as a scene
-  // file.
-  bool read(const std::string& path, const Options& options, std::string& error);
+  // Fails when the file cannot be read, does not begin as a scene file (kUnsupported), or refers to
+  // itself or to too much (kDamaged, kTooLarge).
+  morvane::Status read(const std::string& path, const Options& options);
 
  private:
-  bool readStatements(std::string& error);
-  bool readBinary(std::string& error);
+  morvane::Status mayRead(const std::string& absolute, bool isReference);
+  morvane::Status openScene();
+  morvane::Status readStatements();
+  morvane::Status readBinary();
   void prepareContext(const Options& options, const std::string& absolute);
   void runStatement(std::string_view statement);
   bool runMeshStatement(std::string_view statement);

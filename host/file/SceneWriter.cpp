@@ -35,10 +35,10 @@ class Writer {
   }
 
   // Over the scene that was opened, only while that is as it was.
-  bool write(const std::string& path, std::string& error) {
+  morvane::Status write(const std::string& path) {
     if (isBinaryName(path)) {
-      error = "cannot write " + path + ": only Maya ASCII is written; give it a name with .ma";
-      return false;
+      return {morvane::StatusCode::kBadArgument,
+              "cannot write " + path + ": only Maya ASCII is written; give it a name with .ma"};
     }
     SceneInfo& info = SceneInfo::current();
     const bool isOwn = info.opened.known && morvane::isSamePlace(info.openedAs, path);
@@ -46,9 +46,8 @@ class Writer {
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
                     writeConnections() && writeLoose() && writeRelationships() && writeMetadata() &&
                     file_.commit();
-    error = file_.error();
     if (ok && isOwn) info.opened = file_.written();
-    return ok;
+    return file_.status();
   }
 
  private:
@@ -251,18 +250,18 @@ void addShading(NodeSet& nodes) {
 
 }  // namespace
 
-bool writeScene(const std::string& path, std::string& error) {
-  return Writer(nullptr).write(path, error);
+morvane::Status writeScene(const std::string& path) {
+  return Writer(nullptr).write(path);
 }
 
-bool writeNodes(const std::string& path, const std::vector<NodePtr>& roots, std::string& error) {
+morvane::Status writeNodes(const std::string& path, const std::vector<NodePtr>& roots) {
   NodeSet nodes;
   for (const NodePtr& node : roots) {
     addBelow(node, nodes);
     addAbove(node, nodes);
   }
   addShading(nodes);
-  return Writer(&nodes).write(path, error);
+  return Writer(&nodes).write(path);
 }
 
 }  // namespace host

@@ -6,17 +6,18 @@
 #include <vector>
 
 #include "host/scene/Node.h"
+#include "util/Status.h"
 
 namespace host {
 
 // Writes the scene as a scene file that this host and the real one read. The target is replaced
 // only once every byte is on disk. What is written depends on the scene alone, not on the file's
-// name, so that saving, opening and saving again gives the same bytes. False, with the reason in
-// `error`, when it cannot be written.
-bool writeScene(const std::string& path, std::string& error);
+// name, so that saving, opening and saving again gives the same bytes. Fails as
+// morvane::FileReplacer does, and with kBadArgument for the name of a binary scene.
+morvane::Status writeScene(const std::string& path);
 
 // As above, only these nodes with all that is below and above them, and what shades them.
-bool writeNodes(const std::string& path, const std::vector<NodePtr>& nodes, std::string& error);
+morvane::Status writeNodes(const std::string& path, const std::vector<NodePtr>& nodes);
 
 }  // namespace host
 

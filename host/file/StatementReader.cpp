@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 
 #include "host/text/Blank.h"
 #include "host/text/Text.h"
+#include "util/SystemStatus.h"
 
 namespace host {
 namespace {
@@ -29,16 +29,16 @@ std::size_t commentEnd(const std::string& text, bool isLine, std::size_t from) {
 
 }  // namespace
 
-bool StatementReader::open(const std::string& path, std::string& error) {
+morvane::Status StatementReader::open(const std::string& path) {
   file_.reset(std::fopen(path.c_str(), "rb"));
   if (file_ == nullptr || (!fill() && failed_)) {
-    const bool forbidden = errno == EACCES;
-    error = "cannot read " + path + ": " + std::strerror(errno) +
-            (forbidden ? "; make it readable for the user that runs this" : "");
-    return false;
+    const auto reason = morvane::errnoStatus(errno, morvane::StatusCode::kCannotRead);
+    const bool forbidden = reason.code() == morvane::StatusCode::kNotAllowed;
+    return {reason.code(), "cannot read " + path + ": " + reason.text() +
+                               (forbidden ? "; make it readable for the user that runs this" : "")};
   }
   if (buffer_.compare(0, 3, "\xEF\xBB\xBF") == 0) begin_ = scan_ = 3;
-  return true;
+  return {};
 }
 
 // Appends a block to what was not given yet. False at the end of the file.

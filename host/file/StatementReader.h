@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/mel/Command.h"
+#include "util/Status.h"
 
 namespace host {
 
@@ -14,8 +15,8 @@ namespace host {
 // when that is longer.
 class StatementReader {
  public:
-  // False when the file cannot be opened or read; `error` says why.
-  bool open(const std::string& path, std::string& error);
+  // Fails when the file cannot be opened or read; the text names it.
+  morvane::Status open(const std::string& path);
 
   // What there is of the file's beginning, before the first statement is asked for.
   std::string_view firstBytes() const { return std::string_view(buffer_).substr(begin_); }

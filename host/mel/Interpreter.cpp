@@ -27,8 +27,7 @@ constexpr char kListSeparator = ':';
 std::optional<std::string> readText(const std::string& path) {
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
-  std::string ignored;
-  if (!morvane::readWholeFile(path.c_str(), kMostScriptBytes, bytes, size, ignored))
+  if (!morvane::readWholeFile(path.c_str(), kMostScriptBytes, bytes, size).ok())
     return std::nullopt;
   return std::string(reinterpret_cast<const char*>(bytes.get()), size);
 }

@@ -112,9 +112,9 @@ morvane::Status readProject(const std::string& folder, Project& project) {
   if (!isFile(file)) return {};
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
-  std::string error;
-  if (!morvane::readWholeFile(file.u8string().c_str(), kMostRulesBytes, bytes, size, error))
-    return {morvane::StatusCode::kCannotRead, "cannot read " + file.u8string() + ": " + error};
+  const morvane::Status read =
+      morvane::readWholeFile(file.u8string().c_str(), kMostRulesBytes, bytes, size);
+  if (!read.ok()) return {read.code(), "cannot read " + file.u8string() + ": " + read.text()};
   const std::string_view text(reinterpret_cast<const char*>(bytes.get()), size);
   mel::Failure failure;
   const auto script = mel::parseScript(text, file.u8string(), failure);

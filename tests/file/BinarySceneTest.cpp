@@ -33,8 +33,7 @@ class BinaryScenes : public SceneFiles {
   }
 
   std::string saved() const {
-    std::string error;
-    EXPECT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    EXPECT_TRUE(save("saved.ma"));
     return readAll(pathOf("saved.ma"));
   }
 

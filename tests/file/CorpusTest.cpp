@@ -81,8 +81,7 @@ TEST_F(CorpusScenes, HoldWhatTheirTextSaysAndStayTheSameThroughSaving) {
     const std::string nodes = run("sort(`ls -l`)");
     std::string saved[2];
     for (std::string& bytes : saved) {
-      std::string error;
-      ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+      ASSERT_TRUE(save("saved.ma"));
       bytes = readAll(pathOf("saved.ma"));
       EXPECT_EQ(openPath(pathOf("saved.ma")).find("failed"), std::string::npos);
       EXPECT_EQ(run("sort(`ls -l`)"), nodes) << path;

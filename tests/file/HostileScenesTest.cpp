@@ -55,8 +55,7 @@ TEST_F(HostileScenes, RangesAndCountsPromiseNothing) {
     ASSERT_NE(mesh, nullptr) << statement;
     EXPECT_LE(mesh->mesh->pointCount(), 3) << statement;
     EXPECT_EQ(mesh->mesh->triangles().list.size(), 0u) << statement;
-    std::string error;
-    EXPECT_TRUE(writeScene(pathOf("saved.ma"), error));
+    EXPECT_TRUE(save("saved.ma"));
     EXPECT_LT(fs::file_size(pathOf("saved.ma")), 100000u) << statement;
   }
 }
@@ -81,8 +80,7 @@ TEST_F(HostileScenes, DeepAndLongTextsEnd) {
   }
   open(chain);
   EXPECT_EQ(run("objExists t900"), "1");
-  std::string error;
-  EXPECT_TRUE(writeScene(pathOf("deep.ma"), error));
+  EXPECT_TRUE(save("deep.ma"));
   open("addAttr -ln " + std::string(1000000, 'x') + " -at long persp;");
   open("/*" + std::string(3000000, '*'));
   open("//" + std::string(3000000, '/'));
@@ -110,10 +108,9 @@ void HostileScenes::expectStable(const std::string& text) const {
   writeText("changed.ma", text);
   const std::string warnings = openPath(pathOf("changed.ma"));
   ASSERT_EQ(warnings.substr(0, 6) == "failed", text.size() < 6) << text;
-  std::string error;
   std::string saved[2];
   for (std::string& bytes : saved) {
-    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    ASSERT_TRUE(save("saved.ma"));
     bytes = readAll(pathOf("saved.ma"));
     ASSERT_EQ(openPath(pathOf("saved.ma")).find("unknown command"), std::string::npos) << text;
   }

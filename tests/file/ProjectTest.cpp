@@ -67,8 +67,7 @@ TEST_F(Projects, TexturesAreFoundAndKeepTheirNamesInTheFile) {
   for (const auto& c : kCases) statements += texture("t#", c.name);
   EXPECT_EQ(openDeep(statements), "");
   int number = 0;
-  std::string error;
-  ASSERT_TRUE(writeScene(pathOf("job/scenes/again.ma"), error)) << error;
+  ASSERT_TRUE(save("job/scenes/again.ma"));
   const std::string saved = readAll(pathOf("job/scenes/again.ma"));
   for (const auto& c : kCases) {
     EXPECT_EQ(run("getAttr t" + std::to_string(++number) + ".ftn;"),
@@ -76,7 +75,7 @@ TEST_F(Projects, TexturesAreFoundAndKeepTheirNamesInTheFile) {
     EXPECT_NE(saved.find("-type \"string\" \"" + c.name + "\""), saved.npos) << c.name;
   }
   run("setAttr -type \"string\" t1.ftn \"new.tga\";");
-  ASSERT_TRUE(writeScene(pathOf("job/scenes/again.ma"), error)) << error;
+  ASSERT_TRUE(save("job/scenes/again.ma"));
   EXPECT_NE(readAll(pathOf("job/scenes/again.ma")).find("\"new.tga\""), saved.npos);
 }
 

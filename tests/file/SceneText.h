@@ -60,10 +60,13 @@ class SceneFiles : public testing::Test {
   static std::string openPath(const std::string& path) {
     testing::internal::CaptureStderr();
     SceneProblems::current() = SceneProblems();
-    std::string error;
-    const bool ok = openFile({path, "mayaAscii", "", ""}, error);
+    const morvane::Status status = openFile({path, "mayaAscii", "", ""});
     const std::string warnings = testing::internal::GetCapturedStderr();
-    return ok ? warnings : "failed: " + error;
+    return status.ok() ? warnings : "failed: " + status.text();
+  }
+  testing::AssertionResult save(const std::string& name) const {
+    const morvane::Status status = writeScene(pathOf(name));
+    return status.ok() ? testing::AssertionSuccess() : testing::AssertionFailure() << status.text();
   }
 
   static NodePtr node(const std::string& name) { return Scene::current().findNode(name); }

@@ -141,8 +141,7 @@ TEST_F(SceneText, ReferencesAreLoadedOnceUnderTheirNamespace) {
   EXPECT_EQ(run("listConnections \"r:mSG.ss\""), "r:m");
   EXPECT_EQ(run("sets -q \"r:mSG\""), "r:squareShape");
   EXPECT_EQ(run("getAttr \"r:square.tx\""), "3");
-  std::string error;
-  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error));
+  ASSERT_TRUE(save("saved.ma"));
   const std::string saved = readAll(pathOf("saved.ma"));
   EXPECT_EQ(saved.find("createNode mesh"), std::string::npos);
   EXPECT_EQ(readAll(pathOf("rock.ma")), rock);
@@ -193,8 +192,7 @@ TEST_F(SceneText, EditsOfReferencesAreAppliedAndKept) {
     EXPECT_EQ(run("listConnections \"p:m.c\""), "own");
     EXPECT_EQ(run("listConnections \"p:m.incandescence\""), "p:f");
     EXPECT_EQ(run("listConnections ownMaterial.c"), "p:f");
-    std::string error;
-    ASSERT_TRUE(writeScene(pathOf("scene2.ma"), error)) << error;
+    ASSERT_TRUE(save("scene2.ma"));
     text = readAll(pathOf("scene2.ma"));
     EXPECT_NE(text.find("connectAttr \"own.outColor\" \"pRN.placeHolderList[1]\";"),
               std::string::npos)
@@ -288,8 +286,7 @@ TEST_F(SceneText, AScenesUnitIsKept) {
            statements[4] + "createNode mesh -n \"m\";" + statements[5] + statements[6]),
       "");
   EXPECT_EQ(run("getAttr s.r"), "30");
-  std::string error;
-  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+  ASSERT_TRUE(save("saved.ma"));
   const std::string saved = readAll(pathOf("saved.ma"));
   EXPECT_NE(saved.find("setAttr \".translateX\" 0.1;"), std::string::npos) << saved;
   for (const std::string& statement : statements) {
@@ -360,13 +357,12 @@ TEST_F(SceneText, WhatTheHostDoesNotKnowComesBack) {
     std::string text = c.before + "\n";
     for (const std::string& statement : c.statements) text += statement + "\n";
     EXPECT_EQ(open(text), "");
-    std::string error;
-    ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    ASSERT_TRUE(save("saved.ma"));
     const std::string saved = readAll(pathOf("saved.ma"));
     for (const std::string& statement : c.statements)
       EXPECT_NE(saved.find(statement), std::string::npos) << statement << '\n' << saved;
     EXPECT_EQ(openPath(pathOf("saved.ma")), "");
-    ASSERT_TRUE(writeScene(pathOf("again.ma"), error)) << error;
+    ASSERT_TRUE(save("again.ma"));
     EXPECT_EQ(readAll(pathOf("again.ma")), saved);
   }
 }
@@ -387,8 +383,7 @@ TEST_F(SceneText, NodesKeepWhatStandsBelowThem) {
   EXPECT_EQ(SceneProblems::current().damages, 0u) << warnings;
   EXPECT_EQ(run("ls -l t picture l"), "|g|h|t |c|cShape->|t |c|cShape->|t|picture |far:asset|l");
   EXPECT_EQ(run("getAttr asset.worldMatrix[0]").substr(24, 1), "5");
-  std::string error;
-  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+  ASSERT_TRUE(save("saved.ma"));
   const std::string saved = readAll(pathOf("saved.ma"));
   for (const char* statement :
        {"createNode locator -n \"l\" -p \"far:asset\";", "createNode someonesGroup -n \"g\";",
@@ -428,8 +423,7 @@ TEST_F(SceneText, WhatWasMadeComesBack) {
       "-0.0;");
   const std::string members = run("sets -q skinSG");
   const std::string others = run("sets -q initialShadingGroup");
-  std::string error;
-  ASSERT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+  ASSERT_TRUE(save("saved.ma"));
   EXPECT_EQ(openPath(pathOf("saved.ma")), "");
   EXPECT_EQ(run("getAttr squareShape.goblinName"), "a \"quoted\" \\ name;\n`ls`");
   EXPECT_EQ(run("getAttr -l squareShape.goblinName"), "1");
@@ -459,7 +453,7 @@ TEST_F(SceneText, WhatWasMadeComesBack) {
   EXPECT_NE(saved.find("setAttr \".data\" -type \"oddType\" 3 \"x y\" f 2;"), std::string::npos);
   EXPECT_NE(saved.find("setAttr \".unknown[2].thing\" 1 2 \"three\" -4;"), std::string::npos);
   EXPECT_NE(saved.find("fileInfo \"product\" \"Maya 2018\";"), std::string::npos);
-  ASSERT_TRUE(writeScene(pathOf("again.ma"), error)) << error;
+  ASSERT_TRUE(save("again.ma"));
   EXPECT_TRUE(readAll(pathOf("again.ma")) == saved);
 }
 
@@ -483,10 +477,10 @@ TEST_F(SceneText, ImportRenamesWhatClashesAndKeepsItsConnections) {
 TEST_F(SceneText, AFailedSaveLeavesTheOldFile) {
   writeText("kept.ma", "//Maya old");
   fs::create_directory(folder_ / "folder.ma");
-  std::string error;
-  EXPECT_FALSE(writeScene(pathOf("folder.ma"), error));
-  EXPECT_NE(error.find("folder.ma"), std::string::npos);
-  EXPECT_FALSE(writeScene(pathOf("gone/kept.ma"), error));
+  const morvane::Status status = writeScene(pathOf("folder.ma"));
+  EXPECT_EQ(status.code(), morvane::StatusCode::kNotAFile);
+  EXPECT_NE(status.text().find("folder.ma"), std::string::npos);
+  EXPECT_FALSE(save("gone/kept.ma"));
   EXPECT_EQ(readAll(pathOf("kept.ma")), "//Maya old");
   EXPECT_EQ(run("file -save"),
             "failed: file: the scene has no name; give it one with file -rename");

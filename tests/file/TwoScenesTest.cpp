@@ -36,8 +36,7 @@ class TwoScenes : public SceneFiles {
   // What the second scene is saved as.
   std::string second() {
     EXPECT_EQ(openPath(pathOf("second.ma")), "");
-    std::string error;
-    EXPECT_TRUE(writeScene(pathOf("saved.ma"), error)) << error;
+    EXPECT_TRUE(save("saved.ma"));
     return readAll(pathOf("saved.ma"));
   }
 };

@@ -181,7 +181,7 @@ class RoundTrip : public TranslatorFixture {
 TEST_F(RoundTrip, OfTheMeadow) {
   for (const char* tile : {"hillTile", "pathTile", "pondTile", "fieldTile"}) {
     SCOPED_TRACE(tile);
-    ASSERT_TRUE(host::openScene(MORVANE_SOURCE_DIR "/examples/meadow/meadow.ma"));
+    ASSERT_TRUE(host::openScene(MORVANE_SOURCE_DIR "/examples/meadow/meadow.ma").ok());
     goesOutAndComesBack(
         tile, [&] { run("delete `listRelatives -f -type transform " + std::string(tile) + "`"); });
   }
@@ -195,7 +195,7 @@ TEST_F(RoundTrip, OfMeshesOfOtherPrograms) {
   int scenes = 0;
   for (const auto& scene : paths) {
     SCOPED_TRACE(scene.filename());
-    ASSERT_TRUE(host::openScene(scene.string()));
+    ASSERT_TRUE(host::openScene(scene.string()).ok());
     run("string $m[] = `ls -type mesh`; string $t[];"
         "for ($one in $m) { string $p[] = `listRelatives -f -p $one`; $t[size($t)] = $p[0]; }" +
         ground +

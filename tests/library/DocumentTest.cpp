@@ -35,10 +35,10 @@ TEST_F(LibraryDocument, FailuresHaveCodes) {
   EXPECT_EQ(code("none.psd"), StatusCode::kNotFound);
   EXPECT_EQ(code("picture.png"), StatusCode::kBadArgument);
   EXPECT_EQ(code("cut.psd"), StatusCode::kDamaged);
-  EXPECT_EQ(code("folder.psd"), StatusCode::kCannotRead);
+  EXPECT_EQ(code("folder.psd"), StatusCode::kNotAFile);
   EXPECT_EQ(code(std::string("cut\0.psd", 8)), StatusCode::kBadArgument);
   EXPECT_EQ(saveDocument(document, path("none/out.psd")).code(), StatusCode::kNotFound);
-  EXPECT_EQ(saveDocument(document, path("folder.psd")).code(), StatusCode::kCannotWrite);
+  EXPECT_EQ(saveDocument(document, path("folder.psd")).code(), StatusCode::kNotAFile);
   EXPECT_EQ(document.rows, 5u) << "a failure changes nothing";
 }
 

@@ -18,7 +18,7 @@ class MeshCorpus : public testing::Test {
   // Opens the corpus's scene of this file name.
   bool open(const std::string& fileName) {
     for (const auto& scene : morvane::corpusScenes())
-      if (scene.filename() == fileName) return openScene(scene.string());
+      if (scene.filename() == fileName) return openScene(scene.string()).ok();
     return false;
   }
   const MeshData& mesh(const char* name) { return *Scene::current().findNode(name)->mesh; }

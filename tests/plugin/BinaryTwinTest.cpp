@@ -19,7 +19,7 @@ class BinaryTwins : public HostFixture {
  protected:
   // What the export of every tile of the scene leaves in the textures of the folder.
   std::string exported(const std::string& folder, const std::string& scene) const {
-    EXPECT_TRUE(host::openScene(path(folder + "/" + scene)));
+    EXPECT_TRUE(host::openScene(path(folder + "/" + scene)).ok());
     for (const MDagPath& tile : texturedTiles())
       run("select \"" + std::string(tile.fullPathName().asChar()) + "\"; exportTile");
     std::string bytes;
@@ -45,9 +45,9 @@ TEST_F(BinaryTwins, ExportTheSameBytesAsTheirTextForms) {
   const fs::path meadow = fs::path(MORVANE_SOURCE_DIR) / "examples/meadow";
   for (const char* folder : {"text", "wide", "narrow"})
     fs::copy(meadow, path(folder), fs::copy_options::recursive);
-  ASSERT_TRUE(host::openScene(path("text/meadow.ma")));
+  ASSERT_TRUE(host::openScene(path("text/meadow.ma")).ok());
   roundPoints();
-  ASSERT_TRUE(host::saveScene(path("text/rounded.ma")));
+  ASSERT_TRUE(host::saveScene(path("text/rounded.ma")).ok());
   for (const bool isWide : {true, false})
     write(isWide ? "wide/meadow.mb" : "narrow/meadow.mb", host::twin::sceneFile({isWide}));
   const std::string expected = exported("text", "rounded.ma");

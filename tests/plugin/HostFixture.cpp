@@ -37,8 +37,10 @@ HostFixture::~HostFixture() {
 }
 
 void HostFixture::open(const std::string& statements) const {
-  ASSERT_TRUE(host::openScene(
-      write("scene.ma", "//Maya ASCII 2018 scene\nrequires maya \"2018\";\n" + statements)));
+  ASSERT_TRUE(
+      host::openScene(
+          write("scene.ma", "//Maya ASCII 2018 scene\nrequires maya \"2018\";\n" + statements))
+          .ok());
 }
 
 std::string HostFixture::attempt(const std::string& commands) {

@@ -83,17 +83,18 @@ TEST_F(Corpus, SoundFilesAreKeptAndDamagedOnesAreNot) {
   for (const Row& row : rows("psd.tsv")) {
     SCOPED_TRACE(row.at("path"));
     const std::string bytes = read((corpus_ / "psd" / row.at("path")).string());
-    std::string error;
-    const auto document = loaded(bytes, &error);  // large documents too, under a name that is read
+    Status status;
+    const auto document = loaded(bytes, &status);  // large documents too, under a name that is read
     const bool isSound = row.at("faults") == "-" && row.at("version") == "1";
     if (isSound) {
       ++sound;
-      ASSERT_TRUE(document) << error;
+      ASSERT_TRUE(document) << status.text();
       expectFound(*document, row);
       EXPECT_EQ(document->mergedFault(), "");
     }
     if (!document) {
-      EXPECT_EQ(error.find("version 2 is not supported") == 0, row.at("version") == "2") << error;
+      EXPECT_EQ(status.text().find("version 2 is not supported") == 0, row.at("version") == "2")
+          << status.text();
       continue;
     }
     if (row.at("version") != "1") EXPECT_EQ(document->addLayer("x"), -1);
@@ -114,9 +115,9 @@ TEST_F(Corpus, TgaImagesAreImportedWhereTheirPixelsAreThere) {
                       start = 18 + std::stoul(row.at("id_len"));
     const bool fits =
         pixel >= 3 && width * height != 0 && start + width * height * pixel <= bytes.size();
-    std::string error;
-    const auto document = loaded(bytes, &error, "f.tga");
-    ASSERT_EQ(document != nullptr, fits) << error;
+    Status status;
+    const auto document = loaded(bytes, &status, "f.tga");
+    ASSERT_EQ(document != nullptr, fits) << status.text();
     imported += fits ? 1 : 0;
   }
   EXPECT_GT(imported, 8);

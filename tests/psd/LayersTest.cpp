@@ -79,11 +79,9 @@ TEST_F(PsdTest, ReplacesOnlyTheFileThatWasLoaded) {
   ASSERT_TRUE(document.save(path("link.psd").c_str()));
   write("mine.psd", "an artist's");
   for (const char* name : {"mine.psd", "link.psd", "./mine.psd"}) {
-    PsdReplacement replacement;
-    std::string error;
-    EXPECT_FALSE(document.save(path(name).c_str(), &error, &replacement)) << name;
-    EXPECT_TRUE(replacement.foundAnother) << name;
-    EXPECT_NE(error.find("changed since it was read"), std::string::npos) << error;
+    Status status;
+    EXPECT_FALSE(document.save(path(name).c_str(), &status)) << name;
+    EXPECT_EQ(status.code(), StatusCode::kChanged) << name << ": " << status.text();
   }
   EXPECT_EQ(read("mine.psd"), "an artist's");
   EXPECT_TRUE(document.save(path("other.psd").c_str()));
@@ -140,9 +138,9 @@ TEST_F(PsdTest, RefusesLayersThatTheDocumentCannotCarry) {
     PsdDocument document(4, 4);
     test.change(document);
     const std::string before = saved(document);
-    std::string error;
-    EXPECT_EQ(document.addLayer("x", &error), -1);
-    EXPECT_NE(error.find(test.reason), std::string::npos) << error;
+    Status status;
+    EXPECT_EQ(document.addLayer("x", &status), -1);
+    EXPECT_NE(status.text().find(test.reason), std::string::npos) << status.text();
     EXPECT_FALSE(addData(document, "x", payload(3)));
     EXPECT_TRUE(saved(document) == before);
   }

@@ -49,10 +49,10 @@ TEST_F(PsdTest, LoadingWithoutMemoryFailsAndChangesNothing) {
   for (const std::string& file : {write("f.psd", layeredFile().file()), write("f.tga", tga)}) {
     PsdDocument document(3, 3);
     const std::string before = saved(document);
-    std::string error;
-    const int failures = failEachAllocation([&] { return document.load(file.c_str(), &error); },
+    Status status;
+    const int failures = failEachAllocation([&] { return document.load(file.c_str(), &status); },
                                             [&] {
-                                              EXPECT_NE(error, "");
+                                              EXPECT_EQ(status.code(), StatusCode::kOutOfMemory);
                                               EXPECT_TRUE(saved(document) == before);
                                             });
     EXPECT_GT(failures, 10);  // the file, its records, their parts, and three vectors
@@ -115,9 +115,11 @@ TEST_F(PsdTest, AHeaderThatClaimsMoreThanTheFileHoldsTakesNoLayer) {
     const auto document = loaded(hand.file());
     ASSERT_TRUE(document);
     largest = 0;
-    std::string error;
-    EXPECT_EQ(document->addLayer("new", &error), -1);
-    EXPECT_NE(error.find("cut off: 12 bytes for 65535 x 65535 pixels"), std::string::npos) << error;
+    Status status;
+    EXPECT_EQ(document->addLayer("new", &status), -1);
+    EXPECT_EQ(status.code(), StatusCode::kDamaged);
+    EXPECT_NE(status.text().find("cut off: 12 bytes for 65535 x 65535 pixels"), std::string::npos)
+        << status.text();
     EXPECT_LT(largest, 100'000u);
   }
 }

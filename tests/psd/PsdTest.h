@@ -97,24 +97,24 @@ inline HandMade layeredFile() {
 class PsdTest : public ScratchFolder {
  protected:
   std::string saved(const PsdDocument& document) const {
-    std::string error;
-    EXPECT_TRUE(document.save(path("saved.psd").c_str(), &error)) << error;
+    Status status;
+    EXPECT_TRUE(document.save(path("saved.psd").c_str(), &status)) << status.text();
     return read(path("saved.psd"));
   }
 
   // A document loaded from these bytes; null when they are refused.
-  std::unique_ptr<PsdDocument> loaded(const std::string& bytes, std::string* error = nullptr,
+  std::unique_ptr<PsdDocument> loaded(const std::string& bytes, Status* status = nullptr,
                                       const char* name = "loaded.psd") const {
     auto document = std::make_unique<PsdDocument>(1, 1);
-    if (!document->load(write(name, bytes).c_str(), error)) document.reset();
+    if (!document->load(write(name, bytes).c_str(), status)) document.reset();
     return document;
   }
 
   // The same, of bytes that must not be refused.
   PsdDocument sound(const std::string& bytes, const char* name = "loaded.psd") const {
     PsdDocument document(1, 1);
-    std::string error;
-    EXPECT_TRUE(document.load(write(name, bytes).c_str(), &error)) << error;
+    Status status;
+    EXPECT_TRUE(document.load(write(name, bytes).c_str(), &status)) << status.text();
     return document;
   }
 

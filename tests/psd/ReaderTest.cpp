@@ -111,9 +111,9 @@ TEST_F(PsdTest, KeepsEveryByteOfSoundFiles) {
   for (const Variant& variant : kKept) {
     SCOPED_TRACE(variant.what);
     const HandMade hand = variant.made();
-    std::string error;
-    const auto document = loaded(hand.file(), &error);
-    ASSERT_TRUE(document) << error;
+    Status status;
+    const auto document = loaded(hand.file(), &status);
+    ASSERT_TRUE(document) << status.text();
     EXPECT_TRUE(saved(*document) == hand.file());
 
     // A layer goes before what nothing here interprets; taken out again, the file is as it was.
@@ -217,9 +217,9 @@ TEST_F(PsdTest, RefusesDamagedFilesAndStaysAsItWas) {
   const std::string before = saved(document);
   for (const Variant& variant : kRefused) {
     SCOPED_TRACE(variant.what);
-    std::string error;
-    EXPECT_FALSE(document.load(write("f.psd", variant.made().file()).c_str(), &error));
-    EXPECT_NE(error.find(" at byte "), std::string::npos) << error;
+    Status status;
+    EXPECT_FALSE(document.load(write("f.psd", variant.made().file()).c_str(), &status));
+    EXPECT_NE(status.text().find(" at byte "), std::string::npos) << status.text();
     EXPECT_EQ(document.path, nullptr);
     EXPECT_TRUE(saved(document) == before);
   }
@@ -239,9 +239,9 @@ TEST_F(PsdTest, SaysFirstWhatKindOfFileIsRefused) {
       {"8BPS" + be16(1).substr(1), "header: "},  // too short to have a version
   };
   for (const auto& [bytes, reason] : cases) {
-    std::string error;
-    EXPECT_FALSE(loaded(bytes, &error));
-    EXPECT_EQ(error.substr(0, reason.size()), reason);
+    Status status;
+    EXPECT_FALSE(loaded(bytes, &status));
+    EXPECT_EQ(status.text().substr(0, reason.size()), reason);
   }
 }
 
@@ -250,15 +250,15 @@ TEST_F(PsdTest, LoadsByExtension) {
   for (const char* name : {"f.psd", "f.PSD", "f.Psd", "a.b.psd"})
     EXPECT_TRUE(loaded(bytes, nullptr, name)) << name;
   std::filesystem::create_directory(path("folder.psd"));
-  std::string error;
+  Status status;
   for (const char* name : {"f.bmp", "f", "psd", "f.psd.", "folder.psd/f"}) {
-    EXPECT_FALSE(loaded(bytes, &error, name)) << name;
-    EXPECT_EQ(error, "the file name ends neither in .psd nor in .tga");
+    EXPECT_FALSE(loaded(bytes, &status, name)) << name;
+    EXPECT_EQ(status.text(), "the file name ends neither in .psd nor in .tga");
   }
   PsdDocument document(1, 1);
-  EXPECT_FALSE(document.load(path("missing.psd").c_str(), &error));
-  EXPECT_EQ(error, "No such file or directory");
-  EXPECT_FALSE(document.load(path("folder.psd").c_str(), &error));
+  EXPECT_FALSE(document.load(path("missing.psd").c_str(), &status));
+  EXPECT_EQ(status.text(), "No such file or directory");
+  EXPECT_FALSE(document.load(path("folder.psd").c_str(), &status));
   EXPECT_FALSE(document.load(nullptr));
 }
 
@@ -273,14 +273,14 @@ TEST_F(PsdTest, SavesTheSignOfTheLayerCount) {
 TEST_F(PsdTest, ReportsFailedSavesAndLeavesTheOldFile) {
   PsdDocument document(2, 2);
   const std::string before = saved(document);
-  std::string error;
-  EXPECT_FALSE(document.save(nullptr, &error));
+  Status status;
+  EXPECT_FALSE(document.save(nullptr, &status));
   ASSERT_EQ(document.addLayer(std::string(200, 'n').c_str()), 1);
   document.layerChannels(1)[2].data = nullptr;  // what a caller might do to the public members
-  EXPECT_FALSE(document.save(path("saved.psd").c_str(), &error));
+  EXPECT_FALSE(document.save(path("saved.psd").c_str(), &status));
   EXPECT_EQ(read(path("saved.psd")), before);
   document.layers.pop_back();
-  EXPECT_FALSE(document.save(path("saved.psd").c_str(), &error));
+  EXPECT_FALSE(document.save(path("saved.psd").c_str(), &status));
   EXPECT_EQ(read(path("saved.psd")), before);
   EXPECT_EQ(entries(), 1);
 }

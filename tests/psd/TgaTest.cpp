@@ -62,9 +62,10 @@ TEST_F(PsdTest, RefusesRunLengthTgaByItsName) {
   for (int type = 9; type <= 11; ++type) {
     std::string bytes = tga(2, 2, 24, "", zeros(12));
     bytes[2] = static_cast<char>(type);
-    std::string error;
-    EXPECT_FALSE(loaded(bytes, &error, "f.tga"));
-    EXPECT_NE(error.find("run-length " + std::string(names[type - 9])), std::string::npos) << error;
+    Status status;
+    EXPECT_FALSE(loaded(bytes, &status, "f.tga"));
+    EXPECT_NE(status.text().find("run-length " + std::string(names[type - 9])), std::string::npos)
+        << status.text();
   }
 }
 
@@ -97,9 +98,9 @@ TEST_F(PsdTest, RefusesOtherTga) {
                                tga(1, 1, 24, "", "").substr(0, 17),
                                ""};
   for (const std::string& bytes : cases) {
-    std::string error;
-    EXPECT_FALSE(loaded(bytes, &error, "f.tga"));
-    EXPECT_NE(error, "");
+    Status status;
+    EXPECT_FALSE(loaded(bytes, &status, "f.tga"));
+    EXPECT_NE(status.text(), "");
   }
 }
 

@@ -76,7 +76,7 @@ def test_failures_are_what_python_people_expect(tmp_path):
         (lambda: morvane.Document(4, 70000), ValueError, "height"),
         (lambda: morvane.Document(4, 4.5), TypeError, "height"),
         (lambda: document.save(tmp_path / "none/out.psd"), FileNotFoundError, "out.psd"),
-        (lambda: document.save(tmp_path), morvane.Error, "cannot-write"),
+        (lambda: document.save(tmp_path), morvane.Error, "not-a-file"),
         (lambda: document.add_data_layer("n", b"x" * 60), morvane.Error, "no-room"),
         (lambda: document.add_data_layer("n", "text"), TypeError, "data"),
         (lambda: document.add_data_layer("n", memoryview(b"abcd")[::2]), ValueError, "data"),

@@ -27,12 +27,12 @@ class ReplaceFile : public ScratchFolder {
   std::string replace(const std::string& file, const std::string& content) {
     FileReplacer out;
     if (out.open(file.c_str()) && out.append(content.data(), content.size()) && out.commit()) {
-      EXPECT_EQ(out.error(), "");
+      EXPECT_TRUE(out.status().ok());
       return std::string();
     }
     EXPECT_FALSE(out.append("x", 1));
     EXPECT_FALSE(out.commit());
-    return out.error();
+    return out.status().text();
   }
 };
 
@@ -140,7 +140,7 @@ TEST_F(ReplaceFile, FailsWhenTheTargetIsNotWhatWasRead) {
     c.meanwhile(file);
     const bool mayReplace = c.left == "new";
     EXPECT_EQ(out.commit(), mayReplace) << c.name;
-    EXPECT_EQ(out.foundAnother(), !mayReplace) << c.name;
+    EXPECT_EQ(out.status().code(), mayReplace ? StatusCode::kOk : StatusCode::kChanged) << c.name;
     EXPECT_EQ(read("f"), c.left) << c.name;
     EXPECT_EQ(entries(), c.left.empty() ? 0 : 1) << c.name;
     EXPECT_EQ(isSameFile(out.written(), identityAt(file)), mayReplace) << c.name;
@@ -149,7 +149,7 @@ TEST_F(ReplaceFile, FailsWhenTheTargetIsNotWhatWasRead) {
 
 TEST_F(ReplaceFile, WaitsForTheLockAsLongAsItMay) {
   const int other = ::open(write("f", "old").c_str(), O_RDWR);
-  ASSERT_EQ(lockFile(other, 0), "");
+  ASSERT_TRUE(lockFile(other, 0).ok());
   ::setenv("MORVANE_WAIT", "0", 1);
   EXPECT_EQ(replace(path("f"), "new"),
             "cannot write " + path("f") + ": another program keeps it locked; waited 0 s");
@@ -188,11 +188,10 @@ TEST_F(ReplaceFile, WritesInPlaceWhereThatIsAsked) {
 TEST_F(ReplaceFile, ReadsWholeFilesOfAllowedSize) {
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
-  std::string error;
   const std::string file = write("f", "four");
-  ASSERT_TRUE(readWholeFile(file.c_str(), 4, bytes, size, error));
+  ASSERT_TRUE(readWholeFile(file.c_str(), 4, bytes, size).ok());
   EXPECT_EQ(std::string(bytes.get(), bytes.get() + size), "four");
-  EXPECT_FALSE(readWholeFile(file.c_str(), 3, bytes, size, error));
+  EXPECT_EQ(readWholeFile(file.c_str(), 3, bytes, size).code(), StatusCode::kTooLarge);
   EXPECT_EQ(size, 4u);
 }
 

@@ -7,8 +7,10 @@
 #include "geometry/GoblinGeometry.h"
 #include "host/Host.h"
 #include "psd/PsdDocument.h"
+#include "tile/SaveFailure.h"
 #include "tile/TileGoblins.h"
 #include "tile/TileLines.h"
+#include "tile/TileTexture.h"
 #include "tools/model/TileFile.h"
 #include "tools/scene/SceneTiles.h"
 #include "tools/terminal/OutputFile.h"
@@ -17,6 +19,9 @@
 namespace tools {
 namespace {
 
+using morvane::Status;
+using morvane::StatusCode;
+
 constexpr std::string_view kError = "*** Error";
 constexpr std::string_view kWarnings[] = {morvane::kWarningMark, morvane::kPlainWarningMark};
 
@@ -24,8 +29,6 @@ constexpr std::size_t kMostOutside = 3;  // goblins named of a tile
 
 constexpr std::string_view kHostError = "Error: ";
 constexpr std::string_view kHostWarning = "Warning: ";
-constexpr std::string_view kChanged = ": changed while it was exported";
-constexpr std::string_view kNotReplaced = ": somebody's ";
 
 // What the plug-in logs, and what the person at the terminal can do about it.
 struct Advice {
@@ -154,17 +157,18 @@ void ExportReport::addHostWarnings(TileOutcome& tile) const {
 
 std::vector<std::string> ExportReport::takeChanged() {
   endTile();
+  const auto isChanged = [](const Status& status) { return status.code() == StatusCode::kChanged; };
   std::vector<std::string> changed;
   for (const TileOutcome& tile : tiles_)
-    if (reasonOf(tile).find(kChanged) != std::string::npos) changed.push_back(tile.path);
-  const auto isChanged = [&](const TileOutcome& tile) {
-    return std::find(changed.begin(), changed.end(), tile.path) != changed.end();
-  };
-  tiles_.erase(std::remove_if(tiles_.begin(), tiles_.end(), isChanged), tiles_.end());
-  const auto isTaken = [](const std::string& reason) {
-    return reason.find(kChanged) != std::string::npos;
-  };
-  reasons_.erase(std::remove_if(reasons_.begin(), reasons_.end(), isTaken), reasons_.end());
+    if (isChanged(reasonOf(tile))) changed.push_back(tile.path);
+  for (const std::string& path : changed) {
+    const auto isTaken = [&](const std::string& reason) {
+      return isChanged(morvane::readSaveFailure(fileOf(path), reason));
+    };
+    const auto isOfTile = [&](const TileOutcome& tile) { return tile.path == path; };
+    reasons_.erase(std::remove_if(reasons_.begin(), reasons_.end(), isTaken), reasons_.end());
+    tiles_.erase(std::remove_if(tiles_.begin(), tiles_.end(), isOfTile), tiles_.end());
+  }
   return changed;
 }
 
@@ -173,22 +177,25 @@ void ExportReport::refuse(const Refusal& refusal) {
 }
 
 // What the host said of a failed tile's file, of its mesh, or of the tile where it has neither.
-std::string ExportReport::reasonOf(const TileOutcome& tile) const {
+Status ExportReport::reasonOf(const TileOutcome& tile) const {
   const bool isSave = tile.error == morvane::kSaveFailed;
   const bool isMaterial = tile.error == morvane::kNoTexture;
   if (!isSave && !isMaterial && tile.error != morvane::kLoadFailed &&
       tile.error != morvane::kLayerFailed) {
-    return "";
+    return {};
   }
   const std::string texture = textureOf(tile.path);
-  const std::string file = texture.empty() ? tile.path : texture;
-  const std::string beginning = isSave ? "cannot write " + file.substr(0, file.rfind('.')) + '.'
-                                : isMaterial ? tile.path + '|'
-                                             : file + ": ";
-  const auto reason = std::find_if(reasons_.begin(), reasons_.end(), [&](const std::string& each) {
-    return startsWith(each, beginning);
-  });
-  return reason == reasons_.end() ? "" : *reason;
+  const std::string beginning =
+      isMaterial ? tile.path + '|' : (texture.empty() ? tile.path : texture) + ": ";
+  for (const std::string& reason : reasons_) {
+    if (isSave) {
+      Status status = morvane::readSaveFailure(fileOf(tile.path), reason);
+      if (!status.ok()) return status;
+    } else if (startsWith(reason, beginning)) {
+      return {StatusCode::kUnsupported, reason};
+    }
+  }
+  return {};
 }
 
 bool ExportReport::isExported(const std::string& tile) const {
@@ -252,12 +259,12 @@ bool ExportReport::conclude() {
       tellOutside(tile);
     }
     if (tile.error.empty()) continue;
-    const std::string reason = reasonOf(tile);
-    const std::string why = reason.empty() ? tile.error : tile.error + ": " + reason;
+    const Status reason = reasonOf(tile);
+    const std::string why = reason.ok() ? tile.error : tile.error + ": " + reason.text();
     const bool isInAdvice = tile.error == morvane::kLoadFailed;
     complain(printable(scene_) + ": " +
              (tile.path.empty() ? "a selected node" : printable(tile.path)) + ": " +
-             printable(isInAdvice ? tile.error : why) + "; " + advice(tile, reason));
+             printable(isInAdvice ? tile.error : why) + "; " + advice(tile, reason.code()));
     tile.error = why;
   }
   return failures() == 0;
@@ -285,15 +292,19 @@ std::string ExportReport::textureOf(const std::string& tile) const {
   return known ? known->texture : "";
 }
 
-std::string ExportReport::advice(const TileOutcome& tile, const std::string& reason) const {
+// The file that an export of the tile writes.
+std::string ExportReport::fileOf(const std::string& tile) const {
+  const std::string texture = textureOf(tile);
+  return morvane::tileFileOf(texture.empty() ? tile : texture);
+}
+
+std::string ExportReport::advice(const TileOutcome& tile, StatusCode code) const {
   if (!tile.advice.empty()) return tile.advice;
   if (tile.error == morvane::kLoadFailed) return textureAdvice(tile.path);
-  const bool isAdvised =
-      reason.find(kChanged) != std::string::npos || reason.find(kNotReplaced) != std::string::npos;
-  if (isAdvised) return "nothing was replaced";
+  if (code == StatusCode::kChanged || code == StatusCode::kOtherKind) return "nothing was replaced";
   for (const Advice& known : kAdvice) {
     if (tile.error != known.error) continue;
-    return known.error == morvane::kSaveFailed ? writingAdvice(reason, known.text) : known.text;
+    return known.error == morvane::kSaveFailed ? writingAdvice(code, known.text) : known.text;
   }
   return "its texture was not changed";
 }
@@ -314,9 +325,9 @@ std::string ExportReport::textureAdvice(const std::string& tile) const {
                                       : kMissingTexture);
     }
     morvane::PsdDocument document(1, 1);
-    std::string error;
-    if (!document.load(texture.c_str(), &error))
-      return "texture " + unreadable(texture, error, texture);
+    Status status;
+    if (!document.load(texture.c_str(), &status))
+      return "texture " + unreadable(texture, status, texture);
   }
   return "its texture must be a PSD file or an uncompressed TGA image of 24 or 32 bits";
 }

@@ -11,6 +11,7 @@
 
 #include "tools/batch/SharedTextures.h"
 #include "tools/scene/TileCandidates.h"
+#include "util/Status.h"
 
 namespace tools {
 
@@ -85,8 +86,9 @@ class ExportReport {
   std::string nextNameless();
   void endTile();
   const TileCandidate* candidate(const std::string& tile) const;
-  std::string reasonOf(const TileOutcome& tile) const;
-  std::string advice(const TileOutcome& tile, const std::string& reason) const;
+  std::string fileOf(const std::string& tile) const;
+  morvane::Status reasonOf(const TileOutcome& tile) const;
+  std::string advice(const TileOutcome& tile, morvane::StatusCode code) const;
   std::string textureAdvice(const std::string& tile) const;
 
   std::string scene_;

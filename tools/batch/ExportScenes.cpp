@@ -42,9 +42,9 @@ class Batch {
   Batch& operator=(const Batch&) = delete;
 
   ExitStatus run() {
-    std::string error;
-    ExitStatus worst = startSession("", job_.folders, &error);
-    if (worst != kDone) return failAll(error, worst);
+    morvane::Status started;
+    ExitStatus worst = startSession("", job_.folders, &started);
+    if (worst != kDone) return failAll(started.text(), worst);
     InterruptNotice notice(paths_.size());
     for (; scene_ < paths_.size(); ++scene_) {
       worst = std::max(worst, exportScene());
@@ -76,11 +76,10 @@ class Batch {
 
   ExitStatus exportScene() {
     bar_.show(doneSoFar(0, 1), "opening " + printable(name()));
-    std::string error;
-    const bool opened = host::openScene(paths_[scene_], &error);
+    const morvane::Status opened = host::openScene(paths_[scene_]);
     bar_.hide();
     const host::SceneProblems problems = host::takeSceneProblems();
-    return opened ? exportOpened(problems) : failScene(problems, error, kNotLoaded);
+    return opened.ok() ? exportOpened(problems) : failScene(problems, opened.text(), kNotLoaded);
   }
 
   ExitStatus exportSelected(bool isDamaged) {

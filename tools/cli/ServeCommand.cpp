@@ -74,14 +74,23 @@ class Server {
 
   ExitStatus open() {
     const std::string path = absoluteName(scene_);
-    ExitStatus status = startSession("", folders_, &error_);
+    morvane::Status opened;
+    ExitStatus status = startSession("", folders_, &opened);
     if (status == kDone) {
-      status = host::openScene(path, &error_) ? kDone : kNotLoaded;
+      opened = host::openScene(path);
+      status = opened.ok() ? kDone : kNotLoaded;
       const host::SceneProblems problems = host::takeSceneProblems();
       ExportRecords().writeScene(scene_, problems, damageOf(problems), status);
     }
+    error_ = opened.text();
     finish(status);
     return status;
+  }
+
+  ExitStatus save(const std::string& file) {
+    const morvane::Status saved = host::saveScene(file);
+    error_ = saved.text();
+    return saved.ok() ? kDone : kFailed;
   }
 
   static std::string text(const Json& request, const char* key) {
@@ -97,7 +106,7 @@ class Server {
     }
     if (wanted == "export") return exportTiles(request);
     if (wanted == "mel") return runText(text(request, "text"));
-    if (wanted == "save") return host::saveScene(text(request, "file"), &error_) ? kDone : kFailed;
+    if (wanted == "save") return save(text(request, "file"));
     error_ = "not a request";
     return kUsage;
   }

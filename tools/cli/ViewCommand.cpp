@@ -25,18 +25,18 @@ struct Options {
   SceneFolders folders;
 };
 
-// Fills in what a file holds, its goblins included. False, with the reason, for a file that cannot
-// be loaded.
-bool readDocument(const std::string& path, morvane::PsdDocument& document, ViewItem& item,
-                  std::string& fault) {
-  if (!document.load(path.c_str(), &fault)) return false;
+// Fills in what a file holds, its goblins included. Fails for a file that cannot be loaded.
+morvane::Status readDocument(const std::string& path, morvane::PsdDocument& document,
+                             ViewItem& item) {
+  morvane::Status status;
+  if (!document.load(path.c_str(), &status)) return status;
   item.goblins = readGoblins(document);
   std::error_code ignored;
   item.report = documentJson(item.file, fs::file_size(path, ignored), document, item.goblins);
   Picture picture;
   if (readPicture(document, ViewPage::kMaxPicture, picture, item.pictureFault))
     item.picture = std::move(picture);
-  return true;
+  return status;
 }
 
 class Viewer {
@@ -92,8 +92,10 @@ class Viewer {
     item.name = fs::path(path).filename().string();
     item.file = shown;
     morvane::PsdDocument document(1, 1);
-    if (!readDocument(path, document, item, item.fault))
-      fail(unreadable(path, item.fault, shown));
+    const morvane::Status loaded = readDocument(path, document, item);
+    item.fault = loaded.text();
+    if (!loaded.ok())
+      fail(unreadable(path, loaded, shown));
     else if (!tellFaults(shown, document, item.goblins))
       status_ = std::max(status_, kFailed);
     add(item, files_);
@@ -111,7 +113,7 @@ class Viewer {
     ViewItem item;
     item.name = fs::path(path).filename().string();
     item.file = shown;
-    item.fault = opened ? kNoTile + likelyLoss(scenes_.problems()) : scenes_.reason();
+    item.fault = opened ? kNoTile + likelyLoss(scenes_.problems()) : scenes_.status().text();
     fail(printable(shown) + ": " + (opened ? item.fault : "the scene cannot be loaded"),
          opened ? kFailed : kNotLoaded);
     add(item, files_);
@@ -137,17 +139,17 @@ class Viewer {
 
   // The scene's folder is the working folder now, so that the texture's name is good as it stands.
   void addTexture(const std::string& texture, const std::string& shown, ViewItem& item) {
-    std::string fault;
     morvane::PsdDocument document(1, 1);
-    if (readDocument(texture, document, item, fault)) {
+    const morvane::Status loaded = readDocument(texture, document, item);
+    if (loaded.ok()) {
       if (!tellFaults(shown + "texture " + texture, document, {}))
         status_ = std::max(status_, kFailed);
       return;
     }
-    item.pictureFault = fault;
+    item.pictureFault = loaded.text();
     std::error_code ignored;
     fail(shown + "texture " +
-         (fs::exists(texture, ignored) ? unreadable(texture, fault, texture)
+         (fs::exists(texture, ignored) ? unreadable(texture, loaded, texture)
                                        : printable(texture) + kMissingTexture));
   }
 

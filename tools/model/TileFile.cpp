@@ -9,27 +9,33 @@
 namespace tools {
 namespace {
 
-// Why a file is not loaded, and what the person at the terminal can do about it.
-struct Advice {
-  const char* error;
-  const char* text;
-};
-constexpr Advice kAdvice[] = {
-    {"No such file", "check the name"},
-    {"Permission denied", "make the file readable"},
-    {"not a regular file", "name a PSD or TGA file"},
-    {"ends neither", "name a PSD or TGA file"},
-    {"is empty", "fetch it again, or save it again where it was made"},
-    {", a PSD file", "give its name the extension .psd"},
-    {"not a TGA image", "save it again as PSD or TGA"},
-    {"not a PSD file", "save it again as PSD"},
-    {"is not supported", "save it again as PSD"},
-    {"are supported", "save it again with 24 or 32 bits"},
-    {"pixels: ", "it is cut off or compressed: save it again uncompressed"},
-    {"too large", "save it again with fewer layers or pixels"},
-    {"changed while", "wait until it is written"},
-    {"out of memory", "free memory, or use another machine"},
-};
+// What the person at the terminal can do about a file that is not loaded.
+std::string loadingAdvice(morvane::StatusCode code, bool isTga) {
+  using Code = morvane::StatusCode;
+  switch (code) {
+    case Code::kNotFound:
+      return "check the name";
+    case Code::kNotAllowed:
+      return "make the file readable";
+    case Code::kNotAFile:
+    case Code::kBadArgument:
+      return "name a PSD or TGA file";
+    case Code::kOtherKind:
+      return "give its name the extension .psd";
+    case Code::kUnsupported:
+      return isTga ? "save it again as PSD, or as an uncompressed TGA of 24 or 32 bits"
+                   : "save it again as PSD";
+    case Code::kTooLarge:
+      return "save it again with fewer layers or pixels";
+    case Code::kChanged:
+      return "wait until it is written";
+    case Code::kOutOfMemory:
+      return "free memory, or use another machine";
+    default:
+      return isTga ? "it is cut off or compressed: fetch it again, or save it again uncompressed"
+                   : "it is damaged or cut off: fetch it again, or save it again where it was made";
+  }
+}
 
 std::uint32_t countDistinct(const std::vector<std::vector<std::int32_t>>& faces) {
   std::vector<std::int32_t> used;
@@ -116,21 +122,16 @@ std::size_t Goblins::faceCount() const {
   return count;
 }
 
-std::string unreadable(const std::string& path, const std::string& error,
+std::string unreadable(const std::string& path, const morvane::Status& status,
                        const std::string& shown) {
   std::error_code ignored;
   if (std::filesystem::is_directory(path, ignored)) {
     const std::string files = (std::filesystem::path(shown) / "*.psd").string();
     return printable(shown) + ": it is a folder; name the files in it: " + printable(files);
   }
-  std::string advice =
-      "it is damaged or cut off: fetch it again, or save it again where it was made";
-  for (const Advice& known : kAdvice) {
-    if (error.find(known.error) == std::string::npos) continue;
-    advice = known.text;
-    break;
-  }
-  return printable(shown) + ": " + printable(error) + "; " + advice;
+  const bool isTga = morvane::lowerExtension(path) == ".tga";
+  return printable(shown) + ": " + printable(status.text()) + "; " +
+         loadingAdvice(status.code(), isTga);
 }
 
 bool isTileFileName(const std::string& name) {
@@ -141,9 +142,9 @@ bool isTileFileName(const std::string& name) {
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
                                                    const std::string& shown) {
   auto document = std::make_unique<morvane::PsdDocument>(1u, 1u);
-  std::string error;
-  if (document->load(path.c_str(), &error)) return document;
-  complain(unreadable(path, error, shown));
+  morvane::Status status;
+  if (document->load(path.c_str(), &status)) return document;
+  complain(unreadable(path, status, shown));
   return nullptr;
 }
 

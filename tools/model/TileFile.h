@@ -8,6 +8,7 @@
 
 #include "geometry/GoblinGeometry.h"
 #include "psd/PsdDocument.h"
+#include "util/Status.h"
 
 // A tile's file as the report subcommands see it: the document, and the goblins in its
 // "GoblinGeometry" layer.
@@ -33,9 +34,10 @@ struct Goblins {
   std::size_t faceCount() const;
 };
 
-// What to tell of a file that PsdDocument::load refused with `error`: which (by the name `shown`),
-// why, and what to do.
-std::string unreadable(const std::string& path, const std::string& error, const std::string& shown);
+// What to report of a file that PsdDocument::load() refused with `status`: which (by the name
+// `shown`), why, and what to do.
+std::string unreadable(const std::string& path, const morvane::Status& status,
+                       const std::string& shown);
 
 // Whether a texture of that name can be loaded at all: it ends in .psd or .tga, in any case.
 bool isTileFileName(const std::string& name);

@@ -20,13 +20,13 @@ class SceneOpener {
   bool open(const std::string& path);
   // Of the last one: what was found in it, and why it was not opened.
   const host::SceneProblems& problems() const { return problems_; }
-  const std::string& reason() const { return reason_; }
+  const morvane::Status& status() const { return status_; }
 
  private:
   const SceneFolders& folders_;
   bool started_ = false;
   host::SceneProblems problems_;
-  std::string reason_;
+  morvane::Status status_;
 };
 
 }  // namespace tools

@@ -42,7 +42,7 @@ void addFolderOptions(CLI::App& command, SceneFolders& folders) {
 }
 
 ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
-                        std::string* reason) {
+                        morvane::Status* status) {
   const std::string path = scene.empty() ? "" : absoluteName(scene);
   host::start(absoluteName("."));
   for (const std::string& pair : folders.maps) {
@@ -57,9 +57,9 @@ ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
     host::addPlugInFolder((program.parent_path() / "plug-ins").string());
     host::addScriptFolder((program.parent_path() / "scripts").string());
   }
-  if (!path.empty() && !host::openScene(path, reason)) return kNotLoaded;
+  if (!path.empty() && !morvane::reportTo(status, host::openScene(path))) return kNotLoaded;
   if (host::loadPlugin("morvane")) return kDone;
-  if (reason) *reason = "the plug-in cannot be loaded";
+  morvane::reportTo(status, {morvane::StatusCode::kNotFound, "the plug-in cannot be loaded"});
   complain(
       "the plug-in cannot be loaded; it belongs into the folder plug-ins beside the program's "
       "folder, or into one that MAYA_PLUG_IN_PATH names");
@@ -67,10 +67,10 @@ ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
 }
 
 ExitStatus saveScene(const std::string& output) {
-  std::string reason;
-  if (output.empty() || host::saveScene(output, &reason)) return kDone;
+  const morvane::Status saved = output.empty() ? morvane::Status() : host::saveScene(output);
+  if (saved.ok()) return kDone;
   complain("the scene was not saved; " +
-           writingAdvice(reason, "name a file in a folder that can be written"));
+           writingAdvice(saved.code(), "name a file in a folder that can be written"));
   return kFailed;
 }
 

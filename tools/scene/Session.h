@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/terminal/ExitStatus.h"
+#include "util/Status.h"
 
 namespace tools {
 
@@ -24,10 +25,10 @@ void addFolderOptions(CLI::App& command, SceneFolders& folders);
 // Starts the host, opens `scene` (none: the empty text), and loads the plug-in that belongs to this
 // program: beside it in ../plug-ins, with its scripts in ../scripts. kDone or, with the reason on
 // standard error, kNotLoaded. Names given on the command line must be absolute before: a scene
-// moves the working folder. `reason` (may be null) is set to why the scene or the plug-in
+// moves the working folder. `status` (may be null) is set to why the scene or the plug-in
 // cannot be loaded.
 ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
-                        std::string* reason = nullptr);
+                        morvane::Status* status = nullptr);
 
 // Saves the scene as `output` (none: the empty text), or says why it cannot.
 ExitStatus saveScene(const std::string& output);

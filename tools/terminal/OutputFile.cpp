@@ -1,9 +1,7 @@
 #include "tools/terminal/OutputFile.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 
 #include "host/Host.h"
@@ -31,37 +29,6 @@ std::string whyNoOutput(const std::string& name, const OutputKind& kind) {
   return printable(name) + ": " + rule + (extension.empty() ? ", with something before it" : "");
 }
 
-constexpr const char* kFreeSpace = "free some space there";
-constexpr const char* kOtherFolder = "use a folder that can be written";
-constexpr const char* kReadOnly = "the file is read-only: make it writable (check it out)";
-constexpr const char* kNoPermission = "make its folder writable, or use another";
-
-struct Advice {
-  int error;
-  const char* text;
-};
-constexpr Advice kAdvice[] = {
-    {ENOSPC, kFreeSpace},
-#ifdef EDQUOT
-    {EDQUOT, kFreeSpace},
-#endif
-    {EROFS, kOtherFolder}, {EACCES, kNoPermission}, {EPERM, kNoPermission},
-};
-
-bool endsWith(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-// Opening to append changes nothing in the file.
-bool isReadOnly(const std::string& file) {
-  std::error_code missing;
-  const auto status = std::filesystem::status(file, missing);
-  if (!std::filesystem::is_regular_file(status)) return false;
-  using Perms = std::filesystem::perms;
-  constexpr Perms kWrite = Perms::owner_write | Perms::group_write | Perms::others_write;
-  return (status.permissions() & kWrite) == Perms::none || !std::ofstream(file, std::ios::app);
-}
-
 }  // namespace
 
 const OutputKind kSceneOutput = {"only Maya ASCII", {".ma"}};
@@ -70,25 +37,27 @@ void checkOutput(CLI::Option& option, const OutputKind& kind) {
   option.check([kind](const std::string& name) { return whyNoOutput(name, kind); }, "");
 }
 
-std::string writingAdvice(const std::string& reason, const std::string& otherwise) {
-  if (endsWith(reason, ": changed since it was read; try again"))
-    return "the file is as somebody else left it meanwhile: run this again";
-  static const std::string kBegin = "cannot write ";
-  for (const Advice& known : kAdvice) {
-    const std::string why = ": " + std::generic_category().message(known.error);
-    if (reason.compare(0, kBegin.size(), kBegin) != 0 || !endsWith(reason, why)) continue;
-    const std::size_t length = reason.size() - why.size() - kBegin.size();
-    const bool isFile = known.text == kNoPermission;
-    return isFile && isReadOnly(reason.substr(kBegin.size(), length)) ? kReadOnly : known.text;
+std::string writingAdvice(morvane::StatusCode code, const std::string& otherwise) {
+  using Code = morvane::StatusCode;
+  switch (code) {
+    case Code::kChanged:
+      return "the file is as somebody else left it meanwhile: run this again";
+    case Code::kNoSpace:
+      return "free some space there";
+    case Code::kReadOnly:
+      return "make the file writable (check it out)";
+    case Code::kNotAllowed:
+      return "make its folder writable, or use another";
+    default:
+      return otherwise;
   }
-  return otherwise;
 }
 
 bool writeOutput(const std::string& path, const std::string& text) {
   morvane::FileReplacer out;
   if (out.open(path.c_str()) && out.append(text.data(), text.size()) && out.commit()) return true;
-  complain(printable(out.error()) + "; " +
-           writingAdvice(out.error(), "name a file in a folder that can be written"));
+  complain(printable(out.status().text()) + "; " +
+           writingAdvice(out.status().code(), "name a file in a folder that can be written"));
   return false;
 }
 

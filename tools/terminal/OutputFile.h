@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "util/Status.h"
+
 namespace tools {
 
 // What an option's file may be called: `written` ("a PSD file") has one of these extensions.
@@ -22,9 +24,8 @@ void checkOutput(CLI::Option& option, const OutputKind& kind);
 // False, with the reason on standard error, when that failed.
 bool writeOutput(const std::string& path, const std::string& text);
 
-// What to do about a file that could not be written, by a reason of the form "cannot write FILE:
-// WHY" (how FileReplacer and the host say it); `otherwise` where the reason tells nothing.
-std::string writingAdvice(const std::string& reason, const std::string& otherwise);
+// What to do about a file that could not be written; `otherwise` where the code tells nothing.
+std::string writingAdvice(morvane::StatusCode code, const std::string& otherwise);
 
 // Tells on standard error that `path` was written, and what it holds (nothing: the empty text).
 void tellWritten(const std::string& path, const std::string& what = "");

@@ -1,0 +1,19 @@
+#ifndef MORVANE_UTIL_SYSTEMSTATUS_H_
+#define MORVANE_UTIL_SYSTEMSTATUS_H_
+
+#include <system_error>
+
+#include "util/Status.h"
+
+namespace morvane {
+
+// What the system says of a call that failed, in its own words. `otherwise` is the code of an error
+// that has none in StatusCode.
+Status systemStatus(const std::error_code& error, StatusCode otherwise);
+
+// The same of a value of errno.
+Status errnoStatus(int error, StatusCode otherwise);
+
+}  // namespace morvane
+
+#endif  // MORVANE_UTIL_SYSTEMSTATUS_H_
