@@ -9,6 +9,7 @@
 #include "tile/TileTexture.h"
 #include "tools/batch/ExportScenes.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/SceneEvaluation.h"
 #include "tools/scene/SceneOpener.h"

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
 #include "tools/image/Picture.h"
 #include "tools/model/GoblinGlb.h"
 #include "tools/model/GoblinMeshes.h"

@@ -4,6 +4,7 @@
 #include "host/Host.h"
 #include "host/text/Text.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
 #include "tools/model/TileFile.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/Session.h"

@@ -7,6 +7,7 @@
 #include "psd/PsdFormat.h"
 #include "tools/batch/SceneReport.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
 #include "tools/model/DocumentReport.h"
 #include "tools/model/TileFile.h"
 #include "tools/scene/SceneDamage.h"

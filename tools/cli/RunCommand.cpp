@@ -5,6 +5,7 @@
 
 #include "host/Host.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/Session.h"
 #include "tools/terminal/ExitStatus.h"

@@ -8,6 +8,7 @@
 #include "tools/batch/ExportScenes.h"
 #include "tools/batch/SceneReport.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/Session.h"
 #include "tools/terminal/OutputAside.h"

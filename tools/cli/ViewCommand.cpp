@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tools/cli/Commands.h"
+#include "tools/cli/Options.h"
 #include "tools/model/DocumentReport.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/SceneOpener.h"

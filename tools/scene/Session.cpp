@@ -15,32 +15,6 @@ std::string absoluteName(const std::string& name) {
   return error ? name : absolute.string();
 }
 
-void addFolderOptions(CLI::App& command, SceneFolders& folders) {
-  command.add_option("--map", folders.maps, "What the scene has in FROM is in TO here; repeatable")
-      ->type_name("FROM=TO")
-      ->expected(1)
-      ->take_all()
-      ->check(
-          [](const std::string& pair) {
-            const std::size_t sign = pair.find('=');
-            const bool ok = sign != std::string::npos && sign > 0 && sign + 1 < pair.size();
-            return ok ? std::string() : "needs two folders, FROM=TO, not " + printable(pair);
-          },
-          "");
-  command
-      .add_option("--project", folders.project,
-                  "Where textures are looked for, not the nearest project")
-      ->type_name("DIR")
-      ->check(
-          [](const std::string& folder) {
-            std::error_code error;
-            return std::filesystem::is_directory(folder, error)
-                       ? std::string()
-                       : "needs a folder, not " + printable(folder);
-          },
-          "");
-}
-
 ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
                         morvane::Status* status) {
   const std::string path = scene.empty() ? "" : absoluteName(scene);

@@ -1,7 +1,6 @@
 #ifndef MORVANE_TOOLS_SCENE_SESSION_H_
 #define MORVANE_TOOLS_SCENE_SESSION_H_
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
@@ -18,9 +17,6 @@ struct SceneFolders {
   std::vector<std::string> maps;  // FROM=TO: folders of the machine that made a scene, and of this
   std::string project;  // in place of the nearest folder above a scene with workspace.mel; or empty
 };
-
-// Gives a subcommand the options --map and --project, which fill `folders` with what was checked.
-void addFolderOptions(CLI::App& command, SceneFolders& folders);
 
 // Starts the host, opens `scene` (none: the empty text), and loads the plug-in that belongs to this
 // program: beside it in ../plug-ins, with its scripts in ../scripts. kDone or, with the reason on

@@ -1,12 +1,10 @@
 #include "tools/terminal/OutputFile.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
 #include "host/Host.h"
 #include "tools/terminal/Text.h"
-#include "util/FileExtension.h"
 #include "util/ReplaceFile.h"
 
 namespace tools {
@@ -17,25 +15,7 @@ bool isSame(const std::string& one, const std::string& other) {
   return std::filesystem::equivalent(one, other, missing);
 }
 
-// Empty when `name` is one of that kind.
-std::string whyNoOutput(const std::string& name, const OutputKind& kind) {
-  const auto& allowed = kind.extensions;
-  std::string needed = allowed.front();
-  for (std::size_t i = 1; i < allowed.size(); ++i) needed += " or " + allowed[i];
-  const std::string rule = kind.written + " is written, so that the name must end in " + needed;
-  if (name.empty()) return "the name is empty (a variable that is not set?); " + rule;
-  const std::string extension = morvane::lowerExtension(name);
-  if (std::find(allowed.begin(), allowed.end(), extension) != allowed.end()) return "";
-  return printable(name) + ": " + rule + (extension.empty() ? ", with something before it" : "");
-}
-
 }  // namespace
-
-const OutputKind kSceneOutput = {"only Maya ASCII", {".ma"}};
-
-void checkOutput(CLI::Option& option, const OutputKind& kind) {
-  option.check([kind](const std::string& name) { return whyNoOutput(name, kind); }, "");
-}
 
 std::string writingAdvice(morvane::StatusCode code, const std::string& otherwise) {
   using Code = morvane::StatusCode;

@@ -1,24 +1,12 @@
 #ifndef MORVANE_TOOLS_TERMINAL_OUTPUTFILE_H_
 #define MORVANE_TOOLS_TERMINAL_OUTPUTFILE_H_
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
 #include "util/Status.h"
 
 namespace tools {
-
-// What an option's file may be called: `written` ("a PSD file") has one of these extensions.
-struct OutputKind {
-  std::string written;
-  std::vector<std::string> extensions;  // ".psd"
-};
-extern const OutputKind kSceneOutput;  // Maya ASCII
-
-// Refuses as wrong usage what `option` is given where it is no name of such a file: an empty text,
-// for one, which a script's unset variable leaves.
-void checkOutput(CLI::Option& option, const OutputKind& kind);
 
 // Makes `text` the content of `path`, which keeps its old content unless all of it was written.
 // False, with the reason on standard error, when that failed.

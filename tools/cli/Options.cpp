@@ -1,0 +1,59 @@
+#include "tools/cli/Options.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "tools/terminal/Text.h"
+#include "util/FileExtension.h"
+
+namespace tools {
+namespace {
+
+// Empty when `name` is one of that kind.
+std::string whyNoOutput(const std::string& name, const OutputKind& kind) {
+  const auto& allowed = kind.extensions;
+  std::string needed = allowed.front();
+  for (std::size_t i = 1; i < allowed.size(); ++i) needed += " or " + allowed[i];
+  const std::string rule = kind.written + " is written, so that the name must end in " + needed;
+  if (name.empty()) return "the name is empty (a variable that is not set?); " + rule;
+  const std::string extension = morvane::lowerExtension(name);
+  if (std::find(allowed.begin(), allowed.end(), extension) != allowed.end()) return "";
+  return printable(name) + ": " + rule + (extension.empty() ? ", with something before it" : "");
+}
+
+}  // namespace
+
+const OutputKind kSceneOutput = {"only Maya ASCII", {".ma"}};
+
+void checkOutput(CLI::Option& option, const OutputKind& kind) {
+  option.check([kind](const std::string& name) { return whyNoOutput(name, kind); }, "");
+}
+
+void addFolderOptions(CLI::App& command, SceneFolders& folders) {
+  command.add_option("--map", folders.maps, "What the scene has in FROM is in TO here; repeatable")
+      ->type_name("FROM=TO")
+      ->expected(1)
+      ->take_all()
+      ->check(
+          [](const std::string& pair) {
+            const std::size_t sign = pair.find('=');
+            const bool ok = sign != std::string::npos && sign > 0 && sign + 1 < pair.size();
+            return ok ? std::string() : "needs two folders, FROM=TO, not " + printable(pair);
+          },
+          "");
+  command
+      .add_option("--project", folders.project,
+                  "Where textures are looked for, not the nearest project")
+      ->type_name("DIR")
+      ->check(
+          [](const std::string& folder) {
+            std::error_code error;
+            return std::filesystem::is_directory(folder, error)
+                       ? std::string()
+                       : "needs a folder, not " + printable(folder);
+          },
+          "");
+}
+
+}  // namespace tools
