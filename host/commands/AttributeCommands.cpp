@@ -10,6 +10,7 @@
 #include "host/scene/Connections.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/KeptLengths.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
 #include "host/text/Numbers.h"
@@ -316,8 +317,11 @@ CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
   const AttributeState flags = flagsOf(arguments);
   const bool onlyShape = values.words.empty() && !saysAnything(flags);
   if (context.inSceneFile && isToBeKept(name.node, name.path, values)) {
-    if (!onlyShape)
-      keepAsWritten(name.node, name.path, keptWords(arguments, text, values.type), flags);
+    if (!onlyShape) {
+      KeptWords kept = keptWords(arguments, text, values.type);
+      if (isKeptLength(*name.node, name.path)) turnIntoCentimetres(kept, currentUnits().length);
+      keepAsWritten(name.node, name.path, std::move(kept), flags);
+    }
     return CommandResult::success();
   }
   if (onlyShape) return CommandResult::success();

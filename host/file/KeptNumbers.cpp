@@ -4,6 +4,8 @@
 
 #include "host/scene/Plug.h"
 #include "host/scene/Values.h"
+#include "host/state/KeptLengths.h"
+#include "host/state/SceneUnits.h"
 #include "host/text/Blank.h"
 
 namespace host {
@@ -50,6 +52,7 @@ bool keepNumbers(const NodePtr& node, std::string_view statement) {
   KeptWords kept;
   kept.words.emplace_back();
   if (!copyNumbers(statement.substr(close + 1), kept.words.front())) return false;
+  if (isKeptLength(*node, path)) turnIntoCentimetres(kept, currentUnits().length);
   keepAsWritten(node, path, std::move(kept));
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include "host/scene/Plug.h"
 #include "host/scene/Scene.h"
+#include "host/state/KeptLengths.h"
 #include "host/state/SceneProject.h"
 #include "host/text/Numbers.h"
 #include "host/text/Text.h"
@@ -88,11 +89,17 @@ void appendState(std::string& out, const NodePtr& node, const AttributeState& st
   const Attribute* attribute = plug ? plug->attribute().get() : nullptr;
   const double factor = attribute == nullptr ? 1.0 : unitFactor(units, *attribute);
   const auto* const text = std::get_if<std::string>(&state.value);
+  const auto* const kept = std::get_if<KeptWords>(&state.value);
   const ValueText value{attribute, factor, out};
   if (text != nullptr && node->hasFn(MFn::kFileTexture))
     value(SceneProject::current().writtenName(node->serial(), *text));
-  else
+  else if (kept != nullptr && units.length != 1.0 && isKeptLength(*node, state.path)) {
+    KeptWords inUnit = *kept;
+    turnFromCentimetres(inUnit, units.length);
+    value(inUnit);
+  } else {
     std::visit(value, state.value);
+  }
   out += ";\n";
 }
 

@@ -221,6 +221,27 @@ const std::vector<NodeTypeRow> kRows = {
     {"polyTorus", "polyPrimitive", MFn::kPolyPrimitive, "",
      "radius:r:doubleLinear=1 sectionRadius:sr:doubleLinear=0.5 twist:tw:doubleAngle "
      "subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=20 heightBaseline:hbl:double"},
+    // What follows is not made here, but its lengths are known.
+    {"polyPipe", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "radius:r:doubleLinear=1 height:h:doubleLinear=2 thickness:t:doubleLinear=0.5 "
+     "subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=1 subdivisionsCaps:sc:long"},
+    {"polyPrism", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "length:l:doubleLinear=2 sideLength:sl:doubleLinear=1 numberOfSides:ns:long=3 "
+     "subdivisionsHeight:sh:long=1 subdivisionsCaps:sc:long"},
+    {"polyHelix", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "coils:c:double=3 height:h:doubleLinear=2 width:w:doubleLinear=2 radius:r:doubleLinear=0.4 "
+     "subdivisionsAxis:sa:long=8 subdivisionsCoil:sco:long=50 subdivisionsCaps:sc:long"},
+    {"polyPlatonicSolid", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "radius:r:doubleLinear=1 sideLength:sl:doubleLinear=1 solidType:st:enum"},
+    {"polyPlatonic", "polyPlatonicSolid", MFn::kPolyPrimitive, "", ""},
+    {"polyDisc", "polyPrimitive", MFn::kPolyPrimitive, "",
+     "radius:r:doubleLinear=1 sides:s:long=3"},
+    {"polyExtrudeFace", "dependNode", MFn::kDependencyNode, "",
+     "inputPolymesh:ip:mesh output:out:mesh translate:t:double3 "
+     "localTranslate:lt:double3{localTranslateX:ltx:doubleLinear localTranslateY:lty:doubleLinear "
+     "localTranslateZ:ltz:doubleLinear} pivot:pvt:float3{pivotX:pvx:floatLinear "
+     "pivotY:pvy:floatLinear pivotZ:pvz:floatLinear} thickness:tk:doubleLinear "
+     "offset:off:doubleLinear"},
 
     {"time", "dependNode", MFn::kTime, "", "outTime:o:time unwarpedTime:unw:time"},
     {"reference", "dependNode", MFn::kDependencyNode, "",

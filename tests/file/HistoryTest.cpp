@@ -407,6 +407,29 @@ TEST_F(History, MeshesAreUnitedAndSeparated) {
   expectPoint(mesh(), 3, {1, 6, -1});
 }
 
+// 0.01 m is 1 cm.
+TEST_F(History, LengthsAreInTheFilesUnit) {
+  const std::string kMetres = "currentUnit -l meter;\n";
+  const std::string kCube =
+      "createNode polyCube -n \"cube\";\n\tsetAttr \".w\" 0.01;\n\tsetAttr \".h\" 0.01;\n"
+      "\tsetAttr \".d\" 0.01;\n";
+  make(kMetres + kCube + extrude("1", "\".lt\" -type \"double3\" 0 0 0.02") +
+       connected("cube.out", "last.ip"));
+  EXPECT_NEAR(mesh().box().max.y, 0.5 + 2, 1e-9);
+  make(
+      kMetres + kCube +
+          "createNode tweak -n \"last\";\n\tsetAttr \".vl[0].vt[2]\" -type \"float3\" 0 0.03 0;\n" +
+          connected("cube.out", "last.ip[0].ig"),
+      "last.og[0]");
+  EXPECT_NEAR(mesh().box().max.y, 0.5 + 3, 1e-9);
+  make(kMetres + kCube +
+       "createNode polyTweak -n \"last\";\n\tsetAttr -s 2 \".tk[2:3]\" -type \"float3\" 0 0.03 0 0 "
+       "0.04 "
+       "0;\n" +
+       connected("cube.out", "last.ip"));
+  EXPECT_NEAR(mesh().box().max.y, 0.5 + 4, 1e-9);
+}
+
 // A second extrusion says where in the world the first one left its faces: cbn and cbx.
 TEST_F(History, AnArtistsExtrusionsEndWhereTheirFileSays) {
   const auto scenes = corpusScenes();

@@ -279,13 +279,20 @@ TEST_F(SceneText, AScenesUnitIsKept) {
       "setAttr \".reach\" 12.5;",
       "setAttr \".radius\" 0.3;",
       "setAttr -s 2 \".vt[0:1]\" 0.1 0.2 0.3 0.7 -0.9 1.1;",
-      "setAttr \".pt[0]\" -type \"float3\" 0.01 0.02 0.03;"};
+      "setAttr \".pt[0]\" -type \"float3\" 0.01 0.02 0.03;",
+      "setAttr \".thickness\" 0.25;",
+      "setAttr \".vl[0].vt[0:1]\" -type \"float3\" 0.1 0.7 1.1 0.3 0 0.9;",
+      "setAttr \".sideLength\" 0.7;"};
   EXPECT_EQ(
       open(statements[0] + "createNode transform -n \"t\";" + statements[1] + statements[2] +
            "createNode oddNode -n \"o\";" + statements[3] + "createNode polySphere -n \"s\";" +
-           statements[4] + "createNode mesh -n \"m\";" + statements[5] + statements[6]),
+           statements[4] + "createNode mesh -n \"m\";" + statements[5] + statements[6] +
+           "createNode polyPipe -n \"pipe\";" + statements[7] + "createNode tweak -n \"tweak\";" +
+           statements[8] + "createNode polyPrism -n \"prism\";" + statements[9]),
       "");
   EXPECT_EQ(run("getAttr s.r"), "30");
+  EXPECT_EQ(run("getAttr pipe.thickness"), "25");
+  EXPECT_EQ(run("getAttr prism.sl"), "70");
   ASSERT_TRUE(save("saved.ma"));
   const std::string saved = readAll(pathOf("saved.ma"));
   EXPECT_NE(saved.find("setAttr \".translateX\" 0.1;"), std::string::npos) << saved;
