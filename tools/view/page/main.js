@@ -16,7 +16,7 @@ try {
 const list = new GoblinList(stage);
 
 const goblinCount = (item) => item.goblins?.meshes.length ?? 0;
-const isDamaged = (item) =>
+const hasFault = (item) =>
   Boolean(item.fault || item.missing || item.report?.fault || item.goblins?.fault);
 
 function note(item) {
@@ -51,7 +51,7 @@ function fileButton(item, number) {
     thumbnail,
     words,
   );
-  if (isDamaged(item)) {
+  if (hasFault(item)) {
     button.append(icon('fault'));
   }
   return element('li', {}, button);
@@ -216,10 +216,10 @@ byId('files').addEventListener('keydown', (event) => {
 });
 
 const total = items.reduce((sum, item) => sum + goblinCount(item), 0);
-const damaged = items.filter(isDamaged).length;
+const faulty = items.filter(hasFault).length;
 byId('summary').textContent =
   `${count(items.length, items.some((item) => item.tile) ? 'tile' : 'file')} \u00b7 ${count(total, 'goblin')}` +
-  (damaged ? ` \u00b7 ${damaged} damaged` : '');
+  (faulty ? ` \u00b7 ${faulty} with faults` : '');
 byId('files').append(...items.map(fileButton));
 choose(
   Math.max(
