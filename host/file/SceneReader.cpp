@@ -120,11 +120,14 @@ void SceneReader::noteByte(Kind kind, std::uint64_t place, const std::string& te
 
 Status SceneReader::mayRead(const std::string& absolute, bool isReference) {
   FilesBeingRead& files = HostState::current().files;
-  if (std::find(files.open.begin(), files.open.end(), absolute) != files.open.end() ||
-      files.open.size() >= kMaxReferenceDepth) {
+  if (std::find(files.open.begin(), files.open.end(), absolute) != files.open.end())
     return {StatusCode::kDamaged, path_ + " refers to itself; remove that reference"};
+  if (files.open.size() >= kMaxReferenceDepth) {
+    return {StatusCode::kTooLarge, path_ + " is not loaded: files refer to one another more than " +
+                                       std::to_string(kMaxReferenceDepth) + " deep"};
   }
   files.references = isReference ? files.references + 1 : 0;
+  files.toldTooLarge = files.toldTooLarge && isReference;
   if (isReference && Scene::current().nodes().size() > kMostNodes) {
     return {StatusCode::kTooLarge, path_ +
                                        " is not loaded: the files that the scene refers to have "
@@ -370,7 +373,10 @@ void SceneReader::loadReference(const std::string& name, const std::string& name
   SceneReader reader;
   const Status status = reader.read(found, options);
   if (!status.ok()) {
-    note(Kind::kNotice, status.text());
+    // Files that multiply would be named thousands of times.
+    bool& told = HostState::current().files.toldTooLarge;
+    if (status.code() != StatusCode::kTooLarge || !told) note(Kind::kNotice, status.text());
+    told = told || status.code() == StatusCode::kTooLarge;
     missing_[node] = {needed + "cannot be read", status.text()};
     return;
   }

@@ -88,8 +88,9 @@ double PrimitiveParameters::size(const char* shortName, const char* longName,
 int PrimitiveParameters::subdivisions(const char* shortName, const char* longName, int otherwise,
                                       int least) const {
   const double value = size(shortName, longName, otherwise);
+  // What asks for too many still does.
   return static_cast<int>(
-      std::clamp(value, static_cast<double>(least), 1.0 * kMostPrimitivePoints));
+      std::clamp(value, static_cast<double>(least), 1.0 + kMostPrimitivePoints));
 }
 
 std::string checkPointCount(double points) {

@@ -23,6 +23,7 @@ namespace host {
 struct FilesBeingRead {
   std::vector<std::string> open;  // absolute, the innermost last
   int references = 0;             // read since the outermost was opened
+  bool toldTooLarge = false;      // one of those that were not read, because there are too many
 };
 
 // Everything that a host remembers. One host runs at a time, as the API has no argument that names

@@ -1,3 +1,4 @@
+#include <algorithm>
 
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
@@ -171,6 +172,62 @@ TEST_F(HostileScenes, FewWordsMakeNoGiants) {
   writeText("level3.ma", "//Maya\n");
   const std::string warnings = openPath(pathOf("level0.ma"));  // 30 + 900 + 27000 files
   EXPECT_NE(warnings.find("the scene refers to too many files"), std::string::npos);
+}
+
+// Every way to ask for a thousand million of something, and to lead back to where one is.
+TEST_F(HostileScenes, WhatCannotEndIsNamed) {
+  const struct {
+    const char* type;
+    const char* attribute;
+  } kPrimitives[] = {{"polyPlane", "sw"},  {"polyCube", "sd"},     {"polySphere", "sa"},
+                     {"polySphere", "sh"}, {"polyCylinder", "sa"}, {"polyCylinder", "sc"},
+                     {"polyCone", "sa"},   {"polyCone", "sh"},     {"polyTorus", "sh"},
+                     {"polyPyramid", "sh"}};
+  for (const auto& c : kPrimitives) {
+    const std::string warnings =
+        open(std::string(kMesh) + "createNode " + c.type + " -n \"p\";\nsetAttr \"." + c.attribute +
+             "\" 1000000000;\nconnectAttr \"p.out\" \"m.i\";\n");
+    EXPECT_NE(warnings.find("'p' (" + std::string(c.type) +
+                            "), but its subdivisions ask for too many points"),
+              std::string::npos)
+        << c.attribute << warnings;
+    EXPECT_EQ(node("m")->mesh->pointCount(), 0);
+  }
+  open(
+      "createNode transform -n \"a\";\ncreateNode transform -n \"b\";\nconnectAttr \"a.t\" "
+      "\"b.t\";\nconnectAttr \"b.t\" \"a.t\";\nconnectAttr \"a.tx\" \"a.ry\";\nconnectAttr "
+      "\"a.ry\" \"a.tz\";\n");
+  EXPECT_EQ(run("size(`getAttr a.wm`)"), "16");
+  EXPECT_EQ(run("size(`getAttr b.t`)"), "3");
+
+  const auto refersTo = [this](const std::string& name, const std::vector<std::string>& others) {
+    std::string text = "//Maya\ncreateNode transform -n \"t\";\n";
+    for (const std::string& other : others)
+      text += "file -r -ns \"n\" -rfn \"" + other + "RN\" \"" + other + ".ma\";\n";
+    writeText(name + ".ma", text);
+  };
+  refersTo("self", {"self"});
+  refersTo("ring", {"ring1"});
+  refersTo("ring1", {"ring"});
+  for (int i = 0; i < 20; ++i) {
+    const std::string next = "tree" + std::to_string(i + 1);
+    refersTo("tree" + std::to_string(i), {next, next});
+  }
+  refersTo("tree20", {});
+  const struct {
+    const char* scene;
+    const char* named;
+    const char* reason;
+  } kReferences[] = {
+      {"self", "self.ma", " refers to itself; remove that reference"},
+      {"ring", "ring.ma", " refers to itself; remove that reference"},
+      {"tree0", "tree16.ma", " is not loaded: files refer to one another more than 16 deep"}};
+  for (const auto& c : kReferences) {
+    const std::string warnings = openPath(pathOf(std::string(c.scene) + ".ma"));
+    EXPECT_NE(warnings.find(pathOf(c.named) + c.reason), std::string::npos) << warnings;
+    EXPECT_EQ(std::count(warnings.begin(), warnings.end(), '\n'), 1) << warnings;
+    EXPECT_LT(Scene::current().nodes().size(), 11000u);
+  }
 }
 
 // A scene that was opened and saved is commands for whoever opens it next.
