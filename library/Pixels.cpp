@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 
-#include "psd/PackBits.h"
+#include "psd/PlaneRows.h"
 #include "psd/PsdFormat.h"
 
 namespace morvane {
@@ -13,12 +14,6 @@ namespace {
 
 constexpr std::uint32_t kCompressionWord = 2;  // bytes, counted in a channel info's length
 constexpr std::uint16_t kMaxChannels = 56;     // of the format
-
-// One plane, in the document or decoded from it. Null bytes stand for zeros.
-struct Plane {
-  const std::uint8_t* bytes = nullptr;
-  std::unique_ptr<std::uint8_t[]> decoded;
-};
 
 std::uint16_t colourPlanes(const PsdDocument& document) {
   switch (document.colourMode) {
@@ -40,26 +35,9 @@ Status checkDepth(const PsdDocument& document) {
                                         " bits a channel, not 8, are not decoded"};
 }
 
-// False when the data does not fill the plane.
-bool findPlane(std::uint16_t compression, const std::uint8_t* data, std::size_t length,
-               std::uint32_t width, std::uint32_t height, Plane& plane) {
-  const std::size_t size = std::size_t{width} * height;
-  if (compression == 0) {
-    plane.bytes = data;
-    return length >= size;
-  }
-  plane.decoded = packBitsDecodePlane(width, height, data, length);
-  plane.bytes = plane.decoded.get();
-  return plane.bytes != nullptr;
-}
-
-// Puts one plane into every `stride`-th byte.
-void interleave(const std::uint8_t* plane, std::size_t size, std::size_t stride, std::uint8_t* to) {
-  if (plane == nullptr) {
-    for (std::size_t i = 0; i < size; ++i) to[i * stride] = 0;
-    return;
-  }
-  for (std::size_t i = 0; i < size; ++i) to[i * stride] = plane[i];
+// Puts one row into every `stride`-th byte; null stands for zeros.
+void interleave(const std::uint8_t* row, std::size_t size, std::size_t stride, std::uint8_t* to) {
+  for (std::size_t i = 0; i < size; ++i) to[i * stride] = row == nullptr ? std::uint8_t{0} : row[i];
 }
 
 Status allocate(Pixels& pixels) {
@@ -103,18 +81,36 @@ Status checkCompression(const PsdChannel* entries, const std::vector<std::uint32
   return {};
 }
 
-// A file is not trusted with memory: no more is taken than its data can fill, and a bounded part
-// for planes that it does not bring.
-bool canFill(const PsdLayer& layer, const std::vector<std::uint32_t>& channels,
-             std::uint64_t size) {
-  std::uint64_t missing = 0;
+// One channel of a layer; `rows` is empty when the file does not bring the plane, and when the
+// layer is empty.
+struct LayerPlane {
+  std::uint32_t channel = 0;
+  std::optional<PlaneRows> rows;
+};
+
+std::vector<LayerPlane> openPlanes(const PsdLayer& layer, const PsdChannel* entries,
+                                   const std::vector<std::uint32_t>& channels,
+                                   const Pixels& pixels) {
+  const bool isEmpty = pixels.rows == 0 || pixels.columns == 0;
+  std::vector<LayerPlane> planes;
   for (const std::uint32_t channel : channels) {
     const std::uint32_t length = layer.channelInfos[channel].length;
-    if (length > kCompressionWord) {
-      if (size > std::uint64_t{length} * kMaxPackBitsExpansion) return false;
-    } else {
-      missing += size;
+    planes.push_back({channel, std::nullopt});
+    if (!isEmpty && length > kCompressionWord && entries[channel].data != nullptr) {
+      planes.back().rows.emplace(entries[channel].compression, entries[channel].data.get(),
+                                 length - kCompressionWord, pixels.columns, pixels.rows);
     }
+  }
+  return planes;
+}
+
+// A file is not trusted with memory: no more is taken than its data can fill, and a bounded part
+// for planes that it does not bring.
+bool canFill(const std::vector<LayerPlane>& planes, std::uint64_t size) {
+  std::uint64_t missing = 0;
+  for (const LayerPlane& plane : planes) {
+    missing += plane.rows ? 0 : size;
+    if (plane.rows && !plane.rows->mayBeWhole()) return false;
   }
   return missing <= PsdDocument::kMaxMissingPlane;
 }
@@ -140,25 +136,22 @@ Status readLayerPixels(const PsdDocument& document, std::int32_t layer, Pixels& 
   Pixels fresh;
   const std::vector<std::uint32_t> channels = pixelChannels(document, record);
   if (Status status = checkCompression(entries, channels); !status.ok()) return status;
-  if (!setRectangle(record, fresh) ||
-      !canFill(record, channels, std::uint64_t{fresh.rows} * fresh.columns)) {
-    return {StatusCode::kDamaged,
-            "layer " + std::to_string(layer) + ": its data does not fill its rectangle"};
-  }
+  const Status tooShort = {StatusCode::kDamaged, "layer " + std::to_string(layer) +
+                                                     ": its data does not fill its rectangle"};
+  if (!setRectangle(record, fresh)) return tooShort;
+  std::vector<LayerPlane> planes = openPlanes(record, entries, channels, fresh);
+  if (!canFill(planes, std::uint64_t{fresh.rows} * fresh.columns)) return tooShort;
   for (const std::uint32_t channel : channels)
     fresh.channels.push_back(record.channelInfos[channel].id);
   if (Status status = allocate(fresh); !status.ok()) return status;
-  const std::size_t size = std::size_t{fresh.rows} * fresh.columns;
-  for (std::size_t i = 0; i < channels.size() && size != 0; ++i) {
-    const PsdChannel& entry = entries[channels[i]];
-    const std::uint32_t length = record.channelInfos[channels[i]].length;
-    Plane plane;
-    if (length > kCompressionWord && entry.data != nullptr &&
-        !findPlane(entry.compression, entry.data.get(), length - kCompressionWord, fresh.columns,
-                   fresh.rows, plane)) {
-      return damagedChannel(layer, channels[i]);
+  std::uint8_t* to = fresh.bytes.get();
+  for (std::uint32_t y = 0; y < fresh.rows; ++y) {
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+      const std::uint8_t* const row = planes[i].rows ? planes[i].rows->next() : nullptr;
+      if (planes[i].rows && row == nullptr) return damagedChannel(layer, planes[i].channel);
+      interleave(row, fresh.columns, planes.size(), to + i);
     }
-    interleave(plane.bytes, size, channels.size(), fresh.bytes.get() + i);
+    to += fresh.columns * planes.size();
   }
   pixels = std::move(fresh);
   return {};
@@ -175,19 +168,24 @@ Status readMergedPixels(const PsdDocument& document, Pixels& pixels) {
   Pixels fresh;
   fresh.rows = document.rows;
   fresh.columns = document.columns;
-  Plane all;
-  if (fresh.rows > kMost || fresh.columns > kMost || document.channels > kMaxChannels ||
-      document.mergedData == nullptr ||
-      !findPlane(document.mergedCompression, document.mergedData.get(), document.mergedLength,
-                 fresh.columns, fresh.rows * document.channels, all)) {
-    return {StatusCode::kDamaged, "the merged image is cut off"};
-  }
+  const Status cutOff = {StatusCode::kDamaged, "the merged image is cut off"};
+  if (fresh.rows > kMost || fresh.columns > kMost || document.channels > kMaxChannels)
+    return cutOff;
+  PlaneRows rows(document.mergedCompression, document.mergedData.get(), document.mergedLength,
+                 fresh.columns, std::uint64_t{fresh.rows} * document.channels);
+  if (!rows.isReadable() || !rows.mayBeWhole()) return cutOff;
   for (std::uint16_t channel = 0; channel < document.channels; ++channel)
     fresh.channels.push_back(channel);
   if (Status status = allocate(fresh); !status.ok()) return status;
-  const std::size_t size = std::size_t{fresh.rows} * fresh.columns;
-  for (std::size_t i = 0; i < fresh.channels.size(); ++i)
-    interleave(all.bytes + i * size, size, fresh.channels.size(), fresh.bytes.get() + i);
+  const std::size_t channels = fresh.channels.size();
+  for (std::size_t i = 0; i < channels; ++i) {
+    std::uint8_t* to = fresh.bytes.get() + i;
+    for (std::uint32_t y = 0; y < fresh.rows; ++y, to += fresh.columns * channels) {
+      const std::uint8_t* const row = rows.next();
+      if (row == nullptr) return cutOff;
+      interleave(row, fresh.columns, channels, to);
+    }
+  }
   pixels = std::move(fresh);
   return {};
 }

@@ -6,13 +6,14 @@
 #include <string_view>
 
 #include "geometry/GoblinGeometry.h"
+#include "psd/PlaneRows.h"
 #include "psd/PsdFormat.h"
-#include "tools/image/PlaneRows.h"
 #include "util/ByteOrder.h"
 
 namespace tools {
 namespace {
 
+using morvane::PlaneRows;
 using morvane::PsdChannelInfo;
 using morvane::PsdDocument;
 using morvane::PsdLayer;

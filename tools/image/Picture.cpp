@@ -2,14 +2,15 @@
 
 #include <algorithm>
 
+#include "psd/PlaneRows.h"
 #include "psd/PsdFormat.h"
 #include "tools/image/LayerStack.h"
 #include "tools/image/PictureGrid.h"
-#include "tools/image/PlaneRows.h"
 
 namespace tools {
 namespace {
 
+using morvane::PlaneRows;
 using morvane::PsdDocument;
 using Plane = std::vector<std::uint8_t>;
 

@@ -1,11 +1,11 @@
-#ifndef MORVANE_TOOLS_IMAGE_PLANEROWS_H_
-#define MORVANE_TOOLS_IMAGE_PLANEROWS_H_
+#ifndef MORVANE_PSD_PLANEROWS_H_
+#define MORVANE_PSD_PLANEROWS_H_
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
-namespace tools {
+namespace morvane {
 
 // Gives the rows of a raw or packed plane (see psd/PackBits.h) one after the other, so that a
 // picture of any size is read with a few rows of memory. Rows of several planes that lie behind one
@@ -17,26 +17,34 @@ class PlaneRows {
   PlaneRows(std::uint16_t compression, const std::uint8_t* data, std::size_t length,
             std::uint64_t rowBytes, std::uint64_t height);
 
-  // False when the compression is none of the two, or when so few bytes cannot hold such rows.
+  // False when the compression is none of the two, when so few bytes cannot hold one such row, and
+  // when memory for one runs out.
   bool isReadable() const { return readable_; }
+
+  // Whether so many bytes may hold all of the rows: asked before memory for these is taken, it
+  // keeps that in proportion to the file. That they do is known when the last row was given.
+  bool mayBeWhole() const { return mayBeWhole_; }
 
   // The next row, good until the next call; null when the data ends before the row does.
   const std::uint8_t* next();
 
  private:
-  bool takePacket();
-  std::size_t unpack(std::uint8_t* to, std::size_t room);
+  bool fill();
 
   const std::uint8_t* at_;
   const std::uint8_t* end_;
   std::size_t rowBytes_;
-  std::vector<std::uint8_t> row_;  // of a packed plane
-  std::size_t literal_ = 0;        // what is left of the packet that the last row ended in
-  std::size_t repeats_ = 0;
   bool packed_;
-  bool readable_;
+  bool readable_ = false;
+  bool mayBeWhole_ = false;
+  // Of a packed plane: bytes that are not unpacked yet, and some that are.
+  std::uint64_t left_ = 0;
+  std::unique_ptr<std::uint8_t[]> unpacked_;
+  std::size_t capacity_ = 0;
+  std::size_t begin_ = 0;
+  std::size_t held_ = 0;
 };
 
-}  // namespace tools
+}  // namespace morvane
 
-#endif  // MORVANE_TOOLS_IMAGE_PLANEROWS_H_
+#endif  // MORVANE_PSD_PLANEROWS_H_
