@@ -63,6 +63,13 @@ class MeshChunkReader {
            fail(std::string("the last of a mesh's ") + what + " is not whole");
   }
 
+  // The same for a table of the mesh itself, which then has room for `count / width` elements.
+  bool beginTable(MeshData::Table table, const char* what, std::size_t width, std::size_t& count) {
+    if (!readCount(what, width, count)) return false;
+    mesh_.reserve(table, count / width);
+    return true;
+  }
+
   // Calls `use(bytes, words, first)` for each block of a table of `count` words.
   template <class Use>
   bool forBlocks(std::size_t count, Use use) {
@@ -79,7 +86,7 @@ class MeshChunkReader {
   bool readPoints() {
     std::size_t count = 0;
     std::vector<double> xyz(kBlockWords);
-    return readCount("points", 3, count) &&
+    return beginTable(MeshData::Table::kPoints, "points", 3, count) &&
            forBlocks(count, [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
              for (std::size_t i = 0; i < words; ++i)
                xyz[i] = double{loadBeFloat(block + i * kWord)};
@@ -90,7 +97,7 @@ class MeshChunkReader {
   bool readEdges() {
     std::size_t count = 0;
     std::vector<int> ends(kBlockWords / 2 * 3);
-    return readCount("edges", 2, count) &&
+    return beginTable(MeshData::Table::kEdges, "edges", 2, count) &&
            forBlocks(count, [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
              for (std::size_t i = 0; i < words / 2; ++i) {
                const std::uint32_t start = loadBe32(block + 2 * i * kWord);
@@ -113,7 +120,7 @@ class MeshChunkReader {
 
   bool readFaces() {
     std::size_t count = 0;
-    if (!readCount("faces", 1, count)) return false;
+    if (!beginTable(MeshData::Table::kCorners, "faces", 1, count)) return false;
     const bool ok =
         forBlocks(count, [&](const std::uint8_t* block, std::size_t words, std::size_t) {
           std::string problem = mesh_.beginFaces(mesh_.storedFaceStarts().size() - 1);
@@ -131,7 +138,7 @@ class MeshChunkReader {
   bool readNormals() {
     std::size_t count = 0;
     std::uint32_t ignored = 0;
-    return readCount("normals", 3, count) &&
+    return beginTable(MeshData::Table::kNormals, "normals", 3, count) &&
            forBlocks(count,
                      [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
                        loadFloats(block, words);
@@ -193,6 +200,7 @@ class MeshChunkReader {
     std::size_t count = 0;
     if (!readName(name) || !readCount("UVs", 2, count)) return false;
     set->name = name;
+    set->uvs.reserve(count / 2);
     return forBlocks(count,
                      [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
                        loadFloats(block, words);
@@ -212,8 +220,9 @@ class MeshChunkReader {
     set->name = name;
     set->components = static_cast<int>(components);
     std::size_t count = 0;
-    return readCount("colours", components, count) &&
-           forBlocks(count,
+    if (!readCount("colours", components, count)) return false;
+    set->colours.reserve(count / components);
+    return forBlocks(count,
                      [&](const std::uint8_t* block, std::size_t words, std::size_t first) {
                        loadFloats(block, words);
                        return mesh_.setColours(index, first / components, floats_.data(), words);

@@ -17,8 +17,8 @@ struct ChunkProblem {
 
 // Reads the content of a MESH chunk behind the attribute's name and flags, which is the `length`
 // bytes from `start` on, into a mesh that has no faces yet. Every table goes straight from the file
-// into the mesh, a block at a time; a table that promises more than is left costs nothing. What was
-// read before a problem stays in the mesh.
+// into the mesh, a block at a time, and takes what it needs there at once; a table that promises
+// more than is left costs nothing. What was read before a problem stays in the mesh.
 //
 // In this order: points; edges as pairs, the first with bit 31 when the edge is hard; face corners
 // (bit 31: the edge runs backwards; bits 30 and 29: the last corner of a face; one of them alone:

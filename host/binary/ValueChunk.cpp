@@ -14,9 +14,12 @@ namespace {
 using Numbers = std::vector<double>;
 using Texts = std::vector<std::string>;
 
-constexpr std::uint8_t kLocked = 1;
-constexpr std::uint8_t kKeyable = 4;
-constexpr std::uint8_t kHasSize = 8;
+// Matched with the flags of statements that say the same in scenes of the other form.
+constexpr std::uint8_t kLocked = 0x01;
+constexpr std::uint8_t kAltered = 0x02;
+constexpr std::uint8_t kKeyable = 0x04;
+constexpr std::uint8_t kHasSize = 0x08;
+constexpr std::uint8_t kInChannelBox = 0x10;
 
 // Chunks that are one kind of number after another.
 struct NumberChunk {
@@ -100,12 +103,16 @@ ValueRead readNestedNumbers(ByteCursor& in, BinaryValue& out) {
 constexpr std::size_t kMatrixSize = 16 * 8;
 constexpr std::size_t kTransformSize = 41 * 8;
 constexpr int kTransformNumbers = 36;  // as the statement has them; four more are not in it
+constexpr int kRotateOrder = 6;        // of these, a whole number, in half of eight bytes
 
 // The parts of a transform: the numbers that the statement has behind "xform", four more, and eight
 // bytes of flags, the first of which is its last word.
 ValueRead readTransformParts(ByteCursor& in, BinaryValue& out) {
   KeptWords kept{"matrix", {mel::quoted("xform")}};
-  for (int i = 0; i < kTransformNumbers; ++i) appendNumber(kept, in.real());
+  for (int i = 0; i < kTransformNumbers; ++i) {
+    appendNumber(kept, i == kRotateOrder ? in.word() : in.real());
+    if (i == kRotateOrder) in.take(4);
+  }
   in.take(4 * 8);
   kept.words.emplace_back(in.byte() != 0 ? "yes" : "no");
   out.value = std::move(kept);
@@ -135,14 +142,29 @@ bool mayHold(const ByteCursor& in, std::uint32_t count, std::size_t smallest) {
   return !in.failed() && count <= in.left() / smallest;
 }
 
-ValueRead readTexts(ByteCursor& in, BinaryValue& out) {
+bool takeTexts(ByteCursor& in, Texts& texts) {
   const std::uint32_t count = in.word();
-  if (!mayHold(in, count, 1)) return ValueRead::kMalformed;
-  Texts texts;
+  if (!mayHold(in, count, 1)) return false;
   for (std::uint32_t i = 0; i < count && !in.failed(); ++i) texts.emplace_back(in.text());
+  return !in.failed();
+}
+
+ValueRead readTexts(ByteCursor& in, BinaryValue& out) {
+  Texts texts;
+  if (!takeTexts(in, texts)) return ValueRead::kMalformed;
   out.type = "stringArray";
   out.value = std::move(texts);
-  return finished(in);
+  return ValueRead::kDone;
+}
+
+// Other names of attributes, each before the attribute's own.
+ValueRead readAliases(ByteCursor& in, BinaryValue& out) {
+  Texts texts;
+  if (!takeTexts(in, texts)) return ValueRead::kMalformed;
+  std::string braced;
+  for (const std::string& text : texts) braced += (braced.empty() ? "" : ",") + mel::quoted(text);
+  out.value = KeptWords{"attributeAlias", {'{' + braced + '}'}};
+  return ValueRead::kDone;
 }
 
 ValueRead readIntegers(ByteCursor& in, BinaryValue& out) {
@@ -255,7 +277,9 @@ bool readValueHead(ByteCursor& in, BinaryValue& out) {
   out.hasSize = (flags & kHasSize) != 0;
   if (out.hasSize) in.word();
   out.isLocked = (flags & kLocked) != 0;
+  out.isAltered = (flags & kAltered) != 0;
   out.isKeyable = (flags & kKeyable) != 0;
+  out.isInChannelBox = (flags & kInChannelBox) != 0;
   return !in.failed() && !out.path.empty();
 }
 
@@ -277,6 +301,8 @@ ValueRead readValueChunk(std::uint32_t tag, ByteCursor in, const TimeUnit& time,
       return readText(in, out);
     case tagOf("STR#"):
       return readTexts(in, out);
+    case tagOf("ATAL"):
+      return readAliases(in, out);
     case tagOf("I32#"):
       return readIntegers(in, out);
     case tagOf("CMP#"):

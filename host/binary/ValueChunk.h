@@ -14,8 +14,10 @@ namespace host {
 struct BinaryValue {
   std::string path;  // as a statement would name it: "t", "pt[0:19]", "iog[0].og[1].gcl"
   bool isLocked = false;
+  bool isAltered = false;  // set although something is connected into it
   bool isKeyable = false;
-  bool hasSize = false;  // of an array, which only arrays have
+  bool isInChannelBox = false;  // without being keyable
+  bool hasSize = false;         // of an array, which only arrays have
   // What stands behind -type in a statement, or nothing where that has none.
   std::string type;
   // Numbers (centimetres and radians), a text, texts, or the words of a statement; nothing where

@@ -291,13 +291,6 @@ CommandResult keepForAnother(const Arguments& arguments, const CommandContext& c
   return result;
 }
 
-bool saysAnything(const AttributeState& flags) {
-  using Flag = AttributeState::Flag;
-  return flags.locked != Flag::kUnset || flags.keyable != Flag::kUnset ||
-         flags.channelBox != Flag::kUnset || flags.caching != Flag::kUnset ||
-         flags.altered != Flag::kUnset;
-}
-
 void noteAltered(const NodePtr& node, const std::string& path) {
   const auto plug = Plug::find(node, path);
   if (plug && (node->mesh == nullptr || !isMeshData(path)))

@@ -18,11 +18,15 @@ namespace {
 
 using Numbers = std::vector<double>;
 using Texts = std::vector<std::string>;
+using Flag = AttributeState::Flag;
+
+bool isNothing(const BinaryValue& value) {
+  return std::holds_alternative<std::monostate>(value.value);
+}
 
 // --- Flags
 
-// Attributes of the host that are keyable as long as nothing else is said. What is not among them
-// or added to the node says nothing by being keyable.
+// Attributes of the host that are keyable as long as nothing else is said.
 constexpr std::string_view kChannels[] = {"visibility", "translateX", "translateY", "translateZ",
                                           "rotateX",    "rotateY",    "rotateZ",    "scaleX",
                                           "scaleY",     "scaleZ"};
@@ -32,13 +36,27 @@ bool isChannel(const Attribute& attribute) {
          std::end(kChannels);
 }
 
-void storeFlags(const Plug& plug, const BinaryValue& value) {
-  const Attribute& attribute = *plug.attribute();
-  if (value.isLocked) setLocked(plug, true);
-  if (attribute.isDynamic ? attribute.keyable || value.isKeyable
-                          : isChannel(attribute) && !value.isKeyable) {
-    setKeyable(plug, value.isKeyable);
-  }
+Flag onOrUnset(bool isOn) {
+  return isOn ? Flag::kOn : Flag::kUnset;
+}
+
+// The flags that a statement would have. The file has those of every value, and most are what the
+// attribute is when nothing is said; of attributes that are neither channels nor added to the node
+// it is not known what that is, but where a chunk holds flags alone, they are said.
+AttributeState flagsOf(const BinaryValue& value, const Attribute* attribute) {
+  const bool isDynamic = attribute != nullptr && attribute->isDynamic;
+  const bool isUsuallyKeyable =
+      isDynamic ? attribute->keyable : attribute != nullptr && isChannel(*attribute);
+  const bool isSaid = isDynamic || (isNothing(value) && !value.hasSize && !value.isLocked);
+  AttributeState flags;
+  flags.locked = onOrUnset(value.isLocked);
+  flags.altered = onOrUnset(value.isAltered);
+  if (isUsuallyKeyable && !value.isKeyable)
+    flags.keyable = Flag::kOff;
+  else if (isSaid && (isDynamic || !isUsuallyKeyable))
+    flags.keyable = onOrUnset(value.isKeyable);
+  if (isSaid || isUsuallyKeyable) flags.channelBox = onOrUnset(value.isInChannelBox);
+  return flags;
 }
 
 // --- Values of attributes that the host knows
@@ -81,7 +99,7 @@ constexpr char kUncounted[] = "is set to as many numbers as it does not have";
 
 // Whether the attribute takes a value of this kind; others are kept.
 bool canHold(const Attribute& attribute, const BinaryValue& given) {
-  if (std::holds_alternative<std::monostate>(given.value)) return true;
+  if (isNothing(given)) return true;
   switch (attribute.kind()) {
     case Attribute::Kind::kNumber:
     case Attribute::Kind::kCompound:
@@ -98,23 +116,37 @@ bool canHold(const Attribute& attribute, const BinaryValue& given) {
 // --- Values that are kept
 
 // Angles of attributes that the host does not know, which a statement has in degrees: those of the
-// numbers from `first` on, `step` apart.
+// numbers from `first` on, `step` apart. Matched with scenes of the other form.
 struct KeptAngle {
   std::string_view type;  // of the node, or of a base
-  std::string_view stem;
+  std::string_view name;  // the last of the path, of a compound of three that of the compound
   std::size_t first;
   std::size_t step;
 };
 constexpr KeptAngle kKeptAngles[] = {{"dagNode", "mnrl", 0, 1},
                                      {"dagNode", "mxrl", 0, 1},
                                      {"joint", "pa", 0, 1},
+                                     {"orientConstraint", "lr", 0, 1},
+                                     {"orientConstraint", "o", 0, 1},
+                                     {"orientConstraint", "rsrr", 0, 1},
+                                     {"parentConstraint", "lr", 0, 1},
+                                     {"parentConstraint", "rsrr", 0, 1},
+                                     {"parentConstraint", "tor", 0, 1},
+                                     {"polySplitRing", "sma", 0, 1},
                                      {"animCurveTA", "ktv", 1, 2},
                                      {"animCurveUA", "ktv", 1, 2}};
 
+bool isNamed(std::string_view path, std::string_view name) {
+  const std::string_view last = path.substr(path.rfind('.') + 1);
+  const std::string_view bare = last.substr(0, last.find('['));
+  if (bare.substr(0, name.size()) != name) return false;
+  const std::string_view rest = bare.substr(name.size());
+  return rest.empty() || rest == "x" || rest == "y" || rest == "z";
+}
+
 void turnIntoDegrees(const Node& node, std::string_view path, Numbers& numbers) {
-  const std::string_view stem = path.substr(0, path.find_first_of(".["));
   for (const KeptAngle& row : kKeptAngles) {
-    if (row.stem != stem || (!node.type().isA(row.type) && node.type().name() != row.type))
+    if (!isNamed(path, row.name) || (!node.type().isA(row.type) && node.type().name() != row.type))
       continue;
     for (std::size_t i = row.first; i < numbers.size(); i += row.step)
       numbers[i] *= currentUnits().angle;
@@ -146,12 +178,14 @@ struct WordsOf {
 };
 
 void keep(const NodePtr& node, BinaryValue& value) {
+  const AttributeState flags = flagsOf(value, nullptr);
+  if (isNothing(value) && !saysAnything(flags)) return;
   if (auto* const numbers = std::get_if<Numbers>(&value.value))
     turnIntoDegrees(*node, value.path, *numbers);
   // By the name that a saved scene gives it, so that a second save says the same.
   const auto plug = Plug::find(node, value.path);
   keepAsWritten(node, plug ? plug->path() : value.path,
-                std::visit(WordsOf{value.type}, value.value));
+                std::visit(WordsOf{value.type}, value.value), flags);
 }
 
 // --- Arrays
@@ -183,13 +217,13 @@ std::string storeValue(const NodePtr& node, BinaryValue value) {
   const auto range = splitRange(value.path);
   const auto plug = Plug::find(node, value.path);
   const auto first = plug || !range ? plug : elementOf(node, *range, range->first);
-  const bool isNothing = std::holds_alternative<std::monostate>(value.value);
   if (!first || !canHold(*first->attribute(), value)) {
-    if (!isNothing) keep(node, value);
+    keep(node, value);
     return std::string();
   }
-  storeFlags(*first, value);
-  if (isNothing) return std::string();
+  const AttributeState flags = flagsOf(value, first->attribute().get());
+  if (saysAnything(flags)) setFlags(*first, flags);
+  if (isNothing(value)) return std::string();
   const auto* const numbers = std::get_if<Numbers>(&value.value);
   if (numbers == nullptr || first->attribute()->kind() == Attribute::Kind::kData)
     return writeValue(*first, std::move(value.value)) ? std::string() : kUnsuitable;

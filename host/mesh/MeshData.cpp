@@ -92,6 +92,24 @@ std::vector<MeshEdge>& MeshData::changeEdgeFlags() {
   return edges_;
 }
 
+void MeshData::reserve(Table table, std::size_t count) {
+  switch (table) {
+    case Table::kPoints:
+      points_.reserve(count);
+      break;
+    case Table::kEdges:
+      edges_.reserve(count);
+      break;
+    case Table::kCorners:
+      loopEdges_.reserve(count);
+      faceStarts_.reserve(count / 3 + 1);
+      break;
+    case Table::kNormals:
+      normals_.reserve(count);
+      break;
+  }
+}
+
 std::string MeshData::setPoints(std::size_t first, const double* xyz, std::size_t count) {
   std::string problem = checkRange("points", points_.size(), first, count);
   if (!problem.empty()) return problem;

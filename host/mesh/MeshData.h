@@ -140,6 +140,11 @@ class MeshData {
   const std::vector<int>& storedLoopEdges() const { return loopEdges_; }
   const std::vector<MeshHole>& holes() const { return holes_; }  // by face, then corner
 
+  // Makes room for `count` elements in all, for whoever knows how many there will be: a list that
+  // grows without takes up to three times its memory while it does.
+  enum class Table { kPoints, kEdges, kCorners, kNormals };
+  void reserve(Table table, std::size_t count);
+
   // `xyz` holds 3 × count numbers. Tweaks may leave gaps, and may be beyond the last point.
   std::string setPoints(std::size_t first, const double* xyz, std::size_t count);
   std::string setTweaks(std::size_t first, const double* xyz, std::size_t count);

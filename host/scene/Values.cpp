@@ -94,12 +94,13 @@ void setFlag(const Plug& plug, Flag AttributeState::*flag, bool on) {
   if (!plug.isNull()) plug.node()->values.at(plug.path()).*flag = on ? Flag::kOn : Flag::kOff;
 }
 
+constexpr Flag AttributeState::*kFlags[] = {&AttributeState::locked, &AttributeState::keyable,
+                                            &AttributeState::channelBox, &AttributeState::caching,
+                                            &AttributeState::altered};
+
 void takeFlags(AttributeState& state, const AttributeState& flags) {
-  for (const auto flag :
-       {&AttributeState::locked, &AttributeState::keyable, &AttributeState::channelBox,
-        &AttributeState::caching, &AttributeState::altered}) {
+  for (const auto flag : kFlags)
     if (flags.*flag != Flag::kUnset) state.*flag = flags.*flag;
-  }
 }
 
 bool isLockedFromAbove(const Plug& plug) {
@@ -214,6 +215,11 @@ bool isInChannelBox(const Plug& plug) {
 
 void setInChannelBox(const Plug& plug, bool shown) {
   setFlag(plug, &AttributeState::channelBox, shown);
+}
+
+bool saysAnything(const AttributeState& flags) {
+  return std::any_of(std::begin(kFlags), std::end(kFlags),
+                     [&flags](const auto flag) { return flags.*flag != Flag::kUnset; });
 }
 
 void setFlags(const Plug& plug, const AttributeState& flags) {

@@ -53,6 +53,8 @@ bool isKeyable(const Plug& plug);
 void setKeyable(const Plug& plug, bool keyable);
 bool isInChannelBox(const Plug& plug);
 void setInChannelBox(const Plug& plug, bool shown);
+// Whether any flag is set.
+bool saysAnything(const AttributeState& flags);
 // Takes over the flags that are set in `flags`, whatever the locks.
 void setFlags(const Plug& plug, const AttributeState& flags);
 

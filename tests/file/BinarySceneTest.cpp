@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
+#include "host/text/Numbers.h"
 #include "tests/file/BinaryTwin.h"
 #include "tests/file/SceneText.h"
 
@@ -50,6 +52,8 @@ createNode transform -n "top";
 	addAttr -ci true -k true -sn "size" -ln "size" -at "double";
 	setAttr -l on ".tx" 1.5;
 	setAttr -k off ".v" no;
+	setAttr -k off -cb on ".sx";
+	setAttr -av ".sy" 2;
 	setAttr ".r" -type "double3" 180 -45 90;
 	setAttr ".goblinName" -type "string" "gr\"\303\274n";
 	setAttr -k on ".size" 2.5;
@@ -103,7 +107,7 @@ TEST_F(BinaryScenes, AreWhatTheirTwinsInTextAre) {
 TEST_F(BinaryScenes, SayInTheirChunksWhatStatementsSay) {
   const auto ticks = [](int frames) { return twin::longWord(141120000ULL / 25 * frames); };
   std::string xform;
-  for (int i = 0; i < 40; ++i) xform += real(i);
+  for (int i = 0; i < 40; ++i) xform += i == 6 ? word(5) + word(0x01000000) : real(i);
   const std::string curve = word(1) + word(1) + word(0) + std::string(1, '\0') + word(3) + word(2) +
                             real(0) + real(1) + word(2) + real(0) + real(0) + real(0) + real(1) +
                             real(2) + real(3);
@@ -128,8 +132,12 @@ TEST_F(BinaryScenes, SayInTheirChunksWhatStatementsSay) {
        "setAttr \".rotateX\" 180;"},
       {"XFRM", "DBL3", head("mnrl") + real(3.14159265358979323846) + real(0) + real(0),
        "setAttr \".mnrl\" -type \"double3\" 180 0 0;"},
+      {"DORC", "DBL3", head("o") + real(0) + real(0) + real(3.14159265358979323846),
+       "setAttr \".o\" -type \"double3\" 0 0 180;"},
+      {"DPAR", "DBLE", head("tg[1].tory") + real(3.14159265358979323846),
+       "setAttr \".tg[1].tory\" 180;"},
       {"XFRM", "MATR", head("xm[0]") + xform + '\x01' + std::string(7, '\0'),
-       "setAttr \".xm[0]\" -type \"matrix\" \"xform\" 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 "
+       "setAttr \".xm[0]\" -type \"matrix\" \"xform\" 0 1 2 3 4 5 5 7 8 9 10 11 12 13 14 15 16 17 "
        "18 19 20 21 22 23 24 25 26 27 28 29 30 31 32 33 34 35 yes;"},
       {"XFRM", "STR#", head("zz") + word(2) + text("a") + text(""),
        "setAttr \".zz\" -type \"stringArray\" 2 \"a\" \"\";"},
@@ -142,6 +150,15 @@ TEST_F(BinaryScenes, SayInTheirChunksWhatStatementsSay) {
       {"PCTA", "CMPD",
        head("ktv[0:1]") + ticks(0) + real(0) + ticks(10) + real(3.14159265358979323846),
        "setAttr \".ktv[0:1]\" 0 0 10 180;"},
+      {"FBLS", "ATAL",
+       head("aal") + word(4) + text("a") + text("w[0]") + text("b\"") + text("w[1]"),
+       "setAttr \".aal\" -type \"attributeAlias\" {\"a\",\"w[0]\",\"b\\\"\",\"w[1]\"};"},
+      {"XFRM", "FLGS", head("tx", 0x20), "setAttr -k off \".translateX\";"},
+      {"XFRM", "FLGS", head("tx", 0x30), "setAttr -k off -cb on \".translateX\";"},
+      {"XFRM", "DBLE", head("tx", 0x27) + real(3), "setAttr -l on -av \".translateX\" 3;"},
+      {"ABCD", "FLGS", head("unw", 0x26), "setAttr -k on -av \".unw\";"},
+      {"ABCD", "FLGS", head("ufe", 0x32), "setAttr -cb on -av \".ufe\";"},
+      {"ABCD", "DBLE", head("zz", 0x37) + real(7), "setAttr -l on -av \".zz\" 7;"},
       {"PCUU", "CMPD", head("ktv[0]") + real(1) + real(2), "setAttr \".ktv[0]\" 1 2;"},
       {"NCRV", "NRBC", head("cc") + curve,
        "\" -type \"nurbsCurve\" 1 1 0 no 3 2 0 1 2 0 0 0 1 2 3;"},
@@ -281,9 +298,10 @@ TEST_F(BinaryScenes, BelieveNoLengthNoCountAndNoDepth) {
   const auto lying = [&](const std::string& tag, const std::string& length) {
     return tag + word(0) + length + std::string(32, 'x');
   };
+  constexpr std::uint64_t kDepth = 1000000;
   std::string deep;
-  for (int i = 0; i < 100000; ++i)
-    deep += "FOR8" + word(0) + twin::longWord((100000 - i) * 20 - 16) + "XFRM";
+  for (std::uint64_t i = 0; i < kDepth; ++i)
+    deep += "FOR8" + word(0) + twin::longWord((kDepth - i) * 20 - 16) + "XFRM";
   struct Case {
     std::string chunks;
     const char* warning;
@@ -300,6 +318,7 @@ TEST_F(BinaryScenes, BelieveNoLengthNoCountAndNoDepth) {
       {wide.chunk("DBL3", head("t") + real(1)), "holds something else than its chunk says"},
       {wide.chunk("STR#", head("zz") + huge), "holds something else than its chunk says"},
       {wide.chunk("I32#", head("zz") + huge + word(1)), "holds something else"},
+      {wide.chunk("ATAL", head("aal") + huge + text("a")), "holds something else"},
       {wide.chunk("CMP#", head("zz") + huge + "CMDF" + huge), "holds something else"},
       {wide.chunk("REFE", head("ed") + text("RN") + huge + text("a") + huge), "something else"},
       {wide.chunk("NRBC", head("cc") + huge + huge + huge + '\1' + word(3) + huge), "else"},
@@ -409,6 +428,88 @@ TEST_F(BinaryScenes, OfTheCorpusHoldTheirMeshesAndStayTheSameThroughSaving) {
     EXPECT_TRUE(saved() == first) << entry.path();
   }
   if (files == 0) GTEST_SKIP() << "no corpus";
+}
+
+// The numbers of a value, whether it is understood or kept.
+std::vector<double> numbersOf(const AttributeValue& value) {
+  if (const auto* const number = std::get_if<double>(&value)) return {*number};
+  if (const auto* const numbers = std::get_if<std::vector<double>>(&value)) return *numbers;
+  std::vector<double> parsed;
+  if (const auto* const kept = std::get_if<KeptWords>(&value)) {
+    for (const std::string& words : kept->words) {
+      std::istringstream each(words);
+      for (std::string word; each >> word;)
+        parsed.push_back(word == "yes" ? 1.0 : mel::parseNumber(word).value_or(0));
+    }
+  }
+  return parsed;
+}
+
+// What is compared of a node that stands in two files.
+struct NodeFacts {
+  std::string type;
+  std::string name;
+  std::string uvs;
+  std::map<std::string, std::vector<double>> numbers;
+};
+
+std::map<std::string, NodeFacts> factsByUuid() {
+  std::map<std::string, NodeFacts> all;
+  for (const auto& [serial, node] : Scene::current().nodes()) {
+    if (node->uuid.empty()) continue;
+    NodeFacts& facts = all[node->uuid];
+    facts.type = node->type().name();
+    facts.name = node->name();
+    for (const AttributeState& state : node->values.inWrittenOrder())
+      facts.numbers[state.path] = numbersOf(state.value);
+    if (node->mesh == nullptr) continue;
+    for (const MeshUvSet& set : node->mesh->uvSets())
+      facts.uvs += set.name + bitsOf(set.uvs) + bitsOf(set.ids);
+  }
+  return all;
+}
+
+bool areClose(const std::vector<double>& a, const std::vector<double>& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](double x, double y) {
+    return std::abs(x - y) <= 1e-9 + 1e-5 * std::abs(y);
+  });
+}
+
+// Three rigs that were made from one, and saved in different forms. What poses them differs; what
+// they are made of (joints, constraints, poses, deformers) does not.
+TEST_F(BinaryScenes, OfTheCorpusAgreeWithTheirRelativesInText) {
+  const std::string rigs = "dn246+GuidoNSalvator/assets/riggingFiles/";
+  const fs::path binary =
+      morvane::corpusFolder() / "mb" / (rigs + "SalvatorRigFiles/duck_salvator_RIG_textured.mb");
+  if (!fs::exists(binary)) GTEST_SKIP() << "no corpus";
+  openPath(binary.string());
+  const auto ours = factsByUuid();
+  for (const char* const name :
+       {"PoliceDuckRigFiles/duck_police_officer_RIG.ma", "GuidoRigFiles/duck_guido_RIg.ma"}) {
+    openPath((morvane::corpusFolder() / "ma" / (rigs + name)).string());
+    int nodes = 0;
+    int renamed = 0;
+    int values = 0;
+    for (const auto& [uuid, theirs] : factsByUuid()) {
+      const auto found = ours.find(uuid);
+      if (found == ours.end()) continue;
+      const NodeFacts& it = found->second;
+      ++nodes;
+      renamed += it.name == theirs.name ? 0 : 1;
+      EXPECT_EQ(it.type, theirs.type) << it.name;
+      EXPECT_TRUE(it.uvs == theirs.uvs) << it.name;
+      if (it.type == "transform" || it.type == "camera" || it.type == "reference") continue;
+      for (const auto& [path, numbers] : it.numbers) {
+        const auto other = theirs.numbers.find(path);
+        if (other == theirs.numbers.end() || path == "bindPose") continue;
+        ++values;
+        EXPECT_TRUE(areClose(numbers, other->second)) << it.type << " " << it.name << "." << path;
+      }
+    }
+    EXPECT_EQ(renamed, 1);  // the character
+    EXPECT_GT(nodes, 250);
+    EXPECT_GT(values, 1500);
+  }
 }
 
 }  // namespace

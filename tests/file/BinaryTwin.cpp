@@ -121,9 +121,12 @@ class SceneTwin {
 
   std::string valueChunk(const NodePtr& node, const AttributeState& state) const {
     const auto plug = Plug::find(node, state.path);
-    const int locked = state.locked == AttributeState::Flag::kOn ? 1 : 0;
-    const int keyable = isKeyable(plug, state) ? 4 : 0;
-    const std::string begin = head(state.path, static_cast<std::uint8_t>(0x20 | locked | keyable));
+    const auto bit = [](AttributeState::Flag flag, int value) {
+      return flag == AttributeState::Flag::kOn ? value : 0;
+    };
+    const int flags = 0x20 | bit(state.locked, 1) | bit(state.altered, 2) |
+                      (isKeyable(plug, state) ? 4 : 0) | bit(state.channelBox, 0x10);
+    const std::string begin = head(state.path, static_cast<std::uint8_t>(flags));
     if (const auto* const number = std::get_if<double>(&state.value)) {
       SceneUnits radians;
       radians.angle = 57.295779513082320876798;
@@ -134,8 +137,9 @@ class SceneTwin {
       return chunk("STR ", begin + text(*value));
     if (const auto* const texts = std::get_if<std::vector<std::string>>(&state.value))
       return chunk("CMP#", begin + components(*texts));
-    return std::holds_alternative<std::monostate>(state.value) ? chunk("FLGS", begin)
-                                                               : std::string();
+    return std::holds_alternative<std::monostate>(state.value) && saysAnything(state)
+               ? chunk("FLGS", begin)
+               : std::string();
   }
 
   static std::string components(const std::vector<std::string>& texts) {
