@@ -87,7 +87,7 @@ void addImport(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("import", "Give a tile a PSD file's texture and the goblins in it");
-  command->add_option("SCENE", options->scene, "The scene")->type_name("")->required();
+  command->add_option("SCENE", options->scene, "The scene (*.ma, *.mb)")->type_name("")->required();
   command->add_option("NODE", options->node, "The tile that gets texture and goblins")
       ->type_name("")
       ->required();
@@ -97,7 +97,7 @@ void addImport(CLI::App& program, int& status) {
       ->required();
   checkOutput(*command
                    ->add_option("-o,--output", options->output,
-                                "Save the scene here when the import succeeded")
+                                "Save the scene here (*.ma) when the import succeeded")
                    ->type_name("SCENE"),
               kSceneOutput);
   addFolderOptions(*command, options->folders);

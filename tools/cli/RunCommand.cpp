@@ -73,7 +73,7 @@ void addRun(CLI::App& program, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("run", "Run commands on a scene with the plug-in loaded");
-  command->add_option("SCENE", options->scene, "The scene to open; none: an empty one")
+  command->add_option("SCENE", options->scene, "The scene to open (*.ma, *.mb); none: an empty one")
       ->type_name("");
   command->add_option("-c,--command", options->commands, "Commands to run")
       ->type_name("COMMANDS")
@@ -85,7 +85,7 @@ void addRun(CLI::App& program, int& status) {
       ->take_all();
   checkOutput(*command
                    ->add_option("-o,--output", options->output,
-                                "Save the scene here when all commands succeeded")
+                                "Save the scene here (*.ma) when all commands succeeded")
                    ->type_name("SCENE"),
               kSceneOutput);
   addFolderOptions(*command, options->folders);

@@ -8,7 +8,7 @@
 
 namespace tools {
 
-// By its extension. One that is binary is told of as a scene that cannot be read.
+// By its extension, .ma or .mb.
 bool isScene(const std::string& path);
 
 // Opens scenes to be looked at, one after another.
