@@ -1,12 +1,12 @@
 #include "host/file/ReferenceEdits.h"
 
 #include <algorithm>
-#include <unordered_set>
 #include <utility>
 
 #include "host/binary/ReferenceEdits.h"
 #include "host/file/StatementReader.h"
 #include "host/scene/Connections.h"
+#include "host/scene/Dag.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/state/SceneInfo.h"
@@ -126,7 +126,7 @@ class EditApplier {
     switch (edit.kind) {
       case ReferenceEdit::kParent: {
         const NodePtr child = nodeNamed(nameOf(o[0]));
-        if (child != nullptr && !holdsMesh(*child)) return {};
+        if (child != nullptr && !holdsMesh(child)) return {};
         return {o[0], o[1]};
       }
       case ReferenceEdit::kSetAttr:
@@ -143,17 +143,8 @@ class EditApplier {
     }
   }
 
-  static bool holdsMesh(const Node& node) {
-    std::vector<const Node*> waiting = {&node};
-    std::unordered_set<const Node*> seen;  // instances lead there more than once
-    while (!waiting.empty()) {
-      const Node& next = *waiting.back();
-      waiting.pop_back();
-      if (next.mesh != nullptr) return true;
-      if (!seen.insert(&next).second) continue;
-      for (const NodePtr& child : next.children()) waiting.push_back(child.get());
-    }
-    return false;
+  static bool holdsMesh(const NodePtr& node) {
+    return !visitBelow(node, [](const NodePtr& next) { return next->mesh == nullptr; });
   }
 
   static bool isMembership(const std::string& plug) {

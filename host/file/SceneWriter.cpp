@@ -217,13 +217,10 @@ class Writer {
 };
 
 void addBelow(const NodePtr& node, NodeSet& nodes) {
-  std::vector<NodePtr> waiting{node};
-  while (!waiting.empty()) {
-    const NodePtr next = waiting.back();
-    waiting.pop_back();
-    if (nodes.insert(next.get()).second)
-      waiting.insert(waiting.end(), next->children().begin(), next->children().end());
-  }
+  visitBelow(node, [&](const NodePtr& next) {
+    nodes.insert(next.get());
+    return true;
+  });
 }
 
 void addAbove(const NodePtr& node, NodeSet& nodes) {

@@ -1,6 +1,7 @@
 #include "host/scene/Dag.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
@@ -116,6 +117,20 @@ std::vector<DagPath> allPaths(const NodePtr& node) {
 
 DagPath firstPath(const NodePtr& node) {
   return pathOfInstance(node, 0);
+}
+
+bool visitBelow(const NodePtr& node, const std::function<bool(const NodePtr&)>& visit) {
+  // No recursion: a scene may be as deep as the scene allows.
+  std::vector<NodePtr> waiting{node};
+  std::unordered_set<const Node*> seen;
+  while (!waiting.empty()) {
+    const NodePtr next = waiting.back();
+    waiting.pop_back();
+    if (!seen.insert(next.get()).second) continue;
+    if (!visit(next)) return false;
+    waiting.insert(waiting.end(), next->children().rbegin(), next->children().rend());
+  }
+  return true;
 }
 
 std::vector<NodePtr> shapesBelow(const Node& transform) {

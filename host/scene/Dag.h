@@ -5,6 +5,7 @@
 #include <maya/MMatrix.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,10 @@ class DagPath {
 std::vector<DagPath> allPaths(const NodePtr& node);
 DagPath firstPath(const NodePtr& node);
 DagPath pathOfInstance(const NodePtr& node, std::size_t instance);  // empty when there is none
+
+// Calls `visit` with the node and all that is below it, parents first and instances once, until it
+// returns false. Whether it never did.
+bool visitBelow(const NodePtr& node, const std::function<bool(const NodePtr&)>& visit);
 
 // Children that are shapes and not intermediate.
 std::vector<NodePtr> shapesBelow(const Node& transform);
