@@ -101,6 +101,27 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
   }
 }
 
+TEST_F(SceneText, MeshesThatContradictThemselvesAreDamaged) {
+  const struct {
+    const char* sound;
+    const char* damaged;
+    int line;  // 0: known only once all is read
+  } kCases[] = {
+      {"1 0.1 0 1;", "1 0.1 0;", 7},
+      {"2 0 1 2 3 1 3 0 1;", "2 0 1 2 3 1 3 0;", 8},
+      {"f 3 -3 3 4", "f 3 -3 3 9", 0},
+  };
+  EXPECT_EQ(open(kSquare), "");
+  for (const auto& c : kCases) {
+    std::string scene = kSquare;
+    scene.replace(scene.find(c.sound), std::string(c.sound).size(), c.damaged);
+    open(scene);
+    const SceneProblem& first = SceneProblems::current().list.at(0);
+    EXPECT_EQ(first.kind, SceneProblem::Kind::kDamage) << c.damaged;
+    EXPECT_EQ(first.line, c.line) << c.damaged;
+  }
+}
+
 TEST_F(SceneText, FilesThatAreNoSceneLeaveAnEmptyOne) {
   writeText("not.ma", "createNode transform -n \"a\";");
   EXPECT_EQ(openPath(pathOf("not.ma")),
