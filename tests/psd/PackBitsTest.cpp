@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "psd/PlanePacker.h"
+#include "psd/PlaneRows.h"
 
 namespace morvane {
 namespace {
@@ -27,11 +29,29 @@ Plane encodedPlane(std::uint32_t width, std::uint32_t height, const Plane& plane
   return Plane(packed.get(), packed.get() + length);
 }
 
-// The decoder gets a copy of exactly that size, so that the sanitizers see a read past its end.
+// All rows of a packed plane, one by one; fewer when the data ends before.
+Plane rowsOf(std::uint32_t width, std::uint32_t height, const Plane& packed) {
+  PlaneRows rows(1, packed.data(), packed.size(), width, height);
+  Plane plane;
+  for (std::uint32_t y = 0; y < height && rows.mayBeWhole(); ++y) {
+    const std::uint8_t* const row = rows.next();
+    if (row == nullptr) break;
+    plane.insert(plane.end(), row, row + width);
+  }
+  return plane;
+}
+
+// The decoder gets a copy of exactly that size, so that the sanitizers see a read past its end. A
+// plane that is unpacked row by row is the same, or ends early as well.
 std::unique_ptr<std::uint8_t[]> decoded(std::uint32_t width, std::uint32_t height,
                                         const Plane& packed) {
   const Plane exact(packed);
-  return packBitsDecodePlane(width, height, exact.data(), exact.size());
+  const Plane rows = rowsOf(width, height, exact);
+  auto plane = packBitsDecodePlane(width, height, exact.data(), exact.size());
+  const std::size_t size = std::size_t{width} * height;
+  EXPECT_EQ(rows.size() == size, plane != nullptr) << width << " x " << height;
+  EXPECT_TRUE(!plane || std::equal(rows.begin(), rows.end(), plane.get()));
+  return plane;
 }
 
 TEST(PackBits, PacksRowsIntoRunsOnly) {
