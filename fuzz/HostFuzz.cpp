@@ -40,6 +40,14 @@ void confine(const std::string& name) {
   });
 }
 
+// Host.h, openScene().
+constexpr std::size_t kOpenMultiple = 400;
+constexpr std::size_t kOpenConstant = std::size_t{1} << 30;
+
+void saveScene(const std::string& name) {
+  require(host::saveScene(scratchPath(name)).ok(), "a scene cannot be saved");
+}
+
 void startHost() {
   host::start(scratchFolder());
   for (const char* name : {"file", "source"}) confine(name);
@@ -54,6 +62,19 @@ void freshHost() {
   Interpreter::current().reset(scriptLimits());
   host::DirectoryMap::current() = host::DirectoryMap();
   host::newScene();
+}
+
+void openAndSave(const std::string& name, const std::string& bytes) {
+  freshHost();
+  const std::string path = writeScratch(name, bytes);
+  const MemoryWatch watch;
+  require(host::openScene(path).ok(), "a scene file is refused as a whole");
+  watch.requireAtMost(kOpenMultiple, bytes.size(), kOpenConstant);
+  saveScene("first.ma");
+  require(host::openScene(scratchPath("first.ma")).ok(), "a scene that was saved cannot be opened");
+  saveScene("second.ma");
+  require(readScratch("first.ma") == readScratch("second.ma"),
+          "a scene that was saved and opened saves as another");
 }
 
 }  // namespace morvane::fuzz

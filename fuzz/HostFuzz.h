@@ -1,6 +1,8 @@
 #ifndef MORVANE_FUZZ_HOSTFUZZ_H_
 #define MORVANE_FUZZ_HOSTFUZZ_H_
 
+#include <string>
+
 #include "host/mel/Interpreter.h"
 
 namespace morvane::fuzz {
@@ -17,6 +19,10 @@ inline host::mel::Limits scriptLimits() {
 // A host that has run nothing yet: an empty scene, no variables, no procedures. Its files are this
 // process's scratch folder's; commands cannot name any others, nor load plug-ins.
 void freshHost();
+
+// Opens a scene file of these bytes, in a fresh host and without more memory than Host.h says, and
+// requires that it saves as a file that opens and saves as itself.
+void openAndSave(const std::string& name, const std::string& bytes);
 
 }  // namespace morvane::fuzz
 
