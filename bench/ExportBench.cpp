@@ -15,7 +15,7 @@
 
 // `morvane export` as a process, over a scene of a hundred tiles with textures of 512 x 512 pixels:
 // beside opening the scene and replacing the textures by what they are, and with ten times the
-// goblins.
+// goblins; and over one tile with a crowd of goblins, by how they are shaded.
 namespace bench {
 namespace {
 
@@ -24,6 +24,9 @@ constexpr std::uint32_t kTextureSide = 512;
 constexpr int kGoblins = 2000;
 constexpr GridMesh kTile = {20, 10};
 constexpr GridMesh kGoblin = {8, 0.4};
+constexpr GridMesh kSmallGoblin = {1, 0.05};
+constexpr int kCrowd = 10000;
+constexpr std::uint32_t kCrowdTextureSide = 1024;
 
 struct Level {
   std::string scene;
@@ -62,6 +65,41 @@ Level makeLevel(int goblins) {
     std::filesystem::copy_file(layeredFile(kTextureSide), level.textures.back(),
                                std::filesystem::copy_options::overwrite_existing);
     text += tileText(i, goblins / kTiles, texture);
+  }
+  writeFile(level.scene, text);
+  return level;
+}
+
+enum class Shading { kDefaultGroup, kOneGroup, kGroupEach };
+
+std::string shadingText(Shading shading, const std::string& goblin) {
+  std::string group = shading == Shading::kDefaultGroup ? ":initialShadingGroup" : "crowdGroup";
+  std::string text;
+  if (shading == Shading::kGroupEach) {
+    group = goblin + "Group";
+    text = "createNode lambert -n \"" + goblin + "Look\";\ncreateNode shadingEngine -n \"" + group +
+           "\";\nconnectAttr \"" + goblin + "Look.oc\" \"" + group + ".ss\";\n";
+  }
+  return text + "connectAttr \"" + goblin + "Shape.iog\" \"" + group + ".dsm\" -na;\n";
+}
+
+// One tile with small goblins in rows.
+Level makeCrowd(int goblins, Shading shading) {
+  const std::string folder = scratchFolder() + "/crowd" + std::to_string(goblins) + "-" +
+                             std::to_string(static_cast<int>(shading));
+  std::filesystem::create_directory(folder);
+  Level level = {folder + "/level.ma", {folder + "/tile0.psd"}};
+  std::filesystem::copy_file(layeredFile(kCrowdTextureSide), level.textures.back(),
+                             std::filesystem::copy_options::overwrite_existing);
+  std::string text = "//Maya ASCII 2018 scene\n" + tileText(0, 0, "tile0.psd");
+  text +=
+      "createNode lambert -n \"crowdLook\";\ncreateNode shadingEngine -n \"crowdGroup\";\n"
+      "connectAttr \"crowdLook.oc\" \"crowdGroup.ss\";\n";
+  for (int i = 0; i < goblins; ++i) {
+    const std::string goblin = "goblin" + std::to_string(i);
+    text += sceneText(kSmallGoblin, goblin, "tile0", 9.0 * (i % 100) / 100 - 4.5,
+                      9.0 * (i / 100 % 100) / 100 - 4.5);
+    text += shadingText(shading, goblin);
   }
   writeFile(level.scene, text);
   return level;
@@ -111,9 +149,26 @@ Comparison besideATenth() {
   return it;
 }
 
+Comparison crowdBesideATenth(Shading shading) {
+  Comparison it;
+  it.peerName = "1000 goblins";
+  it.target = atMost(11);
+  it.waits = true;
+  it.rounds = 3;
+  it.ours = [command = exportCommand(makeCrowd(kCrowd, shading))] { runOrAbort(command); };
+  it.peer = [command = exportCommand(makeCrowd(kCrowd / 10, shading))] { runOrAbort(command); };
+  return it;
+}
+
 const bool declared =
     declare("morvane export, 100 tiles of 512², 2000 goblins", besideOpeningAndCopying) &&
-    declare("morvane export, 100 tiles of 512², 20000 goblins", besideATenth);
+    declare("morvane export, 100 tiles of 512², 20000 goblins", besideATenth) &&
+    declare("morvane export, 10000 goblins of one tile, default shading group",
+            [] { return crowdBesideATenth(Shading::kDefaultGroup); }) &&
+    declare("morvane export, 10000 goblins of one tile, one shading group",
+            [] { return crowdBesideATenth(Shading::kOneGroup); }) &&
+    declare("morvane export, 10000 goblins of one tile, a shading group each",
+            [] { return crowdBesideATenth(Shading::kGroupEach); });
 
 }  // namespace
 }  // namespace bench

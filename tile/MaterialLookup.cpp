@@ -86,10 +86,12 @@ bool hasFacesOf(const MObject& mesh, MObject faces) {
 
 // Whether the default shading group only happens to be connected and shades nothing.
 bool isIdleDefaultGroup(const MFnSet& group, bool hasFaces, unsigned int groupCount) {
-  if (group.name() != kDefaultShadingGroup) return false;
+  if (group.name() != kDefaultShadingGroup || hasFaces) return false;
+  if (groupCount > 1) return true;
+  // Last, since the group lists every mesh of a level that nobody has shaded.
   MSelectionList members;
   group.getMembers(members, true);
-  return members.length() == 0 || (!hasFaces && groupCount > 1);
+  return members.length() == 0;
 }
 
 std::unique_ptr<char[]> refuse(TileMessages& messages, const char* error) {
