@@ -8,40 +8,22 @@
 namespace host {
 namespace {
 
-constexpr std::uint32_t kConnect = 5;
-
-// How many texts an edit has; 0 for a kind that is not known. Those of a connection depend on where
-// its ends are.
-int operandsOf(std::uint32_t kind, std::uint32_t ends) {
-  switch (kind) {
-    case 0:  // parent
-    case 1:  // addAttr
-    case 2:  // setAttr
-    case 3:  // disconnectAttr
-      return 3;
-    case kConnect:
-      return ends == 0 ? 6 : ends == 3 || ends == 4 ? 4 : 0;
-    case 8:
-    case 9:
-      return 2;
-    default:
-      return 0;
-  }
-}
+constexpr int kConnect = 5;
 
 void takeText(ByteCursor& in, KeptWords& kept) {
   kept.words.push_back(mel::quoted(in.text()));
 }
 
+int takeNumber(ByteCursor& in, KeptWords& kept) {
+  const auto number = static_cast<std::int32_t>(in.word());
+  kept.words.push_back(std::to_string(number));
+  return number;
+}
+
 bool readEdit(ByteCursor& in, KeptWords& kept) {
-  const std::uint32_t kind = in.word();
-  kept.words.push_back(std::to_string(kind));
-  std::uint32_t ends = 0;
-  if (kind == kConnect) {
-    ends = in.word();
-    kept.words.push_back(std::to_string(ends));
-  }
-  const int operands = operandsOf(kind, ends);
+  const int kind = takeNumber(in, kept);
+  const int ends = kind == kConnect ? takeNumber(in, kept) : 0;
+  const int operands = editOperandCount(kind, ends);
   for (int i = 0; i < operands; ++i) takeText(in, kept);
   return operands > 0 && !in.failed();
 }
@@ -56,6 +38,24 @@ bool readFile(ByteCursor& in, KeptWords& kept) {
 }
 
 }  // namespace
+
+int editOperandCount(int kind, int ends) {
+  switch (kind) {
+    case 0:  // parent
+    case 2:  // setAttr
+    case 3:  // disconnectAttr
+      return 3;
+    case 1:  // addAttr
+      return 4;
+    case kConnect:
+      return ends == 0 ? 6 : ends == 3 || ends == 4 ? 4 : 0;
+    case 8:
+    case 9:
+      return 2;
+    default:
+      return 0;
+  }
+}
 
 bool readReferenceEdits(ByteCursor& in, KeptWords& kept) {
   kept = KeptWords{kReferenceEditsType, {}};

@@ -6,6 +6,10 @@
 
 namespace host {
 
+// How many texts follow the numbers of an edit, in files of both forms; 0 for a kind that is not
+// known. Those of a connection (kind 5) depend on which of its ends are referenced nodes'.
+int editOperandCount(int kind, int ends);
+
 inline constexpr char kReferenceEditsType[] = "dataReferenceEdits";  // of the attribute, as written
 
 // Reads what a reference node's REFE chunk holds behind the attribute's name and flags, as the

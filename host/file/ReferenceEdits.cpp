@@ -16,20 +16,9 @@
 namespace host {
 namespace {
 
-// How many texts follow the numbers of an edit; -1: all up to the next number.
-int operandCount(const ReferenceEdit& edit) {
-  switch (edit.kind) {
-    case ReferenceEdit::kParent:
-    case ReferenceEdit::kSetAttr:
-    case ReferenceEdit::kDisconnectAttr:
-      return 3;
-    case ReferenceEdit::kAddAttr:
-      return 4;
-    case ReferenceEdit::kConnectAttr:
-      return edit.end == ReferenceEdit::kIsBoth ? 6 : 4;
-    default:
-      return -1;
-  }
+bool isApplied(int kind) {
+  return (kind >= ReferenceEdit::kParent && kind <= ReferenceEdit::kDisconnectAttr) ||
+         kind == ReferenceEdit::kConnectAttr;
 }
 
 class EditParser {
@@ -72,12 +61,11 @@ class EditParser {
         (edit.kind == ReferenceEdit::kConnectAttr && !takeNumber(edit.end))) {
       return false;
     }
-    const int count = operandCount(edit);
-    while (at_ < words_.size() && !isNumber() &&
-           (count < 0 || edit.operands.size() < static_cast<std::size_t>(count))) {
+    // An edit of a kind that is not known has all texts up to the next number.
+    const auto count = static_cast<std::size_t>(editOperandCount(edit.kind, edit.end));
+    while (at_ < words_.size() && !isNumber() && (count == 0 || edit.operands.size() < count))
       edit.operands.push_back(words_[at_++].text);
-    }
-    if (count >= 0 && edit.operands.size() == static_cast<std::size_t>(count))
+    if (count > 0 && edit.operands.size() == count && isApplied(edit.kind))
       edits.push_back(std::move(edit));
     return true;
   }
