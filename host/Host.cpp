@@ -12,6 +12,7 @@
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
 #include "host/state/DirectoryMap.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
@@ -130,6 +131,10 @@ bool isMapped(const std::string& name) {
 void useProject(const std::string& folder) {
   SceneProject::current().give(fromCaller(folder));
   (void)SceneProject::current().enter(folder);  // whoever opens a scene is told
+}
+
+void allowFiles() {
+  HostState::current().readFiles.isAllowed = true;
 }
 
 FileSearch searchOfTexture(const std::string& name) {

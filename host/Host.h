@@ -77,6 +77,9 @@ bool isMapped(const std::string& name);
 // Textures and references of scenes opened from now on are looked for in this project's folders,
 // not in those of the nearest folder above the scene that has a workspace.mel.
 void useProject(const std::string& folder);
+// Lets scripts read files: fopen and what goes with it.
+void allowFiles();
+
 // Where the texture that the open scene's nodes name so was looked for.
 FileSearch searchOfTexture(const std::string& name);
 

@@ -12,6 +12,9 @@ void addBuiltinCommands(CommandTable& table) {
   addSetCommands(table);
   addSelectionCommands(table);
   addFileCommands(table);
+  addFileReadingCommands(table);
+  addFreezeCommand(table);
+  addNamespaceCommands(table);
   addDirectoryMapCommand(table);
   addPluginCommands(table);
   addOutputCommands(table);

@@ -9,12 +9,19 @@
 namespace host::mel {
 namespace {
 
-CommandResult query(const Arguments& arguments) {
+CommandResult query(const Arguments& arguments, const CommandContext& context) {
   const std::string& name = Scene::current().fileName;
   if (arguments.has("shn"))
     return CommandResult::success(std::filesystem::u8path(name).filename().u8string());
+  if (arguments.has("ex")) {
+    std::error_code error;
+    const auto path = std::filesystem::u8path(resolvedPath(
+        arguments.objects().empty() ? "" : arguments.objects().front(), context.folder));
+    return CommandResult::success(Value::ofTruth(std::filesystem::exists(path, error)));
+  }
   if (arguments.has("sn") || arguments.has("exn")) return CommandResult::success(name);
-  return CommandResult::failure("file: -query gives -sceneName, -shortName or -expandName");
+  return CommandResult::failure(
+      "file: -query gives -sceneName, -shortName, -expandName or -exists");
 }
 
 CommandResult finish(const morvane::Status& status, const std::string& path) {
@@ -25,7 +32,7 @@ CommandResult finish(const morvane::Status& status, const std::string& path) {
 CommandResult file(const Arguments& arguments, CommandContext& context) {
   if (context.inSceneFile)
     return CommandResult::failure("a scene file may not read or write files");
-  if (arguments.query()) return query(arguments);
+  if (arguments.query()) return query(arguments, context);
   if (arguments.has("new")) {
     startNewScene();
     return CommandResult::success("untitled");
@@ -76,7 +83,8 @@ void addFileCommands(CommandTable& table) {
              {"mnc", "mergeNamespacesOnClash", "b"},
              {"sn", "sceneName", ""},
              {"shn", "shortName", ""},
-             {"exn", "expandName", ""}},
+             {"exn", "expandName", ""},
+             {"ex", "exists", ""}},
             file);
 }
 

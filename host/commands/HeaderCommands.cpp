@@ -30,9 +30,21 @@ void keepUnits(const Arguments& arguments, const CommandContext& context) {
     info.angleUnit = arguments.text("a");
 }
 
+// What numbers are in that scripts get; of time, what the scene says.
+CommandResult queryUnit(const Arguments& arguments) {
+  const bool full = arguments.has("f");
+  const std::string& time = SceneInfo::current().timeUnit;
+  if (arguments.has("l")) return CommandResult::success(full ? "centimeter" : "cm");
+  if (arguments.has("a")) return CommandResult::success(full ? "degree" : "deg");
+  if (arguments.has("t")) return CommandResult::success(time.empty() ? "film" : time);
+  return CommandResult::failure("currentUnit: -query gives -linear, -angle or -time");
+}
+
 CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
-  if (!context.inSceneFile)
+  if (!context.inSceneFile) {
+    if (arguments.query()) return queryUnit(arguments);
     return CommandResult::failure("currentUnit: the units are centimetres and degrees");
+  }
   if (arguments.has("t") && !isWord(arguments.text("t")))
     context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
   else if (arguments.has("t") && context.keepsInfo)
@@ -89,6 +101,8 @@ void addHeaderCommands(CommandTable& table) {
             {{"l", "linear", "s"},
              {"a", "angle", "s"},
              {"t", "time", "s"},
+             {"q", "query", ""},
+             {"f", "fullName", ""},
              {"ua", "updateAnimation", "b"}},
             currentUnit);
   table.add("fileInfo", {}, fileInfo);

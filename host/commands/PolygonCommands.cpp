@@ -1,5 +1,9 @@
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <functional>
+#include <map>
+#include <numeric>
 
 #include "host/commands/Builtin.h"
 #include "host/commands/Lookup.h"
@@ -8,6 +12,7 @@
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
 #include "host/mesh/MeshPrimitives.h"
+#include "host/scene/Component.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
@@ -52,6 +57,19 @@ const Primitive kPrimitives[] = {
     {"polyPlane",
      "pPlane",
      {{"w", "width"}, {"h", "height"}, {"sx", "subdivisionsWidth"}, {"sy", "subdivisionsHeight"}}},
+    {"polyCone",
+     "pCone",
+     {{"r", "radius"}, {"h", "height"}, {"sx", "subdivisionsAxis"}, {"sy", "subdivisionsHeight"}}},
+    {"polyTorus",
+     "pTorus",
+     {{"r", "radius"},
+      {"sr", "sectionRadius"},
+      {"tw", "twist"},
+      {"sx", "subdivisionsAxis"},
+      {"sy", "subdivisionsHeight"}}},
+    {"polyPyramid",
+     "pPyramid",
+     {{"w", "sideLength"}, {"ns", "numberOfSides"}, {"sh", "subdivisionsHeight"}}},
 };
 
 PrimitiveParameter parametersOf(const Primitive& primitive, const Arguments& arguments) {
@@ -98,10 +116,17 @@ void addPrimitive(CommandTable& table) {
                                  {"cuv", "createUVs", "i"}, {"ax", "axis", "nnn"},
                                  {"o", "object", "b"},      {"q", "query", ""},
                                  {"e", "edit", ""}};
-  constexpr FlagSpec kNumbers[] = {{"w", "width", "n"},          {"h", "height", "n"},
-                                   {"d", "depth", "n"},          {"r", "radius", "n"},
-                                   {"sx", "subdivisionsX", "i"}, {"sy", "subdivisionsY", "i"},
-                                   {"sz", "subdivisionsZ", "i"}};
+  constexpr FlagSpec kNumbers[] = {{"w", "width", "n"},
+                                   {"h", "height", "n"},
+                                   {"d", "depth", "n"},
+                                   {"r", "radius", "n"},
+                                   {"sx", "subdivisionsX", "i"},
+                                   {"sy", "subdivisionsY", "i"},
+                                   {"sz", "subdivisionsZ", "i"},
+                                   {"sr", "sectionRadius", "n"},
+                                   {"tw", "twist", "n"},
+                                   {"ns", "numberOfSides", "i"},
+                                   {"sh", "subdivisionsHeight", "i"}};
   for (const NumberFlag& each : kPrimitives[kIndex].flags) {
     for (const FlagSpec& number : kNumbers)
       if (number.shortName == each.flag) flags.push_back(number);
@@ -204,6 +229,138 @@ CommandResult polyEvaluate(const Arguments& arguments, CommandContext& context) 
   return CommandResult::success(counts.size() == 1 ? Value(counts.front()) : Value(counts));
 }
 
+// --- polyInfo: one line an element, "FACE      0:      0      1      3      2 "
+
+std::string lineStart(const char* kind, int element) {
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%s %6d:", kind, element);
+  return text.data();
+}
+
+void appendIndex(std::string& line, int index) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), " %6d", index);
+  line += text.data();
+}
+
+int edgeOfLoop(int signedEdge) {
+  return signedEdge >= 0 ? signedEdge : -(signedEdge + 1);
+}
+
+// What a corner of a face leads to: its vertex, or the edge that begins there.
+int atCorner(const MeshData& mesh, int corner, bool asEdge) {
+  const auto index = static_cast<std::size_t>(corner);
+  return asEdge ? edgeOfLoop(mesh.storedLoopEdges()[index]) : mesh.cornerVertices()[index];
+}
+
+Value::Strings facesWith(const MeshData& mesh, const std::vector<int>& faces, bool asEdges) {
+  Value::Strings lines;
+  for (const int face : faces) {
+    std::string line = lineStart("FACE", face);
+    for (int i = 0; i < mesh.cornerCount(face); ++i)
+      appendIndex(line, atCorner(mesh, mesh.faceStart(face) + i, asEdges));
+    lines.push_back(line + " \n");
+  }
+  return lines;
+}
+
+// The faces around vertices or edges.
+Value::Strings facesAround(const MeshData& mesh, const std::vector<int>& elements, bool edges) {
+  std::map<int, std::vector<int>> faces;
+  for (int face = 0; face < mesh.faceCount(); ++face)
+    for (int i = 0; i < mesh.cornerCount(face); ++i)
+      faces[atCorner(mesh, mesh.faceStart(face) + i, edges)].push_back(face);
+  Value::Strings lines;
+  for (const int element : elements) {
+    std::string line = lineStart(edges ? "EDGE" : "VERTEX", element);
+    for (const int face : faces[element]) appendIndex(line, face);
+    lines.push_back(line + " \n");
+  }
+  return lines;
+}
+
+Value::Strings verticesOfEdges(const MeshData& mesh, const std::vector<int>& elements) {
+  Value::Strings lines;
+  for (const int element : elements) {
+    const MeshEdge& edge = mesh.edges()[static_cast<std::size_t>(element)];
+    std::string line = lineStart("EDGE", element);
+    appendIndex(line, edge.start);
+    appendIndex(line, edge.end);
+    lines.push_back(line + (edge.smooth() ? "  Smooth\n" : "  Hard\n"));
+  }
+  return lines;
+}
+
+Value::Strings edgesAround(const MeshData& mesh, const std::vector<int>& elements) {
+  std::map<int, std::vector<int>> edges;
+  for (std::size_t i = 0; i < mesh.edges().size(); ++i)
+    for (const int vertex : {mesh.edges()[i].start, mesh.edges()[i].end})
+      edges[vertex].push_back(static_cast<int>(i));
+  Value::Strings lines;
+  for (const int element : elements) {
+    std::string line = lineStart("VERTEX", element);
+    for (const int edge : edges[element]) appendIndex(line, edge);
+    lines.push_back(line + " \n");
+  }
+  return lines;
+}
+
+Value::Strings normalsOfFaces(const MeshData& mesh, const std::vector<int>& elements) {
+  Value::Strings lines;
+  for (const int face : elements) {
+    Vec3 sum;
+    const auto [begin, end] = mesh.loops(face).front();
+    const auto at = [&](int corner) {
+      return mesh.points()[static_cast<std::size_t>(atCorner(mesh, corner, false))];
+    };
+    for (int corner = begin + 1; corner + 1 < end; ++corner)
+      sum = sum + cross(at(corner) - at(begin), at(corner + 1) - at(begin));
+    const Vec3 normal = normalized(sum);
+    std::array<char, 128> text{};
+    std::snprintf(text.data(), text.size(), " %f %f %f\n", normal.x, normal.y, normal.z);
+    lines.push_back(lineStart("FACE_NORMAL", face) + text.data());
+  }
+  return lines;
+}
+
+// The elements that a component names, or all.
+std::vector<int> elementsOf(const SelectionItem& item, Component::Kind kind, int count) {
+  std::vector<int> all(static_cast<std::size_t>(count));
+  std::iota(all.begin(), all.end(), 0);
+  if (item.component == nullptr) return all;
+  return item.component->kind() == kind ? item.component->elements().toIndices(count)
+                                        : std::vector<int>();
+}
+
+CommandResult polyInfo(const Arguments& arguments, CommandContext& context) {
+  std::vector<SelectionItem> items;
+  std::string error = "needs a mesh";
+  const bool found = findItems(arguments.objects(), context, items, error) && !items.empty();
+  const NodePtr node = found ? meshOf(items.front()) : nullptr;
+  if (node == nullptr || !node->mesh->problem().empty())
+    return CommandResult::failure("polyInfo: " + error);
+  const MeshData& mesh = *node->mesh;
+  const auto faces = [&] {
+    return elementsOf(items.front(), Component::Kind::kFace, mesh.faceCount());
+  };
+  const auto edges = [&] {
+    return elementsOf(items.front(), Component::Kind::kEdge, static_cast<int>(mesh.edges().size()));
+  };
+  const auto vertices = [&] {
+    return elementsOf(items.front(), Component::Kind::kVertex, mesh.pointCount());
+  };
+  if (arguments.has("fv")) return CommandResult::success(facesWith(mesh, faces(), false));
+  if (arguments.has("fe")) return CommandResult::success(facesWith(mesh, faces(), true));
+  if (arguments.has("fn")) return CommandResult::success(normalsOfFaces(mesh, faces()));
+  if (arguments.has("vf")) return CommandResult::success(facesAround(mesh, vertices(), false));
+  if (arguments.has("ve")) return CommandResult::success(edgesAround(mesh, vertices()));
+  if (arguments.has("ef")) return CommandResult::success(facesAround(mesh, edges(), true));
+  if (arguments.has("ev")) return CommandResult::success(verticesOfEdges(mesh, edges()));
+  return CommandResult::failure(
+      "polyInfo: needs -faceToVertex, -faceToEdge, -faceNormals, -vertexToFace, -vertexToEdge, "
+      "-edgeToFace or -edgeToVertex");
+}
+
 }  // namespace
 
 void addPolygonCommands(CommandTable& table) {
@@ -211,6 +368,9 @@ void addPolygonCommands(CommandTable& table) {
   addPrimitive<1>(table);
   addPrimitive<2>(table);
   addPrimitive<3>(table);
+  addPrimitive<4>(table);
+  addPrimitive<5>(table);
+  addPrimitive<6>(table);
   table.add("polyEvaluate",
             {{"v", "vertex", ""},
              {"e", "edge", ""},
@@ -221,6 +381,15 @@ void addPolygonCommands(CommandTable& table) {
              {"a", "area", ""},
              {"wa", "worldArea", ""}},
             polyEvaluate);
+  table.add("polyInfo",
+            {{"fv", "faceToVertex", ""},
+             {"fe", "faceToEdge", ""},
+             {"fn", "faceNormals", ""},
+             {"vf", "vertexToFace", ""},
+             {"ve", "vertexToEdge", ""},
+             {"ef", "edgeToFace", ""},
+             {"ev", "edgeToVertex", ""}},
+            polyInfo);
 }
 
 }  // namespace host::mel

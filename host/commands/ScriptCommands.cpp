@@ -7,6 +7,7 @@
 #include "host/mel/Functions.h"
 #include "host/mel/Interpreter.h"
 #include "host/state/HostState.h"
+#include "host/text/Environment.h"
 #include "host/text/Numbers.h"
 
 // What scripts ask of the language and of the session, beside the scene.
@@ -156,6 +157,10 @@ CommandResult environment(const Arguments& arguments, CommandContext&) {
   return CommandResult::success(value == nullptr ? "" : value);
 }
 
+CommandResult env(const Arguments&, CommandContext&) {
+  return CommandResult::success(environmentNames());
+}
+
 // Seconds since some moment, or since one that it gave before.
 CommandResult timer(const Arguments& arguments, CommandContext&) {
   const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
@@ -192,6 +197,7 @@ void addScriptCommands(CommandTable& table) {
   table.add("whatIs", {}, whatIs);
   table.add("format", {{"s", "stringArg", "s"}}, format);
   table.add("getenv", {}, environment);
+  table.add("env", {}, env);
   table.add("timerX", {{"st", "startTime", "n"}, {"e", "elapsedTime", ""}}, timer);
   table.add("internalVar", {{"utd", "userTmpDir", ""}}, internalVar);
 }

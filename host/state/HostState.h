@@ -1,7 +1,10 @@
 #ifndef MORVANE_HOST_STATE_HOSTSTATE_H_
 #define MORVANE_HOST_STATE_HOSTSTATE_H_
 
+#include <cstdio>
 #include <functional>
+#include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +29,15 @@ struct FilesBeingRead {
   bool toldTooLarge = false;      // one of those that were not read, because there are too many
 };
 
+// The files that scripts read.
+struct ReadFiles {
+  using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+  bool isAllowed = false;
+  int last = 0;  // the number that a file got last
+  std::map<int, File> files;
+};
+
 // Everything that a host remembers. One host runs at a time, as the API has no argument that names
 // one.
 struct HostState {
@@ -35,6 +47,7 @@ struct HostState {
   SceneProblems problems;
   SceneUnits units;  // of the scene file that is being read
   FilesBeingRead files;
+  ReadFiles readFiles;
   DirectoryMap folders;
   SceneProject project;
   mel::CommandTable commands;

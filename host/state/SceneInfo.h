@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,8 @@ struct SceneInfo {
   std::string angleUnit;                  // "radian"; empty: degrees
   std::vector<std::string> fileInfo;      // fileInfo ...
   std::vector<std::string> metadata;      // dataStructure ..., applyMetadata ...
+
+  std::set<std::string> namespaces;  // that scripts made, without nodes so far
 
   // The last of the connections that every new scene has.
   std::uint64_t lastDefaultConnection = 0;

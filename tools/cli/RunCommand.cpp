@@ -27,6 +27,7 @@ struct Options {
   std::vector<std::string> files;
   std::string output;
   SceneFolders folders;
+  bool allowsFiles = false;
 };
 
 // The -c and -f of the command line in the order in which they stand there.
@@ -50,6 +51,7 @@ ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
   const ExitStatus started = startSession(options.scene, options.folders);
   if (started != kDone) return started;
   if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
+  if (options.allowsFiles) host::allowFiles();
   for (const Step& step : steps) {
     const bool ok =
         step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
@@ -88,6 +90,7 @@ void addRun(CLI::App& program, int& status) {
                                 "Save the scene here (*.ma) when all commands succeeded")
                    ->type_name("SCENE"),
               kSceneOutput);
+  command->add_flag("--allow-files", options->allowsFiles, "Let commands read files (fopen)");
   addFolderOptions(*command, options->folders);
   command->footer(
       "Every -c and -f runs in the order given, up to the first that fails. A damaged\n"
