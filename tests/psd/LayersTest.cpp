@@ -70,6 +70,12 @@ TEST_F(PsdTest, RemovesAllLayersOfANameAboveTheBottomOne) {
   const PsdDocument again = sound(one);
   EXPECT_EQ(document.layerAndMaskLength, again.layerAndMaskLength);
   EXPECT_EQ(channelBytes(document, 1), channelBytes(again, 1));
+  const std::uint8_t goblins[] = {7, 8, 9};
+  ASSERT_TRUE(document.addDataLayer("x", 3, goblins));
+  std::uint32_t size = 0;
+  const auto back = document.readDataLayer("x", size);
+  ASSERT_TRUE(back != nullptr && size == 3);
+  EXPECT_EQ(back[2], 9);
 }
 
 TEST_F(PsdTest, ReplacesOnlyTheFileThatWasLoaded) {
