@@ -215,6 +215,7 @@ MORVANE_AVX2 inline bool unpackShortRuns(PackBitsKernel::Place& at) {
 // Unpacks a packet of any form. Whether it is a run makes no branch: both forms are made, and one
 // is chosen. The next packet waits for the step to it, which therefore comes first.
 MORVANE_AVX2 inline void unpackOne(PackBitsKernel::Place& at) {
+  // The format's header byte is signed. NOLINTNEXTLINE(bugprone-signed-char-misuse)
   const std::ptrdiff_t header = static_cast<std::int8_t>(*at.packed);
   const std::uint8_t* const data = at.packed + 1;
   at.packed = data;

@@ -52,7 +52,7 @@ Attribute::Attribute(std::string longName, std::string shortName, std::string ty
   if (shortName_.empty()) shortName_ = longName_;
 }
 
-AttributePtr Attribute::makeLoose(std::string name) {
+AttributePtr Attribute::makeLoose(const std::string& name) {
   return std::make_shared<Attribute>(name, name, std::string());
 }
 

@@ -60,7 +60,7 @@ class Attribute : public Object {
   std::vector<std::string> declaration;
 
   // An attribute of kind kLoose.
-  static AttributePtr makeLoose(std::string name);
+  static AttributePtr makeLoose(const std::string& name);
 
   // One that holds its value whole, be the type's word a compound's: "float3" without children.
   static AttributePtr makeData(std::string longName, std::string shortName, std::string typeWord);
