@@ -6,7 +6,7 @@
 namespace host {
 namespace {
 
-// Two of the blocks that the tables of a mesh are taken in, so that nothing is read twice.
+// Some of the blocks that the tables of a mesh are taken in, so that nothing is read twice.
 constexpr std::size_t kBlock = std::size_t{384} << 10;
 
 }  // namespace

@@ -17,8 +17,9 @@ constexpr std::uint32_t kHighBit = 0x80000000;  // a hard edge, an edge that run
 constexpr std::uint32_t kLoopEnd = 0x60000000;  // both bits: also the end of the face
 constexpr std::uint32_t kEdgeMask = 0x1FFFFFFF;
 
-constexpr std::size_t kWord = 4;              // bytes of every number in these tables
-constexpr std::size_t kBlockWords = 6 << 13;  // a block holds whole points, pairs and UVs
+constexpr std::size_t kWord = 4;  // bytes of every number in these tables
+// A block holds whole points, pairs and UVs, and what is made of it stays in the processor's cache.
+constexpr std::size_t kBlockWords = 6 << 11;
 constexpr std::size_t kLongestName = 4096;
 
 class MeshChunkReader {
@@ -110,28 +111,35 @@ class MeshChunkReader {
            });
   }
 
-  std::string endLoop(std::uint32_t corner) {
-    std::string problem = isHole_ ? mesh_.addHole(loop_.data(), loop_.size())
-                                  : mesh_.addFace(loop_.data(), loop_.size());
+  std::string endLoop(const int* edges, std::size_t count, std::uint32_t corner) {
+    std::string problem = isHole_ ? mesh_.addHole(edges, count) : mesh_.addFace(edges, count);
     isHole_ = (corner & kLoopEnd) != kLoopEnd;
-    loop_.clear();
+    return problem;
+  }
+
+  // The edges of a block go behind those of the loop that the last one ended in.
+  std::string addCorners(const std::uint8_t* block, std::size_t words) {
+    std::string problem = mesh_.beginFaces(mesh_.storedFaceStarts().size() - 1);
+    std::size_t start = 0;
+    std::size_t end = loop_.size();
+    loop_.resize(end + words);
+    for (std::size_t i = 0; i < words && problem.empty(); ++i) {
+      const std::uint32_t corner = loadBe32(block + i * kWord);
+      const int edge = static_cast<int>(corner & kEdgeMask);
+      loop_[end++] = (corner & kHighBit) != 0 ? -edge - 1 : edge;
+      if ((corner & kLoopEnd) == 0) continue;
+      problem = endLoop(loop_.data() + start, end - start, corner);
+      start = end;
+    }
+    loop_.erase(loop_.begin(), loop_.begin() + static_cast<std::ptrdiff_t>(start));
     return problem;
   }
 
   bool readFaces() {
     std::size_t count = 0;
     if (!beginTable(MeshData::Table::kCorners, "faces", 1, count)) return false;
-    const bool ok =
-        forBlocks(count, [&](const std::uint8_t* block, std::size_t words, std::size_t) {
-          std::string problem = mesh_.beginFaces(mesh_.storedFaceStarts().size() - 1);
-          for (std::size_t i = 0; i < words && problem.empty(); ++i) {
-            const std::uint32_t corner = loadBe32(block + i * kWord);
-            const int edge = static_cast<int>(corner & kEdgeMask);
-            loop_.push_back((corner & kHighBit) != 0 ? -edge - 1 : edge);
-            if ((corner & kLoopEnd) != 0) problem = endLoop(corner);
-          }
-          return problem;
-        });
+    const bool ok = forBlocks(count, [&](const std::uint8_t* block, std::size_t words,
+                                         std::size_t) { return addCorners(block, words); });
     return ok && ((loop_.empty() && !isHole_) || fail("the last face of a mesh has no end"));
   }
 

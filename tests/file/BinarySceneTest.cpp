@@ -103,6 +103,23 @@ TEST_F(BinaryScenes, AreWhatTheirTwinsInTextAre) {
   }
 }
 
+// Tables are read in blocks: faces lie across their ends, a triangle first so that quads do.
+TEST_F(BinaryScenes, HoldMeshesThatAreLargerThanABlock) {
+  constexpr int kQuads = 4000;
+  std::string faces = "f 3 0 1 4 mu 0 3 0 1 2";
+  for (int i = 0; i < kQuads; ++i) faces += "\n\tf 4 0 1 2 3 mu 0 4 2 1 0 2";
+  ASSERT_EQ(open("createNode transform -n \"t\";\ncreateNode mesh -n \"s\" -p \"t\";\n"
+                 "\tsetAttr \".uvst[0].uvsp[0:2]\" 0 0 1 0 1 1;\n"
+                 "\tsetAttr \".vt[0:3]\" 0 0 0 1 0 0 1 0 1 0 0 1;\n"
+                 "\tsetAttr \".ed[0:4]\" 0 1 1 1 2 1 2 3 1 3 0 1 2 0 1;\n\tsetAttr \".fc[0:" +
+                 std::to_string(kQuads) + "]\" -type \"polyFaces\" " + faces + ";\n"),
+            "");
+  const std::string expected = savedNodes();
+  EXPECT_EQ(openBytes(twin::sceneFile({})), "");
+  EXPECT_EQ(node("s")->mesh->faceCount(), kQuads + 1);
+  EXPECT_TRUE(savedNodes() == expected);
+}
+
 // A chunk, and the statement that a saved scene has for it.
 TEST_F(BinaryScenes, SayInTheirChunksWhatStatementsSay) {
   const auto ticks = [](int frames) { return twin::longWord(141120000ULL / 25 * frames); };
