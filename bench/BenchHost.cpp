@@ -1,11 +1,13 @@
 #include "bench/BenchHost.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 
 #include "host/Host.h"
 
@@ -63,6 +65,33 @@ std::string gridText(const std::string& name, const std::string& parent, int sid
 bool runQuietly(const std::string& commands) {
   const Silence silence;
   return host::execute(commands, "benchmark");
+}
+
+namespace {
+
+// A line of the system's description of this process, in MiB.
+double statusOf(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.compare(0, name.size(), name) == 0) return std::stod(line.substr(name.size())) / 1024;
+  return 0;
+}
+
+}  // namespace
+
+// Memory that was given back is not counted, nor the most that there was before.
+MemoryUse::MemoryUse() {
+  ::malloc_trim(0);
+  std::ofstream("/proc/self/clear_refs") << "5";
+  start_ = statusOf("VmRSS:");
+}
+
+double MemoryUse::held() const {
+  return statusOf("VmRSS:") - start_;
+}
+
+double MemoryUse::peak() const {
+  return statusOf("VmHWM:") - start_;
 }
 
 double peakMemory() {

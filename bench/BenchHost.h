@@ -22,6 +22,17 @@ bool runQuietly(const std::string& commands);
 // The most memory that the process has held so far, in MiB.
 double peakMemory();
 
+// What the process holds since this was made, in MiB over what it held then.
+class MemoryUse {
+ public:
+  MemoryUse();
+  double held() const;
+  double peak() const;
+
+ private:
+  double start_;
+};
+
 }  // namespace bench
 
 #endif  // MORVANE_BENCH_BENCHHOST_H_
