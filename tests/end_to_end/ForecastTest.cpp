@@ -270,6 +270,7 @@ TEST_F(Forecast, SaysOfBrokenTilesWhatAnExportDoes) {
     EXPECT_EQ(error.substr(0, c.error.size()), c.error) << c.texture;
     EXPECT_EQ(error.empty(), c.error.empty()) << c.texture << error;
     EXPECT_EQ(tile[1], c.error.empty() ? 0 : 1) << c.texture;
+    EXPECT_EQ(tile[2].empty(), c.texture != "turned.tga" && c.texture != "far.psd") << tile[2];
     const bool isNamed = told.find(tileNamed("broken.ma: |tile", i + 1) + ": ") != told.npos;
     EXPECT_EQ(isNamed, !c.error.empty()) << c.texture;
     const bool isKept =
