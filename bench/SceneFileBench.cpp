@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "bench/BenchHost.h"
@@ -166,15 +165,18 @@ void binaryMemory(benchmark::State& state, const std::string& name) {
           peak / (kMostMemory * held), atMost(1)});
 }
 
+using Measure = void (*)(benchmark::State& state, const std::string& name);
+
+void declareMeasure(const std::string& name, Measure measure) {
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [name, measure](benchmark::State& state) { measure(state, name); })
+      ->Iterations(1)
+      ->Unit(benchmark::kMillisecond);
+}
+
 void declareBinary(const std::string& work) {
-  for (const auto& [what, measure] :
-       {std::pair(", rate", binaryRate), std::pair(", peak memory", binaryMemory)}) {
-    const std::string name = work + what;
-    benchmark::RegisterBenchmark(
-        name.c_str(), [name, measure = measure](benchmark::State& state) { measure(state, name); })
-        ->Iterations(1)
-        ->Unit(benchmark::kMillisecond);
-  }
+  declareMeasure(work + ", rate", binaryRate);
+  declareMeasure(work + ", peak memory", binaryMemory);
   declare(work, openBothForms);
   declare(work + ", beside its bytes", openAndRead);
 }
@@ -182,11 +184,7 @@ void declareBinary(const std::string& work) {
 const bool declared = [] {
   declareBinary("open the scene of 1 million vertices in Maya Binary");
   const std::string work = "open a scene of 1 million vertices";
-  const std::string rate = work + ", rate";
-  benchmark::RegisterBenchmark(rate.c_str(),
-                               [rate](benchmark::State& state) { sceneRate(state, rate); })
-      ->Iterations(1)
-      ->Unit(benchmark::kMillisecond);
+  declareMeasure(work + ", rate", sceneRate);
   return declare(work, openScene);
 }();
 
