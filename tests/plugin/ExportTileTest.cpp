@@ -249,6 +249,8 @@ TEST_F(ExportTile, TilesThatWouldLoseSomethingAreRefused) {
        "*** Error : |tile|odd|oddShape: vertex 2 is not finite\n"},
       {quad + goblinText("far", far), file,
        "*** Error : |tile|far|farShape: vertex 0 is not finite\n"},
+      {quad + goblinText("bent") + "\tsetAttr \".n[0:2]\" -type \"float3\" nan 0 0 0 1 0 0 1 0;\n",
+       file, "*** Error : |tile|bent|bentShape: vertex 0 is not finite\n"},
       {transformText("tile") + meshText("tileShape", "tile", tileShape()) +
            "\tsetAttr \".vt[3]\" 0 inf 0;\n" + materialText("grass", file) +
            assignText("tileShape", "grassSG"),
@@ -313,6 +315,13 @@ TEST_F(ExportTile, InstancesHaveTexturesOfTheirOwn) {
   EXPECT_EQ(run(kExport), kExporting);
   EXPECT_EQ(word(blobOf(first), 1), 3U);
   EXPECT_EQ(blobOf(second).size(), 12U);
+}
+
+TEST_F(ExportTile, TheSelectedInstanceOfATileIsExported) {
+  open(tileText(writePsd("tile.psd")) + transformText("group") +
+       "parent -s -nc -r -add \"|tile\" \"group\";\n" +
+       assignText("|group|tile|tileShape", "grassSG"));
+  EXPECT_EQ(run("select -r \"|group|tile\"; exportTile;"), "Exporting tile |group|tile...\n");
 }
 
 TEST_F(ExportTile, ALongPathIsNamedWhole) {
