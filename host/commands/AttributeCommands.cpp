@@ -4,6 +4,7 @@
 #include <set>
 
 #include "host/commands/Lookup.h"
+#include "host/evaluation/ArrayElements.h"
 #include "host/file/MeshText.h"
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
@@ -382,19 +383,7 @@ Plug ofNamedInstance(const Plug& plug, const std::string& text) {
 
 // The indices at which something was set on or connected to an array, or how many there are.
 CommandResult elementsOf(const Plug& plug, bool countsOnly) {
-  std::set<int> indices;
-  const auto add = [&](const std::string& path) {
-    const std::size_t end = path.find(']', plug.path().size());
-    const auto range = end == std::string::npos
-                           ? std::nullopt
-                           : splitRange(std::string_view(path).substr(0, end + 1));
-    if (range && range->stem == plug.path()) indices.insert(range->first);
-  };
-  for (const AttributeState& state : plug.node()->values.inWrittenOrder()) add(state.path);
-  for (const ConnectionPtr& connection : plug.node()->connections.intoAtOrBelow(plug.path()))
-    add(connection->destination.path());
-  for (const ConnectionPtr& connection : plug.node()->connections.outOfAtOrBelow(plug.path()))
-    add(connection->source.path());
+  const std::set<int> indices = elementIndices(plug);
   if (countsOnly)
     return CommandResult::success(plug.isArray() ? static_cast<int>(indices.size()) : 1);
   return CommandResult::success(Value::Ints(indices.begin(), indices.end()));

@@ -211,8 +211,8 @@ CommandResult queryXform(const Arguments& arguments, const SelectionItem& item) 
   }
   if (world && (arguments.has("ro") || arguments.has("s"))) {
     const TransformParts parts = decompose(item.path.inclusiveMatrix(), rotateOrderOf(item.node));
-    const double* numbers = arguments.has("ro") ? parts.rotate : parts.scale;
-    return CommandResult::success(Value::Floats(numbers, numbers + 3));
+    const Vec3& numbers = arguments.has("ro") ? parts.rotate : parts.scale;
+    return CommandResult::success(Value::Floats{numbers.x, numbers.y, numbers.z});
   }
   for (const TransformFlag& flag : kObjectSpaceFlags) {
     const auto plug =

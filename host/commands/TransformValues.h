@@ -6,21 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "host/math/TransformParts.h"
 #include "host/scene/Selection.h"
 
 namespace host::mel {
 
-// What a matrix for row vectors is made of: scale, then shear (xy, xz, yz), then rotation in
-// degrees by the given order, then translation.
-struct TransformParts {
-  double translate[3] = {0, 0, 0};
-  double rotate[3] = {0, 0, 0};
-  double scale[3] = {1, 1, 1};
-  double shear[3] = {0, 0, 0};
-};
-TransformParts decompose(const MMatrix& matrix, int rotateOrder);
-
-// 0 to 5: xyz, yzx, zxy, xzy, yxz, zyx.
+// See host/math/TransformParts.h.
 int rotateOrderOf(const NodePtr& transform);
 
 // Sets scale, shear, rotation and translation such that the transform's matrix becomes this one;

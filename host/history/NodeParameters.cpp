@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
+#include "host/evaluation/ArrayElements.h"
+#include "host/evaluation/GraphEvaluation.h"
 #include "host/scene/Component.h"
+#include "host/scene/Scene.h"
 #include "host/scene/Values.h"
-#include "host/text/Numbers.h"
-#include "host/text/TextScanner.h"
 
 namespace host {
 namespace {
 
 constexpr int kFirstIndex = 0;
-constexpr std::size_t kMostAncestors = 1000;
 
 // "wl[0:9].w" as its steps; a step that is no step ends the path.
 ParameterPath splitPath(std::string_view text) {
@@ -25,36 +25,6 @@ ParameterPath splitPath(std::string_view text) {
     text = dot == text.npos ? std::string_view() : text.substr(dot + 1);
   }
   return path;
-}
-
-std::string_view headOf(std::string_view path) {
-  return path.substr(0, path.find_first_of(".["));
-}
-
-// Truth values are numbers too; a word may hold many numbers.
-void appendNumbers(std::string_view word, std::vector<double>& numbers) {
-  TextScanner in(word);
-  double number = 0.0;
-  while (!in.atEnd()) {
-    if (in.number(number)) {
-      numbers.push_back(number);
-      continue;
-    }
-    const std::string_view other = in.word();
-    const auto truth = mel::parseTruth(other);
-    const auto special = mel::parseNumber(other);
-    if (truth || special) numbers.push_back(special ? *special : *truth ? 1.0 : 0.0);
-  }
-}
-
-void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers) {
-  numbers.clear();
-  if (const auto* number = std::get_if<double>(&value))
-    numbers.push_back(*number);
-  else if (const auto* list = std::get_if<std::vector<double>>(&value))
-    numbers = *list;
-  else if (const auto* kept = std::get_if<KeptWords>(&value))
-    for (const std::string& word : kept->words) appendNumbers(word, numbers);
 }
 
 std::string withoutQuotes(const std::string& word) {
@@ -162,22 +132,30 @@ const AttributeValue* NodeParameters::find(const ParameterName& name) const {
   return nullptr;
 }
 
-// What a joint's matrix depends on is all the way up.
+// What a joint's matrix depends on is all the way up, and all that drives what is there.
 void NodeParameters::noteInput(const NodePtr& node) const {
-  std::vector<const Node*> nodes = {node.get()};
-  for (std::size_t i = 0; i < nodes.size() && i < kMostAncestors; ++i) {
-    history_.inputs.push_back(nodes[i]->serial());
-    nodes.insert(nodes.end(), nodes[i]->parents().begin(), nodes[i]->parents().end());
+  std::vector<const Node*> waiting = {node.get()};
+  while (!waiting.empty()) {
+    const Node* const next = waiting.back();
+    waiting.pop_back();
+    if (!noted_.insert(next).second) continue;
+    history_.inputs.push_back(next->serial());
+    waiting.insert(waiting.end(), next->parents().begin(), next->parents().end());
+    for (const ConnectionPtr& connection : next->connections.inOrder())
+      waiting.push_back(connection->source.node().get());
+    const NodePtr time = isDrivenByTime(*next) ? timeNode(Scene::current()) : nullptr;
+    if (time) waiting.push_back(time.get());
   }
 }
 
 std::vector<double> NodeParameters::numbersFrom(const Plug& source) const {
   noteInput(source.node());
-  if (source.node()->type().isA("animCurve") || source.node()->type().isInvented()) {
-    history_.notes.push_back("'" + node_->name() + "' (" + node_->type().name() +
-                             ") is driven by '" + source.node()->name() + "' (" +
-                             source.node()->type().name() +
-                             "), which is not evaluated; a value that is set counts, or none");
+  if (const auto trouble = GraphEvaluation::current().troubleOf(source)) {
+    history_.notes.push_back(
+        "'" + node_->name() + "' (" + node_->type().name() + ") is driven by '" +
+        trouble->node->name() + "' (" + trouble->node->type().name() + "), " +
+        (trouble->reason.empty() ? "which is not evaluated" : "but " + trouble->reason) +
+        "; a value that is set counts, or none");
   }
   return numbersAt(source);
 }

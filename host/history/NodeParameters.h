@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "host/mesh/history/HistoryNode.h"
@@ -54,6 +55,7 @@ class NodeParameters : public HistoryParameters {
   NodePtr node_;
   MakeMesh makeMesh_;
   MeshHistory& history_;
+  mutable std::unordered_set<const Node*> noted_;  // in history_.inputs already
 };
 
 // The plug that is connected into an attribute of the node; `path` and `longPath` spell it.

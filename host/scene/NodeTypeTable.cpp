@@ -5,14 +5,16 @@
 #include <string>
 #include <string_view>
 
+#include "host/graph/GraphNode.h"
+
 namespace host {
 namespace {
 
 // Attributes that several types have.
-#define OUT_UV "outUV:o:float2{outU:ou:float outV:ov:float} "
+#define OUT_UV "outUV:o:float2!{outU:ou:float outV:ov:float} "
 #define UV_COORD "uvCoord:uv:float2{uCoord:uc:float vCoord:vc:float} "
 #define UV_FILTER "uvFilterSize:fs:float2{uvFilterSizeX:fsx:float uvFilterSizeY:fsy:float} "
-#define OUT_COLOR "outColor:oc:color outAlpha:oa:float "
+#define OUT_COLOR "outColor:oc:color! outAlpha:oa:float! "
 #define POLY_OUT "output:out:mesh createUVs:cuv:enum axis:ax:double3 "
 #define FACE_PLACEMENT                                                                \
   "coverage:c:float2{coverageU:cu:float=1 coverageV:cv:float=1} "                     \
@@ -68,8 +70,8 @@ constexpr char kMesh[] =
 
 constexpr char kMaterial[] =
     "color:c:color=0.5 transparency:it:color ambientColor:ambc:color incandescence:ic:color "
-    "diffuse:dc:float=0.8 translucence:tc:float normalCamera:n:float3 outColor:oc:color "
-    "outTransparency:ot:color outGlowColor:ogc:color glowIntensity:gi:float hideSource:hs:bool";
+    "diffuse:dc:float=0.8 translucence:tc:float normalCamera:n:float3 outColor:oc:color! "
+    "outTransparency:ot:color! outGlowColor:ogc:color! glowIntensity:gi:float hideSource:hs:bool";
 
 const std::vector<NodeTypeRow> kRows = {
     {"dependNode", "", MFn::kDependencyNode, "",
@@ -87,17 +89,6 @@ const std::vector<NodeTypeRow> kRows = {
     {"dagContainer", "transform", MFn::kTransform, "", ""},
     {"fosterParent", "dagNode", MFn::kDagNode, "", ""},
     {"constraint", "transform", MFn::kTransform, "", ""},
-    {"pointConstraint", "constraint", MFn::kTransform, "", ""},
-    {"orientConstraint", "constraint", MFn::kTransform, "", ""},
-    {"parentConstraint", "constraint", MFn::kTransform, "", ""},
-    {"scaleConstraint", "constraint", MFn::kTransform, "", ""},
-    {"aimConstraint", "constraint", MFn::kTransform, "", ""},
-    {"lookAt", "aimConstraint", MFn::kTransform, "", ""},
-    {"poleVectorConstraint", "pointConstraint", MFn::kTransform, "", ""},
-    {"tangentConstraint", "constraint", MFn::kTransform, "", ""},
-    {"normalConstraint", "constraint", MFn::kTransform, "", ""},
-    {"geometryConstraint", "constraint", MFn::kTransform, "", ""},
-    {"pointOnPolyConstraint", "constraint", MFn::kTransform, "", ""},
     {"ikHandle", "transform", MFn::kTransform, "", ""},
     {"ikEffector", "transform", MFn::kTransform, "effector", ""},
     {"place3dTexture", "transform", MFn::kPlace3dTexture, "", ""},
@@ -166,7 +157,7 @@ const std::vector<NodeTypeRow> kRows = {
      "outColor:oc:color outTransparency:ot:color outGlowColor:ogc:color "
      "outMatteOpacity:omo:color=1"},
     {"particleCloud", "shadingDependNode", MFn::kDependencyNode, "",
-     "color:c:color=0.5 outColor:oc:color transparency:t:color"},
+     "color:c:color=0.5 outColor:oc:color! transparency:t:color"},
 
     {"texture2d", "shadingDependNode", MFn::kTexture2d, "",
      UV_COORD UV_FILTER OUT_COLOR
@@ -177,7 +168,7 @@ const std::vector<NodeTypeRow> kRows = {
      FACE_PLACEMENT
      "fileTextureName:ftn:string fileTextureNamePattern:ftnp:string useFrameExtension:ufe:bool "
      "frameExtension:fe:long=1 filterType:ft:enum=3 preFilter:pf:bool colorSpace:cs:string "
-     "outTransparency:ot:color uvTilingMode:uvt:enum outSize:os:float2{outSizeX:osx:float "
+     "outTransparency:ot:color! uvTilingMode:uvt:enum outSize:os:float2!{outSizeX:osx:float "
      "outSizeY:osy:float} resolution:res:long=256"},
     {"psdFileTex", "file", MFn::kPsdFileTexture, "",
      "layerSetName:lsn:string layerSets:lys:string[] alpha:al:string alphaList:als:string[]"},
@@ -192,9 +183,9 @@ const std::vector<NodeTypeRow> kRows = {
      "inputs:cs:compound[]{color:c:color alpha:a:float=1 blendMode:bm:enum isVisible:iv:bool=1}"},
     {"place2dTexture", "shadingDependNode", MFn::kPlace2dTexture, "",
      FACE_PLACEMENT UV_COORD UV_FILTER OUT_UV
-     "outUvFilterSize:ofs:float2{outUvFilterSizeX:ofsx:float outUvFilterSizeY:ofsy:float}"},
+     "outUvFilterSize:ofs:float2!{outUvFilterSizeX:ofsx:float outUvFilterSizeY:ofsy:float}"},
     {"bump2d", "shadingDependNode", MFn::kBump, "",
-     "bumpValue:bv:float bumpDepth:bd:float=1 bumpInterp:bi:enum outNormal:o:float3"},
+     "bumpValue:bv:float bumpDepth:bd:float=1 bumpInterp:bi:enum outNormal:o:float3!"},
 
     {"polyPrimitive", "dependNode", MFn::kPolyPrimitive, "", POLY_OUT},
     {"polyPlane", "polyPrimitive", MFn::kPolyPlane, "",
@@ -243,7 +234,7 @@ const std::vector<NodeTypeRow> kRows = {
      "pivotY:pvy:floatLinear pivotZ:pvz:floatLinear} thickness:tk:doubleLinear "
      "offset:off:doubleLinear"},
 
-    {"time", "dependNode", MFn::kTime, "", "outTime:o:time unwarpedTime:unw:time"},
+    {"time", "dependNode", MFn::kTime, "", "outTime:o:time=1 unwarpedTime:unw:time"},
     {"reference", "dependNode", MFn::kDependencyNode, "",
      "placeHolderList:phl:generic[] edits:ed:dataReferenceEdits"},
     {"script", "dependNode", MFn::kScript, "",
@@ -265,8 +256,30 @@ const std::vector<NodeTypeRow> kRows = {
     {"postProcessList", "dependNode", MFn::kPostProcessList, "", "postProcesses:p:message[]"},
     {"renderGlobalsList", "dependNode", MFn::kRenderGlobalsList, "", "renderGlobals:rg:message[]"},
     {"renderGlobals", "dependNode", MFn::kRenderGlobals, "", ""},
-    {"animCurve", "dependNode", MFn::kAnimCurve, "", "output:o:double"},
+    {"animCurve", "dependNode", MFn::kAnimCurve, "", ""},
 };
+
+// Types that build on types of host/graph.
+const std::vector<NodeTypeRow> kDerivedRows = {
+    {"lookAt", "aimConstraint", MFn::kTransform, "", ""},
+    {"poleVectorConstraint", "pointConstraint", MFn::kTransform, "", ""},
+    {"tangentConstraint", "constraint", MFn::kTransform, "", ""},
+    {"normalConstraint", "constraint", MFn::kTransform, "", ""},
+    {"geometryConstraint", "constraint", MFn::kTransform, "", ""},
+    {"pointOnPolyConstraint", "constraint", MFn::kTransform, "", ""},
+};
+
+std::vector<NodeTypeRow> makeRows() {
+  std::vector<NodeTypeRow> rows = kRows;
+  for (const GraphNodeType& type : graphNodeTypes()) {
+    const auto base = std::find_if(rows.begin(), rows.end(), [&type](const NodeTypeRow& row) {
+      return std::string_view(row.name) == type.base;
+    });
+    if (base != rows.end()) rows.push_back({type.name, type.base, base->kind, "", type.attributes});
+  }
+  rows.insert(rows.end(), kDerivedRows.begin(), kDerivedRows.end());
+  return rows;
+}
 
 // Reads an attribute list from the front of `rest_` on.
 class TableParser {
@@ -288,10 +301,14 @@ class TableParser {
   AttributePtr parseAttribute() {
     const std::string longName = takeUntil(":");
     const std::string shortName = takeUntil(":");
-    const std::string word = takeUntil(" []={}");
+    const std::string word = takeUntil(" []={}!");
     const bool isColour = word == "color";
     auto attribute = std::make_shared<Attribute>(longName, shortName, isColour ? "float3" : word);
     attribute->isColour = isColour;
+    if (rest_.substr(0, 1) == "!") {
+      attribute->writable = false;
+      rest_.remove_prefix(1);
+    }
     if (rest_.substr(0, 2) == "[]") {
       attribute->isArray = true;
       rest_.remove_prefix(2);
@@ -349,7 +366,8 @@ class TableParser {
 }  // namespace
 
 const std::vector<NodeTypeRow>& nodeTypeRows() {
-  return kRows;
+  static const std::vector<NodeTypeRow> rows = makeRows();
+  return rows;
 }
 
 std::vector<AttributePtr> parseAttributeTable(const char* text) {

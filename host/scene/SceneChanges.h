@@ -2,6 +2,7 @@
 #define MORVANE_HOST_SCENE_SCENECHANGES_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -14,13 +15,17 @@ namespace host {
 class SceneChanges {
  public:
   void note(const Node& node) {
+    ++count_;
     if (serials_.empty() || serials_.back() != node.serial()) serials_.push_back(node.serial());
   }
   bool isEmpty() const { return serials_.empty(); }
   std::vector<std::size_t> take() { return std::exchange(serials_, {}); }
+  // How often anything changed since the scene began: what was worked out at the same count holds.
+  std::uint64_t count() const { return count_; }
 
  private:
   std::vector<std::size_t> serials_;
+  std::uint64_t count_ = 0;
 };
 
 }  // namespace host

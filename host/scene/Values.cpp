@@ -11,9 +11,6 @@ namespace {
 using Kind = Attribute::Kind;
 using Flag = AttributeState::Flag;
 
-// Longer chains of connections than this are taken for a cycle.
-constexpr int kMaxChain = 32;
-
 const AttributeState* stateOf(const Plug& plug) {
   return plug.node()->values.find(plug.path());
 }
@@ -27,33 +24,24 @@ std::optional<Plug> above(const Plug& plug) {
   return Plug::ofAttribute(plug.node(), parent);
 }
 
-// What is connected into the plug, be it to the compound that it is part of.
-std::optional<Plug> feedingPlug(const Plug& plug) {
-  if (auto source = sourceOf(plug)) return source;
-  const auto parent = above(plug);
-  const auto source = parent ? sourceOf(*parent) : std::nullopt;
-  if (!source) return std::nullopt;
-  const auto& siblings = parent->attribute()->children();
-  const auto position = std::find(siblings.begin(), siblings.end(), plug.attribute());
-  const std::vector<Plug> candidates = source->children();
-  const auto index = static_cast<std::size_t>(position - siblings.begin());
-  return index < candidates.size() ? std::optional<Plug>(candidates[index]) : std::nullopt;
-}
-
 bool isSet(const AttributeState* state) {
   return state && !std::holds_alternative<std::monostate>(state->value);
 }
 
+bool isOutput(const Attribute& attribute) {
+  if (!attribute.writable && !attribute.isDynamic) return true;
+  const AttributePtr parent = attribute.parent();
+  return parent && isOutput(*parent);
+}
+
 // What a plug without children holds.
-AttributeValue readSingle(const Plug& plug, int chain) {
-  const bool maybeFed = chain < kMaxChain && plug.node()->connections.hasInputs();
-  if (const auto source = maybeFed ? feedingPlug(plug) : std::nullopt) {
-    if (isSet(stateOf(*source)) || feedingPlug(*source)) return readSingle(*source, chain + 1);
+AttributeValue readSingle(const Plug& plug) {
+  if (plug.node()->connections.hasInputs() || isOutput(*plug.attribute())) {
+    AttributeValue flowing = FlowingValues::current().valueOf(plug);
+    if (!std::holds_alternative<std::monostate>(flowing)) return flowing;
   }
   AttributeValue computed = computedValue(plug);
-  if (!std::holds_alternative<std::monostate>(computed)) return computed;
-  const AttributeState* state = stateOf(plug);
-  return isSet(state) ? state->value : plug.attribute()->defaultValue;
+  return std::holds_alternative<std::monostate>(computed) ? storedValue(plug) : computed;
 }
 
 double asNumber(const AttributeValue& value) {
@@ -111,14 +99,41 @@ bool isLockedFromAbove(const Plug& plug) {
 
 }  // namespace
 
+std::optional<Feed> feedOf(const Plug& plug) {
+  if (auto source = sourceOf(plug)) return Feed{std::move(*source), std::nullopt};
+  const auto parent = above(plug);
+  auto source = parent ? sourceOf(*parent) : std::nullopt;
+  if (!source) return std::nullopt;
+  const auto& siblings = parent->attribute()->children();
+  const auto position = std::find(siblings.begin(), siblings.end(), plug.attribute());
+  const auto index = static_cast<std::size_t>(position - siblings.begin());
+  const std::vector<Plug> candidates = source->children();
+  if (candidates.empty()) return Feed{std::move(*source), index};
+  return index < candidates.size() ? std::optional<Feed>(Feed{candidates[index], std::nullopt})
+                                   : std::nullopt;
+}
+
+bool isOutput(const Plug& plug) {
+  return isOutput(*plug.attribute());
+}
+
+bool hasStoredValue(const Plug& plug) {
+  return isSet(stateOf(plug));
+}
+
+AttributeValue storedValue(const Plug& plug) {
+  const AttributeState* state = stateOf(plug);
+  return isSet(state) ? state->value : plug.attribute()->defaultValue;
+}
+
 std::optional<double> readNumber(const Plug& plug) {
   if (plug.isNull() || plug.attribute()->kind() != Kind::kNumber) return std::nullopt;
-  return asNumber(readSingle(plug, 0));
+  return asNumber(readSingle(plug));
 }
 
 std::optional<std::string> readText(const Plug& plug) {
   if (plug.isNull() || plug.attribute()->kind() != Kind::kText) return std::nullopt;
-  const AttributeValue value = readSingle(plug, 0);
+  const AttributeValue value = readSingle(plug);
   const auto* text = std::get_if<std::string>(&value);
   return text ? *text : std::string();
 }
@@ -132,10 +147,10 @@ std::optional<std::vector<double>> readNumbers(const Plug& plug) {
 
 AttributeValue readValue(const Plug& plug) {
   if (plug.isNull() || plug.isArray()) return {};
-  if (plug.attribute()->kind() != Kind::kCompound) return readSingle(plug, 0);
+  if (plug.attribute()->kind() != Kind::kCompound) return readSingle(plug);
   if (!plug.attribute()->isNumericCompound()) return {};
   std::vector<double> numbers;
-  for (const Plug& child : plug.children()) numbers.push_back(asNumber(readSingle(child, 0)));
+  for (const Plug& child : plug.children()) numbers.push_back(asNumber(readSingle(child)));
   return numbers;
 }
 

@@ -1,6 +1,7 @@
 #ifndef MORVANE_HOST_SCENE_VALUES_H_
 #define MORVANE_HOST_SCENE_VALUES_H_
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,9 +12,9 @@
 
 namespace host {
 
-// Reading a plug gives, in this order: the value of what is connected into it, as far as the source
-// is a stored value too; what was computed from the scene (matrices, bounding boxes); what was set;
-// the attribute's default; 0 or the empty text.
+// Reading a plug gives, in this order: what arrives through a connection or what its node works out
+// (host/evaluation), as far as that is evaluated; what was computed from the scene (matrices,
+// bounding boxes); what was set; the attribute's default; 0 or the empty text.
 
 // A number attribute. Null for any other kind.
 std::optional<double> readNumber(const Plug& plug);
@@ -24,6 +25,21 @@ std::optional<std::vector<double>> readNumbers(const Plug& plug);
 // Whatever the plug holds, as AttributeValue; numeric compounds as numbers, other compounds as
 // nothing.
 AttributeValue readValue(const Plug& plug);
+
+// What is connected into a plug, be it into the compound that it is part of.
+struct Feed {
+  Plug source;
+  // Which of the source's numbers, where the source is one value and the compound has children.
+  std::optional<std::size_t> component;
+};
+std::optional<Feed> feedOf(const Plug& plug);
+
+// Whether the plug is what its node hands out by its type, rather than what it is set to.
+bool isOutput(const Plug& plug);
+// Whether a value was set on the plug itself.
+bool hasStoredValue(const Plug& plug);
+// What was set, or the attribute's default, whatever is connected.
+AttributeValue storedValue(const Plug& plug);
 
 double numberOf(const NodePtr& node, std::string_view pathText, double otherwise = 0.0);
 bool truthOf(const NodePtr& node, std::string_view pathText);

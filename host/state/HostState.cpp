@@ -29,6 +29,14 @@ Scene& Scene::current() {
   return HostState::current().scene;
 }
 
+FlowingValues& FlowingValues::current() {
+  return HostState::current().graph;
+}
+
+GraphEvaluation& GraphEvaluation::current() {
+  return HostState::current().graph;
+}
+
 SceneInfo& SceneInfo::current() {
   return HostState::current().info;
 }

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/evaluation/GraphEvaluation.h"
 #include "host/mel/Command.h"
 #include "host/mel/Interpreter.h"
 #include "host/plugin/PluginRegistry.h"
@@ -46,6 +47,7 @@ struct HostState {
   SceneGaps gaps;
   SceneProblems problems;
   SceneUnits units;  // of the scene file that is being read
+  GraphEvaluation graph{scene, [this] { return ratesOf(info); }};
   FilesBeingRead files;
   ReadFiles readFiles;
   DirectoryMap folders;

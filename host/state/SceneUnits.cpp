@@ -1,9 +1,9 @@
 #include "host/state/SceneUnits.h"
 
-#include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
+
+#include "host/evaluation/Quantity.h"
 
 namespace host {
 namespace {
@@ -33,21 +33,6 @@ bool find(const Unit (&units)[kCount], std::string_view name, double& factor) {
   return false;
 }
 
-// Attributes whose numbers are lengths and angles although their types do not say so.
-constexpr std::string_view kLengthAttributes[] = {
-    "translate",   "rotatePivot",      "rotatePivotTranslate", "scalePivotTranslate",
-    "scalePivot",  "centerOfInterest", "nearClipPlane",        "farClipPlane",
-    "tumblePivot", "localPosition"};
-constexpr std::string_view kAngleAttributes[] = {"rotate", "rotateAxis", "jointOrient",
-                                                 "preferredAngle"};
-
-template <std::size_t kCount>
-bool isNamed(const std::string_view (&names)[kCount], const Attribute& attribute) {
-  const AttributePtr parent = attribute.parent();
-  const std::string& name = parent == nullptr ? attribute.longName() : parent->longName();
-  return std::find(std::begin(names), std::end(names), name) != std::end(names);
-}
-
 }  // namespace
 
 bool setLengthUnit(SceneUnits& units, std::string_view name) {
@@ -56,6 +41,13 @@ bool setLengthUnit(SceneUnits& units, std::string_view name) {
 
 bool setAngleUnit(SceneUnits& units, std::string_view name) {
   return find(kAngles, name, units.angle);
+}
+
+SceneRates ratesOf(const SceneInfo& info) {
+  SceneUnits units;
+  setLengthUnit(units, info.lengthUnit);
+  setAngleUnit(units, info.angleUnit);
+  return {framesPerSecond(info.timeUnit), units.length, units.angle};
 }
 
 double dividedBy(double value, double factor) {
@@ -71,16 +63,14 @@ double dividedBy(double value, double factor) {
 
 double unitFactor(const SceneUnits& units, const Attribute& attribute) {
   if (units.length == 1.0 && units.angle == 1.0) return 1.0;
-  const std::string& type = attribute.typeWord();
-  if (type == "doubleLinear" || type == "floatLinear" ||
-      (!attribute.isDynamic && isNamed(kLengthAttributes, attribute))) {
-    return units.length;
+  switch (quantityOf(attribute)) {
+    case Quantity::kLength:
+      return units.length;
+    case Quantity::kAngle:
+      return units.angle;
+    default:
+      return 1.0;
   }
-  if (type == "doubleAngle" || type == "floatAngle" ||
-      (!attribute.isDynamic && isNamed(kAngleAttributes, attribute))) {
-    return units.angle;
-  }
-  return 1.0;
 }
 
 }  // namespace host

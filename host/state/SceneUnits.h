@@ -3,7 +3,9 @@
 
 #include <string_view>
 
+#include "host/evaluation/GraphEvaluation.h"
 #include "host/scene/Attribute.h"
+#include "host/state/SceneInfo.h"
 
 namespace host {
 
@@ -23,6 +25,9 @@ bool setAngleUnit(SceneUnits& units, std::string_view name);
 
 // What a number of the attribute is to be multiplied by.
 double unitFactor(const SceneUnits& units, const Attribute& attribute);
+
+// What numbers mean that the scene keeps as its file has them.
+SceneRates ratesOf(const SceneInfo& info);
 
 // The number that gives `value` when it is multiplied by `factor`, to the last bit where there is
 // one.

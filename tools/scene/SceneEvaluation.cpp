@@ -6,11 +6,14 @@
 #include <optional>
 #include <set>
 #include <utility>
+#include <vector>
 
+#include "host/evaluation/GraphEvaluation.h"
 #include "host/history/History.h"
-#include "host/scene/Connections.h"
+#include "host/scene/ComputedValues.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"
+#include "host/scene/Values.h"
 #include "host/state/SceneGaps.h"
 #include "tile/GoblinExtraction.h"
 #include "tile/MaterialLookup.h"
@@ -18,52 +21,61 @@
 namespace tools {
 namespace {
 
-constexpr int kLongestChain = 100;  // of connections; a longer one leads back to itself
-
 // What a transform's matrix is made of.
-constexpr const char* kPlacement[] = {"translate",   "rotate",
-                                      "scale",       "shear",
-                                      "rotateOrder", "rotateAxis",
-                                      "rotatePivot", "rotatePivotTranslate",
-                                      "scalePivot",  "scalePivotTranslate"};
+constexpr const char* kPlacement[] = {"translate",
+                                      "rotate",
+                                      "scale",
+                                      "shear",
+                                      "rotateOrder",
+                                      "rotateAxis",
+                                      "rotatePivot",
+                                      "rotatePivotTranslate",
+                                      "scalePivot",
+                                      "scalePivotTranslate",
+                                      "offsetParentMatrix"};
 
-// Whether a plug is a value that somebody has set, rather than one that its node works out.
-bool isGiven(const host::Plug& plug) {
-  const std::string& type = plug.node()->type().name();
-  return type == "transform" || type == "joint" || plug.attribute()->isDynamic ||
-         plug.node()->values.find(plug.path()) != nullptr || host::sourceOf(plug).has_value();
+using Trouble = std::optional<host::EvaluationTrouble>;
+
+Trouble troubleOf(const host::Plug& plug) {
+  return host::GraphEvaluation::current().troubleOf(plug);
 }
 
-// The node that works out the value of a plug, or of one of its children; null when it is given.
-host::NodePtr driverOf(const host::Plug& plug, int longestChain) {
-  const std::optional<host::Plug> source = host::sourceOf(plug);
-  if (source) {
-    return longestChain == 0 || !isGiven(*source) ? source->node()
-                                                  : driverOf(*source, longestChain - 1);
-  }
-  for (const host::Plug& child : plug.children()) {
-    host::NodePtr driver = driverOf(child, longestChain);
-    if (driver != nullptr) return driver;
-  }
-  return nullptr;
-}
-
-host::NodePtr driverOfPlacement(const host::NodePtr& transform) {
+Trouble troubleOfPlacement(const host::NodePtr& transform) {
+  if (!transform->connections.hasInputs()) return std::nullopt;
   for (const char* const name : kPlacement) {
     const auto plug = host::Plug::find(transform, name);
-    host::NodePtr driver = plug ? driverOf(*plug, kLongestChain) : nullptr;
-    if (driver != nullptr) return driver;
+    Trouble trouble = plug ? troubleOf(*plug) : std::nullopt;
+    if (trouble) return trouble;
   }
-  return nullptr;
+  return std::nullopt;
 }
 
-Unevaluated drivenPart(const std::string& name, const host::NodePtr& driver,
-                       const std::string& advice) {
-  const host::SceneGap* const gap = host::SceneGaps::current().at(*driver);
+// A mesh keeps the points that it has, whatever is connected into them.
+Trouble troubleOfPoint(const host::Plug& point) {
+  Trouble trouble = troubleOf(point);
+  const auto source = host::sourceOf(point);
+  if (trouble || !source) return trouble;
+  for (const host::Plug& axis :
+       point.children().empty() ? std::vector<host::Plug>{point} : point.children()) {
+    const host::AttributeValue kept = host::computedValue(axis);
+    const double* const number = std::get_if<double>(&kept);
+    if (number && host::readNumber(axis) != *number)
+      return host::EvaluationTrouble{source->node(), "points do not follow connections"};
+  }
+  return std::nullopt;
+}
+
+// "b_translateX (animCurveTL), which is not evaluated"
+std::string stopped(const std::string& node, const std::string& type, const std::string& reason) {
+  return node + " (" + type + "), " + (reason.empty() ? "which is not evaluated" : "but " + reason);
+}
+
+Unevaluated drivenPart(const std::string& name, const host::EvaluationTrouble& trouble) {
+  const host::Node& driver = *trouble.node;
+  const host::SceneGap* const gap = host::SceneGaps::current().at(driver);
   if (gap != nullptr) return {name + ' ' + gap->text, gap->advice};
-  return {name + " is driven by " + driver->name() + " (" + driver->type().name() +
-              "), which is not evaluated",
-          advice};
+  return {name + " is driven by " + stopped(driver.name(), driver.type().name(), trouble.reason),
+          "break that connection in Maya, or bake it"};
 }
 
 // One whose place holders stand for what its file holds.
@@ -81,13 +93,12 @@ class Parts {
   void addMesh(const host::DagPath& mesh) {
     const auto stop = host::unevaluatedBy(mesh.node());
     if (stop) {
-      add({mesh.fullName() + " is made by " + stop->node + " (" + stop->type + "), " +
-               (stop->reason.empty() ? "which is not evaluated" : "but " + stop->reason),
+      add({mesh.fullName() + " is made by " + stopped(stop->node, stop->type, stop->reason),
            stop->advice});
     }
     for (const auto& connection : mesh.node()->connections.intoAtOrBelow("pnts")) {
-      const host::NodePtr driver = driverOf(connection->destination, kLongestChain);
-      if (driver != nullptr) add(drivenPart(mesh.fullName(), driver, kDrivenAdvice));
+      const Trouble trouble = troubleOfPoint(connection->destination);
+      if (trouble) add(drivenPart(mesh.fullName(), *trouble));
     }
   }
 
@@ -96,8 +107,8 @@ class Parts {
   void addPlace(const host::DagPath& tile, const host::DagPath& goblin) {
     host::DagPath path = goblin.parent();
     do {
-      const host::NodePtr driver = driverOfPlacement(path.node());
-      if (driver != nullptr) add(drivenPart(path.fullName(), driver, kDrivenAdvice));
+      const Trouble trouble = troubleOfPlacement(path.node());
+      if (trouble) add(drivenPart(path.fullName(), *trouble));
       path = path.parent();
     } while (path.fullName().size() > tile.fullName().size());
   }
@@ -125,16 +136,14 @@ class Parts {
       const host::NodePtr node = std::dynamic_pointer_cast<host::Node>(object.hostObject());
       addGap(node, isReference(node) ? path.fullName() : "its shading " + node->name());
       const auto file = host::Plug::find(node, "fileTextureName");
-      const host::NodePtr driver = file ? driverOf(*file, kLongestChain) : nullptr;
-      if (driver != nullptr) add(drivenPart("its texture " + node->name(), driver, kDrivenAdvice));
+      const Trouble trouble = file ? troubleOf(*file) : std::nullopt;
+      if (trouble) add(drivenPart("its texture " + node->name(), *trouble));
     }
   }
 
   std::vector<Unevaluated> take() { return std::move(parts_); }
 
  private:
-  static constexpr const char* kDrivenAdvice = "break that connection in Maya, or bake it";
-
   std::vector<Unevaluated> parts_;
   std::set<std::string> seen_;
 };

@@ -1,6 +1,9 @@
 #include "host/mesh/history/DualQuaternion.h"
 
+#include <algorithm>
 #include <cmath>
+
+#include "host/math/Quaternion.h"
 
 namespace host {
 namespace {
@@ -31,29 +34,13 @@ MMatrix nearestRotation(const MMatrix& matrix) {
   return rotation;
 }
 
-// Of a rotation for row vectors; the largest component is computed first.
-void toQuaternion(const MMatrix& m, double (&q)[4]) {
-  const double squares[4] = {1.0 + m(0, 0) + m(1, 1) + m(2, 2), 1.0 + m(0, 0) - m(1, 1) - m(2, 2),
-                             1.0 - m(0, 0) + m(1, 1) - m(2, 2), 1.0 - m(0, 0) - m(1, 1) + m(2, 2)};
-  int largest = 0;
-  for (int i = 1; i < 4; ++i) largest = squares[i] > squares[largest] ? i : largest;
-  const double yz = m(1, 2) - m(2, 1);
-  const double zx = m(2, 0) - m(0, 2);
-  const double xy = m(0, 1) - m(1, 0);
-  const double sums[3] = {m(0, 1) + m(1, 0), m(2, 0) + m(0, 2), m(1, 2) + m(2, 1)};
-  const double rows[4][4] = {{squares[0], yz, zx, xy},
-                             {yz, squares[1], sums[0], sums[1]},
-                             {zx, sums[0], squares[2], sums[2]},
-                             {xy, sums[1], sums[2], squares[3]}};
-  const double scale = 0.5 / std::sqrt(squares[largest]);
-  for (int i = 0; i < 4; ++i) q[i] = rows[largest][i] * scale;
-}
-
 }  // namespace
 
 DualQuaternion DualQuaternion::rigidPartOf(const MMatrix& matrix) {
   DualQuaternion result;
-  toQuaternion(nearestRotation(matrix), result.real_);
+  const Quaternion turn = Quaternion::of(nearestRotation(matrix));
+  const double parts[4] = {turn.w, turn.x, turn.y, turn.z};
+  std::copy(parts, parts + 4, result.real_);
   const double(&q)[4] = result.real_;
   const double x = matrix(3, 0);
   const double y = matrix(3, 1);

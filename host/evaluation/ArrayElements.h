@@ -1,0 +1,25 @@
+#ifndef MORVANE_HOST_EVALUATION_ARRAYELEMENTS_H_
+#define MORVANE_HOST_EVALUATION_ARRAYELEMENTS_H_
+
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "host/scene/AttributeValue.h"
+#include "host/scene/Plug.h"
+
+namespace host {
+
+// The indices at which something was set on or connected to an array.
+std::set<int> elementIndices(const Plug& array);
+
+// The numbers of a value, be it kept as written; truth values are numbers too. `numbers` is
+// cleared first.
+void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers);
+
+// "ktv" of "ktv[0:9].x".
+std::string_view headOf(std::string_view path);
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_EVALUATION_ARRAYELEMENTS_H_

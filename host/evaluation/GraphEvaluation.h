@@ -1,0 +1,93 @@
+#ifndef MORVANE_HOST_EVALUATION_GRAPHEVALUATION_H_
+#define MORVANE_HOST_EVALUATION_GRAPHEVALUATION_H_
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "host/scene/ComputedValues.h"
+#include "host/scene/Values.h"
+
+namespace host {
+
+class Scene;
+
+// What keeps a value from being worked out.
+struct EvaluationTrouble {
+  NodePtr node;        // which cannot be
+  std::string reason;  // in words that follow "but "; empty when the node's type is not evaluated
+};
+
+// The node whose outTime is the current time; null when there is none.
+NodePtr timeNode(const Scene& scene);
+// Whether a node depends on the current time although nothing needs to be connected into it.
+bool isDrivenByTime(const Node& node);
+
+// What numbers of the scene's files mean.
+struct SceneRates {
+  double framesPerSecond = 24.0;
+  double length = 1.0;  // centimetres in a unit of length
+  double angle = 1.0;   // degrees in a unit of angle
+};
+
+// Works out what nodes hand on along connections: animation curves, constraints, utility nodes
+// (host/graph) and matrices. A value is worked out when it is asked for, and kept until something
+// in the scene changes. What cannot be worked out leaves the plug at its end as it is set there.
+//
+// No chain of connections is too long: a node that needs what is not known yet is put aside, and
+// asked again when that is known.
+class GraphEvaluation : public FlowingValues {
+ public:
+  GraphEvaluation(Scene& scene, std::function<SceneRates()> rates)
+      : scene_(scene), rates_(std::move(rates)) {}
+
+  AttributeValue valueOf(const Plug& plug) override;
+
+  // What keeps the value of a plug, or of a child of it, from being worked out.
+  std::optional<EvaluationTrouble> troubleOf(const Plug& plug);
+
+  // The scene's current time, in frames.
+  double currentTime() const;
+  SceneRates rates() const { return rates_(); }
+  // Whether all was known that was asked for since the node that is being worked out began.
+  bool isReady() const { return missing_.empty(); }
+
+  static GraphEvaluation& current();  // of the host that runs
+
+ private:
+  using TroublePtr = std::shared_ptr<const EvaluationTrouble>;
+  struct Known {
+    AttributeValue value;
+    TroublePtr trouble;
+  };
+
+  void forgetWhatChanged();
+  void note(const TroublePtr& trouble);
+  void note(const NodePtr& node, std::string reason);
+  AttributeValue arriving(const Feed& feed, const Plug& destination);
+  AttributeValue handedOut(const Plug& source);
+  AttributeValue given(const Plug& source);
+  Known run(const Plug& plug);
+  void putAside(std::vector<Plug>& waiting);
+  void compute(const Plug& plug);
+  void computeByNode(const Plug& plug);
+
+  Scene& scene_;
+  std::function<SceneRates()> rates_;
+  std::unordered_map<std::string, Known> known_;
+  std::uint64_t changeCount_ = 0;  // of the scene, when `known_` was right
+
+  bool isRunning_ = false;
+  std::unordered_set<std::string> underway_;
+  std::vector<Plug> missing_;
+  TroublePtr trouble_;  // the first since it was last reset
+};
+
+}  // namespace host
+
+#endif  // MORVANE_HOST_EVALUATION_GRAPHEVALUATION_H_
