@@ -5,6 +5,7 @@
 
 #include "host/commands/Lookup.h"
 #include "host/evaluation/ArrayElements.h"
+#include "host/evaluation/CurrentTime.h"
 #include "host/file/MeshText.h"
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
@@ -417,6 +418,8 @@ CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.has("s") || arguments.has("mi")) return elementsOf(plug, arguments.has("s"));
   if (arguments.has("as") && plug.attribute()->typeWord() == "enum")
     return CommandResult::success(enumName(*plug.attribute(), readNumber(plug).value_or(0.0)));
+  std::optional<AtTime> otherTime;
+  if (arguments.has("t")) otherTime.emplace(Scene::current(), arguments.number("t"));
   return valueOf(ofNamedInstance(plug, arguments.objects().front()));
 }
 
@@ -443,6 +446,7 @@ void addAttributeCommands(CommandTable& table) {
              {"s", "size", ""},
              {"mi", "multiIndices", ""},
              {"as", "asString", ""},
+             {"t", "time", "n"},
              {"sl", "silent", ""}},
             getAttr);
   addDynamicAttributeCommands(table);

@@ -1,9 +1,12 @@
-#include "host/commands/Builtin.h"
+#include <cmath>
 
+#include "host/commands/Builtin.h"
+#include "host/evaluation/CurrentTime.h"
 #include "host/mel/Command.h"
 #include "host/scene/Scene.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
+#include "host/text/Numbers.h"
 
 namespace host::mel {
 namespace {
@@ -63,6 +66,18 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success();
 }
 
+// The frame that the scene stands at.
+CommandResult moveInTime(const Arguments& arguments, CommandContext&) {
+  Scene& scene = Scene::current();
+  if (arguments.has("q")) return CommandResult::success(currentTime(scene));
+  const auto frame =
+      arguments.objects().size() == 1 ? parseNumber(arguments.objects().front()) : std::nullopt;
+  if (!frame || !std::isfinite(*frame))
+    return CommandResult::failure("currentTime: needs one time");
+  setCurrentTime(scene, *frame);
+  return CommandResult::success(*frame);
+}
+
 CommandResult fileInfo(const Arguments& arguments, CommandContext& context) {
   if (context.keepsInfo)
     SceneInfo::current().fileInfo.push_back(asStatement("fileInfo", arguments.words()));
@@ -105,6 +120,8 @@ void addHeaderCommands(CommandTable& table) {
              {"f", "fullName", ""},
              {"ua", "updateAnimation", "b"}},
             currentUnit);
+  table.add("currentTime", {{"q", "query", ""}, {"e", "edit", ""}, {"u", "update", "b"}},
+            moveInTime);
   table.add("fileInfo", {}, fileInfo);
   table.add("dataStructure", {{"fmt", "format", "s"}, {"as", "asString", "s"}}, dataStructure);
   table.add("applyMetadata", {{"fmt", "format", "s"}, {"v", "value", "s"}, {"scn", "scene", ""}},

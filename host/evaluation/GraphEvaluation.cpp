@@ -72,19 +72,6 @@ std::string expressionOf(const NodePtr& node) {
 
 }  // namespace
 
-NodePtr timeNode(const Scene& scene) {
-  return scene.findNode("time1");
-}
-
-bool isDrivenByTime(const Node& node) {
-  return node.type().isA("animCurve") || node.type().name() == "expression";
-}
-
-double GraphEvaluation::currentTime() const {
-  const NodePtr node = timeNode(scene_);
-  return node ? numberOf(node, "outTime") : 0.0;
-}
-
 void GraphEvaluation::forgetWhatChanged() {
   if (isRunning_ || changeCount_ == scene_.changes.count()) return;
   changeCount_ = scene_.changes.count();

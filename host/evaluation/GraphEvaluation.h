@@ -23,11 +23,6 @@ struct EvaluationTrouble {
   std::string reason;  // in words that follow "but "; empty when the node's type is not evaluated
 };
 
-// The node whose outTime is the current time; null when there is none.
-NodePtr timeNode(const Scene& scene);
-// Whether a node depends on the current time although nothing needs to be connected into it.
-bool isDrivenByTime(const Node& node);
-
 // What numbers of the scene's files mean.
 struct SceneRates {
   double framesPerSecond = 24.0;
@@ -51,8 +46,10 @@ class GraphEvaluation : public FlowingValues {
   // What keeps the value of a plug, or of a child of it, from being worked out.
   std::optional<EvaluationTrouble> troubleOf(const Plug& plug);
 
-  // The scene's current time, in frames.
-  double currentTime() const;
+  // For values that were changed behind the scene's back.
+  void forget() { known_.clear(); }
+
+  const Scene& scene() const { return scene_; }
   SceneRates rates() const { return rates_(); }
   // Whether all was known that was asked for since the node that is being worked out began.
   bool isReady() const { return missing_.empty(); }

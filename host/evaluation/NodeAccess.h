@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/evaluation/CurrentTime.h"
 #include "host/evaluation/GraphEvaluation.h"
 #include "host/graph/GraphNode.h"
 
@@ -25,7 +26,7 @@ class NodeAccess : public GraphNode {
   std::map<int, std::vector<double>> kept(std::string_view shortName, int width) const override;
   bool isConnected(std::string_view path) const override;
   bool isReady() const override { return evaluation_.isReady(); }
-  double time() const override { return evaluation_.currentTime(); }
+  double time() const override { return currentTime(evaluation_.scene()); }
   double framesPerSecond() const override { return evaluation_.rates().framesPerSecond; }
   double keptLength() const override { return evaluation_.rates().length; }
   double keptAngle() const override { return evaluation_.rates().angle; }

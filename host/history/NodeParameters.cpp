@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/evaluation/ArrayElements.h"
+#include "host/evaluation/CurrentTime.h"
 #include "host/evaluation/GraphEvaluation.h"
 #include "host/scene/Component.h"
 #include "host/scene/Scene.h"
