@@ -137,6 +137,10 @@ void allowFiles() {
   HostState::current().readFiles.isAllowed = true;
 }
 
+void openAtFrame(double frame) {
+  HostState::current().givenFrame = frame;
+}
+
 FileSearch searchOfTexture(const std::string& name) {
   std::error_code error;
   return SceneProject::current().searchOf(name, std::filesystem::current_path(error).u8string());

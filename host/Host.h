@@ -80,6 +80,8 @@ void useProject(const std::string& folder);
 // Lets scripts read files: fopen and what goes with it.
 void allowFiles();
 
+// Scenes that are opened from now on stand at this frame, not at the one at which they were saved.
+void openAtFrame(double frame);
 // Where the texture that the open scene's nodes name so was looked for.
 FileSearch searchOfTexture(const std::string& name);
 

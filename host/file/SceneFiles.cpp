@@ -8,12 +8,14 @@
 #include <memory>
 
 #include "host/binary/ChunkWalker.h"
+#include "host/evaluation/CurrentTime.h"
 #include "host/file/SceneReader.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
 #include "host/plugin/PluginRegistry.h"
 #include "host/scene/Scene.h"
 #include "host/state/SceneGaps.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
@@ -154,6 +156,8 @@ Status readSceneFile(const std::string& path, const SceneReader::Options& option
   const std::size_t firstNew = nodes.empty() ? 0 : nodes.rbegin()->first + 1;
   SceneReader reader;
   const Status status = reader.read(path, options);
+  const auto& frame = HostState::current().givenFrame;
+  if (frame && options.keepsInfo) setCurrentTime(Scene::current(), *frame);
   evaluateSceneHistories();
   SceneProject::current().findTextures(Scene::current(), firstNew, workingFolder());
   return status;

@@ -24,13 +24,14 @@ double slopeOf(const Tangent& tangent) {
 double hermite(double from, double fromRise, double to, double toRise, double u) {
   const double u2 = u * u;
   const double u3 = u2 * u;
-  return (2.0 * u3 - 3.0 * u2 + 1.0) * from + (u3 - 2.0 * u2 + u) * fromRise +
-         (3.0 * u2 - 2.0 * u3) * to + (u3 - u2) * toRise;
+  // Written so that between equal values, nothing is lost.
+  return from + (3.0 * u2 - 2.0 * u3) * (to - from) + (u3 - 2.0 * u2 + u) * fromRise +
+         (u3 - u2) * toRise;
 }
 
 double bezier(double a, double b, double c, double d, double u) {
   const double v = 1.0 - u;
-  return v * v * v * a + 3.0 * v * v * u * b + 3.0 * v * u * u * c + u * u * u * d;
+  return a + 3.0 * v * v * u * (b - a) + 3.0 * v * u * u * (c - a) + u * u * u * (d - a);
 }
 
 // A third of the tangent, shortened where it reaches beyond the other key: then x only grows.

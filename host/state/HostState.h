@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,6 +53,7 @@ struct HostState {
   ReadFiles readFiles;
   DirectoryMap folders;
   SceneProject project;
+  std::optional<double> givenFrame;  // at which scenes are opened, if not as they were saved
   mel::CommandTable commands;
   mel::Interpreter interpreter{commands};
   mel::NamedValues options;  // of optionVar

@@ -40,6 +40,7 @@ TEST_F(Status, WrongUsageIs2) {
     refuses("$morvane " + std::string(output) + " a.mb", 2, "the name must end in .");
   }
   refuses("$morvane info a.ma --project nowhere", 2, "needs a folder, not nowhere");
+  refuses("$morvane info a.ma --frame nan", 2, "needs a number, not nan");
   refuses("$morvane export a.ma t --to .psd", 2, "with something before it");
 }
 

@@ -3,9 +3,11 @@
 
 #include <maya/MMatrix.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "host/evaluation/GraphEvaluation.h"
+#include "host/mesh/MeshData.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Values.h"
 #include "tests/file/SceneText.h"
@@ -276,6 +278,23 @@ TEST_F(Graph, WhatCannotBeWorkedOutIsNamed) {
   EXPECT_NE(troubleOf("box.tx"), "");
 }
 
+TEST_F(Graph, TheCurrentTimeMovesWhatDependsOnIt) {
+  const std::string kScene =
+      create("animCurveTL", "curve", set("tan", "2") + set("wgt", "no") + set("ktv[0:1]", kLine)) +
+      create("transform", "mover", "") + connected("curve.o", "mover.tx") +
+      create("polyPlane", "plane", set("w", "2") + set("sw", "1") + set("sh", "1")) +
+      create("transformGeometry", "moved", "") + connected("plane.out", "moved.ig") +
+      connected("mover.wm", "moved.txf") + create("mesh", "m", "") + connected("moved.og", "m.i");
+  const auto left = [] { return node("m")->mesh->points().front().x; };
+  open(kScene + atFrame("2.5"));
+  EXPECT_NEAR(left(), -1 + 5, 1e-6);
+  EXPECT_EQ(run("currentTime 5; float $other = `getAttr -time 2.5 mover.tx`; "
+                "float $now = `currentTime -q`; float $all[] = {$other, `getAttr mover.tx`, $now}; "
+                "$all;"),
+            "5 10 5");
+  EXPECT_NEAR(left(), -1 + 10, 1e-6);
+}
+
 // More nodes behind one another than a stack would hold.
 TEST_F(Graph, NoChainIsTooLong) {
   constexpr int kNodes = 5000;
@@ -398,6 +417,35 @@ TEST_F(Constraints, AScaleConstraintTakesTheParentBack) {
   // The target's turn against the box's parent plays no part in the lengths of its axes.
   EXPECT_NEAR((*scale)[0], 1, 1e-9);
   EXPECT_NEAR((*scale)[1], 3, 1e-9);
+}
+
+// Rigs store where their constraints hold them: the rest position, and the last rotation or that at
+// rest.
+TEST_F(Constraints, RigsStandWhereTheyWereSaved) {
+  int constraints = 0;
+  const auto distance = [](const NodePtr& c, const char* output, const char* stored) {
+    const auto a = readNumbers(*Plug::find(c, output));
+    const auto b = readNumbers(*Plug::find(c, stored));
+    double most = a && b && a->size() == b->size() ? 0 : 1e9;
+    for (std::size_t i = 0; most < 1e9 && i < a->size(); ++i)
+      most = std::max(most, std::fabs((*a)[i] - (*b)[i]));
+    return most;
+  };
+  for (const fs::path& path : corpusScenes()) {
+    const std::string text = readAll(path);
+    if (text.find("Constraint -n") == text.npos) continue;
+    openPath(path.string());
+    for (const auto& [serial, c] : Scene::current().nodes()) {
+      const bool isParent = c->type().name() == "parentConstraint";
+      if (!isParent && c->type().name() != "orientConstraint") continue;
+      ++constraints;
+      if (isParent)
+        EXPECT_LT(distance(c, "ct", "rst"), 1e-6) << path << ' ' << c->name();
+      EXPECT_LT(std::min(distance(c, "cr", "lr"), distance(c, "cr", "rsrr")), 1e-5)
+          << path << ' ' << c->name();
+    }
+  }
+  if (constraints == 0) GTEST_SKIP() << "no corpus";
 }
 
 }  // namespace

@@ -101,8 +101,10 @@ TEST_F(Plugs, ValuesFollowConnections) {
   set("cube.tx", 1.0);
   join("driver.t", "cube.t");
   EXPECT_EQ(readNumbers(plug("cube.t")), (std::vector<double>{4, 5, 6}));
-  join("driver.ty", "cube.rz");
-  EXPECT_EQ(readNumber(plug("cube.rz")), 5.0);
+  join("driver.ty", "cube.sx");
+  EXPECT_EQ(readNumber(plug("cube.sx")), 5.0);
+  join("driver.ty", "cube.rz");  // as radians
+  EXPECT_NEAR(readNumber(plug("cube.rz")).value_or(0), 5.0 * 180.0 / 3.14159265358979324, 1e-9);
   join("cube.t", "driver.t");  // a circle still ends
   EXPECT_TRUE(readNumber(plug("cube.tx")));
 }

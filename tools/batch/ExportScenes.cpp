@@ -43,7 +43,7 @@ class Batch {
 
   ExitStatus run() {
     morvane::Status started;
-    ExitStatus worst = startSession("", job_.folders, &started);
+    ExitStatus worst = startSession("", job_.opening, &started);
     if (worst != kDone) return failAll(started.text(), worst);
     InterruptNotice notice(paths_.size());
     for (; scene_ < paths_.size(); ++scene_) {

@@ -12,7 +12,7 @@ namespace tools {
 struct ExportJob {
   std::vector<std::string> scenes;  // as the caller named them; at least one
   std::vector<std::string> nodes;   // in each scene; none: every tile
-  SceneFolders folders;
+  OpeningOptions opening;
   bool json = false;
   bool quiet = false;  // what the plug-in prints is not passed on
 };

@@ -36,7 +36,7 @@ constexpr const char* kFooter =
 struct Options {
   std::vector<std::string> words;  // scenes, then nodes
   std::string to;
-  SceneFolders folders;
+  OpeningOptions opening;
   std::optional<std::uint32_t> waitSeconds;
   bool inPlace = false;
   bool force = false;
@@ -77,7 +77,7 @@ ExportJob jobOf(const Options& options) {
   const auto firstNode = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
   return {{words.begin(), firstNode},
           {firstNode, words.end()},
-          options.folders,
+          options.opening,
           options.json,
           options.quiet || (options.json && standardErrorIsTerminal())};
 }
@@ -91,7 +91,7 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file, bool forc
   }
   const std::string to = absoluteName(file);
   if (wouldReplaceInput(to, job.scenes)) return kUsage;
-  const ExitStatus started = startSession(job.scenes[0], job.folders);
+  const ExitStatus started = startSession(job.scenes[0], job.opening);
   if (started != kDone) return started;
   if (wouldReplaceTexture(to)) return kUsage;
   const std::string picture = force ? "" : morvane::lookAt(to).picture;
@@ -152,7 +152,8 @@ void addExport(CLI::App& program, int& status) {
       ->type_name("SECONDS");
   command->add_flag("--in-place", options->inPlace,
                     "Write into the texture: keeps hard links, not atomic");
-  addFolderOptions(*command, options->folders);
+  addFolderOptions(*command, options->opening);
+  addFrameOption(*command, options->opening);
   command->footer(kFooter);
   command->callback([options, &status] {
     if (!isInOrder(options->words)) {

@@ -21,7 +21,7 @@ struct Options {
   std::string node;
   std::string file;
   std::string output;
-  SceneFolders folders;
+  OpeningOptions opening;
 };
 
 // The translator's reader notes the file's path in an attribute that it does not create, on the
@@ -55,7 +55,7 @@ ExitStatus importTile(const Options& options) {
   if (!document) return kFailed;
   const bool isTagged = readGoblins(*document).kind == morvane::GoblinBlobKind::kTagged;
   document.reset();  // the plug-in has one of its own
-  const ExitStatus started = startSession(options.scene, options.folders);
+  const ExitStatus started = startSession(options.scene, options.opening);
   if (started != kDone) return started;
   if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
   const host::SceneProblems problems = host::takeSceneProblems();
@@ -100,7 +100,7 @@ void addImport(CLI::App& program, int& status) {
                                 "Save the scene here (*.ma) when the import succeeded")
                    ->type_name("SCENE"),
               kSceneOutput);
-  addFolderOptions(*command, options->folders);
+  addFolderOptions(*command, options->opening);
   command->footer(
       "What stands below the tile already stays there. A damaged scene is used as far\n"
       "as it can be read, and the status is 1.\n"

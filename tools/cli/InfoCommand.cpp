@@ -101,13 +101,13 @@ bool reportDocument(const std::string& path, const std::string& file, bool json)
 struct Options {
   std::vector<std::string> files;
   bool json = false;
-  SceneFolders folders;
+  OpeningOptions opening;
 };
 
 ExitStatus reportAll(const Options& options) {
   std::vector<std::string> paths;  // absolute, before a scene moves the working folder
   for (const std::string& file : options.files) paths.push_back(absoluteName(file));
-  SceneOpener scenes(options.folders);
+  SceneOpener scenes(options.opening);
   ExitStatus worst = kDone;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     const std::string& file = options.files[i];
@@ -137,7 +137,8 @@ void addInfo(CLI::App& program, int& status) {
       ->type_name("")
       ->required();
   command->add_flag("--json", options->json, "One JSON object a line for each file");
-  addFolderOptions(*command, options->folders);
+  addFolderOptions(*command, options->opening);
+  addFrameOption(*command, options->opening);
   command->footer(
       "Examples:\n"
       "  morvane info textures/*.psd                layers, resources and goblins\n"

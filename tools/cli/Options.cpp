@@ -1,6 +1,8 @@
 #include "tools/cli/Options.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -30,8 +32,8 @@ void checkOutput(CLI::Option& option, const OutputKind& kind) {
   option.check([kind](const std::string& name) { return whyNoOutput(name, kind); }, "");
 }
 
-void addFolderOptions(CLI::App& command, SceneFolders& folders) {
-  command.add_option("--map", folders.maps, "What the scene has in FROM is in TO here; repeatable")
+void addFolderOptions(CLI::App& command, OpeningOptions& opening) {
+  command.add_option("--map", opening.maps, "What the scene has in FROM is in TO here; repeatable")
       ->type_name("FROM=TO")
       ->expected(1)
       ->take_all()
@@ -43,7 +45,7 @@ void addFolderOptions(CLI::App& command, SceneFolders& folders) {
           },
           "");
   command
-      .add_option("--project", folders.project,
+      .add_option("--project", opening.project,
                   "Where textures are looked for, not the nearest project")
       ->type_name("DIR")
       ->check(
@@ -52,6 +54,20 @@ void addFolderOptions(CLI::App& command, SceneFolders& folders) {
             return std::filesystem::is_directory(folder, error)
                        ? std::string()
                        : "needs a folder, not " + printable(folder);
+          },
+          "");
+}
+
+void addFrameOption(CLI::App& command, OpeningOptions& opening) {
+  command
+      .add_option("--frame", opening.frame, "The time to look at; none: that of the saved scene")
+      ->type_name("N")
+      ->check(
+          [](const std::string& frame) {
+            char* end = nullptr;
+            const double number = std::strtod(frame.c_str(), &end);
+            const bool ok = !frame.empty() && *end == '\0' && std::isfinite(number);
+            return ok ? std::string() : "needs a number, not " + printable(frame);
           },
           "");
 }

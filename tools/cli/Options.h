@@ -21,8 +21,11 @@ extern const OutputKind kSceneOutput;  // Maya ASCII
 // for one, which a script's unset variable leaves.
 void checkOutput(CLI::Option& option, const OutputKind& kind);
 
-// Gives a subcommand the options --map and --project, which fill `folders` with what was checked.
-void addFolderOptions(CLI::App& command, SceneFolders& folders);
+// Gives a subcommand the options --map and --project, which fill `opening` with what was
+// checked.
+void addFolderOptions(CLI::App& command, OpeningOptions& opening);
+// The same for --frame.
+void addFrameOption(CLI::App& command, OpeningOptions& opening);
 
 }  // namespace tools
 

@@ -26,7 +26,7 @@ struct Options {
   std::vector<std::string> commands;
   std::vector<std::string> files;
   std::string output;
-  SceneFolders folders;
+  OpeningOptions opening;
   bool allowsFiles = false;
 };
 
@@ -48,7 +48,7 @@ std::vector<Step> stepsInOrder(const CLI::App& command) {
 ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
   const std::string output = options.output.empty() ? "" : absoluteName(options.output);
   if (!output.empty() && wouldReplaceInput(output, options.files)) return kUsage;
-  const ExitStatus started = startSession(options.scene, options.folders);
+  const ExitStatus started = startSession(options.scene, options.opening);
   if (started != kDone) return started;
   if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
   if (options.allowsFiles) host::allowFiles();
@@ -91,7 +91,8 @@ void addRun(CLI::App& program, int& status) {
                    ->type_name("SCENE"),
               kSceneOutput);
   command->add_flag("--allow-files", options->allowsFiles, "Let commands read files (fopen)");
-  addFolderOptions(*command, options->folders);
+  addFolderOptions(*command, options->opening);
+  addFrameOption(*command, options->opening);
   command->footer(
       "Every -c and -f runs in the order given, up to the first that fails. A damaged\n"
       "scene is used as far as it can be read, and the status is 1.\n"

@@ -51,8 +51,8 @@ Json answerJson(const host::Answer& answer) {
 
 class Server {
  public:
-  Server(std::string scene, SceneFolders folders)
-      : scene_(std::move(scene)), folders_(std::move(folders)) {}
+  Server(std::string scene, OpeningOptions opening)
+      : scene_(std::move(scene)), opening_(std::move(opening)) {}
 
   ExitStatus run() {
     const ExitStatus opened = open();
@@ -76,7 +76,7 @@ class Server {
   ExitStatus open() {
     const std::string path = absoluteName(scene_);
     morvane::Status opened;
-    ExitStatus status = startSession("", folders_, &opened);
+    ExitStatus status = startSession("", opening_, &opened);
     if (status == kDone) {
       opened = host::openScene(path);
       status = opened.ok() ? kDone : kNotLoaded;
@@ -132,7 +132,7 @@ class Server {
   }
 
   std::string scene_;
-  SceneFolders folders_;
+  OpeningOptions opening_;
   std::string error_;
 };
 
@@ -141,15 +141,15 @@ class Server {
 void addServe(CLI::App& program, int& status) {
   struct Options {
     std::string scene;
-    SceneFolders folders;
+    OpeningOptions opening;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("serve", "Answer the Python module");
   command->group("");
   command->add_option("SCENE", options->scene, "The scene to open")->required()->type_name("");
-  addFolderOptions(*command, options->folders);
+  addFolderOptions(*command, options->opening);
   command->callback(
-      [options, &status] { status = Server(options->scene, options->folders).run(); });
+      [options, &status] { status = Server(options->scene, options->opening).run(); });
 }
 
 }  // namespace tools

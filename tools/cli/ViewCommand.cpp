@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 struct Options {
   std::vector<std::string> files;
   std::string output;
-  SceneFolders folders;
+  OpeningOptions opening;
 };
 
 // Fills in what a file holds, its goblins included. Fails for a file that cannot be loaded.
@@ -158,7 +158,7 @@ class Viewer {
   const std::string output_ = absoluteName(options_.output);  // before a scene moves the folder
   bool replacesTexture_ = false;
   ViewPage page_;
-  SceneOpener scenes_{options_.folders};
+  SceneOpener scenes_{options_.opening};
   ExitStatus status_ = kDone;
   std::size_t files_ = 0;  // on the page
   std::size_t tiles_ = 0;
@@ -180,7 +180,8 @@ void addView(CLI::App& program, int& status) {
                    ->type_name("PAGE")
                    ->required(),
               {"a web page", {".html", ".htm"}});
-  addFolderOptions(*command, options->folders);
+  addFolderOptions(*command, options->opening);
+  addFrameOption(*command, options->opening);
   command->footer(
       "A damaged file is named, and shown as such among the others.\n"
       "Examples:\n"

@@ -11,7 +11,7 @@ bool isScene(const std::string& path) {
 
 bool SceneOpener::open(const std::string& path) {
   const bool opened = started_ ? morvane::reportTo(&status_, host::openScene(path))
-                               : startSession(path, folders_, &status_) == kDone;
+                               : startSession(path, opening_, &status_) == kDone;
   started_ = true;
   problems_ = host::takeSceneProblems();
   return opened;

@@ -14,7 +14,7 @@ bool isScene(const std::string& path);
 // Opens scenes to be looked at, one after another.
 class SceneOpener {
  public:
-  explicit SceneOpener(const SceneFolders& folders) : folders_(folders) {}
+  explicit SceneOpener(const OpeningOptions& opening) : opening_(opening) {}
 
   // `path` is absolute. False, with the reason on standard error, when it cannot be opened.
   bool open(const std::string& path);
@@ -23,7 +23,7 @@ class SceneOpener {
   const morvane::Status& status() const { return status_; }
 
  private:
-  const SceneFolders& folders_;
+  const OpeningOptions& opening_;
   bool started_ = false;
   host::SceneProblems problems_;
   morvane::Status status_;

@@ -15,17 +15,18 @@ std::string absoluteName(const std::string& name) {
   return error ? name : absolute.string();
 }
 
-ExitStatus startSession(const std::string& scene, const SceneFolders& folders,
+ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
                         morvane::Status* status) {
   const std::string path = scene.empty() ? "" : absoluteName(scene);
   host::start(absoluteName("."));
-  for (const std::string& pair : folders.maps) {
+  for (const std::string& pair : opening.maps) {
     const std::size_t sign = pair.find('=');
     std::error_code ignored;
     const auto to = std::filesystem::weakly_canonical(absoluteName(pair.substr(sign + 1)), ignored);
     host::mapFolder(pair.substr(0, sign), to.string());
   }
-  if (!folders.project.empty()) host::useProject(absoluteName(folders.project));
+  if (opening.frame) host::openAtFrame(*opening.frame);
+  if (!opening.project.empty()) host::useProject(absoluteName(opening.project));
   const std::filesystem::path program = programFolder();
   if (!program.empty()) {
     host::addPlugInFolder((program.parent_path() / "plug-ins").string());
