@@ -196,9 +196,9 @@ const std::vector<Case>& cases() {
          scene += "createNode expression -n \"wave\";\nconnectAttr \"wave.out[0]\" \"tileShape" +
                   n + ".pt[0].py\";\n";
        }},
-      {"named.psd", "its texture picture27 is driven by season (expression)",
+      {"named.psd", "its texture picture27 is driven by season (calendar)",
        [](std::string& scene, const std::string& n) {
-         scene += "createNode expression -n \"season\";\nconnectAttr \"season.out[0]\" \"picture" +
+         scene += "createNode calendar -n \"season\";\nconnectAttr \"season.out[0]\" \"picture" +
                   n + ".ftn\";\n";
        }},
       {"parented.psd", "|tile28 needs the referenced file gone.ma (r28RN), which was not found",
