@@ -123,18 +123,9 @@ struct KeptAngle {
   std::size_t first;
   std::size_t step;
 };
-constexpr KeptAngle kKeptAngles[] = {{"dagNode", "mnrl", 0, 1},
-                                     {"dagNode", "mxrl", 0, 1},
-                                     {"joint", "pa", 0, 1},
-                                     {"orientConstraint", "lr", 0, 1},
-                                     {"orientConstraint", "o", 0, 1},
-                                     {"orientConstraint", "rsrr", 0, 1},
-                                     {"parentConstraint", "lr", 0, 1},
-                                     {"parentConstraint", "rsrr", 0, 1},
-                                     {"parentConstraint", "tor", 0, 1},
-                                     {"polySplitRing", "sma", 0, 1},
-                                     {"animCurveTA", "ktv", 1, 2},
-                                     {"animCurveUA", "ktv", 1, 2}};
+constexpr KeptAngle kKeptAngles[] = {{"dagNode", "mnrl", 0, 1},    {"dagNode", "mxrl", 0, 1},
+                                     {"joint", "pa", 0, 1},        {"polySplitRing", "sma", 0, 1},
+                                     {"animCurveTA", "ktv", 1, 2}, {"animCurveUA", "ktv", 1, 2}};
 
 bool isNamed(std::string_view path, std::string_view name) {
   const std::string_view last = path.substr(path.rfind('.') + 1);

@@ -84,12 +84,24 @@ struct Resolved {
   std::size_t known = 0;  // how many parts are
 };
 
+// By its name alone, also where compounds that are no arrays stand between the two.
+AttributePtr findBelow(const AttributePtr& attribute, std::string_view name) {
+  std::vector<AttributePtr> compounds = {attribute};
+  for (std::size_t i = 0; i < compounds.size(); ++i) {
+    const AttributePtr compound = compounds[i];
+    if (AttributePtr child = compound->findChild(name)) return child;
+    for (const AttributePtr& child : compound->children())
+      if (!child->isArray && !child->children().empty()) compounds.push_back(child);
+  }
+  return nullptr;
+}
+
 Resolved resolve(const NodePtr& node, const std::vector<Part>& parts) {
   Resolved resolved;
   for (const Part& part : parts) {
     const AttributePtr next = resolved.attribute == nullptr
                                   ? node->findAttribute(part.name)
-                                  : resolved.attribute->findChild(part.name);
+                                  : findBelow(resolved.attribute, part.name);
     if (next == nullptr || (part.index >= 0 && !next->isArray)) break;
     resolved.attribute = next;
     resolved.indices.push_back({next.get(), part.index});

@@ -150,9 +150,9 @@ TEST_F(BinaryScenes, SayInTheirChunksWhatStatementsSay) {
       {"XFRM", "DBL3", head("mnrl") + real(3.14159265358979323846) + real(0) + real(0),
        "setAttr \".mnrl\" -type \"double3\" 180 0 0;"},
       {"DORC", "DBL3", head("o") + real(0) + real(0) + real(3.14159265358979323846),
-       "setAttr \".o\" -type \"double3\" 0 0 180;"},
+       "setAttr \".offsetZ\" 180;"},
       {"DPAR", "DBLE", head("tg[1].tory") + real(3.14159265358979323846),
-       "setAttr \".tg[1].tory\" 180;"},
+       "setAttr \".target[1].targetOffsetRotate.targetOffsetRotateY\" 180;"},
       {"XFRM", "MATR", head("xm[0]") + xform + '\x01' + std::string(7, '\0'),
        "setAttr \".xm[0]\" -type \"matrix\" \"xform\" 0 1 2 3 4 5 5 7 8 9 10 11 12 13 14 15 16 17 "
        "18 19 20 21 22 23 24 25 26 27 28 29 30 31 32 33 34 35 yes;"},

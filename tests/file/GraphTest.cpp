@@ -353,7 +353,7 @@ class Constraints : public Graph {
 };
 
 TEST_F(Constraints, AParentConstraintKeepsTheOffset) {
-  constrain("parentConstraint", triple("tg[0].tot", "1 2 3") + triple("tg[0].tor", "0 0 90"),
+  constrain("parentConstraint", triple("tg[0].tot", "1 2 3") + set("tg[0].torz", "90"),
             outputs("ct", "t") + outputs("cr", "r"), set("ro", "3") + triple("rp", "0 2 0"));
   EXPECT_EQ(troubleOf("box.t"), "");
   EXPECT_EQ(troubleOf("box.r"), "");
