@@ -147,6 +147,15 @@ TEST_F(Batch, GoblinsThatAnotherTileReplacedAreNotExported) {
       << outcome.out;
 }
 
+TEST_F(Batch, GoblinsOfAnEarlierSceneThatWereReplacedAreAFailure) {
+  std::string moved = sceneOfTiles({"a.psd"});
+  moved.replace(moved.find("0 0 0 1 0 0 0 0 -1"), 5, "0 1 0");
+  write("one/first.ma", sceneOfTiles({"a.psd"}));
+  write("one/second.ma", moved);
+  EXPECT_EQ(morvane({"export", "one/first.ma", "one/first.ma"}).status, 0);
+  EXPECT_EQ(morvane({"export", "one/first.ma", "one/second.ma"}).status, 1);
+}
+
 // A TGA image's goblins go into the PSD file beside it, unless that is somebody's.
 TEST_F(Batch, APictureBesideATgaImageStays) {
   write("one/c.ma", sceneOfTiles({"p.psd", "p.tga"}));

@@ -220,6 +220,15 @@ const std::vector<Case>& cases() {
       {"bottom.psd",
        "couldn't add goblin layer: bottom.psd: its bottom layer is named GoblinGeometry"},
       {"empty.psd", "tile has no extent in x or z", pointless("tileShape")},
+      {"blown.psd", "|tile39|heap39 is driven by gust (expression), which is not evaluated",
+       [](std::string& scene, const std::string& n) {
+         const std::string pebble = "createNode transform -n \"pebble" + n + "\" -p \"";
+         replace(scene, pebble + "tile" + n + '"',
+                 "createNode transform -n \"heap" + n + "\" -p \"tile" + n + "\";\n" + pebble +
+                     "heap" + n + '"');
+         scene += "createNode expression -n \"gust\";\nconnectAttr \"gust.out[0]\" \"heap" + n +
+                  ".tx\";\n";
+       }},
       {"far.psd", none, set("transform -n \"pebble", "\tsetAttr \".t\" 4 0 0;\n")},
   };
   return kCases;
