@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "tests/end_to_end/Program.h"
@@ -57,7 +58,8 @@ TEST_F(Export, SevenTilesOfWhichThreeFail) {
   }
 }
 
-// Textures and a reference in metres come from the project, the stool is an instance on both tiles.
+// Textures and a reference in metres come from the project, the stool is an instance on both
+// tiles, and a curve turns the gate.
 // Triangles by the primitives' subdivisions: a ball of 8 x 6, 18 quads of boards, 12 quads with two
 // caps of 12 corners, 8 sides of a roof with one of 8.
 TEST_F(Export, AProjectWithHistoriesReferencesAndInstances) {
@@ -77,6 +79,21 @@ TEST_F(Export, AProjectWithHistoriesReferencesAndInstances) {
     for (std::size_t i = 0; i < json["goblins"][0]["vertices"]; ++i)
       low = std::min(low, json["pool"][i][0].get<float>());
     EXPECT_NEAR(low, 0.5 + (2.5 - 0.35) / 10, 1e-6) << name;
+  }
+  // The gate's boards are 2 long and 0.1 thick, hinged at (-3, 3), and turn by 80 degrees from
+  // frame 0 to 24; the scene was saved at frame 12.
+  for (const auto& [option, degrees] :
+       {std::pair<const char*, double>("", 40.0), {" --frame 24", 80.0}}) {
+    const Outcome again = shell("$morvane export garden/scenes/garden.ma" + std::string(option));
+    EXPECT_EQ(again.status, 0) << again.err;
+    const Json json = goblins("garden/sourceimages/lawn.psd");
+    float high = 0;
+    const std::size_t first = json["goblins"][0]["vertices"];
+    for (std::size_t i = 0; i < json["goblins"][1]["vertices"]; ++i)
+      high = std::max(high, json["pool"][first + i][0].get<float>());
+    const double angle = degrees * 3.14159265358979 / 180;
+    const double reach = 2 * std::cos(angle) + 0.05 * std::sin(angle);
+    EXPECT_NEAR(high, 0.5 + (-3 + reach) / 10, 1e-6) << option;
   }
 }
 

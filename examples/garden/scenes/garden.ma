@@ -46,6 +46,10 @@ createNode polyCube -n "gateBoards";
 	setAttr ".sw" 4;
 createNode transformGeometry -n "gateHinge";
 	setAttr ".txf" -type "matrix" 1 0 0 0 0 1 0 0 0 0 1 0 1 0.6 0 1;
+createNode animCurveTA -n "gateSwing";
+	setAttr ".tan" 2;
+	setAttr ".wgt" no;
+	setAttr -s 2 ".ktv[0:1]"  0 0 24 80;
 createNode lambert -n "lawnGround";
 createNode shadingEngine -n "lawnGroundSG";
 	setAttr ".ihi" 0;
@@ -64,6 +68,10 @@ createNode reference -n "propRN";
 		"propRN" 2
 		0 "|prop:well" "|lawnTile" "-s -r "
 		2 "|lawnTile|prop:well" "translate" " -type \"double3\" 0 1 0";
+select -ne :time1;
+	setAttr ".o" 12;
+	setAttr ".unw" 12;
+connectAttr "gateSwing.o" "gate.ry";
 connectAttr "lawn.out" "slope.ig";
 connectAttr "slope.og" "lawnTileShape.i";
 connectAttr "yard.out" "yardMound.ip[0].ig";
