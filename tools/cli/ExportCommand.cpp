@@ -26,7 +26,6 @@ namespace {
 
 constexpr const char* kFooter =
     "A TGA texture stays as it is, and a PSD file of its name is written beside it.\n"
-    "A damaged scene is exported as far as it can be read, and the status is 1.\n"
     "Examples:\n"
     "  morvane export level.ma                    every tile, into its texture\n"
     "  morvane export level.ma 'shore*' pond      only these tiles\n"
