@@ -10,9 +10,9 @@
 namespace morvane {
 
 // The command `exportTile`: writes the goblins below every selected tile into the layer
-// "GoblinGeometry" of the tile's texture file (of a PSD file beside it when the texture is no PSD),
-// in the tagged layout. It takes no arguments, changes nothing in the scene, and tells of failures
-// in the message log only.
+// "GoblinGeometry" of the tile's texture file (of a PSD file beside it when the texture is not a
+// PSD), in the tagged layout. It takes no arguments, changes nothing in the scene, and tells of
+// failures in the message log only.
 class ExportTileCmd : public MPxCommand {
  public:
   // Exports the selection: when the object exists, all is done.

@@ -92,18 +92,18 @@ class WeldTable {
   void reserve(std::size_t vertices);
 
   // The vertex whose key is `key`; a new key is appended to the vertices. Every call of one table
-  // must pass the same vertices, and each time for the same key the same digest, a number whose
+  // must pass the same vertices, and each time for the same key the same hash, a number whose
   // high bits differ between keys.
-  std::int32_t findOrAdd(const VertexKey& key, std::uint32_t digest,
+  std::int32_t findOrAdd(const VertexKey& key, std::uint32_t hash,
                          std::vector<VertexKey>& vertices);
 
-  // Has the memory fetched in which a key of this digest is looked for. Needs room for a vertex.
-  void prefetch(std::uint32_t digest) const;
+  // Has the memory fetched in which a key of this hash is looked for. Needs room for a vertex.
+  void prefetch(std::uint32_t hash) const;
 
  private:
   struct Slot {
     std::int32_t number;  // the vertex's, from 1; 0: free
-    std::uint32_t digest;
+    std::uint32_t hash;
   };
 
   void resize(std::size_t count);

@@ -39,7 +39,7 @@ std::array<std::uint64_t, 8> wordsOf(const VertexKey& key) {
 
 // Mixes every bit of the key into the high bits, which place it in the table. Two states take turns
 // at its words, so that the processor works on both at once.
-std::uint32_t digestOf(const VertexKey& key) {
+std::uint32_t hashOf(const VertexKey& key) {
   constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
   const std::array<std::uint64_t, 8> words = wordsOf(key);
   std::uint64_t even = 0;
@@ -55,8 +55,8 @@ std::uint32_t digestOf(const VertexKey& key) {
 
 // The slot at which a search starts. It keeps the digests' order, so that a table doubles in one
 // pass from front to back instead of with a cache miss for each of its entries.
-std::size_t homeSlot(std::uint32_t digest, std::size_t slots) {
-  return static_cast<std::size_t>(std::uint64_t{digest} * slots >> 32);
+std::size_t homeSlot(std::uint32_t hash, std::size_t slots) {
+  return static_cast<std::size_t>(std::uint64_t{hash} * slots >> 32);
 }
 
 template <typename T>
@@ -98,7 +98,7 @@ class Welder {
   };
   struct Waiting {
     VertexKey key;
-    std::uint32_t digest;
+    std::uint32_t hash;
     std::int32_t place;
     std::int32_t vertex;
   };
@@ -133,9 +133,9 @@ std::int32_t Welder::numberOf(const TileTriangle& triangle, std::size_t corner) 
       known.uv != triangle.uvs[corner] || known.colour != triangle.colours[corner]) {
     Waiting& waiting = waiting_[waitingCount_];
     waiting.key = keyOf(mesh_, triangle, corner);
-    waiting.digest = digestOf(waiting.key);
+    waiting.hash = hashOf(waiting.key);
     waiting.place = place;
-    table_.prefetch(waiting.digest);
+    table_.prefetch(waiting.hash);
     known = {triangle.normals[corner], triangle.uvs[corner], triangle.colours[corner],
              -2 - waitingCount_++};
   }
@@ -159,7 +159,7 @@ void Welder::weldBlock(std::int32_t first, std::int32_t end) {
 void Welder::lookUpWaiting() {
   for (std::int32_t i = 0; i < waitingCount_; ++i) {
     Waiting& waiting = waiting_[i];
-    waiting.vertex = table_.findOrAdd(waiting.key, waiting.digest, welded.vertices);
+    waiting.vertex = table_.findOrAdd(waiting.key, waiting.hash, welded.vertices);
     Corner& corner = corners_[waiting.place];
     if (corner.vertex == -2 - i) corner.vertex = waiting.vertex;
   }
@@ -173,21 +173,21 @@ void WeldTable::reserve(std::size_t vertices) {
   if (slots > slots_.size()) resize(slots);
 }
 
-void WeldTable::prefetch(std::uint32_t digest) const {
-  morvane::prefetch(&slots_[homeSlot(digest, slots_.size())]);
+void WeldTable::prefetch(std::uint32_t hash) const {
+  morvane::prefetch(&slots_[homeSlot(hash, slots_.size())]);
 }
 
-std::int32_t WeldTable::findOrAdd(const VertexKey& key, std::uint32_t digest,
+std::int32_t WeldTable::findOrAdd(const VertexKey& key, std::uint32_t hash,
                                   std::vector<VertexKey>& vertices) {
   if ((vertices.size() + 1) * 2 > slots_.size()) resize(std::max(kFirstSlots, 2 * slots_.size()));
   const std::size_t mask = slots_.size() - 1;
-  std::size_t at = homeSlot(digest, slots_.size());
+  std::size_t at = homeSlot(hash, slots_.size());
   for (; slots_[at].number > 0; at = (at + 1) & mask) {
     const Slot& slot = slots_[at];
-    if (slot.digest == digest && sameBits(vertices[slot.number - 1], key)) return slot.number - 1;
+    if (slot.hash == hash && sameBits(vertices[slot.number - 1], key)) return slot.number - 1;
   }
   vertices.push_back(key);
-  slots_[at] = {static_cast<std::int32_t>(vertices.size()), digest};
+  slots_[at] = {static_cast<std::int32_t>(vertices.size()), hash};
   return slots_[at].number - 1;
 }
 
@@ -198,7 +198,7 @@ void WeldTable::resize(std::size_t count) {
   const std::size_t mask = count - 1;
   for (const Slot& slot : slots_) {
     if (slot.number == 0) continue;
-    std::size_t at = homeSlot(slot.digest, count);
+    std::size_t at = homeSlot(slot.hash, count);
     while (slots[at].number > 0) at = (at + 1) & mask;
     slots[at] = slot;
   }
@@ -206,7 +206,7 @@ void WeldTable::resize(std::size_t count) {
 }
 
 std::int32_t weldVertex(const VertexKey& key, std::vector<VertexKey>& vertices, WeldTable& table) {
-  return table.findOrAdd(key, digestOf(key), vertices);
+  return table.findOrAdd(key, hashOf(key), vertices);
 }
 
 WeldedMesh weldTileMesh(const TileMesh& mesh) {

@@ -12,7 +12,7 @@ namespace morvane {
 bool isGoblin(const MObject& mesh);
 
 // Appends the meshes at and below `root`, depth first, to `found`, announcing each on standard
-// output. A root that is no DAG node is reported there and adds nothing. Always a success.
+// output. A root that is not a DAG node is reported there and adds nothing. Always a success.
 MStatus collectMeshes(const MObject& root, MSelectionList& found, bool wantGoblins,
                       bool wantOthers);
 

@@ -26,8 +26,8 @@ void newScene();
 
 // Reads a scene file in place of the scene. The process's working folder becomes the file's folder,
 // so that plug-ins, which open names as the scene gives them, find what lies beside the scene.
-// Fails when the file cannot be read or is no scene file (kUnsupported); the scene is then empty.
-// What the reader cannot use is warned of, and handed out by takeSceneProblems.
+// Fails when the file cannot be read or is not a scene file (kUnsupported); the scene is then
+// empty. What the reader cannot use is warned of, and handed out by takeSceneProblems.
 //
 // Files are not trusted. Opening n bytes (a file that others refer to counts each time it is read)
 // takes at most 400 n of memory, most of all for many empty nodes; beside that, primitives with
@@ -85,7 +85,7 @@ void openAtFrame(double frame);
 // Where the texture that the open scene's nodes name so was looked for.
 FileSearch searchOfTexture(const std::string& name);
 
-// Loads a plug-in by name ("morvane") or path. False when it is not found, is no plug-in, or its
+// Loads a plug-in by name ("morvane") or path. False when it is not found, is not a plug-in, or its
 // start-up fails.
 bool loadPlugin(const std::string& nameOrPath);
 

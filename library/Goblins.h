@@ -72,7 +72,7 @@ class GoblinTile {
  public:
   // Each reads a tile in place of what `tile` holds, which a failure leaves as it was. kNotFound:
   // the document has no layer "GoblinGeometry" (or there is no file). kDamaged: what the layer
-  // holds is no goblin geometry; the text says up to which byte it is sound. kOutOfMemory.
+  // holds is not goblin geometry; the text says up to which byte it is sound. kOutOfMemory.
   static Status read(const PsdDocument& document, GoblinTile& tile);
   static Status read(std::string_view path, GoblinTile& tile);  // fails as loadDocument() does, too
   static Status parse(std::unique_ptr<std::uint8_t[]> blob, std::size_t size, GoblinTile& tile);

@@ -164,7 +164,7 @@ Status loadPsd(const char* path, PsdDocument& document, FileIdentity& identity) 
   return status.ok() ? parsePsd(std::move(bytes), size, document) : status;
 }
 
-// What explains a file that is no TGA image at all better than its numbers do.
+// What explains a file that is not a TGA image at all better than its numbers do.
 Status tgaRefusal(InputFile& file, const Status& status) {
   if (file.size() == 0) return emptyFile();
   std::uint8_t first[kKindSize];

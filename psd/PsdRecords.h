@@ -56,7 +56,7 @@ struct PsdBlendingRanges {
   std::uint32_t graySource = 0;
   std::uint32_t grayDestination = 0;
   std::unique_ptr<PsdBlendingRange[]> ranges;  // length / 8 - 1 of them, one for each channel
-  PsdOpaque rest;                              // what is left of a length that is no multiple of 8
+  PsdOpaque rest;  // what is left of a length that is not a multiple of 8
 };
 
 // One layer record. A rectangle's width is right - left and its height bottom - top, in pixels.

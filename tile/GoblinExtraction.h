@@ -42,7 +42,7 @@ bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix);
 bool extractGoblin(MObject goblin, TileMessages& messages, WeldedMesh& welded);
 
 // The local matrix of the goblin's one parent; the identity when it has several parents or none.
-// False, with the identity, when that parent is no transform; `parent` is then set.
+// False, with the identity, when that parent is not a transform; `parent` is then set.
 bool getGoblinMatrix(MObject goblin, Matrix44& matrix, MObject& parent);
 
 }  // namespace morvane

@@ -11,7 +11,7 @@
 namespace morvane {
 
 // The node reached by stepping down from transforms that have exactly one child; `node` itself when
-// it is no transform or has no child or several.
+// it is not a transform or has no child or several.
 MObject getShapeNode(MObject node);
 
 // The one node that the name, or name pattern, matches; the null object for none and for several.

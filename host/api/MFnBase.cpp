@@ -1,7 +1,7 @@
 #include <maya/MFnBase.h>
 
 #include "host/api/Status.h"
-#include "host/scene/Object.h"
+#include "host/attribute/Object.h"
 
 MFnBase::~MFnBase() = default;
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "host/api/MeshSpace.h"
+#include "host/attribute/Component.h"
 #include "host/mesh/MeshTransform.h"
 #include "host/mesh/MeshUvAtPoint.h"
-#include "host/scene/Component.h"
 #include "host/scene/Node.h"
 
 using host::MeshData;

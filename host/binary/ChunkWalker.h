@@ -56,7 +56,7 @@ class ChunkWalker {
 
   Step next();
 
-  const Chunk& chunk() const { return chunk_; }       // the one of the last step that was no close
+  const Chunk& chunk() const { return chunk_; }  // the one of the last step that was not a close
   std::size_t depth() const { return open_.size(); }  // how many containers are open
   bool isWide() const { return isWide_; }             // a file of FOR8
   void skipContainer();                               // the next step is the innermost one's close

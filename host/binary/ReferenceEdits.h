@@ -1,8 +1,8 @@
 #ifndef MORVANE_HOST_BINARY_REFERENCEEDITS_H_
 #define MORVANE_HOST_BINARY_REFERENCEEDITS_H_
 
+#include "host/attribute/AttributeValue.h"
 #include "host/binary/ByteCursor.h"
-#include "host/scene/AttributeValue.h"
 
 namespace host {
 

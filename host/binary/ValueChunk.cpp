@@ -57,7 +57,7 @@ double takeTime(ByteCursor& in, const TimeUnit& time) {
   return static_cast<double>(static_cast<std::int64_t>(ticks)) / time.ticksPerFrame;
 }
 
-// A chunk DBLE holds a time as well. Its four bytes are no double, and in eight, so few ticks as
+// A chunk DBLE holds a time as well. Its four bytes are not a double, and in eight, so few ticks as
 // there are in any scene would be one that is smaller than any normal one, or not a number.
 bool isTime(const ByteCursor& in, const TimeUnit& time) {
   if (!time.isLong) return in.left() == 4;

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "host/attribute/AttributeValue.h"
 #include "host/binary/ByteCursor.h"
-#include "host/scene/AttributeValue.h"
 
 namespace host {
 

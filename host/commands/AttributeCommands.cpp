@@ -75,7 +75,7 @@ bool takeNumber(const Plug& plug, Values& values, const CommandContext& context,
   const auto read = parseNumber(word);
   const auto truth = parseTruth(word);
   if (!read && !truth) {
-    error = "'" + word + "' is no number for '" + plug.name() + "'";
+    error = "'" + word + "' is not a number for '" + plug.name() + "'";
     return false;
   }
   number = read ? *read : (*truth ? 1.0 : 0.0);

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <optional>
 
+#include "host/attribute/Attribute.h"
 #include "host/commands/Lookup.h"
 #include "host/mel/Command.h"
-#include "host/scene/Attribute.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
@@ -76,7 +76,7 @@ CommandResult addTo(const NodePtr& node, const Arguments& arguments,
   const AttributePtr attribute = makeAttribute(arguments);
   const std::string& name = attribute->longName();
   if (!isLegalName(name) || !isLegalName(attribute->shortName()))
-    return CommandResult::malformed("addAttr: '" + name + "' is no name for an attribute");
+    return CommandResult::malformed("addAttr: '" + name + "' is not a name for an attribute");
   const AttributePtr taken = node->findAttribute(name);
   // Other versions and plug-ins add what nodes of this host have.
   if (context.inSceneFile && taken != nullptr && !taken->isDynamic &&

@@ -35,7 +35,7 @@ CommandResult open(const Arguments& arguments, CommandContext& context) {
   const std::filesystem::path path =
       std::filesystem::u8path(resolvedPath(arguments.objects().front(), context.folder));
   std::error_code failed;
-  // What is no file might never end.
+  // What is not a file might never end.
   if (!std::filesystem::is_regular_file(path, failed)) return CommandResult::success(0);
   std::FILE* const file = std::fopen(path.string().c_str(), "rb");
   if (file == nullptr) return CommandResult::success(0);

@@ -76,7 +76,7 @@ CommandResult nameSpace(const Arguments& arguments, CommandContext&) {
     if (name.empty() || all.count(name) != 0)
       return CommandResult::failure("namespace: '" + name + "' exists already");
     if (legalName(name) != name)
-      return CommandResult::failure("namespace: '" + name + "' is no name");
+      return CommandResult::failure("namespace: '" + name + "' is not a name");
     SceneInfo::current().namespaces.insert(name);
     return CommandResult::success(name);
   }

@@ -5,6 +5,7 @@
 #include <map>
 #include <numeric>
 
+#include "host/attribute/Component.h"
 #include "host/commands/Builtin.h"
 #include "host/commands/Lookup.h"
 #include "host/commands/MeshObject.h"
@@ -12,7 +13,6 @@
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
 #include "host/mesh/MeshPrimitives.h"
-#include "host/scene/Component.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"

@@ -15,7 +15,7 @@ namespace {
 NodePtr findSet(const std::string& name, const CommandContext& context, std::string& error) {
   NodePtr node = findNode(name, context, error);
   if (node != nullptr && !node->isSet()) {
-    error = "'" + name + "' is no set";
+    error = "'" + name + "' is not a set";
     return nullptr;
   }
   return node;

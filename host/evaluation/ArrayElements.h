@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/scene/AttributeValue.h"
+#include "host/attribute/AttributeValue.h"
 #include "host/scene/Plug.h"
 
 namespace host {

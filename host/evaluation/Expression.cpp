@@ -132,7 +132,7 @@ std::string evaluateExpression(GraphNode& node, const std::string& text) {
   std::string program = declared(kFrame, frame) + declared(kTime, frame / node.framesPerSecond());
   for (const int i : translation.inputs()) {
     const double input = node.number("input[" + std::to_string(i) + "]");
-    if (!std::isfinite(input)) return "one of its inputs is no finite number";
+    if (!std::isfinite(input)) return "one of its inputs is not a finite number";
     program += declared(inputName(i), input);
   }
   if (!node.isReady() || translation.outputs().empty()) return "";

@@ -192,7 +192,7 @@ void GraphEvaluation::computeByNode(const Plug& plug) {
   if (!missing_.empty()) return;
   const auto& outputs = node.outputs();
   for (const auto& [path, value] : outputs)
-    if (!isFinite(value)) problem = "what it works out is no finite number";
+    if (!isFinite(value)) problem = "what it works out is not a finite number";
   if (!problem.empty() || outputs.find(plug.path()) == outputs.end()) {
     if (!problem.empty()) trouble_ = nullptr;
     note(plug.node(), problem);

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "host/scene/Attribute.h"
+#include "host/attribute/Attribute.h"
 
 namespace host {
 

@@ -94,8 +94,8 @@ std::string fileType(std::string_view path) {
 
 }  // namespace
 
-// Every chunk that is no value of an attribute. What nothing is made of is named here too, so that
-// it is not taken for something unknown.
+// Every chunk that is not a value of an attribute. What nothing is made of is named here too, so
+// that it is not taken for something unknown.
 struct BinaryReader::ChunkRow {
   const char (&letters)[5];
   ReadChunk read;

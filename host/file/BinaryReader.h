@@ -8,12 +8,12 @@
 #include <string>
 #include <string_view>
 
+#include "host/attribute/AttributeValue.h"
 #include "host/binary/ByteCursor.h"
 #include "host/binary/ByteWindow.h"
 #include "host/binary/ChunkWalker.h"
 #include "host/binary/NodeTags.h"
 #include "host/mel/Command.h"
-#include "host/scene/AttributeValue.h"
 #include "host/state/SceneProblems.h"
 
 namespace host {

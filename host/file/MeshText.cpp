@@ -115,7 +115,7 @@ struct GivenNumbers {
 template <class Number, class Source, class Set>
 std::string setTuples(const MeshPath& path, const Source& source, std::size_t width, Set set) {
   std::vector<Number>& numbers = scratch<Number>();
-  if (!source.read(numbers)) return "holds something that is no number";
+  if (!source.read(numbers)) return "holds something that is not a number";
   if (numbers.size() % width != 0) return "holds an element with too few numbers";
   const std::size_t count = numbers.size() / width;
   std::string problem = set(static_cast<std::size_t>(path.first), numbers, count);
@@ -223,7 +223,7 @@ std::string setColours(MeshData& mesh, const MeshPath& path, const Source& sourc
     std::vector<int>& numbers = scratch<int>();
     const int components = source.read(numbers) && numbers.size() == 1 ? numbers.front() : 0;
     if (components != 1 && components != 3 && components != 4)
-      return "is no representation of colours";
+      return "is not a representation of colours";
     set->components = components;
     return std::string();
   }

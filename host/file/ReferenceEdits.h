@@ -25,7 +25,7 @@ struct ReferenceEdit {
 };
 
 // Reads the words of `setAttr ".ed" -type "dataReferenceEdits" ...`. Edits of other kinds are
-// passed over. Words that are no list of edits give what stands before them.
+// passed over. Words that are not a list of edits give what stands before them.
 std::vector<ReferenceEdit> parseReferenceEdits(const mel::Words& words);
 
 struct UnappliedEdit {

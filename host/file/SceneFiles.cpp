@@ -83,7 +83,7 @@ std::string likelyMeant(const fs::path& path) {
 }
 
 // Whether there is a file that can be read to its end. Files that are none, such as the system's
-// own that say they are empty and wait for what they have to tell, are no scenes or images either.
+// own that say they are empty and wait for what they have to tell, are not scenes or images either.
 Status checkReadable(const std::string& path) {
   std::error_code failed;
   const fs::path file = fs::u8path(path);
@@ -114,7 +114,7 @@ bool isSceneType(const std::string& type) {
 }
 
 // The type that the request names or the file is; fails when it is none that is known.
-Status settleType(FileRequest& request) {
+Status findType(FileRequest& request) {
   if (request.type.empty()) {
     request.type = identifyFile(request.path);
     if (!request.type.empty()) return {};
@@ -214,7 +214,7 @@ Status openFile(const FileRequest& given) {
   FileRequest request = given;
   startNewScene();
   Status status = checkReadable(request.path);
-  if (status.ok()) status = settleType(request);
+  if (status.ok()) status = findType(request);
   if (!status.ok()) return status;
   if (!isSceneType(request.type)) return translate(request, MPxFileTranslator::kOpenAccessMode);
   SceneReader::Options options;
@@ -239,7 +239,7 @@ Status openFile(const FileRequest& given) {
 Status importFile(const FileRequest& given) {
   FileRequest request = given;
   Status status = checkReadable(request.path);
-  if (status.ok()) status = settleType(request);
+  if (status.ok()) status = findType(request);
   if (!status.ok()) return status;
   if (!isSceneType(request.type)) return translate(request, MPxFileTranslator::kImportAccessMode);
   SceneReader::Options options;
@@ -251,7 +251,7 @@ Status importFile(const FileRequest& given) {
 Status exportFile(const FileRequest& given, bool selectionOnly) {
   FileRequest request = given;
   if (request.type.empty()) request.type = kSceneType;
-  Status status = settleType(request);
+  Status status = findType(request);
   if (!status.ok()) return status;
   if (selectionOnly && Scene::current().selection.size() == 0)
     return {StatusCode::kBadArgument, "nothing is selected; select what is to be exported"};

@@ -127,7 +127,7 @@ Status SceneReader::mayRead(const std::string& absolute, bool isReference) {
                                        std::to_string(kMaxReferenceDepth) + " deep"};
   }
   files.references = isReference ? files.references + 1 : 0;
-  files.toldTooLarge = files.toldTooLarge && isReference;
+  files.reportedTooLarge = files.reportedTooLarge && isReference;
   if (isReference && Scene::current().nodes().size() > kMostNodes) {
     return {StatusCode::kTooLarge, path_ +
                                        " is not loaded: the files that the scene refers to have "
@@ -146,11 +146,12 @@ Status SceneReader::openScene() {
   const Status opened = statements_.open(path_);
   if (!opened.ok() || isSceneFileStart(statements_.firstBytes())) return opened;
   const bool isOtherBinary = statements_.firstBytes().substr(0, 3) == "FOR";
-  return {StatusCode::kUnsupported,
-          path_ + (isOtherBinary ? " begins as a binary file, but not as one of a Maya scene; open "
-                                   "it where it was made and save it as Maya ASCII, .ma"
-                                 : " is no scene file: it does not begin with //Maya; save it as "
-                                   "Maya ASCII")};
+  return {
+      StatusCode::kUnsupported,
+      path_ + (isOtherBinary ? " begins as a binary file, but not as one of a Maya scene; open "
+                               "it where it was made and save it as Maya ASCII, .ma"
+                             : " is not a scene file: it does not begin with //Maya; save it as "
+                               "Maya ASCII")};
 }
 
 Status SceneReader::read(const std::string& path, const Options& options) {
@@ -374,7 +375,7 @@ void SceneReader::loadReference(const std::string& name, const std::string& name
   const Status status = reader.read(found, options);
   if (!status.ok()) {
     // Files that multiply would be named thousands of times.
-    bool& told = HostState::current().files.toldTooLarge;
+    bool& told = HostState::current().files.reportedTooLarge;
     if (status.code() != StatusCode::kTooLarge || !told) note(Kind::kNotice, status.text());
     told = told || status.code() == StatusCode::kTooLarge;
     missing_[node] = {needed + "cannot be read", status.text()};

@@ -22,7 +22,7 @@ class GraphNode {
 
   // What is set or arrives; 0 where nothing can be known.
   virtual double number(std::string_view path) const = 0;
-  // The identity for what is no matrix.
+  // The identity for what is not a matrix.
   virtual MMatrix matrix(std::string_view path) const = 0;
   // The indices of the elements that are set or connected, in ascending order.
   virtual std::vector<int> elements(std::string_view array) const = 0;
@@ -52,7 +52,7 @@ class GraphNode {
   // A compound of three, by what its children are called before their X, Y and Z.
   Vec3 triple(std::string_view stem, std::string_view ends = "XYZ") const;
   void giveTriple(std::string_view stem, const Vec3& value, std::string_view ends = "XYZ");
-  // 0 for what is no index.
+  // 0 for what is not an index.
   int whole(std::string_view path) const;
 };
 

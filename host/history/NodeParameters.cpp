@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "host/attribute/Component.h"
 #include "host/evaluation/ArrayElements.h"
 #include "host/evaluation/CurrentTime.h"
 #include "host/evaluation/GraphEvaluation.h"
-#include "host/scene/Component.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kFirstIndex = 0;
 
-// "wl[0:9].w" as its steps; a step that is no step ends the path.
+// "wl[0:9].w" as its steps; a step that is not a step ends the path.
 ParameterPath splitPath(std::string_view text) {
   ParameterPath path;
   while (!text.empty()) {
@@ -92,7 +92,7 @@ void NodeParameters::keepNumbersOf(int faces, int points, int edges) {
   history_.knownEdges = std::min(history_.knownEdges, edges);
 }
 
-void NodeParameters::loseNumbers() {
+void NodeParameters::dropNumbers() {
   if (history_.knownPoints != kAllKnown) keepNumbersOf(0, 0, 0);
 }
 

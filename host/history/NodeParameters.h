@@ -42,7 +42,7 @@ class NodeParameters : public HistoryParameters {
   void noteOlderUvs() override;
   bool hasOlderUvs() const override { return history_.hasOlderUvs; }
   void keepNumbersOf(int faces, int points, int edges) override;
-  void loseNumbers() override;
+  void dropNumbers() override;
   int knownPoints() const override { return history_.knownPoints; }
 
  private:

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/scene/UniqueNames.h"
 #include "host/text/Messages.h"
 #include "host/text/Numbers.h"
 #include "host/text/Text.h"
+#include "host/text/UniqueNames.h"
 
 namespace host::mel {
 

@@ -109,7 +109,7 @@ class Arguments {
 };
 
 // False with the reason in `error` for a missing argument, one of another kind, or an unknown flag,
-// which is no fault of a text that another version of the host wrote: then `isUnknown` is set.
+// which is not a fault of a text that another version of the host wrote: then `isUnknown` is set.
 bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags,
                     const Words& words, Arguments& arguments, std::string& error,
                     bool* isUnknown = nullptr);

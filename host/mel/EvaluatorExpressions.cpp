@@ -249,7 +249,7 @@ bool Evaluator::store(const AstNode& target, const Value& value) {
     variable = define(name.text, type, false);
   }
   const Value::Type type = whole ? variable->type() : elementType(variable->type());
-  if (!whole && !variable->isArray()) return fail(target, "$" + name.text + " is no array");
+  if (!whole && !variable->isArray()) return fail(target, "$" + name.text + " is not an array");
   const auto converted = value.convertedTo(type);
   if (!converted) {
     return fail(target,

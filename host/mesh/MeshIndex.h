@@ -22,7 +22,7 @@ struct SurfacePoint {
 // leads to. Built in time n log n over the triangles. The search tree is in single precision, with
 // boxes rounded outward around coordinates that are relative to the mesh's centre and size; what is
 // nearest is decided in double precision on the triangles themselves, so that neither distance from
-// the origin nor size costs exactness. Triangles with a corner that is no finite number are left
+// the origin nor size costs exactness. Triangles with a corner that is not a finite number are left
 // out.
 class SurfaceIndex {
  public:
@@ -39,7 +39,7 @@ class SurfaceIndex {
   SurfaceIndex& operator=(const SurfaceIndex&) = delete;
 
   // Of points that are equally near (to 1e-12 of the distances and sizes involved), one on the
-  // earliest face. Nothing when the mesh has no surface or `from` is no finite point.
+  // earliest face. Nothing when the mesh has no surface or `from` is not a finite point.
   std::optional<SurfacePoint> closest(const Vec3& from) const;
 
  private:

@@ -43,7 +43,7 @@ class PrimitiveParameters {
  public:
   explicit PrimitiveParameters(const PrimitiveParameter& get) : get_(get) {}
 
-  // The default also stands for what is no finite number.
+  // The default also stands for what is not a finite number.
   double size(const char* shortName, const char* longName, double otherwise) const;
   int subdivisions(const char* shortName, const char* longName, int otherwise, int least) const;
 

@@ -66,7 +66,7 @@ std::string makeShape(std::string_view typeName, const PrimitiveParameters& get,
   if (typeName == "polyCone") return makeCone(get, shape);
   if (typeName == "polyPyramid") return makePyramid(get, shape);
   if (typeName == "polyTorus") return makeTorus(get, shape);
-  return std::string(typeName) + " is no primitive";
+  return std::string(typeName) + " is not a primitive";
 }
 
 void carryOver(const MeshData& from, MeshData& to) {

@@ -123,7 +123,7 @@ bool PluginRegistry::load(const std::string& nameOrPath, std::string& error) {
   if (!plugin->library_.open(path, error)) return false;
   for (const char* symbol : {"initializePlugin", "uninitializePlugin", "MApiVersion"}) {
     if (plugin->library_.symbol(symbol) == nullptr) {
-      error = path + " is no plug-in: it does not export " + symbol;
+      error = path + " is not a plug-in: it does not export " + symbol;
       plugin->library_.close();
       return false;
     }

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "host/attribute/Object.h"
 #include "host/mel/Interpreter.h"
 #include "host/mel/Value.h"
 #include "host/plugin/SharedLibrary.h"
-#include "host/scene/Object.h"
 
 class MPxFileTranslator;
 

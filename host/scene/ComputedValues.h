@@ -1,7 +1,7 @@
 #ifndef MORVANE_HOST_SCENE_COMPUTEDVALUES_H_
 #define MORVANE_HOST_SCENE_COMPUTEDVALUES_H_
 
-#include "host/scene/AttributeValue.h"
+#include "host/attribute/AttributeValue.h"
 #include "host/scene/Plug.h"
 
 namespace host {

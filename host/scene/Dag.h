@@ -46,7 +46,7 @@ class DagPath {
   std::vector<NodePtr> nodes_;
 };
 
-// A node's paths in instance order; the empty path alone for the world, none for what is no DAG
+// A node's paths in instance order; the empty path alone for the world, none for what is not a DAG
 // node.
 std::vector<DagPath> allPaths(const NodePtr& node);
 DagPath firstPath(const NodePtr& node);
@@ -61,7 +61,7 @@ std::vector<NodePtr> shapesBelow(const Node& transform);
 
 // A transform's matrix, to its parent's space: scale pivot, scale, shear, back, scale pivot
 // translation, rotate pivot, rotate axis, rotate, (joint orient,) back, rotate pivot translation,
-// translate. The identity for what is no transform.
+// translate. The identity for what is not a transform.
 MMatrix localMatrix(const NodePtr& node);
 
 // The parts of it that turn (rotate axis, rotate, joint orient) and that stretch (scale and shear),

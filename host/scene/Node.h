@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "host/scene/AttributeStore.h"
+#include "host/attribute/AttributeStore.h"
+#include "host/attribute/NodeType.h"
+#include "host/attribute/Object.h"
 #include "host/scene/Connections.h"
-#include "host/scene/NodeType.h"
-#include "host/scene/Object.h"
 
 namespace host {
 

@@ -84,7 +84,7 @@ struct Resolved {
   std::size_t known = 0;  // how many parts are
 };
 
-// By its name alone, also where compounds that are no arrays stand between the two.
+// By its name alone, also where compounds that are not arrays stand between the two.
 AttributePtr findBelow(const AttributePtr& attribute, std::string_view name) {
   std::vector<AttributePtr> compounds = {attribute};
   for (std::size_t i = 0; i < compounds.size(); ++i) {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/scene/Attribute.h"
+#include "host/attribute/Attribute.h"
 
 namespace host {
 
@@ -25,11 +25,11 @@ class Plug {
   Plug() = default;
 
   // Reads a path text such as "t", "tx", "iog[0].og[1].gcl", "uvst[2]". Null when the node has no
-  // such attribute, or the text is no path, or has a range ("vt[0:3]").
+  // such attribute, or the text is not a path, or has a range ("vt[0:3]").
   static std::optional<Plug> find(const NodePtr& node, std::string_view pathText);
 
   // The same for scene files: what the node does not have becomes a loose attribute of it, be it a
-  // child of an attribute that is known. Null only for what is no path.
+  // child of an attribute that is known. Null only for what is not a path.
   static std::optional<Plug> findOrKeep(const NodePtr& node, std::string_view pathText);
 
   // The plug of an attribute of the node, index 0 where one is needed above it.

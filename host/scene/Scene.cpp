@@ -230,7 +230,7 @@ bool Scene::reparent(const NodePtr& node, const NodePtr& oldParent, const NodePt
   const NodePtr from = oldParent ? oldParent : world_;
   const NodePtr to = newParent ? newParent : world_;
   if (findIn(node->parents_, from.get()) == node->parents_.end())
-    return fail(error, "'" + node->name() + "' is no child of '" + from->name() + "'");
+    return fail(error, "'" + node->name() + "' is not a child of '" + from->name() + "'");
   if (from == to || !canTake(to, node, error)) return from == to;
   if (findIn(node->parents_, to.get()) != node->parents_.end())
     return fail(error, "'" + node->name() + "' is a child of '" + to->name() + "' already");
@@ -251,7 +251,7 @@ bool Scene::reparent(const NodePtr& node, const NodePtr& oldParent, const NodePt
 
 bool Scene::addInstance(const NodePtr& node, const NodePtr& parent, std::string* error) {
   const NodePtr to = parent ? parent : world_;
-  if (!node->isDag()) return fail(error, "'" + node->name() + "' is no DAG node");
+  if (!node->isDag()) return fail(error, "'" + node->name() + "' is not a DAG node");
   if (findIn(node->parents_, to.get()) != node->parents_.end()) return true;
   if (!canTake(to, node, error)) return false;
   if (!link(node, to)) {
@@ -266,7 +266,7 @@ bool Scene::addInstance(const NodePtr& node, const NodePtr& parent, std::string*
 bool Scene::removeInstance(const NodePtr& node, const NodePtr& parent, std::string* error) {
   const NodePtr from = parent ? parent : world_;
   if (findIn(node->parents_, from.get()) == node->parents_.end())
-    return fail(error, "'" + node->name() + "' is no child of '" + from->name() + "'");
+    return fail(error, "'" + node->name() + "' is not a child of '" + from->name() + "'");
   if (node->parents_.size() == 1) return deleteNode(node, error);
   unlink(node, from);
   selection.removeDeleted();

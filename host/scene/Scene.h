@@ -11,7 +11,7 @@
 #include "host/scene/Dag.h"
 #include "host/scene/SceneChanges.h"
 #include "host/scene/Selection.h"
-#include "host/scene/UniqueNames.h"
+#include "host/text/UniqueNames.h"
 
 namespace host {
 

@@ -184,7 +184,7 @@ DagPath Scene::findPath(std::string_view text, std::string* error) const {
   const NodePtr node = findNode(text, error);
   if (!node) return DagPath();
   if (node->isDag()) return matchObjects(text, false).front().path;
-  if (error) *error = "'" + std::string(text) + "' is no DAG node";
+  if (error) *error = "'" + std::string(text) + "' is not a DAG node";
   return DagPath();
 }
 

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/scene/Component.h"
+#include "host/attribute/Component.h"
 #include "host/scene/Dag.h"
 
 namespace host {
@@ -14,7 +14,7 @@ namespace host {
 // A node, a path, or components of a path, as selections and sets hold them.
 struct SelectionItem {
   NodePtr node;            // never null
-  DagPath path;            // empty for what is no DAG node
+  DagPath path;            // empty for what is not a DAG node
   ComponentPtr component;  // null: the whole
 
   static SelectionItem of(const NodePtr& node);  // by its first path

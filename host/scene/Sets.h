@@ -12,7 +12,7 @@ namespace host {
 //   shape.instObjGroups[i] -> set.dagSetMembers[n]                          the instance as a whole
 //   shape.instObjGroups[i].objectGroups[k] -> set.dagSetMembers[n]          the faces listed in
 //                                        shape.instObjGroups[i].objectGroups[k].objectGrpCompList
-//   node.message -> set.dnSetMembers[n]                                     what is no DAG node
+//   node.message -> set.dnSetMembers[n]                                     what is not a DAG node
 
 // Members in the order in which they joined.
 std::vector<SelectionItem> membersOf(const NodePtr& set);

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "host/scene/Component.h"
+#include "host/attribute/Component.h"
 #include "host/scene/Node.h"
 
 namespace host {

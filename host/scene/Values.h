@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/scene/AttributeValue.h"
+#include "host/attribute/AttributeValue.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Plug.h"
 

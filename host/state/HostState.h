@@ -28,7 +28,7 @@ namespace host {
 struct FilesBeingRead {
   std::vector<std::string> open;  // absolute, the innermost last
   int references = 0;             // read since the outermost was opened
-  bool toldTooLarge = false;      // one of those that were not read, because there are too many
+  bool reportedTooLarge = false;  // one of those that were not read, because there are too many
 };
 
 // The files that scripts read.

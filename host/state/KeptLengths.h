@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "host/scene/AttributeValue.h"
+#include "host/attribute/AttributeValue.h"
 #include "host/scene/Node.h"
 
 namespace host {

@@ -26,7 +26,7 @@ struct SceneProblems {
   std::vector<SceneProblem> list;
   std::size_t notices = 0;
   std::size_t damages = 0;
-  // How a file ended that is no reference; of several, the worst.
+  // How a file ended that is not a reference; of several, the worst.
   enum class End {
     kWhole,     // with the comment that Maya ends its scenes with
     kUnmarked,  // without it

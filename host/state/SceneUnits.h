@@ -3,8 +3,8 @@
 
 #include <string_view>
 
+#include "host/attribute/Attribute.h"
 #include "host/evaluation/GraphEvaluation.h"
-#include "host/scene/Attribute.h"
 #include "host/state/SceneInfo.h"
 
 namespace host {

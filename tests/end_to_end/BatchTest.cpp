@@ -9,7 +9,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Two scenes that export, one whose second texture is missing, and one that is no scene.
+// Two scenes that export, one whose second texture is missing, and one that is not a scene.
 class Batch : public ProgramTest {
  protected:
   void SetUp() override {
@@ -111,18 +111,19 @@ TEST_F(Batch, WritesARecordForEachTile) {
                 {"error", error},
                 {"status", status}};
   };
-  EXPECT_EQ(records,
-            (std::vector<Json>{
-                record("one/a.ma", "|tile1", "one/a.psd", 1, nullptr),
-                record("one/a.ma", "|tile2", "one/b.psd", 1, nullptr),
-                record("two/b.ma", "|tile1", "two/a.psd", 1, nullptr),
-                record("two/b.ma", "|tile2", nullptr, nullptr,
-                       "couldn't load psd: gone.psd: No such file or directory", 1),
-                record("broken.ma", nullptr, nullptr, nullptr,
-                       path("broken.ma") + " is no scene file: it does not begin with //Maya; save "
-                                           "it as Maya ASCII",
-                       3),
-                record("c.ma", "|tile1", "art/c.psd", 1, nullptr)}));
+  EXPECT_EQ(
+      records,
+      (std::vector<Json>{
+          record("one/a.ma", "|tile1", "one/a.psd", 1, nullptr),
+          record("one/a.ma", "|tile2", "one/b.psd", 1, nullptr),
+          record("two/b.ma", "|tile1", "two/a.psd", 1, nullptr),
+          record("two/b.ma", "|tile2", nullptr, nullptr,
+                 "couldn't load psd: gone.psd: No such file or directory", 1),
+          record("broken.ma", nullptr, nullptr, nullptr,
+                 path("broken.ma") + " is not a scene file: it does not begin with //Maya; save "
+                                     "it as Maya ASCII",
+                 3),
+          record("c.ma", "|tile1", "art/c.psd", 1, nullptr)}));
 }
 
 // A file holds the goblins of one tile only. Tiles that are alike lose nothing.

@@ -32,7 +32,7 @@ TEST_F(Status, WrongUsageIs2) {
   refuses("$morvane goblins a.psd b.psd --obj c.obj", 2, "name exactly one");
   refuses("$morvane --json info a.psd", 2, "belongs behind the subcommand: morvane info --json");
   refuses("$morvane run scene.ma other.ma", 2, "other.ma");
-  refuses("$morvane export tile1 scene.ma", 2, "tile1 is no name of a scene");
+  refuses("$morvane export tile1 scene.ma", 2, "tile1 is not a name of a scene");
   refuses("$morvane export scene.ma tile1 other.ma", 2, "other.ma comes after the tile tile1");
   for (const char* output : {"run -o", "import a.ma t a.psd -o", "view a.psd -o",
                              "goblins a.psd --obj", "goblins a.psd --glb", "export a.ma t --to"}) {
@@ -113,7 +113,7 @@ TEST_F(Status, AFailedCommandStopsTheRun) {
 
 TEST_F(Status, DamagedFilesAre1AndNamed) {
   write("cut.psd", psdBytes(16, 16).substr(0, 30));
-  write("text.psd", "this is no picture");
+  write("text.psd", "this is not a picture");
   write("plain.psd", psdBytes(16, 16));
   write("picture.png", "x");
   write("jpeg.psd", "\xFF\xD8\xFF\xE0 and so on");

@@ -4,7 +4,7 @@
 #include <map>
 #include <set>
 
-#include "host/scene/Component.h"
+#include "host/attribute/Component.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"

@@ -77,7 +77,7 @@ TEST_F(Graph, CurvesRunAsTheirKeysSay) {
       // A spline is flat on the top of the hill and leaves its foot with slope 1.
       {"TU", set("tan", "9") + set("wgt", "no"), kHill, "5", 5 + 0.125 * 10},
       {"TU", set("tan", "9"), kHill, "5", 5 + 0.125 * 10},
-      // An automatic one is no steeper than three times the flatter of both sides.
+      // An automatic one is not a steeper than three times the flatter of both sides.
       {"TU", set("tan", "18") + set("wgt", "no"), "0 0 10 1 20 100", "5", 0.5 - 0.125 * 3},
       {"TU", set("tan", "16") + set("wgt", "no"), "0 0 10 10 20 10", "13", 10},
       {"TU", set("tan", "10") + set("wgt", "no"), "0 0 10 10 20 10", "13", 10},
@@ -256,7 +256,7 @@ TEST_F(Graph, WhatCannotBeWorkedOutIsNamed) {
        "two (reverse): its inputs lead back to it"},
       {create("multiplyDivide", "none", set("op", "2") + set("i1x", "1") + set("i2x", "0")) +
            connected("none.ox", "box.tx"),
-       "none (multiplyDivide): what it works out is no finite number"},
+       "none (multiplyDivide): what it works out is not a finite number"},
       {create("animCurveTU", "old", set("tan", "6") + set("ktv[0:1]", kLine)) +
            connected("old.o", "box.tx"),
        "old (animCurveTU): it has tangents of a kind that is not evaluated"},

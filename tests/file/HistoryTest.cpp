@@ -90,7 +90,7 @@ TEST_F(History, WhatStopsAMeshIsNamed) {
        "last.og", "last", "its history leads back to itself"},
       {kPlane + kLast + "\tsetAttr \".txf\" -type \"matrix\" 1 0 0 0 0 nan 0 0 0 0 1 0 0 0 0 1;\n" +
            connected("plane.out", "last.ig"),
-       "last.og", "last", "its matrix holds what is no number"},
+       "last.og", "last", "its matrix holds what is not a number"},
       {"createNode polySphere -n \"last\";\n\tsetAttr \".sa\" 1000000000;\n", "last.out", "last",
        "its subdivisions ask for too many points"},
       {skin("\tsetAttr \".wl[0:1].w\" 1 0 1 2 0 0.5 7 0.5;\n"), "last.og[0]", "last",
@@ -98,7 +98,7 @@ TEST_F(History, WhatStopsAMeshIsNamed) {
       {skin("\tsetAttr \".wl[0].w[0]\" 1;\n\tsetAttr \".pm[0]\" -type \"matrix\" inf 0 0 0 0 1 0 0 "
             "0 "
             "0 1 0 0 0 0 1;\n"),
-       "last.og[0]", "last", "influence 0: its matrix holds what is no number"},
+       "last.og[0]", "last", "influence 0: its matrix holds what is not a number"},
       {extruded("0:1", "\".lt\" -type \"double3\" 0 0 1", "createNode polyNormal -n \"after\";\n"),
        "after.out", "last",
        "it moves faces along their normals that look different ways, which is not evaluated"},

@@ -83,7 +83,7 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
       {"nosuch \"x\"\nsetAttr \"persp.v\" 1;", "unknown command 'nosuch'", true},
       {"setAttr \"persp.t\" -type \"double3\" 1 2;",
        "setAttr: too few values for 'persp.translateZ'", true},
-      {"setAttr \"perspShape.fl\" x;", "setAttr: 'x' is no number for 'perspShape.focalLength'",
+      {"setAttr \"perspShape.fl\" x;", "setAttr: 'x' is not a number for 'perspShape.focalLength'",
        true},
       {"connectAttr \"persp.v\";", "connectAttr: needs a source and a destination", true},
       {"currentUnit -l cubit;", "currentUnit: unknown unit of length 'cubit'; taken as centimetres",
@@ -126,7 +126,7 @@ TEST_F(SceneText, FilesThatAreNoSceneLeaveAnEmptyOne) {
   writeText("not.ma", "createNode transform -n \"a\";");
   EXPECT_EQ(openPath(pathOf("not.ma")),
             "failed: " + pathOf("not.ma") +
-                " is no scene file: it does not begin with //Maya; save it as Maya ASCII");
+                " is not a scene file: it does not begin with //Maya; save it as Maya ASCII");
   EXPECT_EQ(openPath(pathOf("gone.ma")),
             "failed: no file named " + pathOf("gone.ma") + "; check the name");
   EXPECT_EQ(run("objExists a"), "0");

@@ -40,7 +40,7 @@ TEST_F(Commands, AttributesAreAddedSetLockedAndRead) {
   check("getAttr t.ty;", "2");
   check("setAttr t.tx 1 2;", "failed: setAttr: too many values for 't.translateX'");
   check("setAttr t.t 1 2;", "failed: setAttr: too few values for 't.translateZ'");
-  check("setAttr t.tx apple;", "failed: setAttr: 'apple' is no number for 't.translateX'");
+  check("setAttr t.tx apple;", "failed: setAttr: 'apple' is not a number for 't.translateX'");
   check("addAttr -ln count -at long t;", "failed: addAttr: 't' has an attribute 'count' already");
   run("addAttr -ln offs -at double3 t; addAttr -ln offsX -at double -p offs t; "
       "addAttr -ln offsY -at double -p offs t; addAttr -ln offsZ -at double -p offs t;");

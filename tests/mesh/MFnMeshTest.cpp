@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "host/scene/Component.h"
+#include "host/attribute/Component.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
 #include "host/scene/Values.h"

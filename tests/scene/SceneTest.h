@@ -57,7 +57,7 @@ class SceneTest : public testing::Test {
     EXPECT_TRUE(connect(plug(source).orFirstElement(), to, false, &error)) << error;
   }
 
-  // What a text matches, as full paths, or names for what is no DAG node.
+  // What a text matches, as full paths, or names for what is not a DAG node.
   Strings matched(const char* text, bool inNamespaces = false) {
     Strings names;
     for (const SelectionItem& item : scene.match(text, inNamespaces))

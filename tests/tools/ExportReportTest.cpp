@@ -12,7 +12,7 @@ class ExportReportTest : public testing::Test {
   // What the report says of these lines; empty when all went well.
   std::string concludeAfter(std::initializer_list<const char*> lines) {
     testing::internal::CaptureStderr();
-    for (const char* line : lines) report_.hear(line);
+    for (const char* line : lines) report_.readLine(line);
     const bool ok = report_.conclude();
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_EQ(ok, said.empty());
@@ -40,7 +40,7 @@ TEST_F(ExportReportTest, WarningsAreNoFailure) {
 }
 
 TEST_F(ExportReportTest, NamesEachFailedTileOnceWithItsReason) {
-  report_.hearHost("Error: cannot write full.psd: No space left on device");
+  report_.readHostLine("Error: cannot write full.psd: No space left on device");
   const std::string said = concludeAfter(
       {"Exporting tile |good...", "Exporting tile |missing...", "*** Error : couldn't load psd",
        "*** Error exporting tile 1", "Exporting tile |full...", "*** Error : couldn't save psd",

@@ -63,7 +63,7 @@ TEST(Quat, Normalises) {
     EXPECT_EQ(q.z, to.z);
     EXPECT_EQ(q.w, to.w);
   }
-  EXPECT_EQ((Quat{1e30f, 0, 0, 0}).length(), double{1e30f});  // its square is no float
+  EXPECT_EQ((Quat{1e30f, 0, 0, 0}).length(), double{1e30f});  // its square is not a float
 }
 
 TEST(ByteOrder, PlacesEveryByte) {

@@ -20,12 +20,12 @@ class HeardMessages final : public morvane::TileMessages {
     line_ += text;
     if (line_.back() == '\n') {
       line_.pop_back();
-      report_.hear(line_);
+      report_.readLine(line_);
       line_.clear();
     }
   }
-  void explain(const std::string& text) override { report_.hearHost("Error: " + text); }
-  void warn(const std::string& text) override { report_.hearHost("Warning: " + text); }
+  void explain(const std::string& text) override { report_.readHostLine("Error: " + text); }
+  void warn(const std::string& text) override { report_.readHostLine("Warning: " + text); }
 
  private:
   ExportReport& report_;
@@ -76,7 +76,7 @@ std::vector<TileForecast> forecastExport(const std::string& scene) {
          isRefused ? countGoblins(tile.dagPath) : forecastTile(tile, report, textures)});
   }
   const auto isExported = [&](const std::string& tile) { return report.isExported(tile); };
-  for (const SharedTextures::Loss& loss : textures.settle(scene, isExported)) report.lose(loss);
+  for (const SharedTextures::Loss& loss : textures.settle(scene, isExported)) report.markLost(loss);
   report.conclude();
   for (TileForecast& forecast : forecasts) forecast.outcome = report.outcomeOf(forecast.tile.path);
   return forecasts;

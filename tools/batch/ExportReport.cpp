@@ -77,23 +77,23 @@ std::size_t messageEnd(std::string_view line) {
 
 }  // namespace
 
-void ExportReport::hear(std::string_view line) {
+void ExportReport::readLine(std::string_view line) {
   while (!line.empty()) {
     const std::size_t end = messageEnd(line);
-    hearMessage(line.substr(0, end));
+    readMessage(line.substr(0, end));
     line.remove_prefix(end);
   }
 }
 
-void ExportReport::hearMessage(std::string_view message) {
+void ExportReport::readMessage(std::string_view message) {
   constexpr std::string_view kTile = morvane::kTileBegins;
   if (startsWith(message, kTile)) return beginTile(message.substr(kTile.size()));
-  if (startsWith(message, kError)) return hearError(message);
+  if (startsWith(message, kError)) return readError(message);
   for (const std::string_view warning : kWarnings)
-    if (startsWith(message, warning)) return hearWarning(message.substr(warning.size()));
+    if (startsWith(message, warning)) return readWarning(message.substr(warning.size()));
 }
 
-void ExportReport::hearError(std::string_view message) {
+void ExportReport::readError(std::string_view message) {
   if (!open_) beginTile(nextNameless());
   const bool isLast = startsWith(message, morvane::kTileFailed);
   std::string& error = tiles_.back().error;
@@ -101,7 +101,7 @@ void ExportReport::hearError(std::string_view message) {
   if (isLast) endTile();
 }
 
-void ExportReport::hearWarning(std::string_view message) {
+void ExportReport::readWarning(std::string_view message) {
   if (!open_) return;
   auto& warnings = tiles_.back().warnings;
   const std::string text(trimmed(message));
@@ -125,7 +125,7 @@ void ExportReport::beginTile(std::string_view name) {
   if (began_) began_(tiles_.back());
 }
 
-// The plug-in does not name what is no DAG object, but it goes through the selection in order.
+// The plug-in does not name what is not a DAG object, but it goes through the selection in order.
 std::string ExportReport::nextNameless() {
   while (nextTexture_ < textures_.size()) {
     const std::string& path = textures_[nextTexture_++].path;
@@ -141,7 +141,7 @@ void ExportReport::endTile() {
       std::chrono::duration<double, std::milli>(Clock::now() - begin_).count();
 }
 
-void ExportReport::hearHost(std::string_view line) {
+void ExportReport::readHostLine(std::string_view line) {
   if (startsWith(line, kHostError)) reasons_.emplace_back(line.substr(kHostError.size()));
   if (startsWith(line, kHostWarning)) hostWarnings_.emplace_back(line.substr(kHostWarning.size()));
 }
@@ -204,7 +204,7 @@ bool ExportReport::isExported(const std::string& tile) const {
   });
 }
 
-void ExportReport::lose(const SharedTextures::Loss& loss) {
+void ExportReport::markLost(const SharedTextures::Loss& loss) {
   for (const SharedTextures::Tile& tile : loss.lost) {
     for (TileOutcome& each : tiles_) {
       if (tile.scene == scene_ && each.path == tile.path && each.error.empty()) {
@@ -233,7 +233,7 @@ void ExportReport::findOutside(TileOutcome& tile) const {
                    [](const auto& a, const auto& b) { return a.distance > b.distance; });
 }
 
-void ExportReport::tellOutside(const TileOutcome& tile) const {
+void ExportReport::reportOutside(const TileOutcome& tile) const {
   const std::size_t named = std::min(tile.outside.size(), kMostOutside);
   for (std::size_t i = 0; i < named; ++i) {
     char distance[32];
@@ -256,7 +256,7 @@ bool ExportReport::conclude() {
                     [](const auto& warning) { return warning.first == morvane::kGoblinOutside; });
     if (isOutside) {
       findOutside(tile);
-      tellOutside(tile);
+      reportOutside(tile);
     }
     if (tile.error.empty()) continue;
     const Status reason = reasonOf(tile);

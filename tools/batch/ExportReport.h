@@ -24,7 +24,7 @@ struct OutsideGoblin {
 
 // What became of one tile.
 struct TileOutcome {
-  std::string path;   // the mere name for a node that is no DAG object
+  std::string path;   // the mere name for a node that is not a DAG object
   std::string error;  // the first that the plug-in logged; empty: exported
   std::vector<std::pair<std::string, std::size_t>> warnings;  // each text once, and how often
   double milliseconds = 0;
@@ -43,11 +43,11 @@ class ExportReport {
 
   // One line of the plug-in's output. Some of its messages end without a line feed, so that a line
   // can hold several.
-  void hear(std::string_view line);
+  void readLine(std::string_view line);
 
   // A line that the host is writing to standard error, where the plug-in says what its output
   // leaves out. May be called while another thread calls `hear`.
-  void hearHost(std::string_view line);
+  void readHostLine(std::string_view line);
 
   bool isExported(const std::string& tile) const;
 
@@ -60,7 +60,7 @@ class ExportReport {
 
   // The goblins of these tiles are not in their files any more. Tiles of other scenes are not
   // looked at.
-  void lose(const SharedTextures::Loss& loss);
+  void markLost(const SharedTextures::Loss& loss);
 
   // Names every failed tile, why, and what to do, on standard error. False when there are any.
   // Nothing is heard afterwards.
@@ -76,12 +76,12 @@ class ExportReport {
  private:
   using Clock = std::chrono::steady_clock;
 
-  void hearMessage(std::string_view message);
+  void readMessage(std::string_view message);
   void addHostWarnings(TileOutcome& tile) const;
   void findOutside(TileOutcome& tile) const;
-  void tellOutside(const TileOutcome& tile) const;
-  void hearError(std::string_view message);
-  void hearWarning(std::string_view message);
+  void reportOutside(const TileOutcome& tile) const;
+  void readError(std::string_view message);
+  void readWarning(std::string_view message);
   void beginTile(std::string_view name);
   std::string nextNameless();
   void endTile();
@@ -97,7 +97,7 @@ class ExportReport {
   std::vector<TileOutcome> tiles_;
   std::vector<std::string> reasons_;
   std::vector<std::string> hostWarnings_;
-  std::size_t nextTexture_ = 0;  // where the next node that is no DAG object is looked for
+  std::size_t nextTexture_ = 0;  // where the next node that is not a DAG object is looked for
   bool open_ = false;            // the last tile is being exported
   Clock::time_point begin_{};
 };

@@ -34,7 +34,7 @@ class Batch {
     for (const std::string& scene : job.scenes) paths_.push_back(absoluteName(scene));
     host::beforeMessages([this](std::string_view line) {
       bar_.hide();
-      if (report_) report_->hearHost(line);
+      if (report_) report_->readHostLine(line);
     });
   }
   ~Batch() { host::beforeMessages({}); }
@@ -50,7 +50,7 @@ class Batch {
       worst = std::max(worst, exportScene());
       notice.finishScene();
     }
-    tellUnusedMaps();
+    reportUnusedMaps();
     if (paths_.size() > 1) summarise();
     if (!records_ || records_->ok()) return worst;
     complain(
@@ -68,7 +68,7 @@ class Batch {
                            problems.damages == 0 ? kDone : kFailed);
     }
     const ExitStatus exported = exportSelected(problems.damages != 0);
-    return std::max(exported, tellDamage(name(), problems));
+    return std::max(exported, reportDamage(name(), problems));
   }
 
  private:
@@ -130,7 +130,7 @@ class Batch {
   // Exports the selection while the report hears what the plug-in says.
   bool exportHeard(ExportReport& report, bool& heard) {
     const auto tiles = selectedCandidates();
-    OutputWatch watch([&report](std::string_view line) { report.hear(line); },
+    OutputWatch watch([&report](std::string_view line) { report.readLine(line); },
                       [this](const std::function<void()>& write) { bar_.makeRoom(write); },
                       !job_.quiet);
     const bool executed = tiles.empty() || exportRounds(tiles);
@@ -170,10 +170,10 @@ class Batch {
     bool ok = true;
     const auto isExported = [&](const std::string& tile) { return report.isExported(tile); };
     for (const SharedTextures::Loss& loss : textures_.settle(name(), isExported)) {
-      report.lose(loss);
+      report.markLost(loss);
       for (const SharedTextures::Tile& tile : loss.lost) {
         if (tile.scene != name()) {
-          loseEarlier(tile, loss.errorOf(tile));
+          markEarlierLost(tile, loss.errorOf(tile));
           ok = false;
         }
       }
@@ -181,7 +181,7 @@ class Batch {
     return ok;
   }
 
-  void loseEarlier(const SharedTextures::Tile& tile, const std::string& error) {
+  void markEarlierLost(const SharedTextures::Tile& tile, const std::string& error) {
     failedScenes_.insert(tile.scene);
     --exportedTiles_;
     ++failedTiles_;

@@ -72,12 +72,12 @@ void OutputWatch::passOn() {
       if (!writeAll(original_, bytes, size)) ok_ = false;
     };
     if (passesOn_) around_ ? around_(write) : write();
-    hear({bytes, size});
+    readLine({bytes, size});
   }
   if (!line_.empty()) listener_(line_);
 }
 
-void OutputWatch::hear(std::string_view bytes) {
+void OutputWatch::readLine(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::size_t end = bytes.find('\n');
     const std::string_view piece = bytes.substr(0, end);

@@ -32,7 +32,7 @@ class OutputWatch {
  private:
   void run();
   void passOn();
-  void hear(std::string_view bytes);
+  void readLine(std::string_view bytes);
 
   std::function<void(std::string_view)> listener_;
   Around around_;

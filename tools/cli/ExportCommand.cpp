@@ -44,7 +44,7 @@ struct Options {
 };
 
 // The plug-in saves, and is told through the environment.
-void tellThePlugIn(const Options& options) {
+void reportThePlugIn(const Options& options) {
   if (options.waitSeconds) setEnvironment("MORVANE_WAIT", std::to_string(*options.waitSeconds));
   if (options.inPlace) setEnvironment("MORVANE_IN_PLACE", "1");
 }
@@ -58,9 +58,9 @@ bool isSceneName(const std::string& word) {
 bool isInOrder(const std::vector<std::string>& words) {
   // Nor has it a dot: a file of another kind, or a folder, is told of as what it is.
   if (!isSceneName(words[0]) && words[0].find('.') == std::string::npos) {
-    complain(
-        printable(words[0]) +
-        " is no name of a scene: name scenes (*.ma, *.mb) first, then tiles; nothing was exported");
+    complain(printable(words[0]) +
+             " is not a name of a scene: name scenes (*.ma, *.mb) first, then tiles; nothing was "
+             "exported");
     return false;
   }
   const auto node = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
@@ -118,8 +118,8 @@ ExitStatus exportToFile(const ExportJob& job, const std::string& file, bool forc
   }
   if (host::execute("file -force -exportSelected -type \"psd\" " + host::mel::quoted(to),
                     "export")) {
-    tellUnusedMaps();
-    return tellDamage(job.scenes[0], problems);
+    reportUnusedMaps();
+    return reportDamage(job.scenes[0], problems);
   }
   complain(
       "the export of " + printable(job.nodes[0]) + " to " + printable(file) +
@@ -159,7 +159,7 @@ void addExport(CLI::App& program, int& status) {
       status = kUsage;
       return;
     }
-    tellThePlugIn(*options);
+    reportThePlugIn(*options);
     const ExportJob job = jobOf(*options);
     status =
         options->to.empty() ? exportScenes(job) : exportToFile(job, options->to, options->force);

@@ -121,7 +121,7 @@ void printTable(const Goblins& goblins, const std::string& file) {
   }
 }
 
-// Warns of what the file cannot show, which is no failure: the rest of it is right.
+// Warns of what the file cannot show, which is not a failure: the rest of it is right.
 bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
   const std::string shown = printable(options.files[0]);
   Picture picture;
@@ -131,7 +131,7 @@ bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Opti
   const GoblinMeshes meshes = goblinMeshes(goblins);
   if (meshes.dropped > 0) {
     complain("warning: " + shown + ": " + std::to_string(meshes.dropped) +
-             " triangles are left out, since they have coordinates that are no finite numbers");
+             " triangles are left out, since they have coordinates that are not finite numbers");
   }
   std::string glb;
   if (writeGlb(meshes, hasPicture ? &picture : nullptr, glb, fault))
@@ -146,7 +146,7 @@ bool writeModels(morvane::PsdDocument& document, const Goblins& goblins, const O
   for (const auto& [path, done] :
        {std::pair(options.obj, objDone), std::pair(options.glb, glbDone)}) {
     if (path.empty() || !done || options.json) continue;
-    tellWritten(path, counted(goblins.goblins.size(), "goblin"));
+    reportWritten(path, counted(goblins.goblins.size(), "goblin"));
   }
   return objDone && glbDone;
 }
@@ -156,7 +156,7 @@ ExitStatus showFile(const Options& options, const std::string& file) {
   if (!document) return kFailed;
   const Goblins goblins = readGoblins(*document);
   const std::string shown = printable(file);
-  const bool isSound = tellFaults(file, *document, goblins);
+  const bool isSound = reportFaults(file, *document, goblins);
   if (!goblins.present) {
     complain(shown + ": no layer \"" + morvane::kGoblinLayerName + "\"; export the tile first");
     return kFailed;

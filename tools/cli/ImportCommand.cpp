@@ -76,9 +76,9 @@ ExitStatus importTile(const Options& options) {
   if (output.empty())
     complain("the import succeeded, but nothing was saved: name with -o where to save the scene");
   else if (saved == kDone)
-    tellWritten(options.output);
-  tellUnusedMaps();
-  return std::max(saved, tellDamage(options.scene, problems));
+    reportWritten(options.output);
+  reportUnusedMaps();
+  return std::max(saved, reportDamage(options.scene, problems));
 }
 
 }  // namespace

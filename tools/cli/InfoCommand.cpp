@@ -95,7 +95,7 @@ bool reportDocument(const std::string& path, const std::string& file, bool json)
   } else {
     printReport(file, bytes, *document, goblins);
   }
-  return tellFaults(file, *document, goblins);
+  return reportFaults(file, *document, goblins);
 }
 
 struct Options {
@@ -116,11 +116,11 @@ ExitStatus reportAll(const Options& options) {
       status = reportDocument(paths[i], file, options.json) ? kDone : kFailed;
     } else {
       status = scenes.open(paths[i]) ? reportScene(file, options.json) : kNotLoaded;
-      status = std::max(status, tellDamage(file, scenes.problems()));
+      status = std::max(status, reportDamage(file, scenes.problems()));
     }
     worst = std::max(worst, status);
   }
-  tellUnusedMaps();
+  reportUnusedMaps();
   return worst;
 }
 

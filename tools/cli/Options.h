@@ -17,8 +17,8 @@ struct OutputKind {
 };
 extern const OutputKind kSceneOutput;  // Maya ASCII
 
-// Refuses as wrong usage what `option` is given where it is no name of such a file: an empty text,
-// for one, which a script's unset variable leaves.
+// Refuses as wrong usage what `option` is given where it is not a name of such a file: an empty
+// text, for one, which a script's unset variable leaves.
 void checkOutput(CLI::Option& option, const OutputKind& kind);
 
 // Gives a subcommand the options --map and --project, which fill `opening` with what was

@@ -56,7 +56,7 @@ ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
     const bool ok =
         step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
     if (ok) continue;
-    tellDamage(options.scene, host::takeSceneProblems());
+    reportDamage(options.scene, host::takeSceneProblems());
     if (!output.empty()) {
       complain("a command failed, so " + printable(options.output) +
                " was not written; what is printed above says why");
@@ -64,9 +64,9 @@ ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
     return kFailed;
   }
   const ExitStatus saved = saveScene(output);
-  if (saved == kDone && !output.empty()) tellWritten(options.output);
-  tellUnusedMaps();
-  return std::max(saved, tellDamage(options.scene, host::takeSceneProblems()));
+  if (saved == kDone && !output.empty()) reportWritten(options.output);
+  reportUnusedMaps();
+  return std::max(saved, reportDamage(options.scene, host::takeSceneProblems()));
 }
 
 }  // namespace

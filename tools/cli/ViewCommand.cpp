@@ -65,10 +65,10 @@ class Viewer {
       return status_ == kDone ? kFailed : status_;
     }
     if (!writeOutput(output_, page_.html())) return kFailed;
-    tellWritten(options_.output, (files_ > 0 ? counted(files_, "file") + ", " : "") +
-                                     (tiles_ > 0 ? counted(tiles_, "tile") + ", " : "") +
-                                     counted(goblins_, "goblin"));
-    tellUnusedMaps();
+    reportWritten(options_.output, (files_ > 0 ? counted(files_, "file") + ", " : "") +
+                                       (tiles_ > 0 ? counted(tiles_, "tile") + ", " : "") +
+                                       counted(goblins_, "goblin"));
+    reportUnusedMaps();
     return status_;
   }
 
@@ -97,7 +97,7 @@ class Viewer {
     item.fault = loaded.text();
     if (!loaded.ok())
       fail(unreadable(path, loaded, shown));
-    else if (!tellFaults(shown, document, item.goblins))
+    else if (!reportFaults(shown, document, item.goblins))
       status_ = std::max(status_, kFailed);
     add(item, files_);
   }
@@ -108,7 +108,7 @@ class Viewer {
     const std::vector<SceneTile> tiles = opened ? sceneTiles() : std::vector<SceneTile>();
     if (!tiles.empty()) {
       for (const SceneTile& tile : tiles) addTile(tile, shown);
-      status_ = std::max(status_, tellDamage(shown, scenes_.problems()));
+      status_ = std::max(status_, reportDamage(shown, scenes_.problems()));
       return;
     }
     ViewItem item;
@@ -143,7 +143,7 @@ class Viewer {
     morvane::PsdDocument document(1, 1);
     const morvane::Status loaded = readDocument(texture, document, item);
     if (loaded.ok()) {
-      if (!tellFaults(shown + "texture " + texture, document, {}))
+      if (!reportFaults(shown + "texture " + texture, document, {}))
         status_ = std::max(status_, kFailed);
       return;
     }

@@ -23,12 +23,12 @@ struct ViewMesh {
 
 struct GoblinMeshes {
   std::vector<ViewMesh> meshes;  // one a goblin, in order, perhaps without triangles
-  std::size_t dropped = 0;       // triangles left out: a coordinate of theirs is no finite number
+  std::size_t dropped = 0;  // triangles left out: a coordinate of theirs is not a finite number
 };
 
 // The goblins as meshes of their own, the same whichever layout they were stored in. Polygons are
 // cut into fans. Every number is finite and every normal one long: where it has no length it points
-// up, and texture coordinates that are no numbers become 0.
+// up, and texture coordinates that are not numbers become 0.
 GoblinMeshes goblinMeshes(const Goblins& goblins);
 
 // The unit tile: x and z from 0 to 1 at y = 0.

@@ -164,8 +164,8 @@ Goblins readGoblins(const morvane::PsdDocument& document) {
   return goblins;
 }
 
-bool tellFaults(const std::string& shown, const morvane::PsdDocument& document,
-                const Goblins& goblins) {
+bool reportFaults(const std::string& shown, const morvane::PsdDocument& document,
+                  const Goblins& goblins) {
   const std::string fault = documentFault(document);
   if (!fault.empty()) {
     complain(printable(shown) + ": " + fault +

@@ -56,8 +56,8 @@ Goblins readGoblins(const morvane::PsdDocument& document);
 
 // Says on standard error, by the name `shown`, what is wrong with a loaded document or with its
 // goblins, and what to do. True when nothing is.
-bool tellFaults(const std::string& shown, const morvane::PsdDocument& document,
-                const Goblins& goblins);
+bool reportFaults(const std::string& shown, const morvane::PsdDocument& document,
+                  const Goblins& goblins);
 
 }  // namespace tools
 

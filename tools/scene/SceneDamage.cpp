@@ -53,7 +53,7 @@ std::string likelyLoss(const host::SceneProblems& problems) {
   return std::string("; the scene looks cut off: ") + kNoEnd + "; " + kAdvice;
 }
 
-ExitStatus tellDamage(const std::string& scene, const host::SceneProblems& problems) {
+ExitStatus reportDamage(const std::string& scene, const host::SceneProblems& problems) {
   if (problems.damages == 0) return kDone;
   const std::string shown = scene.empty() ? "" : printable(scene) + ": ";
   complain(shown + damageOf(problems) + "; what stood there is missing, and the rest was done; " +
@@ -61,7 +61,7 @@ ExitStatus tellDamage(const std::string& scene, const host::SceneProblems& probl
   return kFailed;
 }
 
-void tellUnusedMaps() {
+void reportUnusedMaps() {
   for (const std::string& folder : host::unusedFolders()) {
     complain("--map " + printable(folder) +
              ": no texture and no reference lies in that folder; check how the scene writes it");

@@ -19,10 +19,10 @@ std::string likelyLoss(const host::SceneProblems& problems);
 
 // After the work on `scene` (as the user named it): the damage and what to do, on standard error.
 // kFailed when there was damage.
-ExitStatus tellDamage(const std::string& scene, const host::SceneProblems& problems);
+ExitStatus reportDamage(const std::string& scene, const host::SceneProblems& problems);
 
 // At the end of a session: names on standard error what --map gave in vain.
-void tellUnusedMaps();
+void reportUnusedMaps();
 
 }  // namespace tools
 

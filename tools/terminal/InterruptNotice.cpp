@@ -27,7 +27,7 @@ char* append(char* end, std::sig_atomic_t number) {
   return end;
 }
 
-extern "C" void tellInterrupt(int signal) {
+extern "C" void reportInterrupt(int signal) {
   char text[160];
   char* end = append(text, "\nmorvane: interrupted: ");
   end = append(append(append(end, scenesDone), " of "), scenesInAll);
@@ -43,7 +43,7 @@ InterruptNotice::InterruptNotice(std::size_t scenes) {
   scenesDone = 0;
   scenesInAll = static_cast<std::sig_atomic_t>(scenes);
   // One that is ignored, as in a job in the background, stays so.
-  wasIgnored_ = std::signal(SIGINT, tellInterrupt) == SIG_IGN;
+  wasIgnored_ = std::signal(SIGINT, reportInterrupt) == SIG_IGN;
   if (wasIgnored_) std::signal(SIGINT, SIG_IGN);
 }
 

@@ -41,7 +41,7 @@ bool writeOutput(const std::string& path, const std::string& text) {
   return false;
 }
 
-void tellWritten(const std::string& path, const std::string& what) {
+void reportWritten(const std::string& path, const std::string& what) {
   complain("wrote " + printable(path) + (what.empty() ? "" : ": " + what));
 }
 

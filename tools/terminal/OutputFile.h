@@ -16,7 +16,7 @@ bool writeOutput(const std::string& path, const std::string& text);
 std::string writingAdvice(morvane::StatusCode code, const std::string& otherwise);
 
 // Tells on standard error that `path` was written, and what it holds (nothing: the empty text).
-void tellWritten(const std::string& path, const std::string& what = "");
+void reportWritten(const std::string& path, const std::string& what = "");
 
 // Whether `output` names one of the files that are to be read; the reason is then on standard
 // error.

@@ -39,7 +39,7 @@ class MFnDagNode : public MFnDependencyNode {
   // A shape's box in its own space; a transform's, around the shapes below it, in its parent's
   // space.
   MBoundingBox boundingBox(MStatus* status = nullptr) const;
-  // From the node's space to its parent's; the identity for what is no transform.
+  // From the node's space to its parent's; the identity for what is not a transform.
   MMatrix transformationMatrix(MStatus* status = nullptr) const;
 
  protected:

@@ -22,7 +22,7 @@ class MDGModifier;
 // none means the current set. Points are those that the mesh shows: tweaks included.
 //
 // A failed call leaves the mesh as it was. Indices out of range, arrays that do not fit and points
-// that are no finite numbers are kInvalidParameter; a mesh that has not what is asked for is
+// that are not finite numbers are kInvalidParameter; a mesh that has not what is asked for is
 // kFailure.
 class MFnMesh : public MFnDagNode {
  public:

@@ -52,7 +52,7 @@ class MFnPlugin {
   MString version(MStatus* status = nullptr) const;
 
  private:
-  std::shared_ptr<host::Plugin> plugin_;  // null when the object is no plug-in
+  std::shared_ptr<host::Plugin> plugin_;  // null when the object is not a plug-in
 };
 
 #endif  // MORVANE_HOST_INCLUDE_MAYA_MFNPLUGIN_H_

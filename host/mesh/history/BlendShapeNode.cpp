@@ -133,7 +133,7 @@ std::string blendShape(HistoryParameters& node, MeshData& mesh) {
     if (weight == weights.end() || (shown != visible.end() && shown->second.front() == 0.0))
       continue;
     const double amount = weight->second.front();
-    if (!std::isfinite(amount)) return "weight " + std::to_string(index) + " is no number";
+    if (!std::isfinite(amount)) return "weight " + std::to_string(index) + " is not a number";
     const auto own = targets.weights.find(index);
     for (const auto& [at, share] : sharesOf(target, amount)) {
       for (const auto& [vertex, offset] : target.at(at)) {

@@ -45,7 +45,7 @@ std::string deleteComponent(HistoryParameters& node, MeshData& mesh) {
     else
       faces.addFace(mesh, face);
   dropUnusedPoints(faces);
-  node.loseNumbers();
+  node.dropNumbers();
   const std::string problem = rebuild(faces, mesh);
   dropUnusedUvs(mesh);
   return problem;
@@ -95,7 +95,7 @@ std::string polyTriangulate(HistoryParameters& node, MeshData& mesh) {
         faces.corners.push_back({mesh.cornerVertices()[static_cast<std::size_t>(corner)], corner});
     }
   }
-  node.loseNumbers();
+  node.dropNumbers();
   return rebuild(faces, mesh);
 }
 

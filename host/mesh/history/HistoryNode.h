@@ -69,7 +69,7 @@ class HistoryParameters {
   // The index of the output that is made: that of the mesh among those that a deformer moves.
   virtual int outputIndex() const = 0;
 
-  // Says something of the mesh that is no reason not to make it, in words that follow the node's
+  // Says something of the mesh that is not a reason not to make it, in words that follow the node's
   // name.
   virtual void note(const std::string& text) = 0;
   // Says that the mesh's UVs stay those from before this node.
@@ -80,14 +80,14 @@ class HistoryParameters {
   // order than in Maya. A node that names one of the others stops the mesh.
   virtual void keepNumbersOf(int faces, int points, int edges) = 0;
   // Says that no number is left that is Maya's, if some were not before this node.
-  virtual void loseNumbers() = 0;
+  virtual void dropNumbers() = 0;
   // How many points have Maya's numbers.
   virtual int knownPoints() const = 0;
 
   double number(const ParameterName& name, double otherwise) const {
     return number(name).value_or(otherwise);
   }
-  // A number or its default for what is no finite number, between the two bounds.
+  // A number or its default for what is not a finite number, between the two bounds.
   int whole(const ParameterName& name, int otherwise, int least, int most) const;
 };
 

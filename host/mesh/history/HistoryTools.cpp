@@ -10,7 +10,7 @@ namespace host {
 std::string readMatrix(const std::vector<double>& numbers, MMatrix& matrix) {
   if (numbers.size() != 16) return "its matrix has " + std::to_string(numbers.size()) + " numbers";
   if (!std::all_of(numbers.begin(), numbers.end(), [](double n) { return std::isfinite(n); }))
-    return "its matrix holds what is no number";
+    return "its matrix holds what is not a number";
   std::copy(numbers.begin(), numbers.end(), &matrix.matrix[0][0]);
   return {};
 }

@@ -122,7 +122,7 @@ std::string polyUnite(HistoryParameters& node, MeshData& mesh) {
     append(part, made);
   }
   mesh = std::move(made);
-  node.loseNumbers();
+  node.dropNumbers();
   return {};
 }
 
@@ -147,7 +147,7 @@ std::string polySeparate(HistoryParameters& node, MeshData& mesh) {
   for (int face = 0; face < mesh.faceCount(); ++face)
     if (partOf(face) == order[wanted]) faces.addFace(mesh, face);
   dropUnusedPoints(faces);
-  node.loseNumbers();
+  node.dropNumbers();
   const std::string problem = rebuild(faces, mesh);
   dropUnusedUvs(mesh);
   return problem;

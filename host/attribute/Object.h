@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_SCENE_OBJECT_H_
-#define MORVANE_HOST_SCENE_OBJECT_H_
+#ifndef MORVANE_HOST_ATTRIBUTE_OBJECT_H_
+#define MORVANE_HOST_ATTRIBUTE_OBJECT_H_
 
 #include <maya/MFn.h>
 
@@ -38,4 +38,4 @@ const char* nameOf(MFn::Type kind);
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_SCENE_OBJECT_H_
+#endif  // MORVANE_HOST_ATTRIBUTE_OBJECT_H_

@@ -1,4 +1,4 @@
-#include "host/scene/AttributeStore.h"
+#include "host/attribute/AttributeStore.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "host/scene/Attribute.h"
+#include "host/attribute/Attribute.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "host/scene/Object.h"
+#include "host/attribute/Object.h"
 
 #include <iterator>
 

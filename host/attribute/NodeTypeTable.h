@@ -1,11 +1,11 @@
-#ifndef MORVANE_HOST_SCENE_NODETYPETABLE_H_
-#define MORVANE_HOST_SCENE_NODETYPETABLE_H_
+#ifndef MORVANE_HOST_ATTRIBUTE_NODETYPETABLE_H_
+#define MORVANE_HOST_ATTRIBUTE_NODETYPETABLE_H_
 
 #include <maya/MFn.h>
 
 #include <vector>
 
-#include "host/scene/Attribute.h"
+#include "host/attribute/Attribute.h"
 
 namespace host {
 
@@ -32,4 +32,4 @@ std::vector<AttributePtr> parseAttributeTable(const char* text);
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_SCENE_NODETYPETABLE_H_
+#endif  // MORVANE_HOST_ATTRIBUTE_NODETYPETABLE_H_

@@ -1,12 +1,12 @@
-#ifndef MORVANE_HOST_SCENE_COMPONENT_H_
-#define MORVANE_HOST_SCENE_COMPONENT_H_
+#ifndef MORVANE_HOST_ATTRIBUTE_COMPONENT_H_
+#define MORVANE_HOST_ATTRIBUTE_COMPONENT_H_
 
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "host/scene/Object.h"
+#include "host/attribute/Object.h"
 
 namespace host {
 
@@ -72,4 +72,4 @@ IndexSet parseFaces(const std::vector<std::string>& texts);
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_SCENE_COMPONENT_H_
+#endif  // MORVANE_HOST_ATTRIBUTE_COMPONENT_H_

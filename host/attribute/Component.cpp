@@ -1,4 +1,4 @@
-#include "host/scene/Component.h"
+#include "host/attribute/Component.h"
 
 #include <algorithm>
 #include <charconv>

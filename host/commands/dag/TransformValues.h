@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_COMMANDS_TRANSFORMVALUES_H_
-#define MORVANE_HOST_COMMANDS_TRANSFORMVALUES_H_
+#ifndef MORVANE_HOST_COMMANDS_DAG_TRANSFORMVALUES_H_
+#define MORVANE_HOST_COMMANDS_DAG_TRANSFORMVALUES_H_
 
 #include <maya/MMatrix.h>
 
@@ -30,4 +30,4 @@ std::vector<double> boxNumbers(const SelectionItem& item, bool inWorld);
 
 }  // namespace host::mel
 
-#endif  // MORVANE_HOST_COMMANDS_TRANSFORMVALUES_H_
+#endif  // MORVANE_HOST_COMMANDS_DAG_TRANSFORMVALUES_H_

@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_SCENE_UNIQUENAMES_H_
-#define MORVANE_HOST_SCENE_UNIQUENAMES_H_
+#ifndef MORVANE_HOST_TEXT_UNIQUENAMES_H_
+#define MORVANE_HOST_TEXT_UNIQUENAMES_H_
 
 #include <cstddef>
 #include <functional>
@@ -50,4 +50,4 @@ bool isLegalName(std::string_view text);
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_SCENE_UNIQUENAMES_H_
+#endif  // MORVANE_HOST_TEXT_UNIQUENAMES_H_

@@ -1,4 +1,4 @@
-#include "host/commands/TransformValues.h"
+#include "host/commands/dag/TransformValues.h"
 
 #include <maya/MBoundingBox.h>
 #include <maya/MPoint.h>

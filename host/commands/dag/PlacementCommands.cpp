@@ -2,7 +2,7 @@
 
 #include "host/commands/Builtin.h"
 #include "host/commands/Lookup.h"
-#include "host/commands/TransformValues.h"
+#include "host/commands/dag/TransformValues.h"
 #include "host/mel/Command.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"

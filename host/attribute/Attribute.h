@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_SCENE_ATTRIBUTE_H_
-#define MORVANE_HOST_SCENE_ATTRIBUTE_H_
+#ifndef MORVANE_HOST_ATTRIBUTE_ATTRIBUTE_H_
+#define MORVANE_HOST_ATTRIBUTE_ATTRIBUTE_H_
 
 #include <memory>
 #include <optional>
@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/scene/AttributeValue.h"
-#include "host/scene/Object.h"
+#include "host/attribute/AttributeValue.h"
+#include "host/attribute/Object.h"
 
 namespace host {
 
@@ -20,10 +20,10 @@ using AttributePtr = std::shared_ptr<Attribute>;
 class Attribute : public Object {
  public:
   enum class Kind {
-    kNumber,    // bool, byte, short, long, enum, float, double, doubleAngle, doubleLinear, time
-    kText,      // string
-    kData,      // matrix, doubleArray, componentList, mesh and so on: one value that is no number
-    kMessage,   // only to be connected
+    kNumber,   // bool, byte, short, long, enum, float, double, doubleAngle, doubleLinear, time
+    kText,     // string
+    kData,     // matrix, doubleArray, componentList, mesh and so on: one value that is not a number
+    kMessage,  // only to be connected
     kCompound,  // children, numeric ones such as double3 included
     kLoose,  // met in a scene file and not known: whatever stands after its name is kept as written
   };
@@ -82,4 +82,4 @@ std::string_view numericCompoundElement(std::string_view typeWord);
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_SCENE_ATTRIBUTE_H_
+#endif  // MORVANE_HOST_ATTRIBUTE_ATTRIBUTE_H_

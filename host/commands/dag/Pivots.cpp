@@ -1,4 +1,4 @@
-#include "host/commands/Pivots.h"
+#include "host/commands/dag/Pivots.h"
 
 #include <maya/MMatrix.h>
 #include <maya/MVector.h>

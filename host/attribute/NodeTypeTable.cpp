@@ -1,4 +1,4 @@
-#include "host/scene/NodeTypeTable.h"
+#include "host/attribute/NodeTypeTable.h"
 
 #include <algorithm>
 #include <charconv>

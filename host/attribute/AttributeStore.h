@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_SCENE_ATTRIBUTESTORE_H_
-#define MORVANE_HOST_SCENE_ATTRIBUTESTORE_H_
+#ifndef MORVANE_HOST_ATTRIBUTE_ATTRIBUTESTORE_H_
+#define MORVANE_HOST_ATTRIBUTE_ATTRIBUTESTORE_H_
 
 #include <cstddef>
 #include <string>
@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/scene/AttributeValue.h"
+#include "host/attribute/AttributeValue.h"
 
 namespace host {
 
@@ -36,4 +36,4 @@ class AttributeStore {
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_SCENE_ATTRIBUTESTORE_H_
+#endif  // MORVANE_HOST_ATTRIBUTE_ATTRIBUTESTORE_H_

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "host/commands/Lookup.h"
-#include "host/commands/Pivots.h"
-#include "host/commands/TransformValues.h"
+#include "host/commands/dag/Pivots.h"
+#include "host/commands/dag/TransformValues.h"
 #include "host/mel/Command.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"
@@ -153,7 +153,7 @@ CommandResult group(const Arguments& arguments, CommandContext& context) {
   for (const SelectionItem& item : items) {
     if (!item.node->isTransform() || !moveBelow(item, &target, arguments.has("r"), error)) {
       return CommandResult::failure(
-          "group: " + (error.empty() ? "'" + shownName(item) + "' is no transform" : error));
+          "group: " + (error.empty() ? "'" + shownName(item) + "' is not a transform" : error));
     }
   }
   Scene::current().selection.clear();
@@ -298,7 +298,7 @@ CommandResult xform(const Arguments& arguments, CommandContext& context) {
   if (arguments.query()) return queryXform(arguments, items.front());
   for (const SelectionItem& item : items) {
     if (!item.node->isTransform() || item.component != nullptr)
-      return CommandResult::failure("xform: '" + shownName(item) + "' is no transform");
+      return CommandResult::failure("xform: '" + shownName(item) + "' is not a transform");
     bool ok = !arguments.has("m") || applyMatrix(arguments, item, error);
     ok = ok && (!arguments.has("roo") || applyRotateOrder(arguments, item, error)) &&
          (!arguments.has("cp") || centerPivots(item, error)) && applyPivots(arguments, item, error);

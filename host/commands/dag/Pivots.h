@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_COMMANDS_PIVOTS_H_
-#define MORVANE_HOST_COMMANDS_PIVOTS_H_
+#ifndef MORVANE_HOST_COMMANDS_DAG_PIVOTS_H_
+#define MORVANE_HOST_COMMANDS_DAG_PIVOTS_H_
 
 #include <maya/MPoint.h>
 
@@ -27,4 +27,4 @@ bool setPivot(const SelectionItem& transform, Pivot pivot, const MPoint& point,
 
 }  // namespace host::mel
 
-#endif  // MORVANE_HOST_COMMANDS_PIVOTS_H_
+#endif  // MORVANE_HOST_COMMANDS_DAG_PIVOTS_H_

@@ -1,4 +1,4 @@
-#include "host/scene/UniqueNames.h"
+#include "host/text/UniqueNames.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,8 +1,8 @@
-#include "host/scene/NodeType.h"
+#include "host/attribute/NodeType.h"
 
 #include <memory>
 
-#include "host/scene/NodeTypeTable.h"
+#include "host/attribute/NodeTypeTable.h"
 
 namespace host {
 

@@ -1,12 +1,12 @@
-#ifndef MORVANE_HOST_SCENE_NODETYPE_H_
-#define MORVANE_HOST_SCENE_NODETYPE_H_
+#ifndef MORVANE_HOST_ATTRIBUTE_NODETYPE_H_
+#define MORVANE_HOST_ATTRIBUTE_NODETYPE_H_
 
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "host/scene/Attribute.h"
+#include "host/attribute/Attribute.h"
 
 namespace host {
 
@@ -60,4 +60,4 @@ class NodeType {
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_SCENE_NODETYPE_H_
+#endif  // MORVANE_HOST_ATTRIBUTE_NODETYPE_H_
