@@ -149,14 +149,16 @@ void NodeParameters::noteInput(const NodePtr& node) const {
   }
 }
 
-std::vector<double> NodeParameters::numbersFrom(const Plug& source) const {
+std::vector<double> NodeParameters::numbersInto(const Plug& destination, const Plug& source) const {
   noteInput(source.node());
-  if (const auto trouble = GraphEvaluation::current().troubleOf(source)) {
-    history_.notes.push_back(
-        "'" + node_->name() + "' (" + node_->type().name() + ") is driven by '" +
-        trouble->node->name() + "' (" + trouble->node->type().name() + "), " +
-        (trouble->reason.empty() ? "which is not evaluated" : "but " + trouble->reason) +
-        "; a value that is set counts, or none");
+  const auto trouble = GraphEvaluation::current().troubleOf(destination);
+  if (trouble && history_.isMade()) {
+    history_.stopNode = node_->name();
+    history_.stopType = node_->type().name();
+    history_.stopReason =
+        "it is driven by '" + trouble->node->name() + "' (" + trouble->node->type().name() + "), " +
+        (trouble->reason.empty() ? "which is not evaluated" : "but " + trouble->reason);
+    history_.stopAdvice = "delete the mesh's history in Maya";
   }
   return numbersAt(source);
 }
@@ -168,8 +170,11 @@ std::optional<double> NodeParameters::number(const ParameterName& name) const {
 
 std::vector<double> NodeParameters::numbers(const ParameterName& name) const {
   std::vector<double> result;
-  if (const auto source = historySource(node_, name.shortName, name.longName))
-    result = numbersFrom(*source);
+  for (const char* spelling : {name.shortName, name.longName}) {
+    const auto plug = result.empty() ? Plug::find(node_, spelling) : std::nullopt;
+    const auto source = plug ? sourceOf(*plug) : std::nullopt;
+    if (source) result = numbersInto(*plug, *source);
+  }
   const AttributeValue* value = result.empty() ? find(name) : nullptr;
   if (value != nullptr) {
     readNumbersOf(*value, result);
@@ -200,7 +205,7 @@ std::map<int, std::vector<double>> NodeParameters::elements(const ParameterName&
   for (const char* spelling : {name.shortName, name.longName}) {
     for (const ConnectionPtr& connection : node_->connections.intoAtOrBelow(spelling)) {
       const ParameterPath path = splitPath(connection->destination.path());
-      std::vector<double> numbers = numbersFrom(connection->source);
+      std::vector<double> numbers = numbersInto(connection->destination, connection->source);
       if (path.size() == 1 && !numbers.empty())
         result[std::max(path.front().first, kFirstIndex)] = std::move(numbers);
     }

@@ -48,7 +48,7 @@ class NodeParameters : public HistoryParameters {
  private:
   void checkNumbers(ElementKind kind, const std::vector<int>& elements) const;
   const AttributeValue* find(const ParameterName& name) const;
-  std::vector<double> numbersFrom(const Plug& source) const;
+  std::vector<double> numbersInto(const Plug& destination, const Plug& source) const;
   void noteInput(const NodePtr& node) const;
 
   Plug output_;

@@ -91,6 +91,9 @@ TEST_F(History, WhatStopsAMeshIsNamed) {
       {kPlane + kLast + "\tsetAttr \".txf\" -type \"matrix\" 1 0 0 0 0 nan 0 0 0 0 1 0 0 0 0 1;\n" +
            connected("plane.out", "last.ig"),
        "last.og", "last", "its matrix holds what is not a number"},
+      {"createNode someonesNode -n \"odd\";\ncreateNode polyCube -n \"last\";\n" +
+           connected("odd.o", "last.w"),
+       "last.out", "last", "it is driven by 'odd' (someonesNode), which is not evaluated"},
       {"createNode polySphere -n \"last\";\n\tsetAttr \".sa\" 1000000000;\n", "last.out", "last",
        "its subdivisions ask for too many points"},
       {skin("\tsetAttr \".wl[0:1].w\" 1 0 1 2 0 0.5 7 0.5;\n"), "last.og[0]", "last",

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -72,7 +73,7 @@ Goblin exampleMesh() {
 
 Status parse(const Bytes8& bytes, GoblinTile& tile) {
   std::unique_ptr<std::uint8_t[]> blob(new std::uint8_t[bytes.size()]);
-  std::memcpy(blob.get(), bytes.data(), bytes.size());
+  std::copy(bytes.begin(), bytes.end(), blob.get());
   return GoblinTile::parse(std::move(blob), bytes.size(), tile);
 }
 
