@@ -81,8 +81,8 @@ class GoblinGeometryReader {
   bool readGoblinCount(std::uint32_t& count);
   bool readGoblin(GoblinRecord& record);
 
-  // What readPool() and readGoblin() do, without a copy: the bytes are checked and stepped over.
-  // The pool is `count` vertices from byte `start` on.
+  // As readPool() and readGoblin(), without a copy: they check the bytes and step over them. The
+  // pool is `count` vertices from byte `start` on.
   bool locatePool(std::size_t& start, std::uint32_t& count);
   bool locateGoblin(GoblinExtent& extent);
 

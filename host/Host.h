@@ -29,8 +29,8 @@ void newScene();
 // Fails when the file cannot be read or is not a scene file (kUnsupported); the scene is then
 // empty. What the reader cannot use is warned of, and handed out by takeSceneProblems.
 //
-// Files are not trusted. Opening n bytes (a file that others refer to counts each time it is read)
-// takes at most 400 n of memory, most of all for many empty nodes; beside that, primitives with
+// Files are not trusted: opening n bytes takes at most 400 n of memory, most of all for many empty
+// nodes. A file that others refer to counts each time it is read. Beside that, primitives with
 // construction history have at most four million points together, a gigabyte.
 morvane::Status openScene(const std::string& path);
 

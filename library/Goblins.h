@@ -70,9 +70,9 @@ class StoredGoblin {
 // takes those n and at most 45 n for the table of goblins (reached by goblins without faces).
 class GoblinTile {
  public:
-  // Each reads a tile in place of what `tile` holds, which a failure leaves as it was. kNotFound:
-  // the document has no layer "GoblinGeometry" (or there is no file). kDamaged: what the layer
-  // holds is not goblin geometry; the text says up to which byte it is sound. kOutOfMemory.
+  // Each reads a tile into `tile`; a failure leaves `tile` as it was. kNotFound: the document has
+  // no layer "GoblinGeometry" (or there is no file). kDamaged: what the layer holds is not goblin
+  // geometry; the text says up to which byte it is sound. kOutOfMemory.
   static Status read(const PsdDocument& document, GoblinTile& tile);
   static Status read(std::string_view path, GoblinTile& tile);  // fails as loadDocument() does, too
   static Status parse(std::unique_ptr<std::uint8_t[]> blob, std::size_t size, GoblinTile& tile);
@@ -109,10 +109,10 @@ class GoblinTile {
 Status encodeGoblins(const std::vector<Goblin>& goblins, GoblinLayout layout,
                      std::vector<std::uint8_t>& blob);
 
-// Puts the goblins into the document's layer "GoblinGeometry", a new hidden layer on top, in place
-// of the first of that name. The translator imports the named layout only. Fails as encodeGoblins()
-// does, and: kNoRoom when the blob has more than 4 x rows x columns - 5 bytes; kUnsupported when
-// the bottom layer is the one to be replaced; as PsdDocument::addDataLayer() does when the document
+// Puts the goblins into a new hidden layer "GoblinGeometry" on top of the document, in place of the
+// first of that name. The translator imports the named layout only. Fails as encodeGoblins() does,
+// and: kNoRoom when the blob has more than 4 x rows x columns - 5 bytes; kUnsupported when the
+// bottom layer is the one to be replaced; as PsdDocument::addDataLayer() does when the document
 // takes no layer. A failure leaves the document as it was.
 Status setGoblins(PsdDocument& document, const std::vector<Goblin>& goblins,
                   GoblinLayout layout = GoblinLayout::kNamed);

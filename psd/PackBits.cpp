@@ -141,7 +141,7 @@ std::unique_ptr<std::uint8_t[]> packBitsRepack(std::uint32_t width, std::uint32_
     const std::size_t room = size - held;
     std::uint8_t* const to = rows.get() + held;
     PackBitsKernel::Place at = {packets, to + left};
-    if (left > room) {  // what ends before the room does is less than one packet short of it
+    if (left > room) {  // stops less than one packet short of the room
       at = packBitsKernel().unpack({packets, to}, end, to + room);
     } else if (!packBitsDecode(packets, static_cast<std::size_t>(end - packets), to,
                                static_cast<std::size_t>(left))) {

@@ -102,8 +102,8 @@ MORVANE_AVX2 inline std::uint32_t differences(__m256i a, __m256i b) {
   return ~static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(a, b)));
 }
 
-// The end of the run at `start`, cut at 128 bytes. It is known to reach to `at`, and there are at
-// least 32 bytes from `start` to `end`, so that the last vector may overlap the one before.
+// The end of the run at `start`, cut at 128 bytes. The run is known to reach to `at`. From `start`
+// to `end` are at least 32 bytes, so that the last vector may overlap the one before.
 MORVANE_AVX2 inline const std::uint8_t* longRunEnd(const std::uint8_t* start,
                                                    const std::uint8_t* at,
                                                    const std::uint8_t* end) {
@@ -130,9 +130,9 @@ class PacketWriter {
     *to_++ = *start;
   }
 
-  // The runs that end among 32 bytes: bit i of `ends` says that one does with at[i], and `start` is
-  // where the first of them begins. Goes by eight bytes: a shuffle moves those that end runs
-  // together, and the differences of their places give the runs' lengths, without a branch.
+  // Writes the runs that end among 32 bytes: bit i of `ends` is set when a run ends with at[i], and
+  // the first run begins at `start`. Goes by eight bytes: a shuffle gathers the bytes that end
+  // runs, and the differences of their places give the runs' lengths, without a branch.
   MORVANE_AVX2 void block(const std::uint8_t* at, std::uint32_t ends, const std::uint8_t* start) {
     int lastEnd = static_cast<int>(start - at) - 1;  // of the run before, from the eight bytes
     for (int i = 0; i < 4; ++i, at += 8, ends >>= 8) {

@@ -38,9 +38,9 @@ bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::
   return appendLayer(name, kHiddenFlags, content.get(), length, status) >= 0;
 }
 
-// Reads a layer's planes as one run of bytes, one unpacked plane at a time, and of each no more
-// than is wanted. The document changes only in repackChannels(), for which every plane is unpacked
-// whole and packed as it is read.
+// Reads a layer's planes as one run of bytes. Unpacks one plane at a time, and of each no more than
+// is wanted. The document changes only in repackChannels(), for which every plane is unpacked whole
+// and packed as it is read.
 class PsdDocument::PlaneStream {
  public:
   PlaneStream(const PsdDocument& document, std::int32_t layer, bool repacks)
@@ -66,7 +66,7 @@ class PsdDocument::PlaneStream {
     return true;
   }
 
-  // Whether the channels that `end` bytes lie in are there and may hold so many: memory is taken
+  // Whether the channels that `end` bytes take exist and may hold so many, so that memory is taken
   // only for what the file can give. Missing channels hold zeros.
   bool canHold(std::uint64_t end) const {
     const PsdLayer& record = document_.layers[layer_];
@@ -78,10 +78,10 @@ class PsdDocument::PlaneStream {
     return end <= capacity;
   }
 
-  // Content that ends with its plane has the next one too, with nothing in it.
+  // Content that ends with its plane is followed by one more plane, with nothing in it.
   bool finish() { return at_ != plane_ || nextChannel(); }
 
-  // What the layer holds, and of how many bytes; null when it does not hold what it says.
+  // The layer's content of `size` bytes; null when the layer does not hold what it says.
   std::unique_ptr<std::uint8_t[]> readContent(std::uint32_t& size) {
     std::uint8_t lengthBytes[kLengthSize];
     if (!read(lengthBytes, kLengthSize)) return nullptr;
@@ -101,10 +101,10 @@ class PsdDocument::PlaneStream {
   }
 
  private:
-  // What comes behind the length word, which was read. `to` has room for that, too.
+  // Reads what comes behind the length word, which was read. `to` has room for that word, too.
   bool readAll(std::uint8_t* to, std::uint32_t length) {
     if (repacks_) return read(to, length);
-    // Of the first plane no more than the length was unpacked.
+    // The first plane was unpacked only up to its length word, so reading starts again.
     channels_ = 0;
     at_ = plane_;
     if (!read(to, std::uint64_t{length} + kLengthSize)) return false;
@@ -144,7 +144,7 @@ class PsdDocument::PlaneStream {
   bool repacks_;
   std::uint64_t plane_;       // bytes of each channel that count: the image's pixels
   std::uint64_t at_;          // in the current plane
-  std::uint64_t wanted_ = 0;  // of the next plane, where planes are not packed again
+  std::uint64_t wanted_ = 0;  // bytes to unpack of the next plane, unless it is packed again
   std::unique_ptr<std::uint8_t[]> raw_;
   std::size_t rawSize_ = 0;
   std::uint32_t channels_ = 0;  // that were read

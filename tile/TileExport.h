@@ -19,7 +19,7 @@ struct TileExport {
 
   std::string texture;    // as the scene names it
   std::string file;       // that is to be written
-  FileIdentity existing;  // of `file`, where that is not the texture; not known when there is none
+  FileIdentity existing;  // of `file`, unless it is the texture; not known when it does not exist
   PsdDocument document{kBlankSide, kBlankSide};  // the texture with the goblins in it
   std::size_t goblins = 0;
 };

@@ -5,8 +5,8 @@
 // them there.
 namespace morvane {
 
-// A tile begins with its path between these two, and a failed one ends with the third before its
-// place in the selection.
+// The lines of a tile begin with its path between the first two. Those of a failed tile end with
+// the third and the tile's place in the selection.
 inline constexpr char kTileBegins[] = "Exporting tile ";
 inline constexpr char kTileBeginsEnd[] = "...";
 inline constexpr char kTileFailed[] = "*** Error exporting tile ";

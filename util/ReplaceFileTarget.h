@@ -22,8 +22,8 @@ struct SaveSettings {
 };
 
 // What a platform does differently about replacing a file; ReplaceFilePosix.cpp and
-// ReplaceFileWindows.cpp each define it whole. Destruction removes what has the temporary file's
-// name: that file unless commit() renamed it, or the one that it took the place of.
+// ReplaceFileWindows.cpp each define it whole. The destructor removes the file that has the
+// temporary name: the temporary file unless commit() renamed it, or the file that it replaced.
 struct FileReplacer::Target {
   Target() = default;
   ~Target();
@@ -44,7 +44,7 @@ struct FileReplacer::Target {
 
  private:
   Status createTemporary();
-  void removeAbandoned();  // what runs that were killed left in the folder, a day ago or earlier
+  void removeAbandoned();  // files that killed runs left in the folder, a day ago or earlier
 
 #ifdef _WIN32
   Status writeInPlace(FileIdentity& written);

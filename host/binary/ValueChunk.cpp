@@ -14,7 +14,7 @@ namespace {
 using Numbers = std::vector<double>;
 using Texts = std::vector<std::string>;
 
-// Matched with the flags of statements that say the same in scenes of the other form.
+// Matched with the flags of the same statements in ASCII scenes.
 constexpr std::uint8_t kLocked = 0x01;
 constexpr std::uint8_t kAltered = 0x02;
 constexpr std::uint8_t kKeyable = 0x04;
@@ -57,8 +57,8 @@ double takeTime(ByteCursor& in, const TimeUnit& time) {
   return static_cast<double>(static_cast<std::int64_t>(ticks)) / time.ticksPerFrame;
 }
 
-// A chunk DBLE holds a time as well. Its four bytes are not a double, and in eight, so few ticks as
-// there are in any scene would be one that is smaller than any normal one, or not a number.
+// A chunk DBLE may hold a time as well. A time of four bytes is too short for a double. One of
+// eight, with as few ticks as any scene has, would be a subnormal double or not a number.
 bool isTime(const ByteCursor& in, const TimeUnit& time) {
   if (!time.isLong) return in.left() == 4;
   ByteCursor peeked = in;
@@ -77,8 +77,8 @@ ValueRead readNumbers(const NumberChunk& row, ByteCursor& in, BinaryValue& out) 
   return ValueRead::kDone;
 }
 
-// A path such as "wl[0:99].w" is that of an array in every element of another: of each, how many
-// elements it has, then their indices and numbers, which is also how the statement has them.
+// A path such as "wl[0:99].w" names an array in every element of another. As in the statement, each
+// such array has its number of elements, then their indices and numbers.
 bool isNested(const std::string& path) {
   const std::size_t bracket = path.find("].");
   return bracket != path.npos && path.rfind(':', bracket) != path.npos;

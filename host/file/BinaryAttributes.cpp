@@ -115,11 +115,11 @@ bool canHold(const Attribute& attribute, const BinaryValue& given) {
 
 // --- Values that are kept
 
-// Angles of attributes that the host does not know, which a statement has in degrees: those of the
-// numbers from `first` on, `step` apart. Matched with scenes of the other form.
+// Angles of attributes that the host does not know: the numbers from `first` on, `step` apart.
+// Statements have them in degrees. Matched with ASCII scenes.
 struct KeptAngle {
   std::string_view type;  // of the node, or of a base
-  std::string_view name;  // the last of the path, of a compound of three that of the compound
+  std::string_view name;  // the last of the path; in a compound of three, the compound's
   std::size_t first;
   std::size_t step;
 };

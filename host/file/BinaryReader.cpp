@@ -94,8 +94,8 @@ std::string fileType(std::string_view path) {
 
 }  // namespace
 
-// Every chunk that is not a value of an attribute. What nothing is made of is named here too, so
-// that it is not taken for something unknown.
+// Every chunk that is not a value of an attribute. Chunks that are passed over have rows too, so
+// that they do not count as unknown.
 struct BinaryReader::ChunkRow {
   const char (&letters)[5];
   ReadChunk read;

@@ -128,8 +128,8 @@ class Writer {
             SceneInfo::current().standIns.count(connection.serial) != 0);
   }
 
-  // Elements of lists of messages come in the order of the statements; numbers would clash with
-  // those of the default nodes.
+  // A list of messages gets its elements by the order of the statements, since numbers would clash
+  // with those of the default nodes.
   static std::string statementOf(const Connection& connection) {
     const auto& standIns = SceneInfo::current().standIns;
     const auto known = standIns.find(connection.serial);

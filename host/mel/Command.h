@@ -54,8 +54,8 @@ struct CommandContext {
   std::string nameSpace;     // in a referenced file: the prefix of its names, such as "rock:"
   bool isReference = false;  // the scene file is one that the scene refers to
   bool keepsInfo = false;    // the scene file becomes the scene: what it says of itself is kept
-  // In a scene file: the nodes that it made, by the names that it gives them (null where it gives
-  // one twice), and what those are called that could not get their names.
+  // In a scene file: the nodes that it made, by their names in the file (null for a name given
+  // twice), and what the nodes that could not get their names are called.
   std::unordered_map<std::string, NodePtr> ownNodes;
   std::map<std::string, std::string, std::less<>> renames;
   std::function<void(const std::string&)> onWarning;  // shows what `warn` is given, with its place
@@ -108,14 +108,15 @@ class Arguments {
   const Words* words_ = nullptr;
 };
 
-// False with the reason in `error` for a missing argument, one of another kind, or an unknown flag,
-// which is not a fault of a text that another version of the host wrote: then `isUnknown` is set.
+// False, with the reason in `error`, for a missing argument, one of another kind, or an unknown
+// flag. An unknown flag sets `isUnknown`: another version of the host may have written it without
+// fault.
 bool parseArguments(std::string_view command, const std::vector<FlagSpec>& flags,
                     const Words& words, Arguments& arguments, std::string& error,
                     bool* isUnknown = nullptr);
 
 using CommandFunction = CommandResult (*)(const Arguments&, CommandContext&);
-// What a plug-in registered: it sees its words as they are.
+// A command that a plug-in registered: it sees its words as they are.
 using WordsFunction = std::function<CommandResult(const Words&)>;
 
 struct Command {

@@ -140,8 +140,8 @@ class MeshData {
   const std::vector<int>& storedLoopEdges() const { return loopEdges_; }
   const std::vector<MeshHole>& holes() const { return holes_; }  // by face, then corner
 
-  // Makes room for `count` elements in all, for whoever knows how many there will be: a list that
-  // grows without takes up to three times its memory while it does.
+  // Makes room for `count` elements in all, where that number is known: a list that grows without
+  // this takes up to three times its memory meanwhile.
   enum class Table { kPoints, kEdges, kCorners, kNormals };
   void reserve(Table table, std::size_t count);
 
@@ -152,8 +152,8 @@ class MeshData {
   std::string setEdges(std::size_t first, const int* ints, std::size_t count);
   std::string setNormals(std::size_t first, const float* xyz, std::size_t count);
 
-  // ".fc[first:...]" begins; faces before `first` stay, all later ones go. Then come its loops in
-  // order: `addFace` for f, `addHole` for h, which belongs to the face before it.
+  // Begins ".fc[first:...]": faces before `first` stay, all later ones go. Its loops follow in
+  // order: `addFace` for f, `addHole` for h, a hole of the face before it.
   std::string beginFaces(std::size_t first);
   std::string addFace(const int* edges, std::size_t count);
   std::string addHole(const int* edges, std::size_t count);

@@ -76,8 +76,8 @@ class Ring {
   }
 
  private:
-  // How much an ear must satisfy: that of a sound polygon; what is left when corners coincide or
-  // line up; nothing.
+  // What counts as an ear: one of a sound polygon; a flat one too, as when corners coincide or line
+  // up; any corner.
   enum Care { kStrict, kRelaxed, kAnything };
 
   const PlanePoint& at(int node) const { return points_[nodes_[node].corner]; }
@@ -92,9 +92,8 @@ class Ring {
     return base;
   }
 
-  // A corner of the chain that the straight line from `p` reaches: the nearest edge to the right of
-  // `p` is met; its right end is taken, unless corners stand in between, of which the one nearest
-  // in angle is then seen.
+  // A corner of the chain that the straight line from `p` reaches. That is the right end of the
+  // nearest edge to the right of `p`, or, when corners stand in between, the one nearest in angle.
   int visibleFrom(const PlanePoint& p) {
     if (budget_ < 0) return first_;
     double nearest = HUGE_VAL;
@@ -139,7 +138,8 @@ class Ring {
     return best;
   }
 
-  // Inserts the loop that starts at `hole` behind `node`, and both again behind that.
+  // Inserts the loop that starts at `hole` behind `node`, and copies of `hole` and `node` behind
+  // it.
   void bridge(int node, int hole) {
     const int holeEnd = static_cast<int>(nodes_.size());
     const int nodeAgain = holeEnd + 1;

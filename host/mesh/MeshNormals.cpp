@@ -83,8 +83,8 @@ class SmoothGroups {
   }
 
   const MeshData& mesh_;
-  std::vector<int>
-      firstAtEnd_;  // the corner that was first seen at an edge's start, and at its end
+  // By edge, the corner that was first seen at its start, then the one at its end.
+  std::vector<int> firstAtEnd_;
 };
 
 // Twice the area of a face as a vector along its normal, by Newell's method. A hole's loop runs

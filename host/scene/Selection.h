@@ -21,7 +21,7 @@ struct SelectionItem {
   static SelectionItem of(const DagPath& path, ComponentPtr component = nullptr);
 
   bool operator==(const SelectionItem& other) const;
-  // As the command language shows it, one text a range of components: "pCube1", "a|b",
+  // Its names in the command language, one for each range of components: "pCube1", "a|b",
   // "pCube1.f[0:3]".
   std::vector<std::string> names() const;
 };

@@ -119,8 +119,8 @@ void addAllShapesBelow(const DagPath& path, std::vector<SelectionItem>& items) {
     if (child->isTransform()) addAllShapesBelow(path.extendedBy(child), items);
 }
 
-// What joins the set when the item is asked to: shading groups take shapes in place of transforms,
-// the transform's own when it has any, else all below it.
+// What joins the set when the item is asked to. In place of a transform, a shading group takes the
+// transform's own shapes or, when it has none, all shapes below it.
 std::vector<SelectionItem> whatJoins(const NodePtr& set, const SelectionItem& item) {
   std::vector<SelectionItem> items;
   if (item.component || !isRenderable(set) || !item.node->isTransform()) return {item};

@@ -17,15 +17,15 @@ struct Project {
   // Folders by kind of file ("sourceImages"), relative to the project's unless absolute.
   std::map<std::string, std::string> rules;
 
-  // Where files of the kind lie, absolute; what the host itself would make where no rule says so.
+  // The absolute folder for files of the kind; without a rule, the one that the host would make.
   std::string folderOf(std::string_view kind) const;
 };
 
 // The nearest folder, from this one up, that has a workspace.mel; empty when there is none.
 std::string findProjectFolder(const std::string& folder);
 
-// Reads the rules of a folder's workspace.mel, if there is one. Of that text, which is as little
-// trusted as a scene, only the statements `workspace -fr KIND FOLDER` count; nothing runs. A
+// Reads the rules of a folder's workspace.mel, if there is one. Only its statements
+// `workspace -fr KIND FOLDER` count and nothing runs: the text is as little trusted as a scene. A
 // failure gives a project without rules.
 morvane::Status readProject(const std::string& folder, Project& project);
 
@@ -36,8 +36,8 @@ struct FileSearch {
 };
 
 // Looks for the file that a scene in `folder` calls `name`. `$VAR` and `${VAR}` are variables of
-// the environment. What follows a `//` belongs to the project's folder, and so does a relative
-// name, before the scene's folder and the project's folder for files of that kind.
+// the environment. What follows a `//` is looked for in the project's folder; a relative name in
+// the project's folder, the scene's folder, then the project's folder for files of that kind.
 FileSearch searchFile(const std::string& name, const std::string& folder, const Project& project,
                       std::string_view kind);
 

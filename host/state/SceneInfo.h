@@ -47,8 +47,8 @@ struct SceneInfo {
   };
   std::vector<LooseConnection> looseConnections;
 
-  // Of connections by way of a reference's place holder, by their serial: the place holder, which a
-  // saved scene has in place of the end that is another file's. Null where that end is its own.
+  // By the serial of a connection through a reference's place holder: the place holder, which a
+  // saved scene has in place of the end in another file. Null for an end of its own.
   struct StandIn {
     Plug source;
     Plug destination;

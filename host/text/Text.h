@@ -14,8 +14,7 @@ void appendUnescaped(std::string& out, std::string_view body);
 // The literal that reads back as `text`, quotes included.
 std::string quoted(std::string_view text);
 
-// Offset of the quote that ends the literal whose opening quote is at `open`; npos when nothing
-// ends it.
+// Offset of the quote that closes the literal opened at `open`; npos when none does.
 std::size_t findClosingQuote(std::string_view text, std::size_t open);
 
 // Line and column, from 1, of a byte offset.

@@ -8,9 +8,9 @@
 
 namespace tools {
 
-// Listens to the process's own standard output. While a watch lives, whatever is written there, by
-// a loaded library too, goes on unchanged to where it would have gone, and every line of it is
-// given to a listener. There can be one watch at a time.
+// Listens to the process's own standard output. While a watch lives, what is written there (by a
+// loaded library too) still goes unchanged to where it would have gone, and a listener is given
+// every line of it. There can be one watch at a time.
 class OutputWatch {
  public:
   // Calls what it is given, which writes to where the output goes.

@@ -24,8 +24,8 @@ struct Refusal {
 // folder must be the scene's.
 std::string writtenFile(const std::string& texture);
 
-// A file has room for one tile's goblins, and the tile that is exported last leaves its own there.
-// Finds out whose others were lost in a run. Tiles with the same goblins lose nothing: levels
+// Finds out whose goblins were lost in a run: a file has room for one tile's goblins, and the tile
+// that is exported last leaves its own there. Tiles with the same goblins lose nothing: levels
 // repeat tiles.
 class SharedTextures {
  public:
@@ -43,11 +43,11 @@ class SharedTextures {
     static constexpr const char* kAdvice = "give each tile a texture of its own, and export again";
   };
 
-  // Tiles that would write the PSD file beside their textures where that is another tile's texture,
-  // of this scene or one before.
+  // Tiles that would write the PSD file beside their textures over the texture of another tile, of
+  // this scene or one before.
   std::vector<Refusal> claims(const std::string& scene, const std::vector<TileCandidate>& tiles);
 
-  // Indices of `tiles`, in rounds that write each file once at most. One round where none is
+  // Indices of `tiles`, in rounds that write each file once at most. One round when no file is
   // shared.
   static std::vector<std::vector<std::size_t>> rounds(const std::vector<TileCandidate>& tiles);
 

@@ -18,10 +18,10 @@ struct Picture {
   bool composed = false;           // from the layers, not from the merged image
 };
 
-// Gives the merged image or, when all of its pixels are equal (a program that saves no merged
-// image, a document made of a TGA image) or it cannot be read, what the visible layers show. Both
-// sides are scaled down alike to at most `maxSide`. False, with the reason, when there is nothing
-// that can be shown.
+// Gives the merged image, or what the visible layers show when the merged image cannot be read or
+// all of its pixels are equal (a program that saves no merged image, a document made of a TGA
+// image). Both sides are scaled down alike to at most `maxSide`. False, with the reason, when
+// nothing can be shown.
 bool readPicture(const morvane::PsdDocument& document, std::uint32_t maxSide, Picture& picture,
                  std::string& fault);
 

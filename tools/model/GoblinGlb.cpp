@@ -55,8 +55,8 @@ class GlbBuilder {
   std::vector<unsigned char> png_;
 };
 
-// Goblins are seen from both sides, since many are single leaves, and never cut out, since their
-// picture is the ground's.
+// Every material shows both sides, since many goblins are single leaves. Goblins are never cut out,
+// since their picture is the ground's.
 void GlbBuilder::addMaterial(const char* name, bool cutOut) {
   tinygltf::Material material;
   material.name = name;

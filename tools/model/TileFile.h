@@ -27,8 +27,8 @@ struct Goblins {
   std::uint32_t bytes = 0;  // of the blob
   std::vector<morvane::GoblinPoolVertex> pool;
   std::vector<Goblin> goblins;
-  std::string
-      fault;  // of a damaged blob: what is wrong and where; what was read before it stands above
+  // What is wrong with a damaged blob, and where; what was read before it stands above.
+  std::string fault;
 
   const char* layoutName() const;
   std::size_t faceCount() const;
@@ -42,8 +42,7 @@ std::string unreadable(const std::string& path, const morvane::Status& status,
 // Whether a texture of that name can be loaded at all: it ends in .psd or .tga, in any case.
 bool isTileFileName(const std::string& name);
 
-// Loads `path`, or says on standard error what is wrong with it, by the name `shown`, and returns
-// null.
+// Loads `path`. Null when that fails; standard error then says what is wrong, by the name `shown`.
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
                                                    const std::string& shown);
 

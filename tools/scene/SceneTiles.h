@@ -15,7 +15,7 @@ struct SceneTile {
   std::string texture;  // the name of the file that its colour comes from, likewise
   ViewMesh mesh;        // the tile's own mesh, with its own texture coordinates
   Goblins goblins;      // a goblin without a name has that of its transform
-  std::string fault;    // why its goblins cannot be exported; then some, or the mesh, are missing
+  std::string fault;    // why its goblins cannot be exported; some, or the mesh, are then missing
   std::string missing;  // what is not evaluated, or not there, and what to do about it; or empty
 };
 

@@ -10,8 +10,8 @@
 namespace tools {
 
 // Selects the nodes named (names or patterns), or without names every tile of the open scene.
-// False, with the reason in `error` and told on standard error, unless all were found. `scene` is
-// for messages, and so are the `problems` that were found in it.
+// False, with the reason in `error` and told on standard error, unless all were found. `scene` and
+// the `problems` found in it are for messages.
 bool selectTiles(const std::string& scene, std::vector<std::string> names,
                  const host::SceneProblems& problems, std::string& error);
 

@@ -42,7 +42,7 @@ class ViewPage {
   bool showsSomething_ = false;
 };
 
-// Made by the build from the files in tools/page: what stands before and behind the entries. Null
+// What stands before and behind the entries, made by the build from the files in tools/page. Null
 // when the program was built without the page.
 const char* const* viewPageHead();
 const char* const* viewPageTail();

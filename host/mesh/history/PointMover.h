@@ -9,7 +9,7 @@
 
 namespace host {
 
-// What is wrong with a node that names points whose numbers are not Maya's.
+// What is wrong with a node that names points by numbers other than Maya's.
 inline constexpr char kOtherNumbers[] =
     "it names elements that a node before it made, which have other numbers here";
 
@@ -19,8 +19,8 @@ class PointMover {
   // `node` and `mesh` outlive it.
   PointMover(const HistoryParameters& node, MeshData& mesh);
 
-  // To where the matrix (row vectors) takes the point; the locked normals of its corners turn
-  // along.
+  // Moves the point to where the matrix (row vectors) takes it, and turns the locked normals of its
+  // corners along.
   void move(int vertex, const MMatrix& matrix);
   void offset(int vertex, const Vec3& offset);
 
