@@ -203,7 +203,9 @@ void BinaryReader::passOver(ByteCursor) {}
 
 void BinaryReader::readVersion(ByteCursor in) {
   const std::string version(in.rest());
-  if (context_.keepsInfo) SceneInfo::current().firstLine = "//Maya ASCII " + version + " scene";
+  // A saved scene begins with this comment, which must end where its line does.
+  const std::string shown = version.substr(0, version.find_first_of("\r\n"));
+  if (context_.keepsInfo) SceneInfo::current().firstLine = "//Maya ASCII " + shown + " scene";
   run("requires", {flag("maya"), text(version)});
 }
 

@@ -529,5 +529,12 @@ TEST_F(BinaryScenes, OfTheCorpusAgreeWithTheirRelativesInText) {
   }
 }
 
+// What follows a line break would be read as commands.
+TEST_F(BinaryScenes, AVersionStaysInTheFirstLineOfASavedScene) {
+  const twin::Layout wide;
+  openBytes(wide.file(wide.container("HEAD", wide.chunk("VERS", "2018\nquit -force;"))));
+  EXPECT_EQ(saved().rfind("//Maya ASCII 2018 scene\n", 0), 0u);
+}
+
 }  // namespace
 }  // namespace host
