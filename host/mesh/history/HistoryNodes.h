@@ -5,7 +5,8 @@
 
 #include "host/mesh/history/HistoryNode.h"
 
-// The functions that the table of history nodes names; each is HistoryNodeType::evaluate.
+// Every type of history node that is evaluated, and the functions that do it: each is a
+// HistoryNodeType::evaluate.
 namespace host {
 
 inline constexpr char kCone[] = "polyCone";
@@ -64,6 +65,56 @@ std::string polyNormal(HistoryParameters& node, MeshData& mesh);
 std::string polyTriangulate(HistoryParameters& node, MeshData& mesh);
 // Makes edges soft whose faces meet at less than an angle, others hard.
 std::string polySoftEdge(HistoryParameters& node, MeshData& mesh);
+
+inline constexpr HistoryNodeType::Input kNoInput = {nullptr, nullptr};
+inline constexpr HistoryNodeType::Input kGeometry = {"ig", "inputGeometry"};
+inline constexpr HistoryNodeType::Input kPolygons = {"ip", "inputPolymesh"};
+inline constexpr HistoryNodeType::Input kDeformed = {"ip[#].ig", "input[#].inputGeometry"};
+
+inline constexpr HistoryNodeType kHistoryNodeTypes[] = {
+    {"blendShape", kDeformed, blendShape},
+    {"deleteComponent", kGeometry, deleteComponent},
+    {"groupParts", kGeometry, nullptr},
+    {"polyAutoProj", kPolygons, keepOlderUvs},
+    {"polyBlindData", kPolygons, nullptr},
+    {"polyColorPerVertex", kPolygons, polyColorPerVertex},
+    {"polyCone", kNoInput, makePrimitive<kCone>},
+    {"polyCopyUV", kPolygons, keepOlderUvs},
+    {"polyCrease", kPolygons, nullptr},
+    {"polyCreaseEdge", kPolygons, nullptr},
+    {"polyCube", kNoInput, makePrimitive<kCube>},
+    {"polyCylinder", kNoInput, makePrimitive<kCylinder>},
+    {"polyCylProj", kPolygons, keepOlderUvs},
+    {"polyExtrudeFace", kPolygons, polyExtrudeFace},
+    {"polyFlipUV", kPolygons, keepOlderUvs},
+    {"polyLayoutUV", kPolygons, keepOlderUvs},
+    {"polyMapCut", kPolygons, keepOlderUvs},
+    {"polyMapDel", kPolygons, polyMapDel},
+    {"polyMapSew", kPolygons, keepOlderUvs},
+    {"polyMapSewMove", kPolygons, keepOlderUvs},
+    {"polyMoveUV", kPolygons, keepOlderUvs},
+    {"polyNormal", kPolygons, polyNormal},
+    {"polyNormalizeUV", kPolygons, keepOlderUvs},
+    {"polyOptUvs", kPolygons, keepOlderUvs},
+    {"polyPinUV", kPolygons, nullptr},
+    {"polyPlanarProj", kPolygons, keepOlderUvs},
+    {"polyPlane", kNoInput, makePrimitive<kPlane>},
+    {"polyProj", kPolygons, keepOlderUvs},
+    {"polyPyramid", kNoInput, makePrimitive<kPyramid>},
+    {"polySeparate", kPolygons, polySeparate},
+    {"polySoftEdge", kPolygons, polySoftEdge},
+    {"polySphere", kNoInput, makePrimitive<kSphere>},
+    {"polySphProj", kPolygons, keepOlderUvs},
+    {"polyStraightenUVBorder", kPolygons, keepOlderUvs},
+    {"polyTorus", kNoInput, makePrimitive<kTorus>},
+    {"polyTriangulate", kPolygons, polyTriangulate},
+    {"polyTweak", kPolygons, polyTweak},
+    {"polyTweakUV", kPolygons, polyTweakUv},
+    {"polyUnite", kNoInput, polyUnite},
+    {"skinCluster", kDeformed, skinCluster},
+    {"transformGeometry", kGeometry, transformGeometry},
+    {"tweak", kDeformed, tweak},
+};
 
 }  // namespace host
 
