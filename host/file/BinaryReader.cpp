@@ -123,14 +123,20 @@ BinaryReader::BinaryReader(mel::CommandContext& context, Note note, RunFile runF
       takeEdits_(std::move(takeEdits)),
       framesPerSecond_(kDefaultFrames) {}
 
-morvane::Status BinaryReader::read(const std::string& path) {
-  const morvane::Status opened = bytes_.open(path);
-  if (!opened.ok()) return {opened.code(), "cannot read " + path + ": " + opened.text()};
-  // Numbers are centimetres and radians, whatever units the file was edited in.
+// Numbers are centimetres and radians, whatever units the file was edited in.
+void BinaryReader::start(bool isWide) {
   currentUnits() = SceneUnits();
   currentUnits().angle = kDegreesInRadian;
+  isWide_ = isWide;
+}
+
+morvane::Status BinaryReader::read(const std::string& path, FileRecorder* recorder) {
+  const morvane::Status opened = bytes_.open(path);
+  if (!opened.ok()) return {opened.code(), "cannot read " + path + ": " + opened.text()};
   Chunks chunks(bytes_);
-  isWide_ = chunks.isWide();
+  start(chunks.isWide());
+  recorder_ = recorder;
+  if (recorder_ != nullptr) recorder_->setForm(true, isWide_);
   for (auto next = chunks.next(); next != Chunks::Step::kEnd; next = chunks.next())
     step(chunks, next);
   isCut_ = chunks.isCut();
@@ -139,22 +145,49 @@ morvane::Status BinaryReader::read(const std::string& path) {
   return {};
 }
 
+void BinaryReader::replay(const RecordedFile& file) {
+  start(file.isWide);
+  for (const RecordedFile::Step& step : file.steps) {
+    place_ = step.kind == RecordedFile::Kind::kMesh ? place_ : step.place;
+    const std::string_view bytes =
+        step.kind == RecordedFile::Kind::kChunk ? file.bytesOf(step) : "";
+    if (step.kind == RecordedFile::Kind::kMesh)
+      file.giveMesh(step, context_.currentNode);
+    else if (step.kind == RecordedFile::Kind::kChunk)
+      readContent(step.tag, {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    else
+      enterContainer(step.tag);
+  }
+}
+
+void BinaryReader::record(RecordedFile::Kind kind, std::uint32_t tag, std::string_view bytes) {
+  if (recorder_ == nullptr) return;
+  RecordedFile::Step step;
+  step.kind = kind;
+  step.tag = tag;
+  step.place = place_;
+  recorder_->add(step, bytes, context_.currentNode);
+}
+
+// Or leaves one, to a form of 0.
+void BinaryReader::enterContainer(std::uint32_t form) {
+  form_ = form;
+  context_.currentNode = nullptr;
+}
+
 void BinaryReader::step(Chunks& chunks, Chunks::Step step) {
   place_ = chunks.chunk().start;
   switch (step) {
     case Chunks::Step::kOpen:
-      form_ = chunks.chunk().form;
-      context_.currentNode = nullptr;
-      break;
     case Chunks::Step::kClose:
-      form_ = 0;
-      context_.currentNode = nullptr;
+      enterContainer(step == Chunks::Step::kOpen ? chunks.chunk().form : 0);
+      record(RecordedFile::Kind::kContainer, form_, "");
       break;
     case Chunks::Step::kDamage:
       noteHere(Kind::kDamage, chunks.damage());
       break;
     default:
-      readChunk(chunks);
+      readChunk(chunks.chunk());
   }
 }
 
@@ -167,22 +200,26 @@ void BinaryReader::run(const char* command, const Words& words) {
   if (!result.ok) noteHere(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
 }
 
-void BinaryReader::readChunk(Chunks& chunks) {
-  const Chunk chunk = chunks.chunk();
+void BinaryReader::readChunk(const Chunk& chunk) {
   if (chunk.tag == tagOf("MESH")) {
     readMesh(chunk);
     return;
   }
-  const std::uint8_t* const bytes = bytes_.at(chunk.data, static_cast<std::size_t>(chunk.length));
+  const auto size = static_cast<std::size_t>(chunk.length);
+  const std::uint8_t* const bytes = bytes_.at(chunk.data, size);
   if (bytes == nullptr) return;
-  const ByteCursor in(bytes, static_cast<std::size_t>(chunk.length));
+  readContent(chunk.tag, ByteCursor(bytes, size));
+  record(RecordedFile::Kind::kChunk, chunk.tag, {reinterpret_cast<const char*>(bytes), size});
+}
+
+void BinaryReader::readContent(std::uint32_t tag, ByteCursor in) {
   for (const ChunkRow& row : kRows) {
-    if (tagOf(row.letters) == chunk.tag) {
+    if (tagOf(row.letters) == tag) {
       (this->*row.read)(in);
       return;
     }
   }
-  readAttributeValue(chunk.tag, in);
+  readAttributeValue(tag, in);
 }
 
 bool BinaryReader::isWhole(const ByteCursor& in) {
@@ -359,6 +396,7 @@ void BinaryReader::readMesh(const Chunk& chunk) {
   const std::uint64_t read = headSize - in.left();
   const ChunkProblem problem =
       readMeshChunk(bytes_, chunk.data + read, chunk.length - read, *node->mesh);
+  if (recorder_ != nullptr) recorder_->addMeshNumbers(node);
   if (!problem.text.empty())
     note_(Kind::kDamage, problem.place, name + "is damaged: " + problem.text);
 }

@@ -13,6 +13,7 @@
 #include "host/binary/ByteWindow.h"
 #include "host/binary/ChunkWalker.h"
 #include "host/binary/NodeTags.h"
+#include "host/file/RecordedFile.h"
 #include "host/mel/Command.h"
 #include "host/state/SceneProblems.h"
 
@@ -33,8 +34,10 @@ class BinaryReader {
   // references.
   BinaryReader(mel::CommandContext& context, Note note, RunFile runFile, TakeEdits takeEdits);
 
-  // Fails when the file cannot be read, which the text names.
-  morvane::Status read(const std::string& path);
+  // Fails when the file cannot be read, which the text names. `recorder` may be null.
+  morvane::Status read(const std::string& path, FileRecorder* recorder);
+  // Reads what was recorded of a file in its stead.
+  void replay(const RecordedFile& file);
 
   bool isCut() const { return isCut_; }  // the file ended too early
   // Where what is being read now begins in the file.
@@ -46,8 +49,12 @@ class BinaryReader {
   struct ChunkRow;
   static const ChunkRow kRows[];
 
+  void start(bool isWide);
   void step(Chunks& chunks, Chunks::Step step);
-  void readChunk(Chunks& chunks);
+  void enterContainer(std::uint32_t form);
+  void readChunk(const Chunk& chunk);
+  void readContent(std::uint32_t tag, ByteCursor in);
+  void record(RecordedFile::Kind kind, std::uint32_t tag, std::string_view bytes);
   void readMesh(const Chunk& chunk);
   void readAttributeValue(std::uint32_t tag, ByteCursor in);
   void noteUnknown(std::uint32_t tag);
@@ -77,6 +84,7 @@ class BinaryReader {
   Note note_;
   RunFile runFile_;
   TakeEdits takeEdits_;
+  FileRecorder* recorder_ = nullptr;
   ByteWindow bytes_;
   NodeTags tags_;
   bool isWide_ = true;

@@ -1,5 +1,6 @@
 #include "host/file/MeshText.h"
 
+#include <algorithm>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -234,6 +235,28 @@ std::string setColours(MeshData& mesh, const MeshPath& path, const Source& sourc
                           });
 }
 
+// The part of a tweak that a path such as "pt[3].py" names, 1 for y; -1 for any other path.
+int tweakAxis(const MeshPath& path) {
+  constexpr std::pair<std::string_view, std::string_view> kAxes[] = {
+      {"px", "pntx"}, {"py", "pnty"}, {"pz", "pntz"}};
+  if (!isOneOf(path.name, "pt", "pnts") || path.isRange) return -1;
+  for (int axis = 0; axis < 3; ++axis)
+    if (isOneOf(path.child, kAxes[axis].first, kAxes[axis].second)) return axis;
+  return -1;
+}
+
+template <class Source>
+std::string setTweakPart(MeshData& mesh, const MeshPath& path, int axis, const Source& source,
+                         double lengthFactor) {
+  std::vector<double>& numbers = scratch<double>();
+  if (!source.read(numbers) || numbers.size() != 1) return "needs one number";
+  double xyz[3] = {};
+  for (const MeshTweak& tweak : mesh.tweaks())
+    if (tweak.vertex == path.set) std::copy_n(&tweak.offset.x, 3, xyz);
+  xyz[axis] = numbers.front() * lengthFactor;
+  return mesh.setTweaks(static_cast<std::size_t>(path.set), xyz, 1);
+}
+
 bool isSetPart(const MeshPath& path) {
   if (isOneOf(path.name, "uvst", "uvSet"))
     return isOneOf(path.child, "uvsn", "uvSetName") || isOneOf(path.child, "uvsp", "uvSetPoints");
@@ -247,7 +270,7 @@ bool isSetPart(const MeshPath& path) {
 bool isMeshData(std::string_view text) {
   const auto path = splitPath(text);
   if (!path) return false;
-  if (!path->child.empty()) return isSetPart(*path);
+  if (!path->child.empty()) return isSetPart(*path) || tweakAxis(*path) >= 0;
   return isOneOf(path->name, "vt", "vrts") || isOneOf(path->name, "ed", "edge") ||
          isOneOf(path->name, "fc", "face") || isOneOf(path->name, "n", "normals") ||
          isOneOf(path->name, "pt", "pnts") || isOneOf(path->name, "cuvs", "currentUVSet") ||
@@ -288,6 +311,8 @@ std::string setNumbers(MeshData& mesh, const MeshPath& path, const Source& sourc
                                return (mesh.*set)(first, xyz.data(), count);
                              });
   };
+  const int axis = tweakAxis(path);
+  if (axis >= 0) return setTweakPart(mesh, path, axis, source, lengthFactor);
   if (isOneOf(path.name, "uvst", "uvSet")) return setUvs(mesh, path, source);
   if (isOneOf(path.name, "clst", "colorSet")) return setColours(mesh, path, source);
   if (isOneOf(path.name, "vt", "vrts")) return points(&MeshData::setPoints);

@@ -53,31 +53,6 @@ bool takesNoArgument(std::string_view flag) {
   return flag == "-av" || flag == "-alteredValue" || flag == "-c" || flag == "-clamp";
 }
 
-std::string absolutePath(const std::string& path) {
-  std::error_code error;
-  const fs::path absolute = fs::absolute(fs::u8path(path), error);
-  return (error ? fs::u8path(path) : absolute).lexically_normal().u8string();
-}
-
-// As its project has it, or by its last part beside the scene.
-std::string findReference(const std::string& name, const std::string& folder) {
-  std::string portable = DirectoryMap::current().convert(name).value_or(name);
-  std::replace(portable.begin(), portable.end(), '\\', '/');
-  // "path.ma{1}" is the same file referred to once more.
-  const std::size_t brace = portable.rfind('{');
-  if (brace != std::string::npos && portable.back() == '}') portable.resize(brace);
-  const FileSearch search =
-      searchFile(portable, folder, SceneProject::current().project(), "scene");
-  const fs::path asWritten = search.found ? fs::u8path(search.places.back()) : fs::path();
-  const fs::path beside = fs::u8path(folder) / fs::u8path(portable).filename();
-  for (const fs::path& candidate : {asWritten, beside}) {
-    std::error_code error;
-    if (fs::is_regular_file(candidate, error) && fs::file_size(candidate, error) != 0)
-      return candidate.u8string();
-  }
-  return std::string();
-}
-
 }  // namespace
 
 bool isSceneFileStart(std::string_view bytes) {
@@ -91,7 +66,7 @@ bool SceneReader::noteZeroBytes(std::string_view text) {
   const std::size_t first = text.find('\0');
   if (first == text.npos) return false;
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(first);
-  const auto line = statements_.line() + std::count(text.begin(), end, '\n');
+  const auto line = line_ + std::count(text.begin(), end, '\n');
   note(Kind::kDamage, "zero bytes stand in the file from line " + std::to_string(line) +
                           " on, where a part of it was lost");
   return true;
@@ -107,15 +82,21 @@ void SceneReader::note(SceneProblem::Kind kind, const std::string& text) {
     SceneProblems::current().add({kind, path_, 0, text});
     return;
   }
-  mel::showWarning(path_ + ":" + std::to_string(statements_.line()) + ":" +
-                   std::to_string(statements_.column()) + ": " + text);
-  SceneProblems::current().add({kind, path_, statements_.line(), text});
+  mel::showWarning(path_ + ":" + std::to_string(line_) + ":" + std::to_string(column_) + ": " +
+                   text);
+  SceneProblems::current().add({kind, path_, line_, text});
 }
 
 void SceneReader::noteByte(Kind kind, std::uint64_t place, const std::string& text) {
   const std::string placed = "byte " + std::to_string(place) + ": " + text;
   mel::showWarning(path_ + ": " + placed);
   SceneProblems::current().add({kind, path_, 0, placed});
+}
+
+std::string SceneReader::absolutePath(const std::string& path) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(fs::u8path(path), error);
+  return (error ? fs::u8path(path) : absolute).lexically_normal().u8string();
 }
 
 Status SceneReader::mayRead(const std::string& absolute, bool isReference) {
@@ -157,20 +138,33 @@ Status SceneReader::openScene() {
 Status SceneReader::read(const std::string& path, const Options& options) {
   path_ = path;
   const std::string absolute = absolutePath(path);
+  if (recordings_ == nullptr) recordings_ = std::make_shared<RecordedFiles>();
+  const RecordedFile* const recorded = recordings_->find(absolute);
   Status status = mayRead(absolute, options.isReference);
-  if (status.ok()) status = openScene();
+  if (status.ok() && recorded == nullptr) status = openScene();
   if (!status.ok()) return status;
-  isBinary_ = isBinarySceneStart(statements_.firstBytes());
+  isBinary_ =
+      recorded != nullptr ? recorded->isBinary : isBinarySceneStart(statements_.firstBytes());
   prepareContext(options, absolute);
+  if (recorded == nullptr && options.isReference) recorder_ = recordings_->recorderFor(absolute);
   const SceneUnits outerUnits = currentUnits();
   currentUnits() = SceneUnits();
   FilesBeingRead& files = HostState::current().files;
   files.open.push_back(absolute);
-  status = isBinary_ ? readBinary() : readStatements();
+  status = readContent(recorded);
   applyEdits();
   files.open.pop_back();
   currentUnits() = outerUnits;
+  if (recorder_ != nullptr && status.ok()) recordings_->keep(absolute, *recorder_);
+  recordings_.reset();
   return status;
+}
+
+Status SceneReader::readContent(const RecordedFile* recorded) {
+  if (isBinary_) return readBinary(recorded);
+  if (recorded == nullptr) return readStatements();
+  replay(*recorded);
+  return {};
 }
 
 void SceneReader::prepareContext(const Options& options, const std::string& absolute) {
@@ -186,13 +180,40 @@ void SceneReader::prepareContext(const Options& options, const std::string& abso
 Status SceneReader::readStatements() {
   if (context_.keepsInfo) SceneInfo::current().firstLine = statements_.firstLine();
   std::string_view statement;
-  while (statements_.next(statement)) runStatement(statement);
+  while (statements_.next(statement)) runNext(statement);
+  line_ = statements_.line();
+  column_ = statements_.column();
   noteEnd();
   if (statements_.failed()) return {StatusCode::kCannotRead, "cannot read all of " + path_};
   return {};
 }
 
-Status SceneReader::readBinary() {
+void SceneReader::runNext(std::string_view statement) {
+  line_ = statements_.line();
+  column_ = statements_.column();
+  const Effect effect = runStatement(statement);
+  if (recorder_ == nullptr) return;
+  if (effect == Effect::kMeshNumbers) recorder_->addMeshNumbers(context_.currentNode);
+  if (effect != Effect::kStatement) return;
+  RecordedFile::Step step;
+  step.column = column_;
+  step.place = static_cast<std::uint64_t>(line_);
+  recorder_->add(step, statement, context_.currentNode);
+}
+
+void SceneReader::replay(const RecordedFile& recorded) {
+  for (const RecordedFile::Step& step : recorded.steps) {
+    if (step.kind == RecordedFile::Kind::kMesh) {
+      recorded.giveMesh(step, context_.currentNode);
+      continue;
+    }
+    line_ = static_cast<int>(step.place);
+    column_ = step.column;
+    runStatement(recorded.bytesOf(step));
+  }
+}
+
+Status SceneReader::readBinary(const RecordedFile* recorded) {
   BinaryReader reader(
       context_,
       [this](Kind kind, std::uint64_t place, const std::string& text) {
@@ -201,7 +222,11 @@ Status SceneReader::readBinary() {
       [this](const mel::Words& words) { runFileStatement(words); },
       [this](const KeptWords& edits) { addEdits(edits); });
   binary_ = &reader;
-  const Status status = reader.read(path_);
+  Status status;
+  if (recorded != nullptr)
+    reader.replay(*recorded);
+  else
+    status = reader.read(path_, recorder_.get());
   if (reader.isCut()) note(Kind::kDamage, "the file is cut off here; fetch it again");
   binary_ = nullptr;
   currentUnits() = SceneUnits();  // of the edits, which are texts
@@ -253,137 +278,25 @@ bool SceneReader::runMeshStatement(std::string_view statement) {
   return true;
 }
 
-void SceneReader::runStatement(std::string_view statement) {
-  if (noteZeroBytes(statement)) return;
+SceneReader::Effect SceneReader::runStatement(std::string_view statement) {
+  if (noteZeroBytes(statement)) return Effect::kNone;
   const bool isSetAttr =
       statement.substr(0, 7) == "setAttr" && statement.size() > 7 && isBlank(statement[7]);
-  if (isSetAttr && (runMeshStatement(statement) || keepNumbers(context_.currentNode, statement)))
-    return;
+  if (isSetAttr && runMeshStatement(statement)) return Effect::kMeshNumbers;
+  if (isSetAttr && keepNumbers(context_.currentNode, statement)) return Effect::kStatement;
   std::string error;
   if (!splitStatement(statement, name_, words_, error)) {
     note(Kind::kDamage, error);
-    return;
+    return Effect::kNone;
   }
   if (name_ == "file") {
     runFileStatement(words_);
-    return;
+    return Effect::kStatement;
   }
   if (isSetAttr && statement.find("dataReferenceEdits") != statement.npos) addEdits(words_);
   const mel::CommandResult result = mel::runCommand(name_, words_, context_);
   if (!result.ok) note(result.isMalformed ? Kind::kDamage : Kind::kNotice, result.error);
-}
-
-void SceneReader::addEdits(const mel::Words& words) {
-  const std::vector<ReferenceEdit> edits = parseReferenceEdits(words);
-  edits_.insert(edits_.end(), edits.begin(), edits.end());
-}
-
-// Of a binary file.
-void SceneReader::addEdits(const KeptWords& edits) {
-  std::string statement = "setAttr -type " + edits.type;
-  for (const std::string& word : edits.words) statement += ' ' + word;
-  std::string error;
-  if (splitStatement(statement, name_, words_, error)) addEdits(words_);
-}
-
-// Once everything is there that they speak of.
-void SceneReader::applyEdits() {
-  const auto firstElsewhere = std::stable_partition(
-      edits_.begin(), edits_.end(),
-      [this](const ReferenceEdit& edit) { return loaded_.count(edit.reference) != 0; });
-  const std::vector<ReferenceEdit> applicable(edits_.begin(), firstElsewhere);
-  const std::vector<UnappliedEdit> unapplied = applyReferenceEdits(applicable, context_);
-  if (!unapplied.empty()) {
-    note(Kind::kNotice, std::to_string(unapplied.size()) + " of " +
-                            std::to_string(applicable.size()) +
-                            " edits of references were not applied, first " +
-                            unapplied[0].edit->reference + ": " + unapplied[0].reason);
-  }
-  noteGaps(unapplied);
-}
-
-void SceneReader::noteGaps(const std::vector<UnappliedEdit>& unapplied) const {
-  SceneGaps& gaps = SceneGaps::current();
-  for (const auto& [name, gap] : missing_) {
-    const NodePtr node = Scene::current().findNode(context_.nameSpace + name);
-    if (node != nullptr) gaps.add({node}, gap);
-  }
-  for (const ReferenceEdit& edit : edits_) {
-    const auto missing = missing_.find(edit.reference);
-    if (missing != missing_.end()) gaps.add(nodesOf(edit, context_), missing->second);
-  }
-  for (const UnappliedEdit& each : unapplied) {
-    gaps.add(nodesOf(*each.edit, context_),
-             {"has an edit of " + each.edit->reference + " that was not applied: " + each.reason,
-              "import that reference into the scene in Maya, or take the edit out of it there"});
-  }
-}
-
-// References stand there twice: first what there is (-rdi), then the order to load it (-r).
-void SceneReader::runFileStatement(const mel::Words& words) {
-  std::string nameSpace;
-  std::string node;
-  bool loads = false;
-  bool declares = false;
-  bool defers = false;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    const std::string& word = words[i].text;
-    const bool isFlag = !words[i].quoted;
-    loads = loads || (isFlag && (word == "-r" || word == "-reference"));
-    declares = declares || (isFlag && (word == "-rdi" || word == "-referenceDepthInfo"));
-    if (isFlag && (word == "-ns" || word == "-namespace") && i + 1 < words.size())
-      nameSpace = words[i + 1].text;
-    if (isFlag && (word == "-rfn" || word == "-referenceNode") && i + 1 < words.size())
-      node = words[i + 1].text;
-    defers = defers || (isFlag && (word == "-dr" || word == "-deferReference") &&
-                        i + 1 < words.size() && words[i + 1].text == "1");
-  }
-  if ((!loads && !declares) || words.empty()) {
-    note(Kind::kNotice, "file: a scene file may refer to other files, and nothing else");
-    return;
-  }
-  if (context_.keepsInfo)
-    SceneInfo::current().references.push_back(mel::asStatement("file", words));
-  // What is listed as deferred was not loaded in the scene as it was saved. The order to load says
-  // so of every reference.
-  if (!loads) {
-    if (defers) deferred_.insert(node);
-    return;
-  }
-  const std::string& name = words.back().text;
-  if (!node.empty() && deferred_.count(node) != 0) {
-    note(Kind::kNotice, "the referenced file " + name + " was not loaded in the scene as saved");
-    return;
-  }
-  loadReference(name, nameSpace.empty() || nameSpace == ":" ? "" : nameSpace + ":", node);
-}
-
-void SceneReader::loadReference(const std::string& name, const std::string& nameSpace,
-                                const std::string& node) {
-  const std::string needed = "needs the referenced file " + name + " (" + node + "), which ";
-  const std::string found = findReference(name, context_.folder);
-  if (found.empty()) {
-    const std::string advice = "tell where its folder is (--map, dirmap)";
-    note(Kind::kNotice, "the referenced file " + name + " was not found; " + advice);
-    missing_[node] = {needed + "was not found", advice};
-    return;
-  }
-  Options options;
-  options.isReference = true;
-  options.nameSpace = context_.nameSpace + nameSpace;
-  SceneReader reader;
-  const Status status = reader.read(found, options);
-  if (!status.ok()) {
-    // Files that multiply would be named thousands of times.
-    bool& told = HostState::current().files.reportedTooLarge;
-    if (status.code() != StatusCode::kTooLarge || !told) note(Kind::kNotice, status.text());
-    told = told || status.code() == StatusCode::kTooLarge;
-    missing_[node] = {needed + "cannot be read", status.text()};
-    return;
-  }
-  loaded_.insert(node);
-  for (const std::string& inner : reader.loaded_) loaded_.insert(nameSpace + inner);
-  for (const auto& [inner, gap] : reader.missing_) missing_[nameSpace + inner] = gap;
+  return Effect::kStatement;
 }
 
 }  // namespace host

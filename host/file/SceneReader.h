@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/file/RecordedFile.h"
 #include "host/file/ReferenceEdits.h"
 #include "host/file/StatementReader.h"
 #include "host/mel/Command.h"
@@ -36,16 +38,23 @@ class SceneReader {
   morvane::Status read(const std::string& path, const Options& options);
 
  private:
+  static std::string absolutePath(const std::string& path);
   morvane::Status mayRead(const std::string& absolute, bool isReference);
   morvane::Status openScene();
+  morvane::Status readContent(const RecordedFile* recorded);
   morvane::Status readStatements();
-  morvane::Status readBinary();
+  morvane::Status readBinary(const RecordedFile* recorded);
+  void replay(const RecordedFile& recorded);
+  void runNext(std::string_view statement);
   void prepareContext(const Options& options, const std::string& absolute);
-  void runStatement(std::string_view statement);
+  // What a recording of the file has to have of a statement that ran.
+  enum class Effect { kStatement, kMeshNumbers, kNone };
+  Effect runStatement(std::string_view statement);
   bool runMeshStatement(std::string_view statement);
   void runFileStatement(const mel::Words& words);
   void loadReference(const std::string& name, const std::string& nameSpace,
                      const std::string& node);
+  void announceReference(const std::string& name);
   void addEdits(const mel::Words& words);
   void addEdits(const KeptWords& edits);
   void applyEdits();
@@ -58,15 +67,19 @@ class SceneReader {
 
   std::string path_;
   StatementReader statements_;
+  int line_ = 1;  // of the statement that runs
+  int column_ = 1;
   mel::CommandContext context_{mel::Interpreter::current()};
   std::string name_;
   mel::Words words_;
   bool isBinary_ = false;
   const BinaryReader* binary_ = nullptr;  // while a binary file is being read
   std::vector<ReferenceEdit> edits_;
-  std::set<std::string> loaded_;             // names of reference nodes
-  std::set<std::string> deferred_;           // the same
-  std::map<std::string, SceneGap> missing_;  // by such names: files that Maya would have loaded
+  std::set<std::string> loaded_;               // names of reference nodes
+  std::set<std::string> deferred_;             // the same
+  std::map<std::string, SceneGap> missing_;    // by such names: files that Maya would have loaded
+  std::shared_ptr<RecordedFiles> recordings_;  // of the outermost file's reader, while it reads
+  std::unique_ptr<FileRecorder> recorder_;     // when this file is being recorded
 };
 
 // Makes the meshes whose shape their history makes. Those that cannot be made, those with older UVs
