@@ -233,6 +233,15 @@ const std::vector<NodeTypeRow> kRows = {
      "localTranslateZ:ltz:doubleLinear} pivot:pvt:float3{pivotX:pvx:floatLinear "
      "pivotY:pvy:floatLinear pivotZ:pvz:floatLinear} thickness:tk:doubleLinear "
      "offset:off:doubleLinear"},
+    {"polyPlanarProj", "dependNode", MFn::kDependencyNode, "",
+     "inputPolymesh:ip:mesh output:out:mesh "
+     "projectionCenter:pc:double3{projectionCenterX:pcx:doubleLinear "
+     "projectionCenterY:pcy:doubleLinear projectionCenterZ:pcz:doubleLinear} "
+     "rotate:ro:double3{rotateX:rx:doubleAngle rotateY:ry:doubleAngle rotateZ:rz:doubleAngle} "
+     "projectionScale:ps:double2{projectionWidth:pw:doubleLinear "
+     "projectionHeight:ph:doubleLinear}"},
+    {"polyMergeVert", "dependNode", MFn::kDependencyNode, "",
+     "inputPolymesh:ip:mesh output:out:mesh distance:d:doubleLinear"},
 
     {"time", "dependNode", MFn::kTime, "", "outTime:o:time=1 unwarpedTime:unw:time"},
     {"reference", "dependNode", MFn::kDependencyNode, "",

@@ -205,6 +205,24 @@ constexpr Count kCounts[] = {
     {"s", shellCount},
 };
 
+// The least and the greatest u, then v, of the UVs that corners have; zeros when none has any.
+Value::Floats uvBoxOf(const MeshData& mesh) {
+  const MeshUvSet* const set = mesh.findUvSet();
+  Value::Floats box(4, 0.0);
+  bool isFirst = true;
+  for (std::size_t corner = 0; set != nullptr && corner < set->ids.size(); ++corner) {
+    const int id = MeshData::uvAt(*set, static_cast<int>(corner));
+    if (id < 0) continue;
+    const MeshUv& uv = set->uvs[static_cast<std::size_t>(id)];
+    box = {isFirst ? uv.u : std::min<double>(box[0], uv.u),
+           isFirst ? uv.u : std::max<double>(box[1], uv.u),
+           isFirst ? uv.v : std::min<double>(box[2], uv.v),
+           isFirst ? uv.v : std::max<double>(box[3], uv.v)};
+    isFirst = false;
+  }
+  return box;
+}
+
 CommandResult polyEvaluate(const Arguments& arguments, CommandContext& context) {
   std::vector<SelectionItem> items;
   std::string error = "needs a mesh";
@@ -218,13 +236,14 @@ CommandResult polyEvaluate(const Arguments& arguments, CommandContext& context) 
     return CommandResult::success(
         areaOf(*node->mesh, arguments.has("wa") ? path.inclusiveMatrix() : MMatrix()));
   }
+  if (arguments.has("b2")) return CommandResult::success(uvBoxOf(*node->mesh));
   Value::Ints counts;
   for (const Count& count : kCounts)
     if (arguments.has(count.flag)) counts.push_back(count.of(*node->mesh));
   if (counts.empty()) {
     return CommandResult::failure(
-        "polyEvaluate: needs -vertex, -edge, -face, -triangle, -uvcoord, -shell, -area or "
-        "-worldArea");
+        "polyEvaluate: needs -vertex, -edge, -face, -triangle, -uvcoord, -shell, -area, "
+        "-worldArea or -boundingBox2d");
   }
   return CommandResult::success(counts.size() == 1 ? Value(counts.front()) : Value(counts));
 }
@@ -379,7 +398,8 @@ void addPolygonCommands(CommandTable& table) {
              {"uv", "uvcoord", ""},
              {"s", "shell", ""},
              {"a", "area", ""},
-             {"wa", "worldArea", ""}},
+             {"wa", "worldArea", ""},
+             {"b2", "boundingBox2d", ""}},
             polyEvaluate);
   table.add("polyInfo",
             {{"fv", "faceToVertex", ""},

@@ -41,6 +41,8 @@ class NodeParameters : public HistoryParameters {
   void note(const std::string& text) override;
   void noteOlderUvs() override;
   bool hasOlderUvs() const override { return history_.hasOlderUvs; }
+  void dropUvNumbers() override { history_.hasUvNumbers = false; }
+  bool hasUvNumbers() const override { return history_.hasUvNumbers; }
   void keepNumbersOf(int faces, int points, int edges) override;
   void dropNumbers() override;
   int knownPoints() const override { return history_.knownPoints; }

@@ -19,6 +19,7 @@ struct MeshHistory {
   // What else is to be said of its nodes, one sentence each that begins with the node's name.
   std::vector<std::string> notes;
   bool hasOlderUvs = false;  // a node that would have changed UVs handed them on as they were
+  bool hasUvNumbers = true;  // UVs have the numbers that Maya gives them
 
   // How many faces, points and edges have the numbers that Maya gives them, and whether a node
   // names one of the others.

@@ -38,6 +38,19 @@ void expectPoint(const MeshData& mesh, int point, const Vec3& expected) {
   EXPECT_NEAR(p.z, expected.z, 1e-9) << point;
 }
 
+void growBy(MeshBox& box, const MeshUv& uv) {
+  const Vec3 p = {uv.u, uv.v, 0};
+  box.min = box.empty ? p : Vec3{std::min(box.min.x, p.x), std::min(box.min.y, p.y), 0};
+  box.max = box.empty ? p : Vec3{std::max(box.max.x, p.x), std::max(box.max.y, p.y), 0};
+  box.empty = false;
+}
+void expectWholePicture(const MeshBox& box) {
+  EXPECT_NEAR(box.min.x, 0, 1e-6);
+  EXPECT_NEAR(box.min.y, 0, 1e-6);
+  EXPECT_NEAR(box.max.x, 1, 1e-6);
+  EXPECT_NEAR(box.max.y, 1, 1e-6);
+}
+
 // "last", a deformer of that type, with the plane as its mesh.
 std::string deformer(const std::string& type, const std::string& settings) {
   return std::string(kPlane) + "createNode " + type + " -n \"last\";\n" + settings +
@@ -69,6 +82,19 @@ std::string skin(const std::string& settings) {
          "\"double3\" 0 90 0;\n" +
          deformer("skinCluster", settings) + connected("j0.wm", "last.ma[0]") +
          connected("j1.wm", "last.ma[1]");
+}
+
+// A cube of which points of the top merge, with one more setting.
+std::string merged(const std::string& vertices, const std::string& setting) {
+  return "createNode polyMergeVert -n \"last\";\n\tsetAttr \".ics\" -type \"componentList\" 1 "
+         "\"vtx[" +
+         vertices + "]\";\n\tsetAttr " + setting + ";\n";
+}
+
+// A cluster of the plane, with its handle moved by 0 4 0.
+std::string clustered(const std::string& settings) {
+  return "createNode transform -n \"handle\";\n\tsetAttr \".ty\" 4;\n" +
+         deformer("cluster", settings) + connected("handle.wm", "last.ma");
 }
 
 TEST_F(History, WhatStopsAMeshIsNamed) {
@@ -118,6 +144,22 @@ TEST_F(History, WhatStopsAMeshIsNamed) {
        "after.out", "after", kOtherNumbers},
       {extruded("1", "\".tk\" 1", "createNode skinCluster -n \"after\";\n"), "after.og[0]", "after",
        kOtherNumbers},
+      {"createNode polyCube -n \"cube\";\n" + merged("2:5", "\".d\" 1.2") +
+           connected("cube.out", "last.ip"),
+       "last.out", "last",
+       "its points hang together in chains longer than its distance, of which it is not known "
+       "which "
+       "are merged"},
+      {"createNode polyCube -n \"cube\";\n" + merged("0:7", "\".ws\" yes") +
+           connected("cube.out", "last.ip"),
+       "last.out", "last", "its distance is not known"},
+      {deformer("cluster", ""), "last.og[0]", "last", "its handle is missing"},
+      {clustered("\tsetAttr \".rel\" yes;\n"), "last.og[0]", "last",
+       "its relative mode is not evaluated"},
+      {clustered("\tsetAttr \".wl[0].w[2]\" 0.5;\nsetAttr \"handle.rx\" 5;\n"), "last.og[0]",
+       "last", "it turns or scales points by a part of its weight, which is not evaluated"},
+      {clustered("\tsetAttr \".gm[0]\" -type \"matrix\" 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 1;\n"),
+       "last.og[0]", "last", "its matrix has no inverse"},
       {"createNode polyUnite -n \"last\";\n", "last.out", "last", "no mesh is connected into it"},
       {modifier("polySeparate", ""), "last.out[1]", "last",
        "it has 1 parts, and part 2 is asked for"},
@@ -201,6 +243,33 @@ TEST_F(History, SkinsMoveByJoints) {
   }
 }
 
+TEST_F(History, ClustersMoveByTheirHandle) {
+  const struct {
+    std::string settings;
+    Vec3 first, last;  // of the points (-1, 0, 1) and (1, 0, -1)
+  } kCases[] = {
+      {"", {-1, 4, 1}, {1, 4, -1}},
+      {"\tsetAttr \".wl[0].w[0:1]\" 0.25 0;\n\tsetAttr \".wl[1].w[3]\" 0;\n",
+       {-1, 1, 1},
+       {1, 4, -1}},
+      {"\tsetAttr \".en\" 0.5;\n", {-1, 2, 1}, {1, 2, -1}},
+      // Turned by 90 degrees around z, then up; the last point has no weight.
+      {"\tsetAttr \".wl[0].w[3]\" 0;\nsetAttr \"handle.rz\" 90;\n", {0, 4 - 1, 1}, {1, 0, -1}},
+      // Bound where it was at y = 3, on a mesh that stands in the world twice as large.
+      {"\tsetAttr \".pm\" -type \"matrix\" 1 0 0 0 0 1 0 0 0 0 1 0 0 -3 0 1;\n"
+       "\tsetAttr \".gm[0]\" -type \"matrix\" 2 0 0 0 0 2 0 0 0 0 2 0 0 0 0 1;\n",
+       {-1, 0.5, 1},
+       {1, 0.5, -1}},
+  };
+  for (const auto& c : kCases) {
+    const std::string warnings = make(clustered(c.settings), "last.og[0]");
+    ASSERT_EQ(mesh().pointCount(), 4) << c.settings << warnings;
+    SCOPED_TRACE(c.settings);
+    expectPoint(mesh(), 0, c.first);
+    expectPoint(mesh(), 3, c.last);
+  }
+}
+
 TEST_F(History, SkinsTurnLockedNormals) {
   make(skin("\tsetAttr \".wl[0:3].w\" 1 1 1 1 1 1 1 1 1 1 1 1;\n") +
            "createNode mesh -n \"orig\";\n\tsetAttr \".vt[0:2]\" 0 0 0 1 0 0 0 0 1;\n"
@@ -280,6 +349,69 @@ TEST_F(History, UvsAreMovedUnlessTheyAreOlder) {
   EXPECT_EQ(mesh().faceCount(), 1);
 }
 
+// From above onto a rectangle of 4 by 2 around (1, 0, 0); v runs against z.
+TEST_F(History, UvsAreProjectedFromAPlane) {
+  const std::string kFromAbove =
+      "\tsetAttr \".pc\" -type \"double3\" 1 0 0;\n\tsetAttr \".ro\" -type \"double3\" -90 0 0;\n"
+      "\tsetAttr \".ps\" -type \"double2\" 4 2;\n";
+  const std::string kTwice =
+      "\tsetAttr \".ix\" -type \"matrix\" 2 0 0 0 0 2 0 0 0 0 2 0 0 0 0 1;\n";
+  const struct {
+    std::string settings;
+    std::vector<float> uvs;  // of the points (-1, 0, 1) and (1, 0, -1)
+    bool isOlder;
+  } kCases[] = {
+      {kFromAbove, {0, 0, 0.5, 1}, false},
+      {kFromAbove + kTwice, {0, 0, 0.5, 1}, false},
+      {kFromAbove + kTwice + "\tsetAttr \".ws\" yes;\n", {-0.25, -0.5, 0.75, 1.5}, false},
+      {kFromAbove + "\tsetAttr \".ics\" -type \"componentList\" 0;\n", {0, 0, 1, 1}, false},
+      {kFromAbove + "\tsetAttr \".ra\" 30;\n", {0, 0, 1, 1}, true},
+      {"", {0, 0, 1, 1}, true}};
+  for (const auto& c : kCases) {
+    const std::string warnings = make(modifier("polyPlanarProj", c.settings));
+    EXPECT_EQ(warnings.find("is not evaluated") != std::string::npos, c.isOlder) << warnings;
+    const MeshUvSet& set = mesh().uvSets().at(0);
+    for (int corner = 0; corner < 4; ++corner) {
+      const int vertex = mesh().cornerVertices().at(static_cast<std::size_t>(corner));
+      if (vertex != 0 && vertex != 3) continue;
+      const MeshUv& uv = set.uvs.at(static_cast<std::size_t>(MeshData::uvAt(set, corner)));
+      EXPECT_NEAR(uv.u, c.uvs[vertex == 0 ? 0 : 2], 1e-6) << c.settings;
+      EXPECT_NEAR(uv.v, c.uvs[vertex == 0 ? 1 : 3], 1e-6) << c.settings;
+    }
+  }
+  EXPECT_EQ(make(modifier("polyMapCut", "")), "");
+  EXPECT_NE(make("createNode polyMapCut -n \"cut\";\n" +
+                 modifier("polyTweakUV", "\tsetAttr \".uvtk[0]\" -type \"float2\" 5 5;\n") +
+                 connected("plane.out", "cut.ip") + "connectAttr -f \"cut.out\" \"last.ip\";\n")
+                .find("'last' (polyTweakUV) changes UVs in a way that is not evaluated"),
+            std::string::npos);
+}
+
+// Five meshes in one rectangle, then each in one of its own, which the artist's Maya fitted to
+// them.
+TEST_F(History, AnArtistsProjectionsFillTheirPicture) {
+  const auto scenes = corpusScenes();
+  const auto scene = std::find_if(scenes.begin(), scenes.end(), [](const fs::path& path) {
+    return path.filename() == "MinionRig.ma";
+  });
+  if (scene == scenes.end()) GTEST_SKIP();
+  openPath(scene->string());
+  run("createNode mesh -n probe");
+  MeshBox together;
+  for (int i = 1; i <= 10; ++i) {
+    run("connectAttr -f polyPlanarProj" + std::to_string(i) + ".out probe.i");
+    MeshBox box;
+    const MeshUvSet& set = *node("probe")->mesh->findUvSet();
+    for (std::size_t corner = 0; corner < set.ids.size(); ++corner) {
+      const auto id = static_cast<std::size_t>(MeshData::uvAt(set, static_cast<int>(corner)));
+      growBy(box, set.uvs.at(id));
+      if (i <= 5) growBy(together, set.uvs.at(id));
+    }
+    if (i > 5) expectWholePicture(box);
+  }
+  expectWholePicture(together);
+}
+
 TEST_F(History, ColoursAreSetByVertexAndByCorner) {
   make(modifier("polyColorPerVertex",
                 "\tsetAttr \".vclr[0].vrgb\" -type \"float3\" 1 0 0;\n"
@@ -341,6 +473,14 @@ TEST_F(History, FacesAreDeletedTurnedAndCut) {
        "\"f[0:1]\";\n",
        8, 8, 14, 28, 1.0},
       {"createNode polyMapCut -n \"last\";\n\tsetAttr \".nds\" 1;\n", 8, 6, 12, 24, 1.0},
+      // A pyramid, in the middle of the top that there was.
+      {merged("2:5", "\".d\" 1.5"), 5, 5, 8, 16, 1.0 / 3.0},
+      {merged(
+           "2:5",
+           "\".d\" 0.75;\n\tsetAttr \".ws\" yes;\n\tsetAttr \".ix\" -type \"matrix\" 0.5 0 0 0 0 "
+           "0.5 0 0 0 0 0.5 0 0 0 0 1"),
+       5, 5, 8, 16, 1.0 / 3.0},
+      {merged("0:7", "\".d\" 0.9"), 8, 6, 12, 24, 1.0},
       {extrude("1", "\".lt\" -type \"double3\" 0 0 2"), 12, 10, 20, 40, 3.0},
       {extrude("1", "\".lt\" -type \"double3\" 0 0 2;\n\tsetAttr \".d\" 2"), 16, 14, 28, 56, 3.0},
       {extrude("0:5", "\".kft\" no;\n\tsetAttr \".tk\" 1"), 32, 30, 60, 120, 7.0},

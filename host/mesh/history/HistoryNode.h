@@ -75,6 +75,9 @@ class HistoryParameters {
   // Says that the mesh's UVs stay those from before this node.
   virtual void noteOlderUvs() = 0;
   virtual bool hasOlderUvs() const = 0;  // some node before this one said so
+  // Says that UVs, which are where Maya has them, have other numbers.
+  virtual void dropUvNumbers() = 0;
+  virtual bool hasUvNumbers() const = 0;  // no node before this one said so
 
   // Says that of what the mesh has now, all but the first faces, points and edges come in another
   // order than in Maya. A node that names one of the others stops the mesh.

@@ -41,9 +41,18 @@ std::string tweak(HistoryParameters& node, MeshData& mesh);
 // The same, of a mesh that somebody changed point by point.
 std::string polyTweak(HistoryParameters& node, MeshData& mesh);
 
+// Moves points as a handle that was bound to them moves, in proportion to their weights as long as
+// it neither turns nor scales.
+std::string cluster(HistoryParameters& node, MeshData& mesh);
+
 // Hands the mesh on and notes that its UVs are older.
 std::string keepOlderUvs(HistoryParameters& node, MeshData& mesh);
-// Adds an offset to each UV; not once UVs are older, because they have other numbers then.
+// Hands the mesh on: UVs that are cut apart stay where they are.
+std::string cutUvs(HistoryParameters& node, MeshData& mesh);
+// Takes the UVs of faces from a rectangle that the picture covers; not from one that the picture
+// covers otherwise, which leaves older UVs.
+std::string polyPlanarProj(HistoryParameters& node, MeshData& mesh);
+// Adds an offset to each UV; not once UVs are older or have other numbers.
 std::string polyTweakUv(HistoryParameters& node, MeshData& mesh);
 // Takes the UVs from faces.
 std::string polyMapDel(HistoryParameters& node, MeshData& mesh);
@@ -53,6 +62,9 @@ std::string polyColorPerVertex(HistoryParameters& node, MeshData& mesh);
 // Moves faces by translate, scale and, where the faces of a group look one way, along their normal,
 // and puts walls between. Walls take the UVs of the edges that they stand on.
 std::string polyExtrudeFace(HistoryParameters& node, MeshData& mesh);
+// Puts points that are close to one another in their middle, and takes away what that leaves of
+// faces; not where only some of a group are close enough.
+std::string polyMergeVert(HistoryParameters& node, MeshData& mesh);
 // Makes one mesh of all that are connected, each moved by its matrix.
 std::string polyUnite(HistoryParameters& node, MeshData& mesh);
 // Hands on one of the parts that hang together, in the order of their first faces.
@@ -73,6 +85,7 @@ inline constexpr HistoryNodeType::Input kDeformed = {"ip[#].ig", "input[#].input
 
 inline constexpr HistoryNodeType kHistoryNodeTypes[] = {
     {"blendShape", kDeformed, blendShape},
+    {"cluster", kDeformed, cluster},
     {"deleteComponent", kGeometry, deleteComponent},
     {"groupParts", kGeometry, nullptr},
     {"polyAutoProj", kPolygons, keepOlderUvs},
@@ -88,16 +101,17 @@ inline constexpr HistoryNodeType kHistoryNodeTypes[] = {
     {"polyExtrudeFace", kPolygons, polyExtrudeFace},
     {"polyFlipUV", kPolygons, keepOlderUvs},
     {"polyLayoutUV", kPolygons, keepOlderUvs},
-    {"polyMapCut", kPolygons, keepOlderUvs},
+    {"polyMapCut", kPolygons, cutUvs},
     {"polyMapDel", kPolygons, polyMapDel},
     {"polyMapSew", kPolygons, keepOlderUvs},
     {"polyMapSewMove", kPolygons, keepOlderUvs},
+    {"polyMergeVert", kPolygons, polyMergeVert},
     {"polyMoveUV", kPolygons, keepOlderUvs},
     {"polyNormal", kPolygons, polyNormal},
     {"polyNormalizeUV", kPolygons, keepOlderUvs},
     {"polyOptUvs", kPolygons, keepOlderUvs},
     {"polyPinUV", kPolygons, nullptr},
-    {"polyPlanarProj", kPolygons, keepOlderUvs},
+    {"polyPlanarProj", kPolygons, polyPlanarProj},
     {"polyPlane", kNoInput, makePrimitive<kPlane>},
     {"polyProj", kPolygons, keepOlderUvs},
     {"polyPyramid", kNoInput, makePrimitive<kPyramid>},

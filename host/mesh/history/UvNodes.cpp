@@ -7,8 +7,13 @@ std::string keepOlderUvs(HistoryParameters& node, MeshData&) {
   return {};
 }
 
+std::string cutUvs(HistoryParameters& node, MeshData&) {
+  node.dropUvNumbers();
+  return {};
+}
+
 std::string polyTweakUv(HistoryParameters& node, MeshData& mesh) {
-  if (node.hasOlderUvs()) return keepOlderUvs(node, mesh);
+  if (node.hasOlderUvs() || !node.hasUvNumbers()) return keepOlderUvs(node, mesh);
   const std::string name = node.text({"uvs", "uvSetName"});
   MeshUvSet* set = mesh.findUvSet(name.empty() ? nullptr : &name);
   if (set == nullptr) return {};
