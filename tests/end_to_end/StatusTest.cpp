@@ -30,6 +30,8 @@ TEST_F(Status, WrongUsageIs2) {
   refuses("$morvane info", 2, "FILE");
   refuses("$morvane goblins a.psd --full", 2, "--json");
   refuses("$morvane goblins a.psd b.psd --obj c.obj", 2, "name exactly one");
+  refuses("$morvane diff a.psd", 2, "NEW");
+  refuses("$morvane diff . a.psd", 2, "name two files, or two folders");
   refuses("$morvane --json info a.psd", 2, "belongs behind the subcommand: morvane info --json");
   refuses("$morvane run scene.ma other.ma", 2, "other.ma");
   refuses("$morvane export tile1 scene.ma", 2, "tile1 is not a name of a scene");
@@ -128,6 +130,9 @@ TEST_F(Status, DamagedFilesAre1AndNamed) {
     }
   }
   refuses("$morvane goblins plain.psd --obj out.obj", 1, "GoblinGeometry");
+  refuses("$morvane diff cut.psd plain.psd", 1, "cut.psd");
+  refuses("$morvane diff plain.psd missing.psd", 1, "missing.psd");
+  refuses("$morvane diff folder folder", 1, "no PSD file in either folder");
   refuses("$morvane info jpeg.psd", 1, "FF D8 FF E0, a JPEG image");
   refuses("$morvane info png.tga", 1, "not a TGA image: begins with 89 50 4E 47, a PNG image");
   refuses("$morvane info empty.psd", 1, "is empty");
@@ -191,6 +196,36 @@ TEST_F(Status, OutputThatCannotBeWrittenIs1) {
   EXPECT_EQ(shell("$morvane info plain.psd >/dev/full").status, 1);
   EXPECT_EQ(shell("$morvane run -c 'print \"text\\n\"' >/dev/full").status, 1);
   EXPECT_EQ(shell("$morvane export scene.ma >/dev/full").status, 1);
+}
+
+// The scene's goblin is the triangle (0, 0, 0), (1, 0, 0), (0, 0, -1) on a tile that is 4 wide.
+TEST_F(Status, ADiffIs0WhenEqualAnd1WhenNot) {
+  std::string scene = sceneOfTiles({"plain.psd"});
+  write("scene.ma", scene);
+  const std::string points = "0 0 0 1 0 0 0 0 -1";
+  scene.replace(scene.find(points), points.size(), "1 0 0 2 0 0 1 0 -1");
+  write("moved.ma", scene);
+  write("plain.psd", psdBytes(16, 16));
+  const Outcome made = shell(
+      "mkdir -p old/deep new/deep && cp plain.psd old/bare.psd && cp plain.psd new/extra.psd && "
+      "cp plain.psd new/bare.psd && $morvane export scene.ma tile1 --to old/deep/a.psd && "
+      "$morvane export moved.ma tile1 --to new/deep/a.psd && $morvane export scene.ma && "
+      "cp plain.psd tagged.psd");
+  ASSERT_EQ(made.status, 0) << made.err;
+  Outcome outcome = shell("$morvane diff tagged.psd old/deep/a.psd");
+  EXPECT_EQ(outcome.status, 0) << outcome.out << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  outcome = shell("$morvane diff old new");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.out,
+            "old/deep/a.psd, new/deep/a.psd: 1 moved, 0 the same\n"
+            "  moved       1  pebble               by 0.250 0.000 0.000\n"
+            "new/extra.psd is new: 0 the same\n");
+  outcome = shell("$morvane diff --json old/deep/a.psd new/deep/a.psd");
+  EXPECT_EQ(outcome.out,
+            "{\"old\":\"old/deep/a.psd\",\"new\":\"new/deep/a.psd\",\"equal\":false,\"sound\":true,"
+            "\"same\":0,\"goblins\":[{\"state\":\"moved\",\"name\":\"pebble\",\"old\":1,\"new\":1,"
+            "\"by\":[0.25,0.0,0.0]}]}\n");
 }
 
 }  // namespace

@@ -13,6 +13,7 @@ void addExport(CLI::App& program, int& status);
 void addImport(CLI::App& program, int& status);
 void addInfo(CLI::App& program, int& status);
 void addGoblins(CLI::App& program, int& status);
+void addDiff(CLI::App& program, int& status);
 void addServe(CLI::App& program, int& status);
 void addView(CLI::App& program, int& status);
 
@@ -20,7 +21,7 @@ using AddSubcommand = void (*)(CLI::App& program, int& status);
 
 // In the order of --help. The manual page and the shell's completion follow from what each adds.
 constexpr AddSubcommand kSubcommands[] = {addRun,     addExport, addImport, addInfo,
-                                          addGoblins, addView,   addServe};
+                                          addGoblins, addDiff,   addView,   addServe};
 
 }  // namespace tools
 
