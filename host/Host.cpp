@@ -16,6 +16,7 @@
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
+#include "util/Path.h"
 
 namespace host {
 namespace {
@@ -143,7 +144,8 @@ void openAtFrame(double frame) {
 
 FileSearch searchOfTexture(const std::string& name) {
   std::error_code error;
-  return SceneProject::current().searchOf(name, std::filesystem::current_path(error).u8string());
+  return SceneProject::current().searchOf(name,
+                                          morvane::nameOf(std::filesystem::current_path(error)));
 }
 
 bool loadPlugin(const std::string& nameOrPath) {

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "util/Path.h"
+
 #ifdef _WIN32
 #include <io.h>
 #include <windows.h>
@@ -40,7 +42,8 @@ FileIdentity identityOf(std::FILE* file) {
 }
 
 FileIdentity identityAt(const std::string& path) {
-  const HANDLE file = CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+  const HANDLE file = CreateFileW(systemPath(path).c_str(), FILE_READ_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return FileIdentity();
   const FileIdentity identity = identityOfHandle(file);
@@ -89,10 +92,16 @@ bool isSameFile(const FileIdentity& a, const FileIdentity& b) {
 
 bool isSamePlace(const std::string& a, const std::string& b) {
   if (a == b) return true;
+#ifdef _WIN32
+  // Names in capitals and in small letters are one.
+  const FileIdentity one = identityAt(a);
+  const FileIdentity other = identityAt(b);
+  if (one.known && other.known) return one.device == other.device && one.file == other.file;
+#endif
   std::error_code failed;
-  const std::filesystem::path first = std::filesystem::weakly_canonical(a, failed);
+  const std::filesystem::path first = std::filesystem::weakly_canonical(systemPath(a), failed);
   if (failed) return false;
-  const std::filesystem::path second = std::filesystem::weakly_canonical(b, failed);
+  const std::filesystem::path second = std::filesystem::weakly_canonical(systemPath(b), failed);
   return !failed && first == second;
 }
 

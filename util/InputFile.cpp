@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <string>
 #include <system_error>
 
+#include "util/FileFacts.h"
+#include "util/Path.h"
 #include "util/SystemStatus.h"
 
 namespace morvane {
@@ -33,14 +34,14 @@ std::size_t readUpTo(std::FILE* file, std::uint8_t* to, std::size_t size) {
 }
 
 Status regularFileSize(const char* path, std::uint64_t& size) {
-  std::error_code code;
-  const std::filesystem::file_status status = std::filesystem::status(path, code);
-  if (std::filesystem::is_directory(status)) return errnoStatus(EISDIR, StatusCode::kNotAFile);
-  if (!std::filesystem::exists(status)) return systemStatus(code, StatusCode::kCannotRead);
-  if (!std::filesystem::is_regular_file(status))
-    return {StatusCode::kNotAFile, "not a regular file"};
-  size = std::filesystem::file_size(path, code);
-  return code ? systemStatus(code, StatusCode::kCannotRead) : Status();
+  const Status named = checkFileName(path);
+  if (!named.ok()) return named;
+  const FileFacts facts = factsOf(path);
+  if (facts.isFolder()) return errnoStatus(EISDIR, StatusCode::kNotAFile);
+  if (!facts.exists()) return systemStatus(facts.error, StatusCode::kCannotRead);
+  if (!facts.isFile()) return {StatusCode::kNotAFile, "not a regular file"};
+  size = facts.size;
+  return facts.error ? systemStatus(facts.error, StatusCode::kCannotRead) : Status();
 }
 
 }  // namespace
@@ -52,7 +53,7 @@ Status InputFile::open(const char* path, std::uint64_t maxSize) {
     return {StatusCode::kTooLarge,
             "too large: " + std::to_string(size_) + " bytes, at most " + std::to_string(maxSize)};
   }
-  file_.reset(std::fopen(path, "rb"));
+  file_.reset(openToRead(path));
   if (!file_) return errnoStatus(errno, StatusCode::kCannotRead);
   identity_ = identityOf(file_.get());
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // straight to where it is wanted

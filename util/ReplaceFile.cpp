@@ -1,6 +1,7 @@
 #include "util/ReplaceFile.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -27,6 +28,19 @@ SaveSettings settingsOfEnvironment() {
 }
 
 }  // namespace
+
+std::string temporaryName(unsigned long process, unsigned number) {
+  char name[64];
+  std::snprintf(name, sizeof name, ".morvane-%lx-%x.tmp", process, number);
+  return name;
+}
+
+bool isTemporaryName(const std::string& name) {
+  unsigned long process = 0;
+  unsigned number = 0;
+  return std::sscanf(name.c_str(), ".morvane-%lx-%x", &process, &number) == 2 &&
+         name == temporaryName(process, number);
+}
 
 FileReplacer::FileReplacer() = default;
 FileReplacer::~FileReplacer() = default;

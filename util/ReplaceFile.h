@@ -25,15 +25,16 @@ namespace morvane {
 // util/AccessRights.h); a new file gets the usual ones. Hard links to the old file keep the old
 // content.
 //
-// A process that is killed leaves its temporary file, ".morvane-PROCESS-NUMBER.tmp" ("morvane-..."
-// on Windows). It hinders nobody, and the first file to be replaced in the folder a day later
-// removes it.
+// A process that is killed leaves its temporary file, ".morvane-PROCESS-NUMBER.tmp". It hinders
+// nobody, and the first file to be replaced in the folder a day later removes it.
 //
 // Two processes (or threads, each with its own object) may replace the same file at once: each
 // writes its own temporary file, and the last commit() wins whole. Of those that expect() the file
 // as they read it, one wins and the others fail: from the comparison to the rename commit() holds a
-// lock on the target (not on Windows). It waits for that for as many seconds as MORVANE_WAIT in the
-// environment says, 10 by default, and then fails. Where files cannot be locked it goes without.
+// lock on the target. It waits for that for as many seconds as MORVANE_WAIT in the environment
+// says, 10 by default, and then fails. Where files cannot be locked it goes without. On Windows
+// there is no such lock; commit() waits as long for programs that hold the target open, and gives
+// the name back to a file that was saved since the comparison.
 //
 // MORVANE_IN_PLACE=1 in the environment lets commit() write into the target instead, so that hard
 // links keep naming one file. The new content then waits as TARGET.morvane-copy, whole and flushed,

@@ -9,7 +9,6 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
@@ -25,7 +24,6 @@ namespace {
 constexpr int kMaxLinks = 40;
 constexpr int kMaxNames = 1000;
 constexpr std::size_t kMaxWrite = std::size_t{1} << 30;
-constexpr std::size_t kNameSize = 64;
 constexpr std::size_t kCopySize = std::size_t{1} << 20;
 constexpr char kCopySuffix[] = ".morvane-copy";
 constexpr time_t kAbandonedSeconds = 24 * 60 * 60;
@@ -69,20 +67,6 @@ bool isUnsupported() {
 
 bool flushed(int descriptor) {
   return retried([&] { return ::fsync(descriptor); }) == 0 || isUnsupported();
-}
-
-void nameTemporary(char (&name)[kNameSize], unsigned long process, unsigned number) {
-  std::snprintf(name, sizeof name, ".morvane-%lx-%x.tmp", process, number);
-}
-
-// Whether createTemporary() makes such names.
-bool isTemporaryName(const char* name) {
-  unsigned long process = 0;
-  unsigned number = 0;
-  char made[kNameSize];
-  if (std::sscanf(name, ".morvane-%lx-%x", &process, &number) != 2) return false;
-  nameTemporary(made, process, number);
-  return std::strcmp(name, made) == 0;
 }
 
 // A rename that fails where the name is taken: at once on file systems that can, else after asking.
@@ -188,12 +172,12 @@ Status FileReplacer::Target::inspectTarget(std::uint64_t& otherNames) {
 Status FileReplacer::Target::createTemporary() {
   static std::atomic<unsigned> counter{0};
   for (int attempt = 0; attempt < kMaxNames; ++attempt) {
-    char name[kNameSize];
-    nameTemporary(name, static_cast<unsigned long>(::getpid()), counter++);
+    const std::string name = temporaryName(static_cast<unsigned long>(::getpid()), counter++);
     // Nobody else reads it before it has its permissions.
     const mode_t mode = exists_ ? 0600 : 0666;
     file_ = retried([&] {
-      return ::openat(folder_, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+      return ::openat(folder_, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                      mode);
     });
     if (file_ >= 0) {
       temporaryName_ = name;

@@ -15,6 +15,11 @@ inline Status foundAnother() {
   return {StatusCode::kChanged, "changed since it was read; try again"};
 }
 
+std::string temporaryName(unsigned long process, unsigned number);
+
+// Whether temporaryName() gives such names.
+bool isTemporaryName(const std::string& name);
+
 // See FileReplacer.
 struct SaveSettings {
   int waitSeconds = 10;
@@ -47,11 +52,13 @@ struct FileReplacer::Target {
   void removeAbandoned();  // files that killed runs left in the folder, a day ago or earlier
 
 #ifdef _WIN32
+  Status finishTemporary();
+  Status renameOver(const FileIdentity* expected);
   Status writeInPlace(FileIdentity& written);
 
   void* file_ = nullptr;
-  std::string targetPath_;
-  std::string temporaryPath_;
+  std::wstring targetPath_;     // after links
+  std::wstring temporaryPath_;  // empty when there is none to remove
 #else
   Status openFolder(std::string path);
   Status inspectTarget(std::uint64_t& otherNames);

@@ -14,6 +14,11 @@ Status systemStatus(const std::error_code& error, StatusCode otherwise);
 // The same of a value of errno.
 Status errnoStatus(int error, StatusCode otherwise);
 
+#ifdef _WIN32
+// The same of a value of GetLastError(): in the words of errno where it has one for that.
+Status windowsStatus(unsigned long error, StatusCode otherwise);
+#endif
+
 }  // namespace morvane
 
 #endif  // MORVANE_UTIL_SYSTEMSTATUS_H_

@@ -2,6 +2,9 @@
 
 #include <filesystem>
 
+#include "util/FileFacts.h"
+#include "util/Path.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -12,8 +15,8 @@ MString text(const std::string& bytes) {
 
 std::string absolute(const std::string& raw) {
   std::error_code error;
-  const fs::path path = fs::absolute(fs::u8path(raw), error);
-  return error ? raw : path.lexically_normal().u8string();
+  const fs::path path = fs::absolute(morvane::pathOf(raw), error);
+  return error ? raw : morvane::nameOf(path.lexically_normal());
 }
 
 std::size_t lastPart(const std::string& path) {
@@ -56,6 +59,5 @@ MString MFileObject::path() const {
 }
 
 bool MFileObject::exists() const {
-  std::error_code error;
-  return fs::exists(fs::u8path(absolute(raw_)), error);
+  return morvane::factsOf(absolute(raw_)).exists();
 }

@@ -1,10 +1,10 @@
 #include "host/commands/Builtin.h"
 
-#include <filesystem>
-
 #include "host/file/SceneFiles.h"
 #include "host/mel/Command.h"
 #include "host/scene/Scene.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 
 namespace host::mel {
 namespace {
@@ -12,12 +12,11 @@ namespace {
 CommandResult query(const Arguments& arguments, const CommandContext& context) {
   const std::string& name = Scene::current().fileName;
   if (arguments.has("shn"))
-    return CommandResult::success(std::filesystem::u8path(name).filename().u8string());
+    return CommandResult::success(morvane::nameOf(morvane::pathOf(name).filename()));
   if (arguments.has("ex")) {
-    std::error_code error;
-    const auto path = std::filesystem::u8path(resolvedPath(
-        arguments.objects().empty() ? "" : arguments.objects().front(), context.folder));
-    return CommandResult::success(Value::ofTruth(std::filesystem::exists(path, error)));
+    const std::string path = resolvedPath(
+        arguments.objects().empty() ? "" : arguments.objects().front(), context.folder);
+    return CommandResult::success(Value::ofTruth(morvane::factsOf(path).exists()));
   }
   if (arguments.has("sn") || arguments.has("exn")) return CommandResult::success(name);
   return CommandResult::failure(

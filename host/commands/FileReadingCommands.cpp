@@ -1,10 +1,10 @@
 #include <cstdio>
-#include <filesystem>
 
 #include "host/commands/Builtin.h"
 #include "host/mel/Command.h"
 #include "host/mel/Interpreter.h"
 #include "host/state/HostState.h"
+#include "util/FileFacts.h"
 
 // Files that scripts read line by line, once whoever runs the program allowed it. Nothing writes.
 namespace host::mel {
@@ -32,12 +32,10 @@ CommandResult open(const Arguments& arguments, CommandContext& context) {
     return CommandResult::failure("fopen: files are only read; the mode must be \"r\"");
   if (state.files.size() >= kMostFiles)
     return CommandResult::failure("fopen: too many files are open; close some with fclose");
-  const std::filesystem::path path =
-      std::filesystem::u8path(resolvedPath(arguments.objects().front(), context.folder));
-  std::error_code failed;
+  const std::string path = resolvedPath(arguments.objects().front(), context.folder);
   // What is not a file might never end.
-  if (!std::filesystem::is_regular_file(path, failed)) return CommandResult::success(0);
-  std::FILE* const file = std::fopen(path.string().c_str(), "rb");
+  if (!morvane::factsOf(path).isFile()) return CommandResult::success(0);
+  std::FILE* const file = morvane::openToRead(path);
   if (file == nullptr) return CommandResult::success(0);
   state.files.emplace(++state.last, ReadFiles::File(file, &std::fclose));
   return CommandResult::success(state.last);

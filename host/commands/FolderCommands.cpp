@@ -6,6 +6,7 @@
 #include "host/mel/Interpreter.h"
 #include "host/mel/Pattern.h"
 #include "host/state/SceneProject.h"
+#include "util/Path.h"
 
 // What scripts may ask of folders. Nothing here reads or changes a file.
 namespace host::mel {
@@ -16,7 +17,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t kMostNames = 1'000'000;
 
 fs::path pathOf(const std::string& name, const CommandContext& context) {
-  return fs::u8path(resolvedPath(name, context.folder));
+  return morvane::systemPath(resolvedPath(name, context.folder));
 }
 
 // Names of what is in a folder, in the order of their bytes.
@@ -27,7 +28,7 @@ CommandResult getFileList(const Arguments& arguments, CommandContext& context) {
   const std::string pattern = arguments.has("fs") ? arguments.text("fs") : "*";
   fs::directory_iterator entry(pathOf(arguments.text("fld"), context), error);
   while (!error && entry != fs::directory_iterator() && names.size() < kMostNames) {
-    std::string name = entry->path().filename().u8string();
+    std::string name = morvane::nameOf(entry->path().filename());
     if (matchesGlob(name, pattern)) {
       std::error_code ignored;
       // A folder ends with a slash.
@@ -92,7 +93,8 @@ CommandResult listRules(const Project& project, bool withFolders) {
 CommandResult queryProject(const Arguments& arguments, const std::string& folder) {
   if (arguments.has("rd")) return CommandResult::success(withSlash(folder));
   if (arguments.has("fn")) return CommandResult::success(folder);
-  if (arguments.has("sn")) return CommandResult::success(fs::u8path(folder).filename().u8string());
+  if (arguments.has("sn"))
+    return CommandResult::success(morvane::nameOf(morvane::pathOf(folder).filename()));
   return CommandResult::failure(
       "workspace: -query gives -rootDirectory, -fullName, -shortName, -fileRule, -fileRuleList or "
       "-fileRuleEntry");

@@ -1,5 +1,4 @@
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 
 #include "host/commands/Builtin.h"
@@ -7,8 +6,9 @@
 #include "host/mel/Functions.h"
 #include "host/mel/Interpreter.h"
 #include "host/state/HostState.h"
-#include "host/text/Environment.h"
 #include "host/text/Numbers.h"
+#include "util/Environment.h"
+#include "util/Path.h"
 
 // What scripts ask of the language and of the session, beside the scene.
 namespace host::mel {
@@ -111,7 +111,7 @@ CommandResult whatIs(const Arguments& arguments, CommandContext&) {
       return CommandResult::success("Command");
     case Meaning::kProcedure: {
       const std::string origin = interpreter.originOfProcedure(name);
-      const bool isFile = std::filesystem::u8path(origin).is_absolute();
+      const bool isFile = morvane::pathOf(origin).is_absolute();
       return CommandResult::success(isFile ? "Mel procedure found in: " + origin
                                            : "Mel procedure entered interactively.");
     }
@@ -153,12 +153,12 @@ CommandResult format(const Arguments& arguments, CommandContext&) {
 
 CommandResult environment(const Arguments& arguments, CommandContext&) {
   if (arguments.objects().size() != 1) return CommandResult::failure("getenv: needs one name");
-  const char* value = std::getenv(arguments.objects().front().c_str());
-  return CommandResult::success(value == nullptr ? "" : value);
+  return CommandResult::success(
+      morvane::environmentValue(arguments.objects().front()).value_or(""));
 }
 
 CommandResult env(const Arguments&, CommandContext&) {
-  return CommandResult::success(environmentNames());
+  return CommandResult::success(morvane::environmentNames());
 }
 
 // Seconds since some moment, or since one that it gave before.
@@ -171,7 +171,7 @@ CommandResult internalVar(const Arguments& arguments, CommandContext&) {
   if (!arguments.has("utd"))
     return CommandResult::failure("internalVar: gives -userTmpDir; there are no other folders");
   std::error_code error;
-  std::string folder = std::filesystem::temp_directory_path(error).generic_u8string();
+  std::string folder = morvane::nameOf(std::filesystem::temp_directory_path(error));
   if (!folder.empty() && folder.back() != '/') folder += '/';
   return CommandResult::success(std::move(folder));
 }

@@ -20,6 +20,8 @@
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
 #include "host/text/NearestName.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 #include "util/SystemStatus.h"
 
 namespace host {
@@ -36,12 +38,12 @@ constexpr std::size_t kFirstBytes = 4096;
 
 void setWorkingFolder(const std::string& folder) {
   std::error_code ignored;
-  fs::current_path(fs::u8path(folder), ignored);
+  fs::current_path(morvane::systemPath(folder), ignored);
 }
 
 std::string workingFolder() {
   std::error_code error;
-  return fs::current_path(error).u8string();
+  return morvane::nameOf(fs::current_path(error));
 }
 
 // A project whose rules cannot be read is one without rules.
@@ -52,7 +54,7 @@ void enterProject(const std::string& sceneFolder) {
 
 std::string readFirstBytes(const std::string& path) {
   std::string bytes(kFirstBytes, '\0');
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(morvane::openToRead(path),
                                                              &std::fclose);
   bytes.resize(file == nullptr ? 0 : std::fread(bytes.data(), 1, bytes.size(), file.get()));
   return bytes;
@@ -71,37 +73,35 @@ const Translator* findTranslator(const std::string& name) {
 }
 
 // "; did you mean meadow.ma?" for a file of the folder that has nearly this name.
-std::string likelyMeant(const fs::path& path) {
+std::string likelyMeant(const std::string& name) {
+  const fs::path path = morvane::pathOf(name);
   std::vector<std::string> names;
   std::error_code error;
-  for (fs::directory_iterator entry(path.parent_path(), error), end; !error && entry != end;
-       entry.increment(error)) {
-    if (entry->is_regular_file(error)) names.push_back(entry->path().filename().u8string());
+  for (fs::directory_iterator entry(morvane::systemPath(path.parent_path()), error), end;
+       !error && entry != end; entry.increment(error)) {
+    if (entry->is_regular_file(error)) names.push_back(morvane::nameOf(entry->path().filename()));
   }
-  const std::string nearest = nearestName(path.filename().u8string(), names);
+  const std::string nearest = nearestName(morvane::nameOf(path.filename()), names);
   return nearest.empty() ? "; check the name" : "; did you mean " + nearest + "?";
 }
 
 // Whether there is a file that can be read to its end. Files that are none, such as the system's
 // own that say they are empty and wait for what they have to tell, are not scenes or images either.
 Status checkReadable(const std::string& path) {
-  std::error_code failed;
-  const fs::path file = fs::u8path(path);
-  const fs::file_type type = fs::status(file, failed).type();
-  if (type == fs::file_type::not_found)
-    return {StatusCode::kNotFound, "no file named " + path + likelyMeant(file)};
-  if (type == fs::file_type::directory)
-    return {StatusCode::kNotAFile, path + " is a folder; name a file in it"};
-  if (failed) {
-    const Status reason = morvane::systemStatus(failed, StatusCode::kCannotRead);
+  const morvane::FileFacts facts = morvane::factsOf(path);
+  if (facts.type == fs::file_type::not_found)
+    return {StatusCode::kNotFound, "no file named " + path + likelyMeant(path)};
+  if (facts.isFolder()) return {StatusCode::kNotAFile, path + " is a folder; name a file in it"};
+  if (facts.error) {
+    const Status reason = morvane::systemStatus(facts.error, StatusCode::kCannotRead);
     return {reason.code(),
             "cannot read " + path + ": " + reason.text() + "; check the file and its folders"};
   }
-  if (type != fs::file_type::regular) {
+  if (!facts.isFile()) {
     return {StatusCode::kNotAFile,
             path + " is not a file that can be read to its end; name a file"};
   }
-  if (fs::file_size(file, failed) == 0) {
+  if (facts.size == 0) {
     return {StatusCode::kDamaged,
             path + " is empty; fetch it again, or save it again where it was made"};
   }
@@ -220,7 +220,7 @@ Status openFile(const FileRequest& given) {
   SceneReader::Options options;
   options.keepsInfo = true;
   // Before anything is read: names in the scene are its folder's.
-  const std::string folder = fs::u8path(request.path).parent_path().u8string();
+  const std::string folder = morvane::nameOf(morvane::pathOf(request.path).parent_path());
   setWorkingFolder(folder);
   enterProject(folder);
   const morvane::FileIdentity identity = morvane::identityAt(request.path);

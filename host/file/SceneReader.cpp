@@ -19,6 +19,7 @@
 #include "host/text/Blank.h"
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
+#include "util/Path.h"
 
 namespace host {
 namespace {
@@ -95,8 +96,9 @@ void SceneReader::noteByte(Kind kind, std::uint64_t place, const std::string& te
 
 std::string SceneReader::absolutePath(const std::string& path) {
   std::error_code error;
-  const fs::path absolute = fs::absolute(fs::u8path(path), error);
-  return (error ? fs::u8path(path) : absolute).lexically_normal().u8string();
+  const fs::path given = morvane::pathOf(path);
+  const fs::path absolute = fs::absolute(given, error);
+  return morvane::nameOf((error ? given : absolute).lexically_normal());
 }
 
 Status SceneReader::mayRead(const std::string& absolute, bool isReference) {
@@ -173,7 +175,7 @@ void SceneReader::prepareContext(const Options& options, const std::string& abso
   context_.isReference = options.isReference;
   context_.keepsInfo = options.keepsInfo;
   context_.nameSpace = options.nameSpace;
-  context_.folder = fs::u8path(absolute).parent_path().u8string();
+  context_.folder = morvane::nameOf(morvane::pathOf(absolute).parent_path());
   context_.onWarning = [this](const std::string& text) { note(Kind::kNotice, text); };
 }
 

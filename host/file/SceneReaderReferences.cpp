@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <filesystem>
 
 #include "host/file/RecordedFile.h"
 #include "host/file/SceneReader.h"
@@ -9,12 +8,13 @@
 #include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneProject.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 
 // The part of SceneReader that deals with the files that a scene refers to.
 namespace host {
 namespace {
 
-namespace fs = std::filesystem;
 using Kind = SceneProblem::Kind;
 using morvane::Status;
 using morvane::StatusCode;
@@ -28,13 +28,11 @@ std::string findReference(const std::string& name, const std::string& folder) {
   if (brace != std::string::npos && portable.back() == '}') portable.resize(brace);
   const FileSearch search =
       searchFile(portable, folder, SceneProject::current().project(), "scene");
-  const fs::path asWritten = search.found ? fs::u8path(search.places.back()) : fs::path();
-  const fs::path beside = fs::u8path(folder) / fs::u8path(portable).filename();
-  for (const fs::path& candidate : {asWritten, beside}) {
-    std::error_code error;
-    if (fs::is_regular_file(candidate, error) && fs::file_size(candidate, error) != 0)
-      return candidate.u8string();
-  }
+  const std::string asWritten = search.found ? search.places.back() : std::string();
+  const std::string beside =
+      morvane::nameOf(morvane::pathOf(folder) / morvane::pathOf(portable).filename());
+  for (const std::string& candidate : {asWritten, beside})
+    if (morvane::factsOf(candidate).size != 0) return candidate;
   return std::string();
 }
 

@@ -6,6 +6,7 @@
 
 #include "host/text/Blank.h"
 #include "host/text/Text.h"
+#include "util/FileFacts.h"
 #include "util/SystemStatus.h"
 
 namespace host {
@@ -30,7 +31,7 @@ std::size_t commentEnd(const std::string& text, bool isLine, std::size_t from) {
 }  // namespace
 
 morvane::Status StatementReader::open(const std::string& path) {
-  file_.reset(std::fopen(path.c_str(), "rb"));
+  file_.reset(morvane::openToRead(path));
   if (file_ == nullptr || (!fill() && failed_)) {
     const auto reason = morvane::errnoStatus(errno, morvane::StatusCode::kCannotRead);
     const bool forbidden = reason.code() == morvane::StatusCode::kNotAllowed;

@@ -1,7 +1,6 @@
 #include "host/mel/Interpreter.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -9,6 +8,9 @@
 
 #include "host/mel/Evaluator.h"
 #include "host/mel/Parser.h"
+#include "util/Environment.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 #include "util/WholeFile.h"
 
 namespace host::mel {
@@ -32,25 +34,19 @@ std::optional<std::string> readText(const std::string& path) {
   return std::string(reinterpret_cast<const char*>(bytes.get()), size);
 }
 
-bool isFile(const fs::path& path) {
-  std::error_code error;
-  return fs::is_regular_file(path, error);
-}
-
 // The file itself, or with ".mel" behind it.
-std::string asScript(const fs::path& path) {
-  if (isFile(path)) return path.u8string();
-  fs::path longer = path;
-  longer += ".mel";
-  return isFile(longer) ? longer.u8string() : std::string();
+std::string asScript(const std::string& path) {
+  if (morvane::factsOf(path).isFile()) return path;
+  const std::string longer = path + ".mel";
+  return morvane::factsOf(longer).isFile() ? longer : std::string();
 }
 
 }  // namespace
 
 std::vector<std::string> foldersOf(const char* variable) {
   std::vector<std::string> folders;
-  const char* value = std::getenv(variable);
-  std::string_view rest = value == nullptr ? "" : value;
+  const std::string value = morvane::environmentValue(variable).value_or("");
+  std::string_view rest = value;
   while (!rest.empty()) {
     const std::size_t end = rest.find(kListSeparator);
     if (end != 0) folders.emplace_back(rest.substr(0, end));
@@ -60,7 +56,7 @@ std::vector<std::string> foldersOf(const char* variable) {
 }
 
 std::string resolvedPath(const std::string& name, const std::string& folder) {
-  return (fs::u8path(folder) / fs::u8path(name)).lexically_normal().u8string();
+  return morvane::nameOf((morvane::pathOf(folder) / morvane::pathOf(name)).lexically_normal());
 }
 
 std::string Failure::describe() const {
@@ -71,7 +67,7 @@ std::string Failure::describe() const {
 
 Interpreter::Interpreter(CommandTable& commands) : state_(std::make_unique<State>(commands)) {
   std::error_code error;
-  state_->callerFolder = fs::current_path(error).u8string();
+  state_->callerFolder = morvane::nameOf(fs::current_path(error));
 }
 
 Interpreter::~Interpreter() = default;
@@ -147,14 +143,14 @@ void Interpreter::addScriptFolder(const std::string& folder) {
 
 std::string Interpreter::findScript(const std::string& name) const {
   std::vector<std::string> folders;
-  if (!fs::u8path(name).has_parent_path()) {
+  if (!morvane::pathOf(name).has_parent_path()) {
     folders = state_->scriptFolders;
     for (std::string& folder : foldersOf("MAYA_SCRIPT_PATH")) folders.push_back(std::move(folder));
   }
   // Last: a file that lies where somebody happens to work must not pass for a plug-in's script.
   folders.push_back(state_->callerFolder);
   for (const std::string& folder : folders) {
-    std::string found = asScript(fs::u8path(resolvedPath(name, folder)));
+    std::string found = asScript(resolvedPath(name, folder));
     if (!found.empty()) return found;
   }
   return std::string();

@@ -12,6 +12,8 @@
 #include "host/mel/Command.h"
 #include "host/mel/Functions.h"
 #include "host/mel/Interpreter.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 
 namespace host {
 namespace {
@@ -42,22 +44,16 @@ mel::CommandResult runCommand(const std::string& name, ObjectCreator create,
             : mel::CommandResult::failure(name + ": the command failed");
 }
 
-bool isFile(const fs::path& path) {
-  std::error_code error;
-  return fs::is_regular_file(path, error);
-}
-
 // The file itself, or with the platform's suffix behind it.
-std::string asPlugin(const fs::path& path) {
-  if (isFile(path)) return path.u8string();
-  fs::path longer = path;
-  longer += SharedLibrary::pluginSuffix();
-  return isFile(longer) ? longer.u8string() : std::string();
+std::string asPlugin(const std::string& path) {
+  if (morvane::factsOf(path).isFile()) return path;
+  const std::string longer = path + SharedLibrary::pluginSuffix();
+  return morvane::factsOf(longer).isFile() ? longer : std::string();
 }
 
 // A name without a folder means no file but a plug-in: programs and folders often have it, too.
 bool isPluginName(const fs::path& name) {
-  const std::string suffix = name.extension().u8string();
+  const std::string suffix = morvane::nameOf(name.extension());
   return suffix == SharedLibrary::pluginSuffix() || suffix == ".dylib";
 }
 
@@ -74,7 +70,8 @@ std::vector<std::string> PluginRegistry::searched() const {
   const std::string program = programFolder();
   if (!program.empty()) {
     folders.push_back(program);
-    folders.push_back(fs::u8path(program + "/../plug-ins").lexically_normal().u8string());
+    folders.push_back(
+        morvane::nameOf(morvane::pathOf(program + "/../plug-ins").lexically_normal()));
   }
   std::vector<std::string> once;
   for (const std::string& folder : folders) {
@@ -85,10 +82,9 @@ std::vector<std::string> PluginRegistry::searched() const {
 }
 
 std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string& error) const {
-  const fs::path given = fs::u8path(nameOrPath);
+  const fs::path given = morvane::pathOf(nameOrPath);
   if (given.has_parent_path()) {
-    std::string found =
-        asPlugin(fs::u8path(mel::resolvedPath(nameOrPath, interpreter_.callerFolder())));
+    std::string found = asPlugin(mel::resolvedPath(nameOrPath, interpreter_.callerFolder()));
     if (found.empty()) error = "no plug-in named " + nameOrPath + " was found; check the path";
     return found;
   }
@@ -96,7 +92,7 @@ std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string&
   error = "no plug-in named " + nameOrPath + " was found: " + name + " is missing in ";
   for (const std::string& folder : searched()) {
     std::string path = mel::resolvedPath(name, folder);
-    if (isFile(fs::u8path(path))) return path;
+    if (morvane::factsOf(path).isFile()) return path;
     error += (error.back() == ' ' ? "" : ", ") + folder;
   }
   error += "; give its path, or its folder in MAYA_PLUG_IN_PATH";
@@ -104,7 +100,7 @@ std::string PluginRegistry::findFile(const std::string& nameOrPath, std::string&
 }
 
 PluginPtr PluginRegistry::find(const std::string& nameOrPath) const {
-  const std::string name = fs::u8path(nameOrPath).stem().u8string();
+  const std::string name = morvane::nameOf(morvane::pathOf(nameOrPath).stem());
   for (const PluginPtr& plugin : plugins_)
     if (plugin->name == name) return plugin;
   return nullptr;
@@ -118,7 +114,7 @@ bool PluginRegistry::load(const std::string& nameOrPath, std::string& error) {
     return known->started_;
   }
   const auto plugin = std::make_shared<Plugin>();
-  plugin->name = fs::u8path(path).stem().u8string();
+  plugin->name = morvane::nameOf(morvane::pathOf(path).stem());
   plugin->path = path;
   if (!plugin->library_.open(path, error)) return false;
   for (const char* symbol : {"initializePlugin", "uninitializePlugin", "MApiVersion"}) {

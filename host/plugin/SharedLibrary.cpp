@@ -12,6 +12,9 @@
 #include <mach-o/dyld.h>
 #endif
 
+#include "util/Path.h"
+#include "util/SystemStatus.h"
+
 namespace host {
 
 namespace fs = std::filesystem;
@@ -19,9 +22,10 @@ namespace fs = std::filesystem;
 #ifdef _WIN32
 
 bool SharedLibrary::open(const std::string& path, std::string& error) {
-  handle_ = LoadLibraryW(fs::u8path(path).wstring().c_str());
+  handle_ = LoadLibraryW(morvane::systemPath(path).c_str());
   if (handle_ == nullptr)
-    error = "cannot load " + path + " (error " + std::to_string(GetLastError()) + ")";
+    error = "cannot load " + path + ": " +
+            morvane::windowsStatus(GetLastError(), morvane::StatusCode::kCannotRead).text();
   return handle_ != nullptr;
 }
 
@@ -44,7 +48,7 @@ std::string programFolder() {
   wchar_t path[32768];
   const DWORD length = GetModuleFileNameW(nullptr, path, 32768);
   return length == 0 ? std::string()
-                     : fs::path(std::wstring(path, length)).parent_path().u8string();
+                     : morvane::nameOf(fs::path(std::wstring(path, length)).parent_path());
 }
 
 #else

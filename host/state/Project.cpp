@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "host/mel/Interpreter.h"
 #include "host/mel/Parser.h"
+#include "util/Environment.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 #include "util/WholeFile.h"
 
 namespace host {
@@ -42,11 +45,6 @@ void addRules(const AstNode& statement, Project& project) {
   }
 }
 
-bool isFile(const fs::path& path) {
-  std::error_code error;
-  return fs::is_regular_file(path, error);
-}
-
 std::string joined(const std::string& folder, const std::string& name) {
   return mel::resolvedPath(name, folder);
 }
@@ -75,8 +73,8 @@ std::string expanded(const std::string& name) {
     }
     const std::size_t from = at;
     const std::string variable = variableAt(name, at);
-    const char* const value = variable.empty() ? nullptr : std::getenv(variable.c_str());
-    result += value == nullptr ? name.substr(from, at - from) : value;
+    const auto value = variable.empty() ? std::nullopt : morvane::environmentValue(variable);
+    result += value.value_or(name.substr(from, at - from));
   }
   return result;
 }
@@ -96,9 +94,9 @@ std::string Project::folderOf(std::string_view kind) const {
 }
 
 std::string findProjectFolder(const std::string& folder) {
-  fs::path path = fs::u8path(folder);
+  fs::path path = morvane::pathOf(folder);
   while (!path.empty()) {
-    if (isFile(path / kRulesFile)) return path.u8string();
+    if (morvane::factsOf(morvane::nameOf(path / kRulesFile)).isFile()) return morvane::nameOf(path);
     if (path == path.parent_path()) break;
     path = path.parent_path();
   }
@@ -108,16 +106,15 @@ std::string findProjectFolder(const std::string& folder) {
 morvane::Status readProject(const std::string& folder, Project& project) {
   project = Project();
   project.folder = folder;
-  const fs::path file = fs::u8path(folder) / kRulesFile;
-  if (!isFile(file)) return {};
+  const std::string file = morvane::nameOf(morvane::pathOf(folder) / kRulesFile);
+  if (!morvane::factsOf(file).isFile()) return {};
   std::unique_ptr<std::uint8_t[]> bytes;
   std::size_t size = 0;
-  const morvane::Status read =
-      morvane::readWholeFile(file.u8string().c_str(), kMostRulesBytes, bytes, size);
-  if (!read.ok()) return {read.code(), "cannot read " + file.u8string() + ": " + read.text()};
+  const morvane::Status read = morvane::readWholeFile(file.c_str(), kMostRulesBytes, bytes, size);
+  if (!read.ok()) return {read.code(), "cannot read " + file + ": " + read.text()};
   const std::string_view text(reinterpret_cast<const char*>(bytes.get()), size);
   mel::Failure failure;
-  const auto script = mel::parseScript(text, file.u8string(), failure);
+  const auto script = mel::parseScript(text, file, failure);
   if (script == nullptr) return {morvane::StatusCode::kDamaged, failure.describe()};
   for (const mel::AstPtr& statement : script->root->children) addRules(*statement, project);
   return {};
@@ -146,7 +143,7 @@ FileSearch searchFile(const std::string& name, const std::string& folder, const 
     if (search.found || std::count(search.places.begin(), search.places.end(), place) != 0)
       continue;
     search.places.push_back(place);
-    search.found = isFile(fs::u8path(place));
+    search.found = morvane::factsOf(place).isFile();
   }
   return search;
 }

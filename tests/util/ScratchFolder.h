@@ -2,11 +2,11 @@
 #define MORVANE_TESTS_UTIL_SCRATCHFOLDER_H_
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 namespace morvane {
@@ -21,15 +21,18 @@ class ScratchFolder : public ::testing::Test {
       : ScratchFolder(std::filesystem::is_directory("/dev/shm") ? "/dev/shm"
                                                                 : ::testing::TempDir()) {}
   explicit ScratchFolder(const std::filesystem::path& parent) {
-    std::string name = (parent / "morvane-test-XXXXXX").string();
-    folder_ = std::filesystem::canonical(::mkdtemp(name.data()));
+    std::random_device random;
+    do {
+      folder_ = parent / ("morvane-test-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(folder_));
+    folder_ = std::filesystem::canonical(folder_);
   }
   ~ScratchFolder() override {
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
   }
 
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string path(const std::string& name) const { return (folder_ / name).generic_string(); }
 
   std::string write(const std::string& name, const std::string& bytes) const {
     std::filesystem::create_directories((folder_ / name).parent_path());

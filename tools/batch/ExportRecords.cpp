@@ -1,7 +1,6 @@
 #include "tools/batch/ExportRecords.h"
 
 #include <cmath>
-#include <filesystem>
 #include <map>
 
 #include "tile/TileLines.h"

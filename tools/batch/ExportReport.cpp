@@ -15,6 +15,7 @@
 #include "tools/scene/SceneTiles.h"
 #include "tools/terminal/OutputFile.h"
 #include "tools/terminal/Text.h"
+#include "util/FileFacts.h"
 
 namespace tools {
 namespace {
@@ -316,8 +317,7 @@ std::string ExportReport::textureAdvice(const std::string& tile) const {
     return "set the fileTextureName of " + printable(known->textureNode);
   const std::string texture = textureOf(tile);
   if (!texture.empty()) {
-    std::error_code missing;
-    if (!std::filesystem::exists(texture, missing) && !missing) {
+    if (morvane::factsOf(texture).type == std::filesystem::file_type::not_found) {
       const bool isKind = isTileFileName(texture);
       return "its texture " + printable(texture) +
              (isKind ? "" : " is neither a PSD nor a TGA file and") +

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <vector>
 
@@ -11,6 +10,7 @@
 #include "tools/batch/ExportRecords.h"
 #include "tools/scene/SceneTiles.h"
 #include "tools/terminal/Text.h"
+#include "util/FileFacts.h"
 
 namespace tools {
 namespace {
@@ -19,8 +19,7 @@ using Json = nlohmann::ordered_json;
 
 // The scene's folder is the working folder, so that the texture's name is good as it stands.
 bool hasTexture(const TileCandidate& tile) {
-  std::error_code ignored;
-  return std::filesystem::exists(tile.texture, ignored);
+  return morvane::factsOf(tile.texture).exists();
 }
 
 // What stands behind the name of a texture that an export cannot use.

@@ -9,6 +9,7 @@
 #include "psd/PsdDocument.h"
 #include "tile/TileTexture.h"
 #include "tools/scene/Session.h"
+#include "util/Path.h"
 
 namespace tools {
 namespace {
@@ -19,8 +20,8 @@ namespace fs = std::filesystem;
 std::string identityOf(const std::string& texture) {
   const std::string file = writtenFile(texture);
   std::error_code failed;
-  const fs::path real = fs::weakly_canonical(file, failed);
-  return failed ? file : real.string();
+  const fs::path real = fs::weakly_canonical(morvane::systemPath(file), failed);
+  return failed ? file : morvane::nameOf(real);
 }
 
 // 0 where there are none.

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -15,6 +14,7 @@
 #include "tools/scene/Session.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/Text.h"
+#include "util/FileFacts.h"
 
 namespace tools {
 namespace {
@@ -86,8 +86,7 @@ void printReport(const std::string& file, std::uintmax_t bytes, const PsdDocumen
 bool reportDocument(const std::string& path, const std::string& file, bool json) {
   const auto document = loadDocument(path, file);
   if (!document) return false;
-  std::error_code ignored;
-  const std::uintmax_t bytes = std::filesystem::file_size(path, ignored);
+  const std::uint64_t bytes = morvane::factsOf(path).size;
   const Goblins goblins = readGoblins(*document);
   if (json) {
     std::printf("%s\n",

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <system_error>
 
 #include "tools/terminal/Text.h"
 #include "util/FileExtension.h"
+#include "util/FileFacts.h"
 
 namespace tools {
 namespace {
@@ -50,10 +50,8 @@ void addFolderOptions(CLI::App& command, OpeningOptions& opening) {
       ->type_name("DIR")
       ->check(
           [](const std::string& folder) {
-            std::error_code error;
-            return std::filesystem::is_directory(folder, error)
-                       ? std::string()
-                       : "needs a folder, not " + printable(folder);
+            return morvane::factsOf(folder).isFolder() ? std::string()
+                                                       : "needs a folder, not " + printable(folder);
           },
           "");
 }

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -14,11 +13,11 @@
 #include "tools/terminal/OutputFile.h"
 #include "tools/terminal/Text.h"
 #include "tools/view/ViewPage.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 
 namespace tools {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct Options {
   std::vector<std::string> files;
@@ -32,8 +31,7 @@ morvane::Status readDocument(const std::string& path, morvane::PsdDocument& docu
   morvane::Status status;
   if (!document.load(path.c_str(), &status)) return status;
   item.goblins = readGoblins(document);
-  std::error_code ignored;
-  item.report = documentJson(item.file, fs::file_size(path, ignored), document, item.goblins);
+  item.report = documentJson(item.file, morvane::factsOf(path).size, document, item.goblins);
   Picture picture;
   if (readPicture(document, ViewPage::kMaxPicture, picture, item.pictureFault))
     item.picture = std::move(picture);
@@ -90,7 +88,7 @@ class Viewer {
 
   void addFile(const std::string& path, const std::string& shown) {
     ViewItem item;
-    item.name = fs::path(path).filename().string();
+    item.name = morvane::nameOf(morvane::pathOf(path).filename());
     item.file = shown;
     morvane::PsdDocument document(1, 1);
     const morvane::Status loaded = readDocument(path, document, item);
@@ -112,7 +110,7 @@ class Viewer {
       return;
     }
     ViewItem item;
-    item.name = fs::path(path).filename().string();
+    item.name = morvane::nameOf(morvane::pathOf(path).filename());
     item.file = shown;
     item.fault = opened ? kNoTile + likelyLoss(scenes_.problems()) : scenes_.status().text();
     fail(printable(shown) + ": " + (opened ? item.fault : "the scene cannot be loaded"),
@@ -148,10 +146,9 @@ class Viewer {
       return;
     }
     item.pictureFault = loaded.text();
-    std::error_code ignored;
     fail(shown + "texture " +
-         (fs::exists(texture, ignored) ? unreadable(texture, loaded, texture)
-                                       : printable(texture) + kMissingTexture));
+         (morvane::factsOf(texture).exists() ? unreadable(texture, loaded, texture)
+                                             : printable(texture) + kMissingTexture));
   }
 
   const Options& options_;

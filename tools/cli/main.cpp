@@ -4,6 +4,7 @@
 #include <new>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "tools/cli/Commands.h"
 #include "tools/cli/Manual.h"
@@ -11,6 +12,7 @@
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
+#include "util/Path.h"
 
 namespace tools {
 namespace {
@@ -38,7 +40,7 @@ int flushed(int status) {
 }
 
 int printFilled(const std::string& file, const CLI::App& program) {
-  std::ifstream in(file);
+  std::ifstream in(morvane::systemPath(file), std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(in), {}};
   if (!in) {
     complain(file + ": cannot be read");
@@ -48,7 +50,7 @@ int printFilled(const std::string& file, const CLI::App& program) {
   return kDone;
 }
 
-int run(int argc, char** argv) {
+int run(const std::vector<std::string>& words) {
   int status = kDone;
   CLI::App program("Goblin geometry of tiles, in scenes and in layered image files", "morvane");
   program.set_version_flag("--version", "morvane " MORVANE_VERSION);
@@ -59,7 +61,9 @@ int run(int argc, char** argv) {
   program.footer(kExamples);
   program.failure_message(wrongUsage);
   try {
-    program.parse(argc, argv);
+    std::vector<const char*> arguments;
+    for (const std::string& word : words) arguments.push_back(word.c_str());
+    program.parse(static_cast<int>(arguments.size()), arguments.data());
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? kDone : kUsage;
   }
@@ -78,8 +82,9 @@ int run(int argc, char** argv) {
 // are cleared away on the way here.
 int main(int argc, char** argv) {
   tools::letWritesFail();
+  tools::prepareStreams();
   try {
-    return tools::flushed(tools::run(argc, argv));
+    return tools::flushed(tools::run(tools::commandLine(argc, argv)));
   } catch (const std::bad_alloc&) {
     std::fprintf(stderr, "morvane: out of memory%s%s; free some, or give fewer or smaller files\n",
                  argc > 1 ? " in " : "", argc > 1 ? argv[1] : "");

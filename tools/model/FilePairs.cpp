@@ -6,6 +6,8 @@
 
 #include "tools/terminal/Text.h"
 #include "util/FileExtension.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 
 namespace tools {
 namespace {
@@ -16,10 +18,10 @@ namespace fs = std::filesystem;
 template <typename Add>
 bool listFiles(const std::string& folder, const Add& add) {
   std::error_code error;
-  fs::recursive_directory_iterator at(folder, error);
+  fs::recursive_directory_iterator at(morvane::systemPath(folder), error);
   for (const fs::recursive_directory_iterator end; !error && at != end; at.increment(error)) {
     std::error_code ignored;
-    const std::string name = at->path().filename().string();
+    const std::string name = morvane::nameOf(at->path().filename());
     if (name[0] == '.')
       at.disable_recursion_pending();
     else if (morvane::lowerExtension(name) == ".psd" && !at->is_directory(ignored))
@@ -32,8 +34,7 @@ bool listFiles(const std::string& folder, const Add& add) {
 
 Pairing pairFiles(const std::string& before, const std::string& after, std::vector<FilePair>& pairs,
                   std::string& fault) {
-  std::error_code ignored;
-  const bool isFolder[] = {fs::is_directory(before, ignored), fs::is_directory(after, ignored)};
+  const bool isFolder[] = {morvane::factsOf(before).isFolder(), morvane::factsOf(after).isFolder()};
   if (!isFolder[0] && !isFolder[1]) {
     pairs.push_back({before, after});
     return Pairing::kPaired;
@@ -47,7 +48,7 @@ Pairing pairFiles(const std::string& before, const std::string& after, std::vect
   for (const auto& [folder, side] :
        {std::pair(before, &FilePair::before), std::pair(after, &FilePair::after)}) {
     if (!listFiles(folder, [&folder = folder, &side = side, &files](const fs::path& path) {
-          files[path.lexically_relative(folder)].*side = path.string();
+          files[path.lexically_relative(morvane::systemPath(folder))].*side = morvane::nameOf(path);
         })) {
       fault = printable(folder) + ": the folder cannot be listed; make it readable";
       return Pairing::kUnreadable;

@@ -1,10 +1,11 @@
 #include "tools/model/TileFile.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "tools/terminal/Text.h"
 #include "util/FileExtension.h"
+#include "util/FileFacts.h"
+#include "util/Path.h"
 
 namespace tools {
 namespace {
@@ -124,9 +125,8 @@ std::size_t Goblins::faceCount() const {
 
 std::string unreadable(const std::string& path, const morvane::Status& status,
                        const std::string& shown) {
-  std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored)) {
-    const std::string files = (std::filesystem::path(shown) / "*.psd").string();
+  if (morvane::factsOf(path).isFolder()) {
+    const std::string files = morvane::nameOf(morvane::pathOf(shown) / "*.psd");
     return printable(shown) + ": it is a folder; name the files in it: " + printable(files);
   }
   const bool isTga = morvane::lowerExtension(path) == ".tga";

@@ -1,8 +1,7 @@
 #include "tools/scene/SceneDamage.h"
 
-#include <filesystem>
-
 #include "tools/terminal/Text.h"
+#include "util/Path.h"
 
 namespace tools {
 namespace {
@@ -21,7 +20,7 @@ bool isDamage(const host::SceneProblem& problem) {
 
 std::string placeOf(const host::SceneProblem& problem) {
   if (problem.line == 0) return printable(problem.text);
-  return printable(std::filesystem::path(problem.file).filename().string()) + ':' +
+  return printable(morvane::nameOf(morvane::pathOf(problem.file).filename())) + ':' +
          std::to_string(problem.line);
 }
 

@@ -6,13 +6,14 @@
 #include "tools/terminal/OutputFile.h"
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
+#include "util/Path.h"
 
 namespace tools {
 
 std::string absoluteName(const std::string& name) {
   std::error_code error;
-  const auto absolute = std::filesystem::absolute(name, error);
-  return error ? name : absolute.string();
+  const auto absolute = std::filesystem::absolute(morvane::pathOf(name), error);
+  return error ? name : morvane::nameOf(absolute);
 }
 
 ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
@@ -22,15 +23,16 @@ ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
   for (const std::string& pair : opening.maps) {
     const std::size_t sign = pair.find('=');
     std::error_code ignored;
-    const auto to = std::filesystem::weakly_canonical(absoluteName(pair.substr(sign + 1)), ignored);
-    host::mapFolder(pair.substr(0, sign), to.string());
+    const auto to = std::filesystem::weakly_canonical(
+        morvane::systemPath(absoluteName(pair.substr(sign + 1))), ignored);
+    host::mapFolder(pair.substr(0, sign), morvane::nameOf(to));
   }
   if (opening.frame) host::openAtFrame(*opening.frame);
   if (!opening.project.empty()) host::useProject(absoluteName(opening.project));
-  const std::filesystem::path program = programFolder();
+  const std::filesystem::path program = morvane::pathOf(programFolder());
   if (!program.empty()) {
-    host::addPlugInFolder((program.parent_path() / "plug-ins").string());
-    host::addScriptFolder((program.parent_path() / "scripts").string());
+    host::addPlugInFolder(morvane::nameOf(program.parent_path() / "plug-ins"));
+    host::addScriptFolder(morvane::nameOf(program.parent_path() / "scripts"));
   }
   if (!path.empty() && !morvane::reportTo(status, host::openScene(path))) return kNotLoaded;
   if (host::loadPlugin("morvane")) return kDone;

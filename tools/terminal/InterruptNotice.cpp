@@ -33,8 +33,7 @@ extern "C" void reportInterrupt(int signal) {
   end = append(append(append(end, scenesDone), " of "), scenesInAll);
   end = append(end, " scenes are done; the textures of the others are as they were or whole\n");
   writeAll(kStandardError, text, static_cast<std::size_t>(end - text));
-  std::signal(signal, SIG_DFL);
-  std::raise(signal);
+  endByInterrupt(signal);
 }
 
 }  // namespace

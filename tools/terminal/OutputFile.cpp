@@ -5,6 +5,7 @@
 
 #include "host/Host.h"
 #include "tools/terminal/Text.h"
+#include "util/Path.h"
 #include "util/ReplaceFile.h"
 
 namespace tools {
@@ -12,7 +13,7 @@ namespace {
 
 bool isSame(const std::string& one, const std::string& other) {
   std::error_code missing;
-  return std::filesystem::equivalent(one, other, missing);
+  return std::filesystem::equivalent(morvane::systemPath(one), morvane::systemPath(other), missing);
 }
 
 }  // namespace
@@ -24,6 +25,8 @@ std::string writingAdvice(morvane::StatusCode code, const std::string& otherwise
       return "the file is as somebody else left it meanwhile: run this again";
     case Code::kNoSpace:
       return "free some space there";
+    case Code::kBadArgument:
+      return "give the file another name";
     case Code::kReadOnly:
       return "make the file writable (check it out)";
     case Code::kNotAllowed:

@@ -16,6 +16,18 @@
 
 namespace tools {
 
+std::vector<std::string> commandLine(int argc, const char* const* argv) {
+  return {argv, argv + argc};
+}
+
+void prepareStreams() {}
+
+void endByInterrupt(int signal) {
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+  std::abort();
+}
+
 std::string programFolder() {
   std::error_code error;
 #ifdef __APPLE__

@@ -3,29 +3,104 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+// In this order: the first has what the second needs.
+#include <shellapi.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "tools/terminal/Platform.h"
+#include "util/Path.h"
 
 namespace tools {
+namespace {
+
+constexpr UINT kInterruptedStatus = 0xC000013A;  // STATUS_CONTROL_C_EXIT
+
+// Of the console before this program, to which it goes back; 0 when it was not changed.
+UINT consoleCodePage = 0;
+
+void restoreConsole() {
+  if (consoleCodePage != 0) SetConsoleOutputCP(consoleCodePage);
+}
+
+bool mayBePattern(const std::wstring& word) {
+  const std::size_t name = word.find_last_of(L"/\\") + 1;  // 0 without a slash
+  return word.find_first_of(L"*?", name) != std::wstring::npos &&
+         word.find_first_of(L"./\\") != std::wstring::npos;
+}
+
+// The files that fit, by name; the word itself when there are none.
+void addFiles(const std::wstring& pattern, std::vector<std::string>& words) {
+  const std::wstring folder = pattern.substr(0, pattern.find_last_of(L"/\\:") + 1);
+  const std::size_t first = words.size();
+  WIN32_FIND_DATAW found;
+  const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
+  for (bool more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found))
+    if (found.cFileName[0] != L'.') words.push_back(morvane::toUtf8(folder + found.cFileName));
+  if (search != INVALID_HANDLE_VALUE) FindClose(search);
+  std::sort(words.begin() + static_cast<std::ptrdiff_t>(first), words.end());
+  if (words.size() == first) words.push_back(morvane::toUtf8(pattern));
+}
+
+bool isTerminal(DWORD stream, DWORD& mode) {
+  return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
+}
+
+}  // namespace
+
+std::vector<std::string> commandLine(int argc, const char* const* argv) {
+  int count = 0;
+  wchar_t** const given = CommandLineToArgvW(GetCommandLineW(), &count);
+  if (given == nullptr) return {argv, argv + argc};
+  std::vector<std::string> words;
+  for (int i = 0; i < count; ++i)
+    if (i > 0 && mayBePattern(given[i]))
+      addFiles(given[i], words);
+    else
+      words.push_back(morvane::toUtf8(given[i]));
+  LocalFree(given);
+  return words;
+}
+
+void prepareStreams() {
+  for (const int stream : {0, kStandardOutput, kStandardError}) _setmode(stream, _O_BINARY);
+  for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+    DWORD mode = 0;
+    if (!isTerminal(stream, mode)) continue;
+    SetConsoleMode(GetStdHandle(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    if (consoleCodePage != 0) continue;
+    consoleCodePage = GetConsoleOutputCP();
+    SetConsoleOutputCP(CP_UTF8);
+    std::atexit(restoreConsole);
+  }
+}
+
+void endByInterrupt(int) {
+  restoreConsole();
+  TerminateProcess(GetCurrentProcess(), kInterruptedStatus);
+  std::abort();
+}
 
 std::string programFolder() {
-  wchar_t name[32768];
-  const DWORD length = GetModuleFileNameW(nullptr, name, static_cast<DWORD>(std::size(name)));
-  if (length == 0 || length == std::size(name)) return "";
-  return std::filesystem::path(name).parent_path().string();
+  std::wstring name(32768, L'\0');
+  const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+  if (length == 0 || length == name.size()) return "";
+  name.resize(length);
+  return morvane::nameOf(std::filesystem::path(name).parent_path());
 }
 
 void setEnvironment(const char* name, const std::string& value) {
-  ::_putenv_s(name, value.c_str());
+  ::_wputenv_s(morvane::toWide(name).c_str(), morvane::toWide(value).c_str());
 }
 
 void letWritesFail() {}
 
+// One that does not know the sequences that erase lines gets no bar.
 bool standardErrorIsTerminal() {
-  return _isatty(2) != 0;
+  DWORD mode = 0;
+  return isTerminal(STD_ERROR_HANDLE, mode) && (mode & ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
 bool openPipe(int (&ends)[2]) {

@@ -1,0 +1,50 @@
+#ifndef MORVANE_TESTS_UTIL_REPLACEFILEFIXTURE_H_
+#define MORVANE_TESTS_UTIL_REPLACEFILEFIXTURE_H_
+
+#include <cstdlib>
+#include <string>
+
+#include "tests/util/ScratchFolder.h"
+#include "util/ReplaceFile.h"
+
+namespace morvane {
+
+// Links, full disks, refused targets and what a failed save leaves are looked at in tests/faults.
+class ReplaceFile : public ScratchFolder {
+ protected:
+  // Replaces the file; the error, or an empty text.
+  std::string replace(const std::string& file, const std::string& content) {
+    FileReplacer out;
+    if (out.open(file.c_str()) && out.append(content.data(), content.size()) && out.commit()) {
+      EXPECT_TRUE(out.status().ok());
+      return std::string();
+    }
+    EXPECT_FALSE(out.append("x", 1));
+    EXPECT_FALSE(out.commit());
+    return out.status().text();
+  }
+};
+
+// Of this process, while the object lives.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const char* value) : name_(name) { set(value); }
+  ~ScopedVariable() { set(nullptr); }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+ private:
+  void set(const char* value) {
+#ifdef _WIN32
+    ::_putenv_s(name_, value == nullptr ? "" : value);
+#else
+    value == nullptr ? ::unsetenv(name_) : ::setenv(name_, value, 1);
+#endif
+  }
+
+  const char* name_;
+};
+
+}  // namespace morvane
+
+#endif  // MORVANE_TESTS_UTIL_REPLACEFILEFIXTURE_H_
