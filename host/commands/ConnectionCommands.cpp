@@ -42,6 +42,11 @@ SceneInfo::LooseConnection::End looseEnd(const std::string& text, const CommandC
   return {true, name.node, name.path};
 }
 
+// What names an attribute of no node would name one of another node in the saved scene.
+bool isOfNoNode(const SceneInfo::LooseConnection::End& end) {
+  return !end.isKnown && end.text.compare(0, 1, ".") == 0;
+}
+
 // Sound scenes connect nodes that were never saved, or that stand in files that are not here.
 CommandResult keepLoose(const Arguments& arguments, const CommandContext& context,
                         const std::string& error) {
@@ -50,7 +55,8 @@ CommandResult keepLoose(const Arguments& arguments, const CommandContext& contex
     connection.source = looseEnd(arguments.objects()[0], context);
     connection.destination = looseEnd(arguments.objects()[1], context);
     connection.isNext = arguments.has("na");
-    SceneInfo::current().looseConnections.push_back(std::move(connection));
+    if (!isOfNoNode(connection.source) && !isOfNoNode(connection.destination))
+      SceneInfo::current().looseConnections.push_back(std::move(connection));
   }
   return CommandResult::failure("connectAttr: " + error);
 }

@@ -72,6 +72,7 @@ NodePtr parentNamed(const std::string& name, const Arguments& arguments, Command
   if (parent == nullptr && context.inSceneFile && isElsewhere) {
     const std::string whole = qualifiedName(name, context);
     const std::string leaf = whole.substr(whole.rfind('|') + 1);
+    if (legalName(leaf) != leaf) return nullptr;
     context.warn("createNode: " + error + "; something else stands in for it");
     parent = scene.createNode(*NodeType::find("fosterParent"), leaf, nullptr, &error);
     parent->isReferenced = true;

@@ -163,6 +163,10 @@ class Writer {
   // The name of an end of a loose connection; empty when it is not to be written.
   std::string looseName(const SceneInfo::LooseConnection::End& end) const {
     const NodePtr node = end.node.lock();
+    // A node that came after the connection was not connected, and would be in the saved scene.
+    if (!end.isKnown &&
+        Scene::current().findNode(end.text.substr(0, end.text.find('.'))) != nullptr)
+      return std::string();
     if (!end.isKnown) return end.text;
     const bool isThere =
         node != nullptr && node->isAlive() && (only_ == nullptr || only_->count(node.get()) != 0);
