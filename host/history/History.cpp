@@ -1,6 +1,9 @@
 #include "host/history/History.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
+#include <vector>
 
 #include "host/history/Evaluation.h"
 #include "host/scene/Node.h"
@@ -8,12 +11,29 @@
 
 namespace host {
 
+namespace {
+
+void keep(const NodePtr& mesh, MeshHistory history) {
+  mesh->history = std::make_unique<MeshHistory>(std::move(history));
+  Scene::current().changes.dependentMeshes.insert(mesh->serial());
+}
+
+// In the order of their creation. A pass over the whole scene after each command would take the
+// square of its size in all.
+std::set<std::size_t> changedOrDependent(const std::vector<std::size_t>& changed) {
+  std::set<std::size_t> serials = Scene::current().changes.dependentMeshes;
+  serials.insert(changed.begin(), changed.end());
+  return serials;
+}
+
+}  // namespace
+
 void evaluateHistories(const HistoryReport& report) {
   Scene::current().changes.take();
   Evaluation evaluation;
   for (const auto& [serial, node] : Scene::current().nodes()) {
     if (node->history == nullptr && Evaluation::hasHistory(node)) {
-      node->history = std::make_unique<MeshHistory>(evaluation.evaluate(node));
+      keep(node, evaluation.evaluate(node));
       report(node, *node->history);
     }
   }
@@ -24,7 +44,9 @@ void refreshHistories(const HistoryReport& report) {
   std::vector<std::size_t> changed = Scene::current().changes.take();
   std::sort(changed.begin(), changed.end());
   Evaluation evaluation(changed);
-  for (const auto& [serial, node] : Scene::current().nodes()) {
+  for (const std::size_t serial : changedOrDependent(changed)) {
+    const NodePtr node = Scene::current().nodeAtOrAfter(serial);
+    if (node == nullptr || node->serial() != serial) continue;
     const bool isNew =
         node->history == nullptr && std::binary_search(changed.begin(), changed.end(), serial);
     if ((isNew || (node->history != nullptr && !evaluation.isFresh(*node))) &&
@@ -32,7 +54,7 @@ void refreshHistories(const HistoryReport& report) {
       MeshHistory history = evaluation.evaluate(node);
       report(node, history);
       if (history.isMade() || node->history == nullptr || !node->history->isMade())
-        node->history = std::make_unique<MeshHistory>(std::move(history));
+        keep(node, std::move(history));
     }
   }
 }

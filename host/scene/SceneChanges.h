@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,9 @@ class SceneChanges {
   std::vector<std::size_t> take() { return std::exchange(serials_, {}); }
   // How often anything changed since the scene began: what was worked out at the same count holds.
   std::uint64_t count() const { return count_; }
+
+  // The serials of the meshes whose shapes depend on other nodes; some of them may be gone.
+  std::set<std::size_t> dependentMeshes;
 
  private:
   std::vector<std::size_t> serials_;
