@@ -242,7 +242,7 @@ TEST_F(Targets, TwoProcessesAtOnceEachWriteAWholeFile) {
 
 // From where the program cannot even be loaded to where it has enough.
 TEST_F(Targets, LittleMemoryKeepsTheOldFile) {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef MORVANE_SANITIZED
   GTEST_SKIP() << "the sanitizers need more memory than can be limited";
 #endif
   const std::string expected = resultOf("$morvane " + kSaves[0], "a.psd");

@@ -16,6 +16,7 @@
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/TileCandidates.h"
 #include "tools/scene/TileSelection.h"
+#include "tools/terminal/Activity.h"
 #include "tools/terminal/InterruptNotice.h"
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/ProgressBar.h"
@@ -75,7 +76,8 @@ class Batch {
   const std::string& name() const { return job_.scenes[scene_]; }
 
   ExitStatus exportScene() {
-    bar_.show(doneSoFar(0, 1), "opening " + printable(name()));
+    nowDoing("opening", name());
+    bar_.show(doneSoFar(0, 1), currentActivity());
     const morvane::Status opened = host::openScene(paths_[scene_]);
     bar_.hide();
     const host::SceneProblems problems = host::takeSceneProblems();
@@ -83,6 +85,7 @@ class Batch {
   }
 
   ExitStatus exportSelected(bool isDamaged) {
+    nowDoing("exporting", name());
     const auto tiles = selectedCandidates();
     ExportReport report(name(), tiles,
                         [this, begun = std::size_t{0}, total = tiles.size()](

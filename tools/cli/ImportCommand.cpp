@@ -9,6 +9,7 @@
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/Session.h"
 #include "tools/scene/TileSelection.h"
+#include "tools/terminal/Activity.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/OutputFile.h"
 #include "tools/terminal/Text.h"
@@ -66,6 +67,7 @@ ExitStatus importTile(const Options& options) {
              (problems.list.empty() ? "" : likelyLoss(problems)));
     return kFailed;
   }
+  nowDoing("importing", options.file);
   if (!host::execute(importScript(file), "import")) {
     complain("the import of " + printable(options.file) + " to " + printable(options.node) +
              " failed" + (output.empty() ? "; " : " and the scene was not saved; ") +

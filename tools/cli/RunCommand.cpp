@@ -8,9 +8,11 @@
 #include "tools/cli/Options.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/Session.h"
+#include "tools/terminal/Activity.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/OutputFile.h"
 #include "tools/terminal/Text.h"
+#include "tools/terminal/TimeLimit.h"
 
 namespace tools {
 namespace {
@@ -28,6 +30,7 @@ struct Options {
   std::string output;
   OpeningOptions opening;
   bool allowsFiles = false;
+  double timeout = 0.0;  // seconds; 0: none
 };
 
 // The -c and -f of the command line in the order in which they stand there.
@@ -45,24 +48,38 @@ std::vector<Step> stepsInOrder(const CLI::App& command) {
   return steps;
 }
 
-ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
-  const std::string output = options.output.empty() ? "" : absoluteName(options.output);
-  if (!output.empty() && wouldReplaceInput(output, options.files)) return kUsage;
-  const ExitStatus started = startSession(options.scene, options.opening);
-  if (started != kDone) return started;
-  if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
-  if (options.allowsFiles) host::allowFiles();
+ExitStatus runSteps(const Options& options, const std::vector<Step>& steps) {
   for (const Step& step : steps) {
+    nowDoing("running", step.isFile ? step.text : step.origin);
     const bool ok =
         step.isFile ? host::executeFile(step.text) : host::execute(step.text, step.origin);
     if (ok) continue;
     reportDamage(options.scene, host::takeSceneProblems());
-    if (!output.empty()) {
+    if (!options.output.empty()) {
       complain("a command failed, so " + printable(options.output) +
                " was not written; what is printed above says why");
     }
     return kFailed;
   }
+  return kDone;
+}
+
+// Opens the scene and runs everything on it within the time that there is.
+ExitStatus openAndRun(const Options& options, const std::vector<Step>& steps,
+                      const std::string& output) {
+  const TimeLimit limit(options.timeout);
+  const ExitStatus started = startSession(options.scene, options.opening);
+  if (started != kDone) return started;
+  if (!output.empty() && wouldReplaceTexture(output)) return kUsage;
+  if (options.allowsFiles) host::allowFiles();
+  return runSteps(options, steps);
+}
+
+ExitStatus runScene(const Options& options, const std::vector<Step>& steps) {
+  const std::string output = options.output.empty() ? "" : absoluteName(options.output);
+  if (!output.empty() && wouldReplaceInput(output, options.files)) return kUsage;
+  const ExitStatus done = openAndRun(options, steps, output);
+  if (done != kDone) return done;
   const ExitStatus saved = saveScene(output);
   if (saved == kDone && !output.empty()) reportWritten(options.output);
   reportUnusedMaps();
@@ -91,6 +108,11 @@ void addRun(CLI::App& program, int& status) {
                    ->type_name("SCENE"),
               kSceneOutput);
   command->add_flag("--allow-files", options->allowsFiles, "Let commands read files (fopen)");
+  command
+      ->add_option("--timeout", options->timeout,
+                   "End a run that takes longer than this (status 1)")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, 1e7).description(""));
   addFolderOptions(*command, options->opening);
   addFrameOption(*command, options->opening);
   command->footer(

@@ -1,4 +1,6 @@
 #include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <iterator>
 #include <new>
@@ -9,6 +11,7 @@
 #include "tools/cli/Commands.h"
 #include "tools/cli/Manual.h"
 #include "tools/cli/Usage.h"
+#include "tools/terminal/Activity.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
@@ -75,6 +78,25 @@ int run(const std::vector<std::string>& words) {
   return status;
 }
 
+void reportLackOfMemory() {
+  const char* const doing = currentActivity();
+  std::fprintf(stderr, "morvane: out of memory%s%s; free some, or give fewer or smaller files\n",
+               *doing != '\0' ? " while " : "", doing);
+}
+
+// A library that needs memory to clear up after a lack of it ends up here. Files that were being
+// written stay what they were.
+[[noreturn]] void endWithoutMemory() {
+  try {
+    if (std::current_exception()) throw;
+  } catch (const std::bad_alloc&) {
+    reportLackOfMemory();
+    std::_Exit(kFailed);
+  } catch (...) {
+  }
+  std::abort();
+}
+
 }  // namespace
 }  // namespace tools
 
@@ -83,11 +105,11 @@ int run(const std::vector<std::string>& words) {
 int main(int argc, char** argv) {
   tools::letWritesFail();
   tools::prepareStreams();
+  std::set_terminate(tools::endWithoutMemory);
   try {
     return tools::flushed(tools::run(tools::commandLine(argc, argv)));
   } catch (const std::bad_alloc&) {
-    std::fprintf(stderr, "morvane: out of memory%s%s; free some, or give fewer or smaller files\n",
-                 argc > 1 ? " in " : "", argc > 1 ? argv[1] : "");
+    tools::reportLackOfMemory();
   } catch (const std::system_error& error) {
     tools::complain(tools::printable(error.what()) + "; try again, or with fewer files");
   }

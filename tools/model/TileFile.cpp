@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/terminal/Activity.h"
 #include "tools/terminal/Text.h"
 #include "util/FileExtension.h"
 #include "util/FileFacts.h"
@@ -141,6 +142,7 @@ bool isTileFileName(const std::string& name) {
 
 std::unique_ptr<morvane::PsdDocument> loadDocument(const std::string& path,
                                                    const std::string& shown) {
+  nowDoing("reading", path);
   auto document = std::make_unique<morvane::PsdDocument>(1u, 1u);
   morvane::Status status;
   if (document->load(path.c_str(), &status)) return document;

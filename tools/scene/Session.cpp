@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "host/Host.h"
+#include "tools/terminal/Activity.h"
 #include "tools/terminal/OutputFile.h"
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
@@ -18,6 +19,7 @@ std::string absoluteName(const std::string& name) {
 
 ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
                         morvane::Status* status) {
+  nowDoing("opening", scene.empty() ? "an empty scene" : scene);
   const std::string path = scene.empty() ? "" : absoluteName(scene);
   host::start(absoluteName("."));
   for (const std::string& pair : opening.maps) {
@@ -44,6 +46,7 @@ ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
 }
 
 ExitStatus saveScene(const std::string& output) {
+  if (!output.empty()) nowDoing("saving", output);
   const morvane::Status saved = output.empty() ? morvane::Status() : host::saveScene(output);
   if (saved.ok()) return kDone;
   complain("the scene was not saved; " +

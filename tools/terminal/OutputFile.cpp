@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/Host.h"
+#include "tools/terminal/Activity.h"
 #include "tools/terminal/Text.h"
 #include "util/Path.h"
 #include "util/ReplaceFile.h"
@@ -37,6 +38,7 @@ std::string writingAdvice(morvane::StatusCode code, const std::string& otherwise
 }
 
 bool writeOutput(const std::string& path, const std::string& text) {
+  nowDoing("writing", path);
   morvane::FileReplacer out;
   if (out.open(path.c_str()) && out.append(text.data(), text.size()) && out.commit()) return true;
   complain(printable(out.status().text()) + "; " +

@@ -32,6 +32,9 @@ void letWritesFail();
 // As the signal for Ctrl-C does when nobody handles it, for use in a handler.
 [[noreturn]] void endByInterrupt(int signal);
 
+// Writes out what standard output holds, unless another thread is at it.
+void flushUnlessBusy();
+
 constexpr int kStandardOutput = 1;
 constexpr int kStandardError = 2;
 

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
@@ -48,6 +49,12 @@ void setEnvironment(const char* name, const std::string& value) {
 void letWritesFail() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void flushUnlessBusy() {
+  if (ftrylockfile(stdout) != 0) return;
+  std::fflush(stdout);
+  funlockfile(stdout);
 }
 
 bool standardErrorIsTerminal() {

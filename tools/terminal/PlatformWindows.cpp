@@ -97,6 +97,9 @@ void setEnvironment(const char* name, const std::string& value) {
 
 void letWritesFail() {}
 
+// There is no asking for the lock here: what a busy thread has not written stays unwritten.
+void flushUnlessBusy() {}
+
 // One that does not know the sequences that erase lines gets no bar.
 bool standardErrorIsTerminal() {
   DWORD mode = 0;
