@@ -24,7 +24,7 @@ struct LayerEntry {
   py::str name;
   bool hidden;
   int opacity;
-  std::string blend;
+  py::str blend;
   py::tuple rect;
   py::tuple channels;
 };
@@ -104,7 +104,7 @@ py::list layersOf(const Shared& shared) {
     const PsdLayer& layer = use->layers[i];
     layers.append(LayerEntry{
         shared, shared->generation, i, nameOf(layer), (layer.flags & morvane::kLayerHidden) != 0,
-        layer.opacity, std::string(layer.blendKey, 4),
+        layer.opacity, shownText(layer.blendKey, 4),
         py::make_tuple(layer.left, layer.top, layer.right, layer.bottom), channelsOf(layer)});
   }
   return layers;
