@@ -6,6 +6,7 @@
 #include "host/Host.h"
 #include "host/mel/Command.h"
 #include "host/state/DirectoryMap.h"
+#include "host/state/HostState.h"
 
 namespace morvane::fuzz {
 
@@ -60,7 +61,7 @@ void freshHost() {
   static const bool started = (startHost(), true);
   require(started, "no host");
   Interpreter::current().reset(scriptLimits());
-  host::DirectoryMap::current() = host::DirectoryMap();
+  host::HostState::current().folders = host::DirectoryMap();
   host::newScene();
 }
 

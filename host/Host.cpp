@@ -36,7 +36,7 @@ bool report(const mel::Outcome& outcome) {
 }
 
 std::string fromCaller(const std::string& path) {
-  return mel::resolvedPath(path, mel::Interpreter::current().callerFolder());
+  return mel::resolvedPath(path, HostState::current().interpreter.callerFolder());
 }
 
 Answer answerOf(const mel::Value& value) {
@@ -63,7 +63,7 @@ Answer answerOf(const mel::Value& value) {
 
 std::vector<std::string> textureNames() {
   std::vector<std::string> names;
-  for (const auto& [serial, node] : Scene::current().nodes()) {
+  for (const auto& [serial, node] : HostState::current().scene.nodes()) {
     const auto plug =
         node->hasFn(MFn::kFileTexture) ? Plug::find(node, "fileTextureName") : std::nullopt;
     const auto name = plug ? readText(*plug) : std::nullopt;
@@ -73,65 +73,65 @@ std::vector<std::string> textureNames() {
 }
 
 void start(const std::string& callerFolder) {
-  mel::addBuiltinCommands(mel::Interpreter::current().commands());
-  mel::Interpreter::current().setCallerFolder(callerFolder);
-  startNewScene();
+  mel::addBuiltinCommands(HostState::current().interpreter.commands());
+  HostState::current().interpreter.setCallerFolder(callerFolder);
+  startNewScene(HostState::current());
 }
 
 void newScene() {
-  startNewScene();
+  startNewScene(HostState::current());
 }
 
 morvane::Status openScene(const std::string& path) {
-  return reported(openFile({fromCaller(path), "mayaAscii", "", ""}));
+  return reported(openFile(HostState::current(), {fromCaller(path), "mayaAscii", "", ""}));
 }
 
 SceneProblems takeSceneProblems() {
-  return std::exchange(SceneProblems::current(), SceneProblems());
+  return std::exchange(HostState::current().problems, SceneProblems());
 }
 
 morvane::Status saveScene(const std::string& path) {
-  return reported(writeScene(fromCaller(path)));
+  return reported(writeScene(HostState::current(), fromCaller(path)));
 }
 
 bool execute(const std::string& text, const std::string& origin) {
-  return report(mel::Interpreter::current().execute(text, origin));
+  return report(HostState::current().interpreter.execute(text, origin));
 }
 
 bool evaluate(const std::string& text, Answer& answer, std::string& reason) {
-  const mel::Outcome outcome = mel::Interpreter::current().execute(text, "");
+  const mel::Outcome outcome = HostState::current().interpreter.execute(text, "");
   reason = outcome.failure.text;
   if (outcome.ok) answer = answerOf(outcome.value);
   return outcome.ok;
 }
 
 bool executeFile(const std::string& path) {
-  return report(mel::Interpreter::current().executeFile(path));
+  return report(HostState::current().interpreter.executeFile(path));
 }
 
 void addPlugInFolder(const std::string& folder) {
-  PluginRegistry::current().addFolder(folder);
+  HostState::current().plugins.addFolder(folder);
 }
 void addScriptFolder(const std::string& folder) {
-  mel::Interpreter::current().addScriptFolder(folder);
+  HostState::current().interpreter.addScriptFolder(folder);
 }
 
 bool mapFolder(const std::string& from, const std::string& to) {
-  DirectoryMap::current().enabled = true;
-  return DirectoryMap::current().add(from, to);
+  HostState::current().folders.enabled = true;
+  return HostState::current().folders.add(from, to);
 }
 
 std::vector<std::string> unusedFolders() {
-  return DirectoryMap::current().unused();
+  return HostState::current().folders.unused();
 }
 
 bool isMapped(const std::string& name) {
-  return DirectoryMap::current().hasGiven(name);
+  return HostState::current().folders.hasGiven(name);
 }
 
 void useProject(const std::string& folder) {
-  SceneProject::current().give(fromCaller(folder));
-  (void)SceneProject::current().enter(folder);  // whoever opens a scene is told
+  HostState::current().project.give(fromCaller(folder));
+  (void)HostState::current().project.enter(folder);  // whoever opens a scene is told
 }
 
 void allowFiles() {
@@ -144,13 +144,13 @@ void openAtFrame(double frame) {
 
 FileSearch searchOfTexture(const std::string& name) {
   std::error_code error;
-  return SceneProject::current().searchOf(name,
-                                          morvane::nameOf(std::filesystem::current_path(error)));
+  return HostState::current().project.searchOf(
+      name, morvane::nameOf(std::filesystem::current_path(error)));
 }
 
 bool loadPlugin(const std::string& nameOrPath) {
   std::string error;
-  return report(PluginRegistry::current().load(nameOrPath, error), error);
+  return report(HostState::current().plugins.load(nameOrPath, error), error);
 }
 
 void beforeMessages(std::function<void(std::string_view)> listener) {
@@ -158,7 +158,7 @@ void beforeMessages(std::function<void(std::string_view)> listener) {
 }
 
 morvane::Status select(const std::string& name, bool onlyTransforms) {
-  const std::vector<SelectionItem> found = Scene::current().match(name);
+  const std::vector<SelectionItem> found = HostState::current().scene.match(name);
   const bool isThere = std::any_of(found.begin(), found.end(), [&](const SelectionItem& item) {
     return !onlyTransforms || item.node->isTransform();
   });
@@ -166,7 +166,7 @@ morvane::Status select(const std::string& name, bool onlyTransforms) {
   const std::string script =
       "select -add " +
       (onlyTransforms ? "`ls -long -transforms " + mel::quoted(name) + "`" : mel::quoted(name));
-  const mel::Outcome outcome = mel::Interpreter::current().execute(script, "");
+  const mel::Outcome outcome = HostState::current().interpreter.execute(script, "");
   if (!outcome.ok) return {morvane::StatusCode::kBadArgument, outcome.failure.text};
   return {};
 }

@@ -12,6 +12,7 @@
 #include "host/scene/Connections.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 #include "host/state/KeptLengths.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
@@ -80,7 +81,7 @@ bool takeNumber(const Plug& plug, Values& values, const CommandContext& context,
   }
   number = read ? *read : (*truth ? 1.0 : 0.0);
   if (context.inSceneFile) {
-    number *= unitFactor(currentUnits(), *plug.attribute());
+    number *= unitFactor(context.host().units, *plug.attribute());
     return true;
   }
   return keepsLimits(plug, values.clamps, number, error);
@@ -253,7 +254,7 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
   std::string error;
   if (node->mesh != nullptr && isMeshData(path)) {
     error = setMeshData(*node->mesh, path, joined(values.words),
-                        context.inSceneFile ? currentUnits().length : 1.0);
+                        context.inSceneFile ? context.host().units.length : 1.0);
     return error.empty() ? CommandResult::success() : CommandResult::malformed(error);
   }
   const auto range = splitRange(path);
@@ -289,7 +290,7 @@ CommandResult keepForAnother(const Arguments& arguments, const CommandContext& c
                              const std::string& text, const std::string& error) {
   CommandResult result = notFound(text, "setAttr: " + error);
   if (context.keepsInfo && !result.isMalformed && text.front() != '.')
-    SceneInfo::current().strayStatements.push_back(asStatement("setAttr", arguments.words()));
+    context.host().info.strayStatements.push_back(asStatement("setAttr", arguments.words()));
   return result;
 }
 
@@ -314,7 +315,8 @@ CommandResult setAttr(const Arguments& arguments, CommandContext& context) {
   if (context.inSceneFile && isToBeKept(name.node, name.path, values)) {
     if (!onlyShape) {
       KeptWords kept = keptWords(arguments, text, values.type);
-      if (isKeptLength(*name.node, name.path)) turnIntoCentimetres(kept, currentUnits().length);
+      if (isKeptLength(*name.node, name.path))
+        turnIntoCentimetres(kept, context.host().units.length);
       keepAsWritten(name.node, name.path, std::move(kept), flags);
     }
     return CommandResult::success();
@@ -375,10 +377,10 @@ std::string shownType(const Attribute& attribute) {
 }
 
 // A matrix of the world's without an index is that of the path by which the node was named.
-Plug ofNamedInstance(const Plug& plug, const std::string& text) {
+Plug ofNamedInstance(const CommandContext& context, const Plug& plug, const std::string& text) {
   if (!plug.isArray() || plug.attribute()->typeWord() != "matrix" || !plug.node()->isDag())
     return plug;
-  const DagPath path = Scene::current().findPath(text.substr(0, text.find('.')));
+  const DagPath path = context.host().scene.findPath(text.substr(0, text.find('.')));
   return plug.element(path.isEmpty() ? 0 : static_cast<int>(path.instanceNumber()));
 }
 
@@ -419,8 +421,8 @@ CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.has("as") && plug.attribute()->typeWord() == "enum")
     return CommandResult::success(enumName(*plug.attribute(), readNumber(plug).value_or(0.0)));
   std::optional<AtTime> otherTime;
-  if (arguments.has("t")) otherTime.emplace(Scene::current(), arguments.number("t"));
-  return valueOf(ofNamedInstance(plug, arguments.objects().front()));
+  if (arguments.has("t")) otherTime.emplace(context.host().scene, arguments.number("t"));
+  return valueOf(ofNamedInstance(context, plug, arguments.objects().front()));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 
 namespace host::mel {
@@ -56,7 +57,7 @@ CommandResult keepLoose(const Arguments& arguments, const CommandContext& contex
     connection.destination = looseEnd(arguments.objects()[1], context);
     connection.isNext = arguments.has("na");
     if (!isOfNoNode(connection.source) && !isOfNoNode(connection.destination))
-      SceneInfo::current().looseConnections.push_back(std::move(connection));
+      context.host().info.looseConnections.push_back(std::move(connection));
   }
   return CommandResult::failure("connectAttr: " + error);
 }
@@ -147,8 +148,8 @@ std::vector<ConnectionPtr> connectionsOf(const std::string& text, const CommandC
 CommandResult listConnections(const Arguments& arguments, CommandContext& context) {
   std::vector<std::string> names = arguments.objects();
   if (names.empty())
-    for (const SelectionItem& item : Scene::current().selection.items())
-      names.push_back(shownName(item));
+    for (const SelectionItem& item : context.host().scene.selection.items())
+      names.push_back(shownName(context, item));
   const bool sources = arguments.truth("s", true);
   const bool destinations = arguments.truth("d", true);
   Value::Strings result;
@@ -164,7 +165,7 @@ CommandResult listConnections(const Arguments& arguments, CommandContext& contex
       if (!hasType(far.node(), arguments.text("t"), arguments.truth("et"))) continue;
       if (arguments.truth("c")) result.push_back(near.name());
       result.push_back(arguments.truth("p") ? far.name()
-                                            : Scene::current().displayName(far.node()));
+                                            : context.host().scene.displayName(far.node()));
     }
   }
   return CommandResult::success(std::move(result));

@@ -2,6 +2,7 @@
 
 #include "host/mel/Command.h"
 #include "host/state/DirectoryMap.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 namespace {
@@ -15,7 +16,7 @@ CommandResult query(const Arguments& arguments, const DirectoryMap& map) {
 CommandResult dirmap(const Arguments& arguments, CommandContext& context) {
   if (context.inSceneFile)
     return CommandResult::failure("a scene file may not say where folders are");
-  DirectoryMap& map = DirectoryMap::current();
+  DirectoryMap& map = context.host().folders;
   if (arguments.query()) return query(arguments, map);
   if (arguments.has("en")) {
     map.enabled = arguments.truth("en");

@@ -3,6 +3,7 @@
 #include "host/file/SceneFiles.h"
 #include "host/mel/Command.h"
 #include "host/scene/Scene.h"
+#include "host/state/HostState.h"
 #include "util/FileFacts.h"
 #include "util/Path.h"
 
@@ -10,7 +11,7 @@ namespace host::mel {
 namespace {
 
 CommandResult query(const Arguments& arguments, const CommandContext& context) {
-  const std::string& name = Scene::current().fileName;
+  const std::string& name = context.host().scene.fileName;
   if (arguments.has("shn"))
     return CommandResult::success(morvane::nameOf(morvane::pathOf(name).filename()));
   if (arguments.has("ex")) {
@@ -33,16 +34,16 @@ CommandResult file(const Arguments& arguments, CommandContext& context) {
     return CommandResult::failure("a scene file may not read or write files");
   if (arguments.query()) return query(arguments, context);
   if (arguments.has("new")) {
-    startNewScene();
+    startNewScene(context.host());
     return CommandResult::success("untitled");
   }
   if (arguments.has("s")) {
-    const morvane::Status saved = saveFile();
-    return finish(saved, Scene::current().fileName);
+    const morvane::Status saved = saveFile(context.host());
+    return finish(saved, context.host().scene.fileName);
   }
   if (arguments.has("rn")) {
-    Scene::current().fileName = resolvedPath(arguments.text("rn"), context.folder);
-    return CommandResult::success(Scene::current().fileName);
+    context.host().scene.fileName = resolvedPath(arguments.text("rn"), context.folder);
+    return CommandResult::success(context.host().scene.fileName);
   }
   if (arguments.objects().size() != 1 || arguments.objects().front().empty())
     return CommandResult::failure("file: needs one file name");
@@ -51,10 +52,10 @@ CommandResult file(const Arguments& arguments, CommandContext& context) {
   request.type = arguments.text("typ");
   request.options = arguments.text("op");
   request.nameSpace = arguments.text("ns");
-  if (arguments.has("o")) return finish(openFile(request), request.path);
-  if (arguments.has("i")) return finish(importFile(request), request.path);
+  if (arguments.has("o")) return finish(openFile(context.host(), request), request.path);
+  if (arguments.has("i")) return finish(importFile(context.host(), request), request.path);
   if (arguments.has("es") || arguments.has("ea"))
-    return finish(exportFile(request, arguments.has("es")), request.path);
+    return finish(exportFile(context.host(), request, arguments.has("es")), request.path);
   return CommandResult::failure(
       "file: needs -open, -import, -exportSelected, -exportAll, -save, -rename or -newFile");
 }

@@ -13,8 +13,8 @@ namespace {
 constexpr std::size_t kMostFiles = 64;
 
 // Null, with the reason in `error`, for a number that no open file has.
-std::FILE* openFile(const Arguments& arguments, std::string& error) {
-  const auto& files = HostState::current().readFiles.files;
+std::FILE* openFile(const CommandContext& context, const Arguments& arguments, std::string& error) {
+  const auto& files = context.host().readFiles.files;
   const bool hasOne = arguments.objects().size() == 1;
   const auto found = hasOne ? files.find(Value(arguments.objects().front()).toInt()) : files.end();
   error = "needs the number of an open file";
@@ -22,7 +22,7 @@ std::FILE* openFile(const Arguments& arguments, std::string& error) {
 }
 
 CommandResult open(const Arguments& arguments, CommandContext& context) {
-  ReadFiles& state = HostState::current().readFiles;
+  ReadFiles& state = context.host().readFiles;
   if (context.inSceneFile || !state.isAllowed)
     return CommandResult::failure("fopen: files are read only with run --allow-files");
   if (arguments.objects().empty() || arguments.objects().size() > 2)
@@ -41,16 +41,17 @@ CommandResult open(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success(state.last);
 }
 
-CommandResult close(const Arguments& arguments, CommandContext&) {
+CommandResult close(const Arguments& arguments, CommandContext& context) {
   std::string error;
-  if (openFile(arguments, error) == nullptr) return CommandResult::failure("fclose: " + error);
-  HostState::current().readFiles.files.erase(Value(arguments.objects().front()).toInt());
+  if (openFile(context, arguments, error) == nullptr)
+    return CommandResult::failure("fclose: " + error);
+  context.host().readFiles.files.erase(Value(arguments.objects().front()).toInt());
   return CommandResult::success();
 }
 
 CommandResult getLine(const Arguments& arguments, CommandContext& context) {
   std::string error;
-  std::FILE* const file = openFile(arguments, error);
+  std::FILE* const file = openFile(context, arguments, error);
   if (file == nullptr) return CommandResult::failure("fgetline: " + error);
   std::string line;
   for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) {
@@ -62,16 +63,16 @@ CommandResult getLine(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success(std::move(line));
 }
 
-CommandResult atEnd(const Arguments& arguments, CommandContext&) {
+CommandResult atEnd(const Arguments& arguments, CommandContext& context) {
   std::string error;
-  std::FILE* const file = openFile(arguments, error);
+  std::FILE* const file = openFile(context, arguments, error);
   if (file == nullptr) return CommandResult::failure("feof: " + error);
   return CommandResult::success(Value::ofTruth(std::feof(file) != 0));
 }
 
-CommandResult rewind(const Arguments& arguments, CommandContext&) {
+CommandResult rewind(const Arguments& arguments, CommandContext& context) {
   std::string error;
-  std::FILE* const file = openFile(arguments, error);
+  std::FILE* const file = openFile(context, arguments, error);
   if (file == nullptr) return CommandResult::failure("frewind: " + error);
   std::rewind(file);
   return CommandResult::success();

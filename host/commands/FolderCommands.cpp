@@ -5,6 +5,7 @@
 #include "host/mel/Command.h"
 #include "host/mel/Interpreter.h"
 #include "host/mel/Pattern.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneProject.h"
 #include "util/Path.h"
 
@@ -103,7 +104,7 @@ CommandResult queryProject(const Arguments& arguments, const std::string& folder
 CommandResult workspace(const Arguments& arguments, CommandContext& context) {
   // Old scenes hold rules; where the scene lies decides which count.
   if (context.inSceneFile) return CommandResult::success();
-  Project& project = SceneProject::current().project();
+  Project& project = context.host().project.project();
   const std::string folder =
       project.folder.empty() ? context.interpreter->callerFolder() : project.folder;
   if (arguments.has("fre")) {
@@ -124,7 +125,7 @@ CommandResult workspace(const Arguments& arguments, CommandContext& context) {
                                      "-openWorkspace");
   }
   const morvane::Status status =
-      SceneProject::current().open(resolvedPath(arguments.text("o"), context.folder));
+      context.host().project.open(resolvedPath(arguments.text("o"), context.folder));
   return status.ok() ? CommandResult::success()
                      : CommandResult::failure("workspace: " + status.text());
 }

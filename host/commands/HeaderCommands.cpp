@@ -4,6 +4,7 @@
 #include "host/evaluation/CurrentTime.h"
 #include "host/mel/Command.h"
 #include "host/scene/Scene.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
 #include "host/text/Numbers.h"
@@ -13,7 +14,7 @@ namespace {
 
 CommandResult requiresPlugin(const Arguments& arguments, CommandContext& context) {
   if (context.keepsInfo)
-    SceneInfo::current().requirements.push_back(asStatement("requires", arguments.words()));
+    context.host().info.requirements.push_back(asStatement("requires", arguments.words()));
   return CommandResult::success();
 }
 
@@ -26,7 +27,7 @@ bool isWord(const std::string& text) {
 // What the scene is saved in is what it was opened in.
 void keepUnits(const Arguments& arguments, const CommandContext& context) {
   SceneUnits tried;
-  SceneInfo& info = SceneInfo::current();
+  SceneInfo& info = context.host().info;
   if (context.keepsInfo && arguments.has("l") && setLengthUnit(tried, arguments.text("l")))
     info.lengthUnit = arguments.text("l");
   if (context.keepsInfo && arguments.has("a") && setAngleUnit(tried, arguments.text("a")))
@@ -34,9 +35,9 @@ void keepUnits(const Arguments& arguments, const CommandContext& context) {
 }
 
 // What numbers are in that scripts get; of time, what the scene says.
-CommandResult queryUnit(const Arguments& arguments) {
+CommandResult queryUnit(const CommandContext& context, const Arguments& arguments) {
   const bool full = arguments.has("f");
-  const std::string& time = SceneInfo::current().timeUnit;
+  const std::string& time = context.host().info.timeUnit;
   if (arguments.has("l")) return CommandResult::success(full ? "centimeter" : "cm");
   if (arguments.has("a")) return CommandResult::success(full ? "degree" : "deg");
   if (arguments.has("t")) return CommandResult::success(time.empty() ? "film" : time);
@@ -45,16 +46,17 @@ CommandResult queryUnit(const Arguments& arguments) {
 
 CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
   if (!context.inSceneFile) {
-    if (arguments.query()) return queryUnit(arguments);
+    if (arguments.query()) return queryUnit(context, arguments);
     return CommandResult::failure("currentUnit: the units are centimetres and degrees");
   }
   if (arguments.has("t") && !isWord(arguments.text("t")))
     context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
   else if (arguments.has("t") && context.keepsInfo)
-    SceneInfo::current().timeUnit = arguments.text("t");
+    context.host().info.timeUnit = arguments.text("t");
   keepUnits(arguments, context);
-  const bool length = !arguments.has("l") || setLengthUnit(currentUnits(), arguments.text("l"));
-  const bool angle = !arguments.has("a") || setAngleUnit(currentUnits(), arguments.text("a"));
+  const bool length =
+      !arguments.has("l") || setLengthUnit(context.host().units, arguments.text("l"));
+  const bool angle = !arguments.has("a") || setAngleUnit(context.host().units, arguments.text("a"));
   if (!length) {
     return CommandResult::malformed("currentUnit: unknown unit of length '" + arguments.text("l") +
                                     "'; taken as centimetres");
@@ -67,8 +69,8 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
 }
 
 // The frame that the scene stands at.
-CommandResult moveInTime(const Arguments& arguments, CommandContext&) {
-  Scene& scene = Scene::current();
+CommandResult moveInTime(const Arguments& arguments, CommandContext& context) {
+  Scene& scene = context.host().scene;
   if (arguments.has("q")) return CommandResult::success(currentTime(scene));
   const auto frame =
       arguments.objects().size() == 1 ? parseNumber(arguments.objects().front()) : std::nullopt;
@@ -80,19 +82,19 @@ CommandResult moveInTime(const Arguments& arguments, CommandContext&) {
 
 CommandResult fileInfo(const Arguments& arguments, CommandContext& context) {
   if (context.keepsInfo)
-    SceneInfo::current().fileInfo.push_back(asStatement("fileInfo", arguments.words()));
+    context.host().info.fileInfo.push_back(asStatement("fileInfo", arguments.words()));
   return CommandResult::success();
 }
 
 CommandResult dataStructure(const Arguments& arguments, CommandContext& context) {
   if (context.keepsInfo)
-    SceneInfo::current().metadata.push_back(asStatement("dataStructure", arguments.words()));
+    context.host().info.metadata.push_back(asStatement("dataStructure", arguments.words()));
   return CommandResult::success();
 }
 
 CommandResult applyMetadata(const Arguments& arguments, CommandContext& context) {
   if (context.keepsInfo)
-    SceneInfo::current().metadata.push_back(asStatement("applyMetadata", arguments.words()));
+    context.host().info.metadata.push_back(asStatement("applyMetadata", arguments.words()));
   return CommandResult::success();
 }
 
@@ -101,8 +103,9 @@ CommandResult relationship(const Arguments& arguments, CommandContext& context) 
   const std::vector<std::string>& names = arguments.objects();
   if (context.keepsInfo && names.size() >= 3) {
     const std::string name = names[2].substr(0, names[2].find('.'));
-    SceneInfo::current().relationships.push_back({name, Scene::current().findNode(name) != nullptr,
-                                                  asStatement("relationship", arguments.words())});
+    context.host().info.relationships.push_back({name,
+                                                 context.host().scene.findNode(name) != nullptr,
+                                                 asStatement("relationship", arguments.words())});
   }
   return CommandResult::success();
 }

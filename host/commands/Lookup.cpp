@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/scene/Scene.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 namespace {
@@ -14,7 +15,7 @@ std::string_view nodePart(std::string_view text) {
 
 NodePtr currentNode(const CommandContext& context) {
   if (context.inSceneFile) return context.currentNode;
-  const Selection& selection = Scene::current().selection;
+  const Selection& selection = context.host().scene.selection;
   return selection.size() == 0 ? nullptr : selection.items().front().node;
 }
 
@@ -36,7 +37,7 @@ std::string pathOfInstance(std::string_view path, std::string_view name, const N
                          (path.size() == groups.size() || path[groups.size()] == '.');
     const bool isAmbiguous = node->pathCount() > 1 || path.size() > groups.size();
     if (!isWhole || !node->isDag() || !isAmbiguous) continue;
-    const DagPath instance = Scene::current().findPath(qualifiedName(name, context));
+    const DagPath instance = context.host().scene.findPath(qualifiedName(name, context));
     if (instance.isEmpty() || instance.node() != node) continue;
     return std::string(groups) + '[' + std::to_string(instance.instanceNumber()) + ']' +
            std::string(path.substr(groups.size()));
@@ -71,7 +72,7 @@ std::string qualifiedName(std::string_view name, const CommandContext& context) 
 
 NodePtr findNode(std::string_view name, const CommandContext& context, std::string& error) {
   if (NodePtr own = ownNode(name, context)) return own;
-  return Scene::current().findNode(qualifiedName(name, context), &error);
+  return context.host().scene.findNode(qualifiedName(name, context), &error);
 }
 
 CommandResult notFound(std::string_view name, const std::string& error) {
@@ -108,7 +109,7 @@ Plug findPlug(std::string_view text, const CommandContext& context, std::string&
 
 bool findItems(const std::vector<std::string>& names, const CommandContext& context,
                std::vector<SelectionItem>& items, std::string& error) {
-  const Scene& scene = Scene::current();
+  const Scene& scene = context.host().scene;
   if (names.empty()) {
     items = scene.selection.items();
     return true;
@@ -133,8 +134,9 @@ bool findItems(const std::vector<std::string>& names, const CommandContext& cont
   return true;
 }
 
-std::string shownName(const SelectionItem& item) {
-  return item.path.isEmpty() ? Scene::current().displayName(item.node) : item.path.partialName();
+std::string shownName(const CommandContext& context, const SelectionItem& item) {
+  return item.path.isEmpty() ? context.host().scene.displayName(item.node)
+                             : item.path.partialName();
 }
 
 }  // namespace host::mel

@@ -42,7 +42,7 @@ bool findItems(const std::vector<std::string>& names, const CommandContext& cont
                std::vector<SelectionItem>& items, std::string& error);
 
 // The name that shows an item's node, without components.
-std::string shownName(const SelectionItem& item);
+std::string shownName(const CommandContext& context, const SelectionItem& item);
 
 }  // namespace host::mel
 

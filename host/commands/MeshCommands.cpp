@@ -9,7 +9,7 @@ namespace host::mel {
 namespace {
 
 // A polygon with these corners, in a transform of its own, shaded like every new object.
-CommandResult polyCreateFacet(const Arguments& arguments, CommandContext&) {
+CommandResult polyCreateFacet(const Arguments& arguments, CommandContext& context) {
   MeshPolygons polygon;
   for (const std::vector<double>& xyz : arguments.allNumbers("p")) {
     polygon.connects.push_back(static_cast<int>(polygon.points.size()));
@@ -20,7 +20,7 @@ CommandResult polyCreateFacet(const Arguments& arguments, CommandContext&) {
   std::string error = buildMesh(polygon, mesh);
   if (!error.empty()) return CommandResult::failure("polyCreateFacet: " + error);
   const std::string name = arguments.has("n") ? arguments.text("n") : "polySurface1";
-  return addMeshObject("polyCreateFacet", name, std::move(mesh));
+  return addMeshObject(context, "polyCreateFacet", name, std::move(mesh));
 }
 
 }  // namespace

@@ -5,11 +5,13 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 
-CommandResult addMeshObject(const std::string& command, const std::string& name, MeshData mesh) {
-  Scene& scene = Scene::current();
+CommandResult addMeshObject(const CommandContext& context, const std::string& command,
+                            const std::string& name, MeshData mesh) {
+  Scene& scene = context.host().scene;
   std::string error;
   const NodePtr transform = scene.createNode(*NodeType::find("transform"), name, nullptr, &error);
   const NodePtr shape = transform == nullptr

@@ -10,7 +10,8 @@ namespace host::mel {
 
 // Adds a transform of that name with a mesh below it, shaded like every new object, and selects it.
 // The result is the transform's name; a failure names `command`.
-CommandResult addMeshObject(const std::string& command, const std::string& name, MeshData mesh);
+CommandResult addMeshObject(const CommandContext& context, const std::string& command,
+                            const std::string& name, MeshData mesh);
 
 }  // namespace host::mel
 

@@ -9,12 +9,13 @@
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 namespace {
 
-std::string shown(const NodePtr& node) {
-  return Scene::current().displayName(node);
+std::string shown(const CommandContext& context, const NodePtr& node) {
+  return context.host().scene.displayName(node);
 }
 
 // --- createNode
@@ -31,8 +32,8 @@ void finishCreated(const NodePtr& node, const Arguments& arguments, CommandConte
   if (context.inSceneFile) {
     context.currentNode = node;
   } else if (!arguments.has("ss")) {
-    Scene::current().selection.clear();
-    Scene::current().selection.add(SelectionItem::of(node));
+    context.host().scene.selection.clear();
+    context.host().scene.selection.add(SelectionItem::of(node));
   }
 }
 
@@ -42,7 +43,7 @@ NodePtr findShared(const Arguments& arguments, const NodePtr& parent,
                    const CommandContext& context) {
   const std::string name = arguments.text("n");
   for (const std::string& candidate : {name, qualifiedName(name, context)}) {
-    for (const NodePtr& node : Scene::current().nodesNamed(candidate)) {
+    for (const NodePtr& node : context.host().scene.nodesNamed(candidate)) {
       const auto& parents = node->parents();
       if (parent == nullptr ||
           std::find(parents.begin(), parents.end(), parent.get()) != parents.end()) {
@@ -64,7 +65,7 @@ void rememberOwn(const std::string& wanted, const std::string& name, const NodeP
 // stands below it is not lost; a saved scene names it again and does not hold it.
 NodePtr parentNamed(const std::string& name, const Arguments& arguments, CommandContext& context,
                     std::string& error) {
-  Scene& scene = Scene::current();
+  Scene& scene = context.host().scene;
   NodePtr parent = findNode(name, context, error);
   if (parent == nullptr && arguments.has("s") && !context.nameSpace.empty())
     parent = scene.findNode(name, &error);
@@ -100,54 +101,55 @@ CommandResult createNode(const Arguments& arguments, CommandContext& context) {
       return CommandResult::malformed("createNode: unknown node type '" + typeName + "'");
     const std::string wanted = arguments.text("n");
     const std::string name = wanted.empty() ? wanted : context.nameSpace + wanted;
-    node = Scene::current().createNode(*type, name, parent, &error);
+    node = context.host().scene.createNode(*type, name, parent, &error);
     if (node == nullptr) return CommandResult::failure("createNode: " + error);
     node->isShared = arguments.has("s");
     node->isReferenced = context.isReference;
     if (context.inSceneFile && !wanted.empty()) rememberOwn(wanted, name, node, context);
   }
   finishCreated(node, arguments, context);
-  return CommandResult::success(shown(node));
+  return CommandResult::success(shown(context, node));
 }
 
 // --- shadingNode, hyperShade
 
 // Nodes for shading are listed by one of the scene's default nodes, which is how the host finds
 // them.
-void listNode(const NodePtr& node, const char* list, const char* plugName) {
-  const auto listNodes = Scene::current().nodesNamed(list);
+void listNode(const CommandContext& context, const NodePtr& node, const char* list,
+              const char* plugName) {
+  const auto listNodes = context.host().scene.nodesNamed(list);
   const auto array = listNodes.empty() ? std::nullopt : Plug::find(listNodes.front(), plugName);
   const auto message = Plug::find(node, "message");
   if (array && message) connect(*message, nextElement(*array), false);
 }
 
-void listByKind(const NodePtr& node) {
+void listByKind(const CommandContext& context, const NodePtr& node) {
   if (node->hasFn(MFn::kLambert))
-    listNode(node, "defaultShaderList1", "shaders");
+    listNode(context, node, "defaultShaderList1", "shaders");
   else if (node->type().isA("texture2d") || node->hasFn(MFn::kFileTexture))
-    listNode(node, "defaultTextureList1", "textures");
+    listNode(context, node, "defaultTextureList1", "textures");
 }
 
-CommandResult createShadingNode(const std::string& command, const std::string& typeName,
-                                const std::string& name, bool select) {
+CommandResult createShadingNode(const CommandContext& context, const std::string& command,
+                                const std::string& typeName, const std::string& name, bool select) {
   const NodeType* type = NodeType::find(typeName);
   if (type == nullptr)
     return CommandResult::failure(command + ": unknown node type '" + typeName + "'");
   std::string error;
-  const NodePtr node = Scene::current().createNode(*type, name, nullptr, &error);
+  const NodePtr node = context.host().scene.createNode(*type, name, nullptr, &error);
   if (node == nullptr) return CommandResult::failure(command + ": " + error);
-  listByKind(node);
+  listByKind(context, node);
   if (select) {
-    Scene::current().selection.clear();
-    Scene::current().selection.add(SelectionItem::of(node));
+    context.host().scene.selection.clear();
+    context.host().scene.selection.add(SelectionItem::of(node));
   }
-  return CommandResult::success(shown(node));
+  return CommandResult::success(shown(context, node));
 }
 
-CommandResult shadingNode(const Arguments& arguments, CommandContext&) {
+CommandResult shadingNode(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1)
     return CommandResult::failure("shadingNode: needs one node type");
-  return createShadingNode("shadingNode", arguments.objects().front(), arguments.text("n"),
+  return createShadingNode(context, "shadingNode", arguments.objects().front(), arguments.text("n"),
                            !arguments.has("ss"));
 }
 
@@ -159,7 +161,8 @@ NodePtr shadingGroupOf(const NodePtr& shader) {
 }
 
 CommandResult hyperShade(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("cn")) return createShadingNode("hyperShade", arguments.text("cn"), "", true);
+  if (arguments.has("cn"))
+    return createShadingNode(context, "hyperShade", arguments.text("cn"), "", true);
   if (!arguments.has("a") && !arguments.has("o"))
     return CommandResult::failure("hyperShade: needs -createNode, -assign or -objects");
   std::string error;
@@ -168,9 +171,9 @@ CommandResult hyperShade(const Arguments& arguments, CommandContext& context) {
   if (group == nullptr) {
     return CommandResult::failure(
         "hyperShade: " +
-        (shader == nullptr ? error : "'" + shown(shader) + "' has no shading group"));
+        (shader == nullptr ? error : "'" + shown(context, shader) + "' has no shading group"));
   }
-  Selection& selection = Scene::current().selection;
+  Selection& selection = context.host().scene.selection;
   if (arguments.has("o")) {
     selection.clear();
     for (const SelectionItem& item : membersOf(group)) selection.add(item);
@@ -203,9 +206,9 @@ CommandResult renameNode(const Arguments& arguments, CommandContext& context) {
     items[0].node->uuid = names.back();
     return CommandResult::success(names.back());
   }
-  if (!Scene::current().rename(items[0].node, names.back(), !arguments.has("is"), &error))
+  if (!context.host().scene.rename(items[0].node, names.back(), !arguments.has("is"), &error))
     return CommandResult::failure("rename: " + error);
-  return CommandResult::success(shownName(SelectionItem::of(items[0].node)));
+  return CommandResult::success(shownName(context, SelectionItem::of(items[0].node)));
 }
 
 void keepWhatItGave(const NodePtr& node) {
@@ -225,10 +228,10 @@ CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
     if (item.component != nullptr)
       return CommandResult::failure("delete: components cannot be deleted");
     keepWhatItGave(item.node);
-    if (item.node->isAlive() && !Scene::current().deleteNode(item.node, &error))
+    if (item.node->isAlive() && !context.host().scene.deleteNode(item.node, &error))
       return CommandResult::failure("delete: " + error);
   }
-  Scene::current().selection.removeDeleted();
+  context.host().scene.selection.removeDeleted();
   return CommandResult::success();
 }
 
@@ -268,7 +271,7 @@ CommandResult lockNode(const Arguments& arguments, CommandContext& context) {
 CommandResult objExists(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1) return CommandResult::failure("objExists: needs one name");
   const std::string& name = arguments.objects().front();
-  bool exists = !Scene::current().match(qualifiedName(name, context)).empty();
+  bool exists = !context.host().scene.match(qualifiedName(name, context)).empty();
   if (!exists && name.find('.') != std::string::npos) {
     std::string error;
     exists = !findPlug(name, context, error).isNull();

@@ -9,6 +9,7 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 
 // What scripts ask about the attributes and connections of nodes.
 namespace host::mel {
@@ -100,7 +101,7 @@ CommandResult listHistory(const Arguments& arguments, CommandContext& context) {
     for (const NodePtr& node : reachedFrom(start, arguments.truth("f"), levels)) {
       const bool isShown = !arguments.truth("pdo") || (!node->isShape() && !node->isTransform());
       if (isShown && seen.insert(node.get()).second)
-        names.push_back(Scene::current().displayName(node));
+        names.push_back(context.host().scene.displayName(node));
     }
   }
   return CommandResult::success(std::move(names));

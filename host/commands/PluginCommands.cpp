@@ -2,6 +2,7 @@
 
 #include "host/mel/Command.h"
 #include "host/plugin/PluginRegistry.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 namespace {
@@ -11,9 +12,9 @@ CommandResult loadPluginCommand(const Arguments& arguments, CommandContext& cont
   Value::Strings names;
   for (const std::string& name : arguments.objects()) {
     std::string error;
-    if (!PluginRegistry::current().load(name, error))
+    if (!context.host().plugins.load(name, error))
       return CommandResult::failure("loadPlugin: " + error);
-    names.push_back(PluginRegistry::current().find(name)->name);
+    names.push_back(context.host().plugins.find(name)->name);
   }
   return CommandResult::success(std::move(names));
 }
@@ -23,22 +24,22 @@ CommandResult unloadPluginCommand(const Arguments& arguments, CommandContext& co
   Value::Strings names;
   for (const std::string& name : arguments.objects()) {
     std::string error;
-    if (!PluginRegistry::current().unload(name, error))
+    if (!context.host().plugins.unload(name, error))
       return CommandResult::failure("unloadPlugin: " + error);
     names.push_back(name);
   }
   return CommandResult::success(std::move(names));
 }
 
-Value::Strings translatorsOf(const PluginPtr& plugin) {
+Value::Strings translatorsOf(const CommandContext& context, const PluginPtr& plugin) {
   Value::Strings names;
-  for (const Translator& translator : PluginRegistry::current().translators())
+  for (const Translator& translator : context.host().plugins.translators())
     if (translator.plugin == plugin) names.push_back(translator.name);
   return names;
 }
 
-CommandResult pluginInfo(const Arguments& arguments, CommandContext&) {
-  const PluginRegistry& registry = PluginRegistry::current();
+CommandResult pluginInfo(const Arguments& arguments, CommandContext& context) {
+  const PluginRegistry& registry = context.host().plugins;
   if (!arguments.query()) return CommandResult::failure("pluginInfo: only -query is supported");
   if (arguments.has("ls")) {
     Value::Strings names;
@@ -55,7 +56,7 @@ CommandResult pluginInfo(const Arguments& arguments, CommandContext&) {
                                   " is loaded");
   }
   if (arguments.has("c")) return CommandResult::success(plugin->commands);
-  if (arguments.has("t")) return CommandResult::success(translatorsOf(plugin));
+  if (arguments.has("t")) return CommandResult::success(translatorsOf(context, plugin));
   return CommandResult::success(arguments.has("p")    ? plugin->path
                                 : arguments.has("vd") ? plugin->vendor
                                                       : plugin->version);

@@ -91,14 +91,15 @@ PrimitiveParameter parametersOf(const Primitive& primitive, const Arguments& arg
 }
 
 // Makes the object without construction history: its shape is its own.
-CommandResult makePrimitive(const Primitive& primitive, const Arguments& arguments) {
+CommandResult makePrimitive(const CommandContext& context, const Primitive& primitive,
+                            const Arguments& arguments) {
   const std::string command = primitive.type;
   MeshData mesh;
   std::string error = evaluatePrimitive(primitive.type, parametersOf(primitive, arguments), mesh);
   if (!error.empty()) return CommandResult::failure(command + ": " + error);
   const std::string name =
       arguments.has("n") ? arguments.text("n") : primitive.object + std::string("#");
-  return addMeshObject(command, name, std::move(mesh));
+  return addMeshObject(context, command, name, std::move(mesh));
 }
 
 template <std::size_t kIndex>
@@ -107,7 +108,7 @@ CommandResult primitiveCommand(const Arguments& arguments, CommandContext& conte
     return CommandResult::failure(std::string(kPrimitives[kIndex].type) +
                                   ": makes new objects only; it has no history to query or edit");
   }
-  return makePrimitive(kPrimitives[kIndex], arguments);
+  return makePrimitive(context, kPrimitives[kIndex], arguments);
 }
 
 template <std::size_t kIndex>

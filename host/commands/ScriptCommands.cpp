@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::size_t kMostOptions = 65536;
 
-NamedValues& options() {
-  return HostState::current().options;
+NamedValues& options(const CommandContext& context) {
+  return context.host().options;
 }
 
 // What one of the flags that set a value makes of its text.
@@ -32,9 +32,10 @@ constexpr OptionFlag kOptionFlags[] = {
     {"sv", Value::Type::kString},      {"iva", Value::Type::kIntArray},
     {"fva", Value::Type::kFloatArray}, {"sva", Value::Type::kStringArray}};
 
-bool setOption(const OptionFlag& flag, const std::string& name, const std::string& text) {
-  NamedValues& all = options();
-  const std::size_t most = Interpreter::current().limits().arraySize;
+bool setOption(const CommandContext& context, const OptionFlag& flag, const std::string& name,
+               const std::string& text) {
+  NamedValues& all = options(context);
+  const std::size_t most = context.interpreter->limits().arraySize;
   if (all.size() >= kMostOptions && all.find(name) == all.end()) return false;
   // A float keeps all its digits.
   const Value given = elementType(flag.type) == Value::Type::kString
@@ -50,35 +51,37 @@ bool setOption(const OptionFlag& flag, const std::string& name, const std::strin
   return true;
 }
 
-CommandResult queryOption(const Arguments& arguments) {
-  const auto found =
-      arguments.objects().empty() ? options().end() : options().find(arguments.objects().front());
-  return CommandResult::success(found == options().end() ? Value(0) : found->second);
+CommandResult queryOption(const CommandContext& context, const Arguments& arguments) {
+  const auto found = arguments.objects().empty()
+                         ? options(context).end()
+                         : options(context).find(arguments.objects().front());
+  return CommandResult::success(found == options(context).end() ? Value(0) : found->second);
 }
 
-CommandResult optionVar(const Arguments& arguments, CommandContext&) {
-  if (arguments.query()) return queryOption(arguments);
+CommandResult optionVar(const Arguments& arguments, CommandContext& context) {
+  if (arguments.query()) return queryOption(context, arguments);
   if (arguments.has("ex"))
-    return CommandResult::success(Value::ofTruth(options().count(arguments.text("ex")) != 0));
+    return CommandResult::success(
+        Value::ofTruth(options(context).count(arguments.text("ex")) != 0));
   if (arguments.has("l")) {
     Value::Strings names;
-    for (const auto& [name, value] : options()) names.push_back(name);
+    for (const auto& [name, value] : options(context)) names.push_back(name);
     return CommandResult::success(std::move(names));
   }
   if (arguments.has("as")) {
-    const auto found = options().find(arguments.text("as"));
-    const bool isArray = found != options().end() && found->second.isArray();
+    const auto found = options(context).find(arguments.text("as"));
+    const bool isArray = found != options(context).end() && found->second.isArray();
     return CommandResult::success(isArray ? static_cast<int>(found->second.arraySize()) : 0);
   }
-  for (const std::string& name : arguments.texts("rm")) options().erase(name);
+  for (const std::string& name : arguments.texts("rm")) options(context).erase(name);
   for (const std::string& name : arguments.texts("ca")) {
-    const auto found = options().find(name);
-    if (found != options().end() && found->second.isArray())
+    const auto found = options(context).find(name);
+    if (found != options(context).end() && found->second.isArray())
       found->second = Value::initial(found->second.type());
   }
   for (const OptionFlag& flag : kOptionFlags) {
     for (const std::vector<std::string>& given : arguments.allTexts(flag.flag))
-      if (!setOption(flag, given[0], given[1]))
+      if (!setOption(context, flag, given[0], given[1]))
         return CommandResult::failure("optionVar: there are too many variables");
   }
   return CommandResult::success();
@@ -88,25 +91,25 @@ CommandResult optionVar(const Arguments& arguments, CommandContext&) {
 
 enum class Meaning { kUnknown, kCommand, kProcedure, kScript };
 
-Meaning meaningOf(const std::string& name) {
-  const Interpreter& interpreter = Interpreter::current();
+Meaning meaningOf(const CommandContext& context, const std::string& name) {
+  const Interpreter& interpreter = *context.interpreter;
   if (interpreter.isProcedure(name)) return Meaning::kProcedure;
   if (interpreter.commands().find(name) != nullptr || findFunction(name) != nullptr)
     return Meaning::kCommand;
   return interpreter.findScript(name).empty() ? Meaning::kUnknown : Meaning::kScript;
 }
 
-CommandResult exists(const Arguments& arguments, CommandContext&) {
+CommandResult exists(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1) return CommandResult::failure("exists: needs one name");
   return CommandResult::success(
-      Value::ofTruth(meaningOf(arguments.objects().front()) != Meaning::kUnknown));
+      Value::ofTruth(meaningOf(context, arguments.objects().front()) != Meaning::kUnknown));
 }
 
-CommandResult whatIs(const Arguments& arguments, CommandContext&) {
+CommandResult whatIs(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1) return CommandResult::failure("whatIs: needs one name");
   const std::string& name = arguments.objects().front();
-  const Interpreter& interpreter = Interpreter::current();
-  switch (meaningOf(name)) {
+  const Interpreter& interpreter = *context.interpreter;
+  switch (meaningOf(context, name)) {
     case Meaning::kCommand:
       return CommandResult::success("Command");
     case Meaning::kProcedure: {
@@ -126,10 +129,10 @@ CommandResult whatIs(const Arguments& arguments, CommandContext&) {
 // --- format
 
 // "^1s" stands for the first text, and so on; "^" before anything else stands for itself.
-CommandResult format(const Arguments& arguments, CommandContext&) {
+CommandResult format(const Arguments& arguments, CommandContext& context) {
   const std::vector<std::string> texts = arguments.texts("s");
   const std::string pattern = arguments.objects().empty() ? "" : arguments.objects().front();
-  const std::size_t most = Interpreter::current().limits().textSize;
+  const std::size_t most = context.interpreter->limits().textSize;
   std::string result;
   for (std::size_t at = 0; at < pattern.size(); ++at) {
     const std::size_t end = pattern.find('s', at);

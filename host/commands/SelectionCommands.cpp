@@ -9,6 +9,7 @@
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 #include "host/text/Numbers.h"
 
 namespace host::mel {
@@ -55,15 +56,15 @@ Items withHierarchy(const Items& items) {
   return all;
 }
 
-Items allSelectable() {
+Items allSelectable(const CommandContext& context) {
   Items items;
-  for (const NodePtr& node : Scene::current().world()->children())
+  for (const NodePtr& node : context.host().scene.world()->children())
     if (!node->isDefault) items.push_back(SelectionItem::of(node));
   return items;
 }
 
-void applySelection(const Arguments& arguments, const Items& items) {
-  Selection& selection = Scene::current().selection;
+void applySelection(const CommandContext& context, const Arguments& arguments, const Items& items) {
+  Selection& selection = context.host().scene.selection;
   const bool keeps =
       arguments.has("add") || arguments.has("d") || arguments.has("tgl") || arguments.has("af");
   if (!keeps) selection.clear();
@@ -84,7 +85,7 @@ CommandResult selectInSceneFile(const Arguments& arguments, CommandContext& cont
   context.currentNode = findNode(name, context, error);
   // Later versions have default nodes that the host does not know.
   if (context.currentNode == nullptr && name.front() == ':' && isLegalName(name.substr(1))) {
-    context.currentNode = Scene::current().makeDefaultNode(name.substr(1));
+    context.currentNode = context.host().scene.makeDefaultNode(name.substr(1));
     context.currentNode->isReferenced = context.isReference;
   }
   if (context.currentNode != nullptr && context.currentNode->isDefault && !context.isReference)
@@ -96,18 +97,18 @@ CommandResult selectInSceneFile(const Arguments& arguments, CommandContext& cont
 CommandResult select(const Arguments& arguments, CommandContext& context) {
   if (context.inSceneFile) return selectInSceneFile(arguments, context);
   if (arguments.has("cl")) {
-    Scene::current().selection.clear();
+    context.host().scene.selection.clear();
     return CommandResult::success();
   }
   Items items;
   std::string error;
   if (arguments.has("all"))
-    items = allSelectable();
+    items = allSelectable(context);
   else if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("select: " + error);
   if (!arguments.has("ne")) items = expandSets(items);
   if (arguments.has("hi")) items = withHierarchy(items);
-  applySelection(arguments, items);
+  applySelection(context, arguments, items);
   return CommandResult::success();
 }
 
@@ -158,9 +159,9 @@ bool admits(const Arguments& arguments, const Node& node) {
          only("ln", node.isLocked) && only("dn", node.isDefault) && !isExcluded(arguments, node);
 }
 
-Items everything(const Arguments& arguments) {
+Items everything(const CommandContext& context, const Arguments& arguments) {
   Items items;
-  for (const auto& [serial, node] : Scene::current().nodes()) {
+  for (const auto& [serial, node] : context.host().scene.nodes()) {
     if (node->isDag() && (arguments.has("ap") || arguments.has("dag")))
       for (const DagPath& path : allPaths(node)) items.push_back(SelectionItem::of(path));
     else
@@ -169,7 +170,8 @@ Items everything(const Arguments& arguments) {
   return items;
 }
 
-std::vector<std::string> shownNames(const Arguments& arguments, const SelectionItem& item) {
+std::vector<std::string> shownNames(const CommandContext& context, const Arguments& arguments,
+                                    const SelectionItem& item) {
   if (arguments.has("uid")) return {item.node->uuid};
   if (arguments.has("l") && !item.path.isEmpty()) {
     std::vector<std::string> names{item.path.fullName()};
@@ -181,15 +183,15 @@ std::vector<std::string> shownNames(const Arguments& arguments, const SelectionI
   }
   return item.component != nullptr && !arguments.has("o")
              ? item.names()
-             : std::vector<std::string>{shownName(item)};
+             : std::vector<std::string>{shownName(context, item)};
 }
 
 // With -flatten each component by itself, with -showType the node's type behind each name.
-void addShown(const Arguments& arguments, const SelectionItem& item, const std::string& name,
-              Value::Strings& names) {
+void addShown(const CommandContext& context, const Arguments& arguments, const SelectionItem& item,
+              const std::string& name, Value::Strings& names) {
   const auto range =
       arguments.has("fl") && item.component != nullptr ? splitRange(name) : std::nullopt;
-  const std::size_t most = Interpreter::current().limits().arraySize;
+  const std::size_t most = context.interpreter->limits().arraySize;
   for (int i = range ? range->first : 0; i <= (range ? range->last : 0); ++i) {
     if (names.size() + 1 >= most) return;
     names.push_back(range ? std::string(range->stem) + "[" + std::to_string(i) + "]" : name);
@@ -207,10 +209,10 @@ void addAllPaths(const Items& found, Items& items) {
 
 // What a name or a UUID names.
 Items namedItems(const std::string& name, bool inNamespaces, const CommandContext& context) {
-  Items found = Scene::current().match(qualifiedName(name, context), inNamespaces);
+  Items found = context.host().scene.match(qualifiedName(name, context), inNamespaces);
   const bool mayBeUuid = found.empty() && name.size() == 36 && name[8] == '-' && name[13] == '-';
   if (mayBeUuid) {
-    for (const auto& [serial, node] : Scene::current().nodes())
+    for (const auto& [serial, node] : context.host().scene.nodes())
       if (node->uuid == name) found.push_back(SelectionItem::of(node));
   }
   return found;
@@ -219,9 +221,9 @@ Items namedItems(const std::string& name, bool inNamespaces, const CommandContex
 CommandResult ls(const Arguments& arguments, CommandContext& context) {
   Items items;
   if (arguments.has("sl"))
-    items = Scene::current().selection.items();
+    items = context.host().scene.selection.items();
   else if (arguments.objects().empty())
-    items = everything(arguments);
+    items = everything(context, arguments);
   for (const std::string& name : arguments.objects()) {
     const Items found = namedItems(name, arguments.truth("r"), context);
     if (arguments.has("ap") && name.find('|') == std::string::npos)
@@ -244,8 +246,8 @@ CommandResult ls(const Arguments& arguments, CommandContext& context) {
   for (const SelectionItem& item : items) {
     const bool assembly = !arguments.has("as") || item.path.nodes().size() == 1;
     if (!assembly || !admits(arguments, *item.node) || !isShownAsAsked(arguments, item)) continue;
-    for (const std::string& name : shownNames(arguments, item))
-      addShown(arguments, item, name, names);
+    for (const std::string& name : shownNames(context, arguments, item))
+      addShown(context, arguments, item, name, names);
   }
   if (arguments.has("tl")) {
     const auto count = static_cast<std::size_t>(std::max(0, toInteger(arguments.number("tl"))));
@@ -296,7 +298,8 @@ CommandResult listRelatives(const Arguments& arguments, CommandContext& context)
                                 : childrenOf(item.path, arguments);
     for (const SelectionItem& relative : relatives)
       if (admits(arguments, *relative.node))
-        names.push_back(arguments.has("f") ? relative.path.fullName() : shownName(relative));
+        names.push_back(arguments.has("f") ? relative.path.fullName()
+                                           : shownName(context, relative));
   }
   return CommandResult::success(std::move(names));
 }

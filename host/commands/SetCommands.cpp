@@ -8,6 +8,7 @@
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 namespace {
@@ -23,13 +24,13 @@ NodePtr findSet(const std::string& name, const CommandContext& context, std::str
 
 // A renderable set is a shading group, and all of these share one partition: a face has one of
 // them.
-NodePtr makeSet(const Arguments& arguments, std::string& error) {
+NodePtr makeSet(const CommandContext& context, const Arguments& arguments, std::string& error) {
   const bool renderable = arguments.truth("r");
   const NodeType* type = NodeType::find(renderable ? "shadingEngine" : "objectSet");
-  const NodePtr set = Scene::current().createNode(*type, arguments.text("n"), nullptr, &error);
+  const NodePtr set = context.host().scene.createNode(*type, arguments.text("n"), nullptr, &error);
   if (set == nullptr || !renderable) return set;
   if (const auto only = Plug::find(set, "renderableOnlySet")) writeValue(*only, 1.0);
-  for (const NodePtr& partition : Scene::current().nodesNamed("renderPartition"))
+  for (const NodePtr& partition : context.host().scene.nodesNamed("renderPartition"))
     joinPartition(set, partition);
   return set;
 }
@@ -39,11 +40,11 @@ CommandResult create(const Arguments& arguments, CommandContext& context) {
   std::string error;
   if (!arguments.has("em") && !findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("sets: " + error);
-  const NodePtr set = makeSet(arguments, error);
+  const NodePtr set = makeSet(context, arguments, error);
   if (set == nullptr) return CommandResult::failure("sets: " + error);
   for (const SelectionItem& item : items)
     if (!addMember(set, item, &error)) return CommandResult::failure("sets: " + error);
-  return CommandResult::success(Scene::current().displayName(set));
+  return CommandResult::success(context.host().scene.displayName(set));
 }
 
 CommandResult query(const Arguments& arguments, CommandContext& context) {
@@ -77,7 +78,7 @@ CommandResult apply(const Arguments& arguments, CommandContext& context, std::st
     return CommandResult::failure("sets: " + error);
   for (const SelectionItem& item : items)
     if (!change(set, item, &error)) return CommandResult::failure("sets: " + error);
-  return CommandResult::success(Scene::current().displayName(set));
+  return CommandResult::success(context.host().scene.displayName(set));
 }
 
 CommandResult isMemberOf(const Arguments& arguments, CommandContext& context) {
@@ -105,7 +106,7 @@ CommandResult sets(const Arguments& arguments, CommandContext& context) {
     const NodePtr set = findSet(arguments.text("cl"), context, error);
     if (set == nullptr) return CommandResult::failure("sets: " + error);
     clearMembers(set);
-    return CommandResult::success(Scene::current().displayName(set));
+    return CommandResult::success(context.host().scene.displayName(set));
   }
   return arguments.edit() ? CommandResult::failure("sets: -edit needs what to change")
                           : create(arguments, context);

@@ -34,14 +34,14 @@ void setCurrentTime(Scene& scene, double frame) {
   }
 }
 
-AtTime::AtTime(const Scene& scene, double frame) : node_(timeNode(scene)) {
+AtTime::AtTime(Scene& scene, double frame) : scene_(scene), node_(timeNode(scene)) {
   if (node_) before_ = std::exchange(node_->values.at(kOutTime).value, frame);
-  GraphEvaluation::current().forget();
+  scene_.flowing->forget();
 }
 
 AtTime::~AtTime() {
   if (node_) node_->values.at(kOutTime).value = std::move(before_);
-  GraphEvaluation::current().forget();
+  scene_.flowing->forget();
 }
 
 }  // namespace host

@@ -19,12 +19,13 @@ void setCurrentTime(Scene& scene, double frame);
 // keeps up with the scene learns of it.
 class AtTime {
  public:
-  AtTime(const Scene& scene, double frame);
+  AtTime(Scene& scene, double frame);
   ~AtTime();
   AtTime(const AtTime&) = delete;
   AtTime& operator=(const AtTime&) = delete;
 
  private:
+  Scene& scene_;
   NodePtr node_;
   AttributeValue before_;
 };

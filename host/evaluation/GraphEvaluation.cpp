@@ -86,6 +86,15 @@ void GraphEvaluation::note(const NodePtr& node, std::string reason) {
   note(std::make_shared<EvaluationTrouble>(EvaluationTrouble{node, std::move(reason)}));
 }
 
+GraphEvaluation::GraphEvaluation(Scene& scene, std::function<SceneRates()> rates)
+    : scene_(scene), rates_(std::move(rates)) {
+  scene_.flowing = this;
+}
+
+GraphEvaluation::~GraphEvaluation() {
+  scene_.flowing = nullptr;
+}
+
 AttributeValue GraphEvaluation::valueOf(const Plug& plug) {
   forgetWhatChanged();
   if (const auto feed = feedOf(plug)) return arriving(*feed, plug);

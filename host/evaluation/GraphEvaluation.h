@@ -17,12 +17,6 @@ namespace host {
 
 class Scene;
 
-// What keeps a value from being worked out.
-struct EvaluationTrouble {
-  NodePtr node;        // which cannot be
-  std::string reason;  // in words that follow "but "; empty when the node's type is not evaluated
-};
-
 // What numbers of the scene's files mean.
 struct SceneRates {
   double framesPerSecond = 24.0;
@@ -38,23 +32,21 @@ struct SceneRates {
 // asked again when that is known.
 class GraphEvaluation : public FlowingValues {
  public:
-  GraphEvaluation(Scene& scene, std::function<SceneRates()> rates)
-      : scene_(scene), rates_(std::move(rates)) {}
+  // Makes itself the scene's until it ends.
+  GraphEvaluation(Scene& scene, std::function<SceneRates()> rates);
+  ~GraphEvaluation() override;
+  GraphEvaluation(const GraphEvaluation&) = delete;
+  GraphEvaluation& operator=(const GraphEvaluation&) = delete;
 
   AttributeValue valueOf(const Plug& plug) override;
 
-  // What keeps the value of a plug, or of a child of it, from being worked out.
-  std::optional<EvaluationTrouble> troubleOf(const Plug& plug);
-
-  // For values that were changed behind the scene's back.
-  void forget() { known_.clear(); }
+  std::optional<EvaluationTrouble> troubleOf(const Plug& plug) override;
+  void forget() override { known_.clear(); }
 
   const Scene& scene() const { return scene_; }
   SceneRates rates() const { return rates_(); }
   // Whether all was known that was asked for since the node that is being worked out began.
   bool isReady() const { return missing_.empty(); }
-
-  static GraphEvaluation& current();  // of the host that runs
 
  private:
   using TroublePtr = std::shared_ptr<const EvaluationTrouble>;

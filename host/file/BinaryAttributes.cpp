@@ -64,6 +64,7 @@ AttributeState flagsOf(const BinaryValue& value, const Attribute* attribute) {
 // Numbers that one plug after another takes.
 struct NumberQueue {
   const Numbers& numbers;
+  const SceneUnits& units;  // in which they are
   std::size_t next = 0;
   std::size_t left() const { return numbers.size() - next; }
 };
@@ -77,7 +78,7 @@ bool storeNumbers(const Plug& plug, NumberQueue& queue) {
                        [&queue](const Plug& child) { return storeNumbers(child, queue); });
   }
   if (attribute.kind() != Attribute::Kind::kNumber || queue.left() == 0) return false;
-  const double number = queue.numbers[queue.next++] * unitFactor(currentUnits(), attribute);
+  const double number = queue.numbers[queue.next++] * unitFactor(queue.units, attribute);
   return writeValue(plug, number);
 }
 
@@ -135,12 +136,11 @@ bool isNamed(std::string_view path, std::string_view name) {
   return rest.empty() || rest == "x" || rest == "y" || rest == "z";
 }
 
-void turnIntoDegrees(const Node& node, std::string_view path, Numbers& numbers) {
+void turnIntoDegrees(const Node& node, std::string_view path, double angle, Numbers& numbers) {
   for (const KeptAngle& row : kKeptAngles) {
     if (!isNamed(path, row.name) || (!node.type().isA(row.type) && node.type().name() != row.type))
       continue;
-    for (std::size_t i = row.first; i < numbers.size(); i += row.step)
-      numbers[i] *= currentUnits().angle;
+    for (std::size_t i = row.first; i < numbers.size(); i += row.step) numbers[i] *= angle;
   }
 }
 
@@ -168,11 +168,11 @@ struct WordsOf {
   KeptWords operator()(const KeptWords& kept) const { return kept; }
 };
 
-void keep(const NodePtr& node, BinaryValue& value) {
+void keep(const NodePtr& node, BinaryValue& value, const SceneUnits& units) {
   const AttributeState flags = flagsOf(value, nullptr);
   if (isNothing(value) && !saysAnything(flags)) return;
   if (auto* const numbers = std::get_if<Numbers>(&value.value))
-    turnIntoDegrees(*node, value.path, *numbers);
+    turnIntoDegrees(*node, value.path, units.angle, *numbers);
   // By the name that a saved scene gives it, so that a second save says the same.
   const auto plug = Plug::find(node, value.path);
   keepAsWritten(node, plug ? plug->path() : value.path,
@@ -202,14 +202,14 @@ std::string storeInMesh(MeshData& mesh, const BinaryValue& value) {
 
 }  // namespace
 
-std::string storeValue(const NodePtr& node, BinaryValue value) {
+std::string storeValue(const NodePtr& node, BinaryValue value, const SceneUnits& units) {
   if (value.hasSize) makeArray(*node, value.path);
   if (node->mesh != nullptr && isMeshData(value.path)) return storeInMesh(*node->mesh, value);
   const auto range = splitRange(value.path);
   const auto plug = Plug::find(node, value.path);
   const auto first = plug || !range ? plug : elementOf(node, *range, range->first);
   if (!first || !canHold(*first->attribute(), value)) {
-    keep(node, value);
+    keep(node, value, units);
     return std::string();
   }
   const AttributeState flags = flagsOf(value, first->attribute().get());
@@ -218,7 +218,7 @@ std::string storeValue(const NodePtr& node, BinaryValue value) {
   const auto* const numbers = std::get_if<Numbers>(&value.value);
   if (numbers == nullptr || first->attribute()->kind() == Attribute::Kind::kData)
     return writeValue(*first, std::move(value.value)) ? std::string() : kUnsuitable;
-  NumberQueue queue{*numbers};
+  NumberQueue queue{*numbers, units};
   const bool ok = plug ? storeNumbers(*plug, queue) : storeRange(node, *range, queue);
   return ok && queue.left() == 0 ? std::string() : kUncounted;
 }

@@ -13,6 +13,7 @@
 #include "host/file/StatementReader.h"
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
 #include "host/text/Numbers.h"
@@ -125,8 +126,8 @@ BinaryReader::BinaryReader(mel::CommandContext& context, Note note, RunFile runF
 
 // Numbers are centimetres and radians, whatever units the file was edited in.
 void BinaryReader::start(bool isWide) {
-  currentUnits() = SceneUnits();
-  currentUnits().angle = kDegreesInRadian;
+  context_.host().units = SceneUnits();
+  context_.host().units.angle = kDegreesInRadian;
   isWide_ = isWide;
 }
 
@@ -242,7 +243,7 @@ void BinaryReader::readVersion(ByteCursor in) {
   const std::string version(in.rest());
   // A saved scene begins with this comment, which must end where its line does.
   const std::string shown = version.substr(0, version.find_first_of("\r\n"));
-  if (context_.keepsInfo) SceneInfo::current().firstLine = "//Maya ASCII " + shown + " scene";
+  if (context_.keepsInfo) context_.host().info.firstLine = "//Maya ASCII " + shown + " scene";
   run("requires", {flag("maya"), text(version)});
 }
 
@@ -373,7 +374,7 @@ void BinaryReader::readAttributeValue(std::uint32_t tag, ByteCursor in) {
   }
   const auto* const words = std::get_if<KeptWords>(&value.value);
   if (words != nullptr && words->type == kReferenceEditsType) takeEdits_(*words);
-  const std::string problem = storeValue(node, std::move(value));
+  const std::string problem = storeValue(node, std::move(value), context_.host().units);
   if (!problem.empty()) noteHere(Kind::kDamage, name + problem);
 }
 

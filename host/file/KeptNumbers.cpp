@@ -40,7 +40,7 @@ bool copyNumbers(std::string_view text, std::string& numbers) {
 
 }  // namespace
 
-bool keepNumbers(const NodePtr& node, std::string_view statement) {
+bool keepNumbers(const NodePtr& node, std::string_view statement, const SceneUnits& units) {
   if (node == nullptr || node->mesh != nullptr || statement.size() < kLong) return false;
   const std::size_t open = statement.find_first_not_of(" \t\r\n", kSetAttr.size());
   if (open == statement.npos || statement.substr(open, 2) != "\".") return false;
@@ -52,7 +52,7 @@ bool keepNumbers(const NodePtr& node, std::string_view statement) {
   KeptWords kept;
   kept.words.emplace_back();
   if (!copyNumbers(statement.substr(close + 1), kept.words.front())) return false;
-  if (isKeptLength(*node, path)) turnIntoCentimetres(kept, currentUnits().length);
+  if (isKeptLength(*node, path)) turnIntoCentimetres(kept, units.length);
   keepAsWritten(node, path, std::move(kept));
   return true;
 }

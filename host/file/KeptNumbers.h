@@ -4,13 +4,14 @@
 #include <string_view>
 
 #include "host/scene/Node.h"
+#include "host/state/SceneUnits.h"
 
 namespace host {
 
 // Takes a long `setAttr ".path" NUMBERS`, without flags, of an attribute that the node only keeps,
 // such as the weights of a skin: its numbers stay one text, with single blanks between. False for
 // any other statement, which is to run as a command; then nothing has changed.
-bool keepNumbers(const NodePtr& node, std::string_view statement);
+bool keepNumbers(const NodePtr& node, std::string_view statement, const SceneUnits& units);
 
 }  // namespace host
 

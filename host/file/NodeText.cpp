@@ -81,7 +81,7 @@ bool isNothing(const AttributeValue& value) {
 }
 
 void appendState(std::string& out, const NodePtr& node, const AttributeState& state,
-                 const SceneUnits& units) {
+                 const SceneUnits& units, const SceneProject& project) {
   const std::string options = flags(state);
   if (options.empty() && isNothing(state.value)) return;
   const auto plug = Plug::find(node, state.path);
@@ -92,7 +92,7 @@ void appendState(std::string& out, const NodePtr& node, const AttributeState& st
   const auto* const kept = std::get_if<KeptWords>(&state.value);
   const ValueText value{attribute, factor, out};
   if (text != nullptr && node->hasFn(MFn::kFileTexture))
-    value(SceneProject::current().writtenName(node->serial(), *text));
+    value(project.writtenName(node->serial(), *text));
   else if (kept != nullptr && units.length != 1.0 && isKeptLength(*node, state.path)) {
     KeptWords inUnit = *kept;
     turnFromCentimetres(inUnit, units.length);
@@ -118,9 +118,10 @@ void appendDeclaration(std::string& out, const Attribute& attribute) {
 }
 
 std::string parentOption(const NodePtr& node) {
-  const NodePtr& world = Scene::current().world();
-  if (node->parents().empty() || node->parents().front() == world.get()) return std::string();
-  return " -p " + quoted(Scene::current().displayName(node->parents().front()->pointer()));
+  const Scene& scene = *node->scene();
+  if (node->parents().empty() || node->parents().front() == scene.world().get())
+    return std::string();
+  return " -p " + quoted(scene.displayName(node->parents().front()->pointer()));
 }
 
 void appendMaker(std::string& out, const NodePtr& node) {
@@ -135,11 +136,12 @@ void appendMaker(std::string& out, const NodePtr& node) {
 }  // namespace
 
 std::string fileName(const NodePtr& node) {
-  const std::string name = Scene::current().displayName(node);
+  const std::string name = node->scene()->displayName(node);
   return node->isDefault && !node->isDag() ? ":" + name : name;
 }
 
-void appendNode(std::string& out, const NodePtr& node, const SceneUnits& units) {
+void appendNode(std::string& out, const NodePtr& node, const SceneUnits& units,
+                const SceneProject& project) {
   std::string body;
   if (!node->uuid.empty() && (!node->isDefault || node->isDag()))
     body += "\trename -uid " + quoted(node->uuid) + ";\n";
@@ -148,7 +150,7 @@ void appendNode(std::string& out, const NodePtr& node, const SceneUnits& units) 
       appendDeclaration(body, *attribute);
   for (const std::string& declaration : node->keptDeclarations) body += '\t' + declaration + ";\n";
   for (const AttributeState& state : node->values.inWrittenOrder())
-    appendState(body, node, state, units);
+    appendState(body, node, state, units, project);
   if (node->mesh != nullptr) appendMesh(body, *node->mesh, units.length);
   if (node->isLocked || !node->lockFlags.empty())
     body += std::string("\tlockNode -l ") + (node->isLocked ? "1" : "0") + node->lockFlags + " ;\n";

@@ -91,12 +91,13 @@ const RecordedFile* RecordedFiles::find(const std::string& path) const {
   return found == files_.end() ? nullptr : &found->second;
 }
 
-std::unique_ptr<FileRecorder> RecordedFiles::recorderFor(const std::string& path) {
+std::unique_ptr<FileRecorder> RecordedFiles::recorderFor(const std::string& path,
+                                                         const Scene& scene) {
   const auto listed = announced_.find(path);
   const bool mayRepeat = announced_.empty() || (listed != announced_.end() && listed->second > 1);
   const bool isRepeated = read_[path]++ > 0;
   if (!mayRepeat && !isRepeated) return nullptr;
-  const auto& nodes = Scene::current().nodes();
+  const auto& nodes = scene.nodes();
   const std::size_t firstNew = nodes.empty() ? 0 : nodes.rbegin()->first + 1;
   return std::make_unique<FileRecorder>(firstNew, used_);
 }

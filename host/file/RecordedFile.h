@@ -82,7 +82,7 @@ class RecordedFiles {
   const RecordedFile* find(const std::string& path) const;
   // For a file that is about to be read; null when it is not worth recording, because the scene
   // lists it once.
-  std::unique_ptr<FileRecorder> recorderFor(const std::string& path);
+  std::unique_ptr<FileRecorder> recorderFor(const std::string& path, const Scene& scene);
   // Once the file was read whole.
   void keep(const std::string& path, FileRecorder& recorder);
 

@@ -9,6 +9,7 @@
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/text/Numbers.h"
 #include "host/text/Text.h"
@@ -170,7 +171,7 @@ class EditApplier {
       qualified += end < name.size() ? "|" : "";
       name.remove_prefix(std::min(end + 1, name.size()));
     }
-    return Scene::current().findNode(qualified, error);
+    return context_.host().scene.findNode(qualified, error);
   }
 
   std::string run(const std::string& statement) {
@@ -231,9 +232,9 @@ class EditApplier {
   }
 
   // Puts the ends themselves in the place of a connection with a place holder.
-  static void replace(const ConnectionPtr& old, const Plug& source, const Plug& destination,
-                      std::string& error) {
-    auto& standIns = SceneInfo::current().standIns;
+  void replace(const ConnectionPtr& old, const Plug& source, const Plug& destination,
+               std::string& error) const {
+    auto& standIns = context_.host().info.standIns;
     SceneInfo::StandIn standIn;
     const auto known = standIns.find(old->serial);
     if (known != standIns.end()) standIn = known->second;

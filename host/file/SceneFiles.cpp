@@ -47,8 +47,8 @@ std::string workingFolder() {
 }
 
 // A project whose rules cannot be read is one without rules.
-void enterProject(const std::string& sceneFolder) {
-  const morvane::Status status = SceneProject::current().enter(sceneFolder);
+void enterProject(HostState& state, const std::string& sceneFolder) {
+  const morvane::Status status = state.project.enter(sceneFolder);
   if (!status.ok()) mel::showWarning("the project's folders are not known: " + status.text());
 }
 
@@ -66,8 +66,8 @@ MFileObject fileObject(const std::string& path) {
   return file;
 }
 
-const Translator* findTranslator(const std::string& name) {
-  for (const Translator& translator : PluginRegistry::current().translators())
+const Translator* findTranslator(HostState& state, const std::string& name) {
+  for (const Translator& translator : state.plugins.translators())
     if (translator.name == name) return &translator;
   return nullptr;
 }
@@ -114,22 +114,22 @@ bool isSceneType(const std::string& type) {
 }
 
 // The type that the request names or the file is; fails when it is none that is known.
-Status findType(FileRequest& request) {
+Status findType(HostState& state, FileRequest& request) {
   if (request.type.empty()) {
-    request.type = identifyFile(request.path);
+    request.type = identifyFile(state, request.path);
     if (!request.type.empty()) return {};
     return {StatusCode::kUnsupported,
             request.path + " is neither a Maya scene nor of a type that a loaded plug-in knows"};
   }
-  if (isSceneType(request.type) || findTranslator(request.type) != nullptr) return {};
+  if (isSceneType(request.type) || findTranslator(state, request.type) != nullptr) return {};
   return {StatusCode::kBadArgument,
           "unknown file type '" + request.type + "'; load the plug-in that reads it"};
 }
 
 using Mode = MPxFileTranslator::FileAccessMode;
 
-Status translate(const FileRequest& request, Mode mode) {
-  const auto object = PluginRegistry::current().make(*findTranslator(request.type));
+Status translate(HostState& state, const FileRequest& request, Mode mode) {
+  const auto object = state.plugins.make(*findTranslator(state, request.type));
   const bool reads =
       mode == MPxFileTranslator::kOpenAccessMode || mode == MPxFileTranslator::kImportAccessMode;
   const bool able = object != nullptr &&
@@ -151,15 +151,16 @@ Status translate(const FileRequest& request, Mode mode) {
               request.path + "; what it printed says why"};
 }
 
-Status readSceneFile(const std::string& path, const SceneReader::Options& options) {
-  const auto& nodes = Scene::current().nodes();
+Status readSceneFile(HostState& state, const std::string& path,
+                     const SceneReader::Options& options) {
+  const auto& nodes = state.scene.nodes();
   const std::size_t firstNew = nodes.empty() ? 0 : nodes.rbegin()->first + 1;
-  SceneReader reader;
+  SceneReader reader(state);
   const Status status = reader.read(path, options);
-  const auto& frame = HostState::current().givenFrame;
-  if (frame && options.keepsInfo) setCurrentTime(Scene::current(), *frame);
-  evaluateSceneHistories();
-  SceneProject::current().findTextures(Scene::current(), firstNew, workingFolder());
+  const auto& frame = state.givenFrame;
+  if (frame && options.keepsInfo) setCurrentTime(state.scene, *frame);
+  evaluateSceneHistories(state);
+  state.project.findTextures(state.scene, state.folders, firstNew, workingFolder());
   return status;
 }
 
@@ -171,35 +172,35 @@ Status mayHoldScene(const std::string& path) {
           "cannot write " + path + ": the file there is not a scene; give the scene another name"};
 }
 
-std::vector<NodePtr> selectedNodes() {
+std::vector<NodePtr> selectedNodes(const HostState& state) {
   std::vector<NodePtr> nodes;
-  for (const SelectionItem& item : Scene::current().selection.items()) nodes.push_back(item.node);
+  for (const SelectionItem& item : state.scene.selection.items()) nodes.push_back(item.node);
   return nodes;
 }
 
 }  // namespace
 
-void startNewScene() {
-  Scene::current().clear();
-  SceneInfo::current() = SceneInfo();
-  SceneGaps::current().clear();
-  for (const auto& [serial, node] : Scene::current().nodes()) {
+void startNewScene(HostState& state) {
+  state.scene.clear();
+  state.info = SceneInfo();
+  state.gaps.clear();
+  for (const auto& [serial, node] : state.scene.nodes()) {
     for (const ConnectionPtr& connection : node->connections.inOrder()) {
-      std::uint64_t& last = SceneInfo::current().lastDefaultConnection;
+      std::uint64_t& last = state.info.lastDefaultConnection;
       last = std::max(last, connection->serial);
     }
   }
-  const std::string& folder = mel::Interpreter::current().callerFolder();
+  const std::string& folder = state.interpreter.callerFolder();
   setWorkingFolder(folder);
-  (void)SceneProject::current().enter(folder);  // whoever opens a scene of it is told
+  (void)state.project.enter(folder);  // whoever opens a scene of it is told
 }
 
-std::string identifyFile(const std::string& path) {
+std::string identifyFile(HostState& state, const std::string& path) {
   const std::string bytes = readFirstBytes(path);
   if (isSceneFileStart(bytes)) return isBinarySceneStart(bytes) ? kBinaryType : kSceneType;
   std::string possible;
-  for (const Translator& translator : PluginRegistry::current().translators()) {
-    const auto object = PluginRegistry::current().make(translator);
+  for (const Translator& translator : state.plugins.translators()) {
+    const auto object = state.plugins.make(translator);
     if (object == nullptr) continue;
     const auto kind =
         object->identifyFile(fileObject(path), bytes.data(), static_cast<short>(bytes.size()));
@@ -210,68 +211,72 @@ std::string identifyFile(const std::string& path) {
   return possible;
 }
 
-Status openFile(const FileRequest& given) {
+Status openFile(HostState& state, const FileRequest& given) {
   FileRequest request = given;
-  startNewScene();
+  startNewScene(state);
   Status status = checkReadable(request.path);
-  if (status.ok()) status = findType(request);
+  if (status.ok()) status = findType(state, request);
   if (!status.ok()) return status;
-  if (!isSceneType(request.type)) return translate(request, MPxFileTranslator::kOpenAccessMode);
+  if (!isSceneType(request.type))
+    return translate(state, request, MPxFileTranslator::kOpenAccessMode);
   SceneReader::Options options;
   options.keepsInfo = true;
   // Before anything is read: names in the scene are its folder's.
   const std::string folder = morvane::nameOf(morvane::pathOf(request.path).parent_path());
   setWorkingFolder(folder);
-  enterProject(folder);
+  enterProject(state, folder);
   const morvane::FileIdentity identity = morvane::identityAt(request.path);
-  status = readSceneFile(request.path, options);
+  status = readSceneFile(state, request.path, options);
   if (!status.ok()) {
-    startNewScene();
+    startNewScene(state);
     return status;
   }
-  SceneInfo::current().openedAs = request.path;
-  SceneInfo::current().opened = identity;
-  Scene::current().fileName = request.path;
-  Scene::current().selection.clear();
+  state.info.openedAs = request.path;
+  state.info.opened = identity;
+  state.scene.fileName = request.path;
+  state.scene.selection.clear();
   return status;
 }
 
-Status importFile(const FileRequest& given) {
+Status importFile(HostState& state, const FileRequest& given) {
   FileRequest request = given;
   Status status = checkReadable(request.path);
-  if (status.ok()) status = findType(request);
+  if (status.ok()) status = findType(state, request);
   if (!status.ok()) return status;
-  if (!isSceneType(request.type)) return translate(request, MPxFileTranslator::kImportAccessMode);
+  if (!isSceneType(request.type))
+    return translate(state, request, MPxFileTranslator::kImportAccessMode);
   SceneReader::Options options;
   options.nameSpace =
       request.nameSpace.empty() || request.nameSpace == ":" ? "" : request.nameSpace + ":";
-  return readSceneFile(request.path, options);
+  return readSceneFile(state, request.path, options);
 }
 
-Status exportFile(const FileRequest& given, bool selectionOnly) {
+Status exportFile(HostState& state, const FileRequest& given, bool selectionOnly) {
   FileRequest request = given;
   if (request.type.empty()) request.type = kSceneType;
-  Status status = findType(request);
+  Status status = findType(state, request);
   if (!status.ok()) return status;
-  if (selectionOnly && Scene::current().selection.size() == 0)
+  if (selectionOnly && state.scene.selection.size() == 0)
     return {StatusCode::kBadArgument, "nothing is selected; select what is to be exported"};
   if (!isSceneType(request.type)) {
-    return translate(request, selectionOnly ? MPxFileTranslator::kExportActiveAccessMode
-                                            : MPxFileTranslator::kExportAccessMode);
+    return translate(state, request,
+                     selectionOnly ? MPxFileTranslator::kExportActiveAccessMode
+                                   : MPxFileTranslator::kExportAccessMode);
   }
   if (request.type == kBinaryType)
     return {StatusCode::kBadArgument, "only Maya ASCII is written; name the type mayaAscii"};
   status = mayHoldScene(request.path);
   if (!status.ok()) return status;
-  return selectionOnly ? writeNodes(request.path, selectedNodes()) : writeScene(request.path);
+  return selectionOnly ? writeNodes(state, request.path, selectedNodes(state))
+                       : writeScene(state, request.path);
 }
 
-Status saveFile() {
-  const std::string& path = Scene::current().fileName;
+Status saveFile(HostState& state) {
+  const std::string& path = state.scene.fileName;
   if (path.empty())
     return {StatusCode::kBadArgument, "the scene has no name; give it one with file -rename"};
   const Status status = mayHoldScene(path);
-  return status.ok() ? writeScene(path) : status;
+  return status.ok() ? writeScene(state, path) : status;
 }
 
 }  // namespace host

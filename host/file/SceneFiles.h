@@ -7,11 +7,13 @@
 
 namespace host {
 
+struct HostState;
+
 // What `file` and the embedding program do with files: choose who reads or writes one, and do it.
 // Paths are absolute. The text of a failure names the file and says what to do.
 
 // An empty scene with the default nodes; the working folder is the caller's again.
-void startNewScene();
+void startNewScene(HostState& state);
 
 // What reads or writes a file: scene files are the host's own, all else is a plug-in's translator
 // by its registered name.
@@ -24,17 +26,17 @@ struct FileRequest {
 };
 
 // In place of the scene; the working folder becomes the file's.
-morvane::Status openFile(const FileRequest& request);
+morvane::Status openFile(HostState& state, const FileRequest& request);
 // Into the scene.
-morvane::Status importFile(const FileRequest& request);
+morvane::Status importFile(HostState& state, const FileRequest& request);
 // The active selection, or everything.
-morvane::Status exportFile(const FileRequest& request, bool selectionOnly);
+morvane::Status exportFile(HostState& state, const FileRequest& request, bool selectionOnly);
 // The scene to its own file.
-morvane::Status saveFile();
+morvane::Status saveFile(HostState& state);
 
 // "mayaAscii", "mayaBinary" or the name of the translator that says it is its file; empty when none
 // does.
-std::string identifyFile(const std::string& path);
+std::string identifyFile(HostState& state, const std::string& path);
 
 }  // namespace host
 

@@ -4,21 +4,21 @@
 #include "host/mesh/MeshData.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
-#include "host/state/SceneProblems.h"
+#include "host/state/HostState.h"
 #include "host/text/Messages.h"
 
 namespace host {
 namespace {
 
-void note(SceneProblem::Kind kind, const std::string& text) {
+void note(HostState& state, SceneProblem::Kind kind, const std::string& text) {
   mel::showWarning(text);
-  SceneProblems::current().add({kind, "", 0, text});
+  state.problems.add({kind, "", 0, text});
 }
 
-void noteHistory(const NodePtr& node, const MeshHistory& history) {
-  const std::string mesh = "mesh '" + Scene::current().displayName(node) + "'";
+void noteHistory(HostState& state, const NodePtr& node, const MeshHistory& history) {
+  const std::string mesh = "mesh '" + state.scene.displayName(node) + "'";
   if (!history.isMade()) {
-    note(SceneProblem::Kind::kNotice,
+    note(state, SceneProblem::Kind::kNotice,
          mesh + " is made by '" + history.stopNode + "' (" + history.stopType + ")" +
              (history.stopReason.empty() ? ", which is not evaluated"
                                          : ", but " + history.stopReason) +
@@ -26,26 +26,31 @@ void noteHistory(const NodePtr& node, const MeshHistory& history) {
              history.stopAdvice);
   }
   for (const std::string& text : history.notes)
-    note(SceneProblem::Kind::kNotice, mesh + ": " + text);
+    note(state, SceneProblem::Kind::kNotice, mesh + ": " + text);
 }
 
-void noteStored(const NodePtr& node) {
+void noteStored(HostState& state, const NodePtr& node) {
   if (node->mesh != nullptr && node->history == nullptr && !node->mesh->problem().empty() &&
       node->mesh->storedFaceStarts().size() > 1) {
-    note(SceneProblem::Kind::kDamage, "mesh '" + Scene::current().displayName(node) +
-                                          "' has no usable faces: " + node->mesh->problem());
+    note(state, SceneProblem::Kind::kDamage,
+         "mesh '" + state.scene.displayName(node) +
+             "' has no usable faces: " + node->mesh->problem());
   }
 }
 
 }  // namespace
 
-void refreshSceneHistories() {
-  refreshHistories(noteHistory);
+void refreshSceneHistories(HostState& state) {
+  refreshHistories(state.scene, [&state](const NodePtr& node, const MeshHistory& history) {
+    noteHistory(state, node, history);
+  });
 }
 
-void evaluateSceneHistories() {
-  evaluateHistories(noteHistory);
-  for (const auto& [serial, node] : Scene::current().nodes()) noteStored(node);
+void evaluateSceneHistories(HostState& state) {
+  evaluateHistories(state.scene, [&state](const NodePtr& node, const MeshHistory& history) {
+    noteHistory(state, node, history);
+  });
+  for (const auto& [serial, node] : state.scene.nodes()) noteStored(state, node);
 }
 
 }  // namespace host

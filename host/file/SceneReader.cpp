@@ -80,18 +80,18 @@ void SceneReader::note(SceneProblem::Kind kind, const std::string& text) {
   }
   if (isBinary_) {
     mel::showWarning(path_ + ": " + text);
-    SceneProblems::current().add({kind, path_, 0, text});
+    state_.problems.add({kind, path_, 0, text});
     return;
   }
   mel::showWarning(path_ + ":" + std::to_string(line_) + ":" + std::to_string(column_) + ": " +
                    text);
-  SceneProblems::current().add({kind, path_, line_, text});
+  state_.problems.add({kind, path_, line_, text});
 }
 
 void SceneReader::noteByte(Kind kind, std::uint64_t place, const std::string& text) {
   const std::string placed = "byte " + std::to_string(place) + ": " + text;
   mel::showWarning(path_ + ": " + placed);
-  SceneProblems::current().add({kind, path_, 0, placed});
+  state_.problems.add({kind, path_, 0, placed});
 }
 
 std::string SceneReader::absolutePath(const std::string& path) {
@@ -102,7 +102,7 @@ std::string SceneReader::absolutePath(const std::string& path) {
 }
 
 Status SceneReader::mayRead(const std::string& absolute, bool isReference) {
-  FilesBeingRead& files = HostState::current().files;
+  FilesBeingRead& files = state_.files;
   if (std::find(files.open.begin(), files.open.end(), absolute) != files.open.end())
     return {StatusCode::kDamaged, path_ + " refers to itself; remove that reference"};
   if (files.open.size() >= kMaxReferenceDepth) {
@@ -111,7 +111,7 @@ Status SceneReader::mayRead(const std::string& absolute, bool isReference) {
   }
   files.references = isReference ? files.references + 1 : 0;
   files.reportedTooLarge = files.reportedTooLarge && isReference;
-  if (isReference && Scene::current().nodes().size() > kMostNodes) {
+  if (isReference && state_.scene.nodes().size() > kMostNodes) {
     return {StatusCode::kTooLarge, path_ +
                                        " is not loaded: the files that the scene refers to have "
                                        "more than " +
@@ -148,15 +148,16 @@ Status SceneReader::read(const std::string& path, const Options& options) {
   isBinary_ =
       recorded != nullptr ? recorded->isBinary : isBinarySceneStart(statements_.firstBytes());
   prepareContext(options, absolute);
-  if (recorded == nullptr && options.isReference) recorder_ = recordings_->recorderFor(absolute);
-  const SceneUnits outerUnits = currentUnits();
-  currentUnits() = SceneUnits();
-  FilesBeingRead& files = HostState::current().files;
+  if (recorded == nullptr && options.isReference)
+    recorder_ = recordings_->recorderFor(absolute, state_.scene);
+  const SceneUnits outerUnits = state_.units;
+  state_.units = SceneUnits();
+  FilesBeingRead& files = state_.files;
   files.open.push_back(absolute);
   status = readContent(recorded);
   applyEdits();
   files.open.pop_back();
-  currentUnits() = outerUnits;
+  state_.units = outerUnits;
   if (recorder_ != nullptr && status.ok()) recordings_->keep(absolute, *recorder_);
   recordings_.reset();
   return status;
@@ -170,7 +171,7 @@ Status SceneReader::readContent(const RecordedFile* recorded) {
 }
 
 void SceneReader::prepareContext(const Options& options, const std::string& absolute) {
-  context_ = mel::CommandContext(mel::Interpreter::current());
+  context_ = mel::CommandContext(state_.interpreter);
   context_.inSceneFile = true;
   context_.isReference = options.isReference;
   context_.keepsInfo = options.keepsInfo;
@@ -180,7 +181,7 @@ void SceneReader::prepareContext(const Options& options, const std::string& abso
 }
 
 Status SceneReader::readStatements() {
-  if (context_.keepsInfo) SceneInfo::current().firstLine = statements_.firstLine();
+  if (context_.keepsInfo) state_.info.firstLine = statements_.firstLine();
   std::string_view statement;
   while (statements_.next(statement)) runNext(statement);
   line_ = statements_.line();
@@ -231,14 +232,13 @@ Status SceneReader::readBinary(const RecordedFile* recorded) {
     status = reader.read(path_, recorder_.get());
   if (reader.isCut()) note(Kind::kDamage, "the file is cut off here; fetch it again");
   binary_ = nullptr;
-  currentUnits() = SceneUnits();  // of the edits, which are texts
+  state_.units = SceneUnits();  // of the edits, which are texts
   addEnd(reader.isCut() ? SceneProblems::End::kCut : SceneProblems::End::kWhole);
   return status;
 }
 
 void SceneReader::addEnd(SceneProblems::End end) {
-  if (!context_.isReference)
-    SceneProblems::current().end = std::max(SceneProblems::current().end, end);
+  if (!context_.isReference) state_.problems.end = std::max(state_.problems.end, end);
 }
 
 // A file that stops between two statements is whole only if it never was one of Maya's own.
@@ -274,7 +274,7 @@ bool SceneReader::runMeshStatement(std::string_view statement) {
   if (word.size() < 2 || word.front() != '.' || !isMeshData(word.substr(1))) return false;
   const std::string path(word.substr(1));
   const std::string problem =
-      setMeshData(*context_.currentNode->mesh, path, rest, currentUnits().length);
+      setMeshData(*context_.currentNode->mesh, path, rest, state_.units.length);
   if (!problem.empty())
     note(Kind::kDamage, "'" + context_.currentNode->name() + "." + path + "' " + problem);
   return true;
@@ -285,7 +285,8 @@ SceneReader::Effect SceneReader::runStatement(std::string_view statement) {
   const bool isSetAttr =
       statement.substr(0, 7) == "setAttr" && statement.size() > 7 && isBlank(statement[7]);
   if (isSetAttr && runMeshStatement(statement)) return Effect::kMeshNumbers;
-  if (isSetAttr && keepNumbers(context_.currentNode, statement)) return Effect::kStatement;
+  if (isSetAttr && keepNumbers(context_.currentNode, statement, state_.units))
+    return Effect::kStatement;
   std::string error;
   if (!splitStatement(statement, name_, words_, error)) {
     note(Kind::kDamage, error);

@@ -13,8 +13,7 @@
 #include "host/file/ReferenceEdits.h"
 #include "host/file/StatementReader.h"
 #include "host/mel/Command.h"
-#include "host/state/SceneGaps.h"
-#include "host/state/SceneProblems.h"
+#include "host/state/HostState.h"
 #include "util/Status.h"
 
 namespace host {
@@ -32,6 +31,8 @@ class SceneReader {
     bool isReference = false;  // nodes are marked as another file's
     bool keepsInfo = false;    // the file becomes the scene: see SceneInfo
   };
+
+  explicit SceneReader(HostState& state) : state_(state), context_(state.interpreter) {}
 
   // Fails when the file cannot be read, does not begin as a scene file (kUnsupported), or refers to
   // itself or to too much (kDamaged, kTooLarge).
@@ -65,11 +66,12 @@ class SceneReader {
   void noteByte(SceneProblem::Kind kind, std::uint64_t place, const std::string& text);
   void addEnd(SceneProblems::End end);
 
+  HostState& state_;
   std::string path_;
   StatementReader statements_;
   int line_ = 1;  // of the statement that runs
   int column_ = 1;
-  mel::CommandContext context_{mel::Interpreter::current()};
+  mel::CommandContext context_;
   std::string name_;
   mel::Words words_;
   bool isBinary_ = false;
@@ -84,9 +86,9 @@ class SceneReader {
 
 // Makes the meshes whose shape their history makes. Those that cannot be made, those with older UVs
 // or colours, and stored ones without usable faces are named in warnings.
-void evaluateSceneHistories();
+void evaluateSceneHistories(HostState& state);
 // The same for what changed since, without what is stored.
-void refreshSceneHistories();
+void refreshSceneHistories(HostState& state);
 
 // Whether a file begins as a scene file of either kind does.
 bool isSceneFileStart(std::string_view firstBytes);

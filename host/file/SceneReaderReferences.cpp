@@ -20,14 +20,13 @@ using morvane::Status;
 using morvane::StatusCode;
 
 // As its project has it, or by its last part beside the scene.
-std::string findReference(const std::string& name, const std::string& folder) {
-  std::string portable = DirectoryMap::current().convert(name).value_or(name);
+std::string findReference(HostState& state, const std::string& name, const std::string& folder) {
+  std::string portable = state.folders.convert(name).value_or(name);
   std::replace(portable.begin(), portable.end(), '\\', '/');
   // "path.ma{1}" is the same file referred to once more.
   const std::size_t brace = portable.rfind('{');
   if (brace != std::string::npos && portable.back() == '}') portable.resize(brace);
-  const FileSearch search =
-      searchFile(portable, folder, SceneProject::current().project(), "scene");
+  const FileSearch search = searchFile(portable, folder, state.project.project(), "scene");
   const std::string asWritten = search.found ? search.places.back() : std::string();
   const std::string beside =
       morvane::nameOf(morvane::pathOf(folder) / morvane::pathOf(portable).filename());
@@ -68,9 +67,9 @@ void SceneReader::applyEdits() {
 }
 
 void SceneReader::noteGaps(const std::vector<UnappliedEdit>& unapplied) const {
-  SceneGaps& gaps = SceneGaps::current();
+  SceneGaps& gaps = state_.gaps;
   for (const auto& [name, gap] : missing_) {
-    const NodePtr node = Scene::current().findNode(context_.nameSpace + name);
+    const NodePtr node = state_.scene.findNode(context_.nameSpace + name);
     if (node != nullptr) gaps.add({node}, gap);
   }
   for (const ReferenceEdit& edit : edits_) {
@@ -107,8 +106,7 @@ void SceneReader::runFileStatement(const mel::Words& words) {
     note(Kind::kNotice, "file: a scene file may refer to other files, and nothing else");
     return;
   }
-  if (context_.keepsInfo)
-    SceneInfo::current().references.push_back(mel::asStatement("file", words));
+  if (context_.keepsInfo) state_.info.references.push_back(mel::asStatement("file", words));
   const std::string& name = words.back().text;
   // What is listed as deferred was not loaded in the scene as it was saved. The order to load says
   // so of every reference.
@@ -127,14 +125,14 @@ void SceneReader::runFileStatement(const mel::Words& words) {
 }
 
 void SceneReader::announceReference(const std::string& name) {
-  const std::string found = findReference(name, context_.folder);
+  const std::string found = findReference(state_, name, context_.folder);
   if (!found.empty()) recordings_->announce(absolutePath(found));
 }
 
 void SceneReader::loadReference(const std::string& name, const std::string& nameSpace,
                                 const std::string& node) {
   const std::string needed = "needs the referenced file " + name + " (" + node + "), which ";
-  const std::string found = findReference(name, context_.folder);
+  const std::string found = findReference(state_, name, context_.folder);
   if (found.empty()) {
     const std::string advice = "tell where its folder is (--map, dirmap)";
     note(Kind::kNotice, "the referenced file " + name + " was not found; " + advice);
@@ -144,12 +142,12 @@ void SceneReader::loadReference(const std::string& name, const std::string& name
   Options options;
   options.isReference = true;
   options.nameSpace = context_.nameSpace + nameSpace;
-  SceneReader reader;
+  SceneReader reader(state_);
   reader.recordings_ = recordings_;
   const Status status = reader.read(found, options);
   if (!status.ok()) {
     // Files that multiply would be named thousands of times.
-    bool& told = HostState::current().files.reportedTooLarge;
+    bool& told = state_.files.reportedTooLarge;
     if (status.code() != StatusCode::kTooLarge || !told) note(Kind::kNotice, status.text());
     told = told || status.code() == StatusCode::kTooLarge;
     missing_[node] = {needed + "cannot be read", status.text()};

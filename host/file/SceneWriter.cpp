@@ -9,6 +9,7 @@
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
 #include "host/scene/Shading.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/text/Text.h"
 #include "util/ReplaceFile.h"
@@ -29,9 +30,9 @@ bool isBinaryName(const std::string& path) {
 class Writer {
  public:
   // `only` null: everything.
-  explicit Writer(const NodeSet* only) : only_(only) {
-    setLengthUnit(units_, SceneInfo::current().lengthUnit);
-    setAngleUnit(units_, SceneInfo::current().angleUnit);
+  Writer(HostState& state, const NodeSet* only) : state_(state), only_(only) {
+    setLengthUnit(units_, state_.info.lengthUnit);
+    setAngleUnit(units_, state_.info.angleUnit);
   }
 
   // Over the scene that was opened, only while that is as it was.
@@ -40,7 +41,7 @@ class Writer {
       return {morvane::StatusCode::kBadArgument,
               "cannot write " + path + ": only Maya ASCII is written; give it a name with .ma"};
     }
-    SceneInfo& info = SceneInfo::current();
+    SceneInfo& info = state_.info;
     const bool isOwn = info.opened.known && morvane::isSamePlace(info.openedAs, path);
     if (isOwn) file_.expect(info.opened);
     const bool ok = file_.open(path.c_str()) && writeHeader() && writeNodes() && writeInstances() &&
@@ -62,7 +63,7 @@ class Writer {
   }
 
   bool writeHeader() {
-    const SceneInfo& info = SceneInfo::current();
+    const SceneInfo& info = state_.info;
     const std::vector<std::string> oldest{"requires maya \"2018\""};
     const std::string time = info.timeUnit.empty() ? "film" : info.timeUnit;
     const std::string length = info.lengthUnit.empty() ? "centimeter" : info.lengthUnit;
@@ -78,14 +79,14 @@ class Writer {
   bool writeNode(const NodePtr& node) {
     if (!isWritten(node)) return true;
     std::string text;
-    appendNode(text, node, units_);
+    appendNode(text, node, units_, state_.project);
     return put(text);
   }
 
   // The DAG from the top down, each node below its first parent, so that children are made in their
   // order.
   bool writeNodes() {
-    const Scene& scene = Scene::current();
+    const Scene& scene = state_.scene;
     std::vector<NodePtr> waiting(scene.world()->children().rbegin(),
                                  scene.world()->children().rend());
     while (!waiting.empty()) {
@@ -102,7 +103,7 @@ class Writer {
   }
 
   bool writeInstances() {
-    for (const auto& [serial, node] : Scene::current().nodes()) {
+    for (const auto& [serial, node] : state_.scene.nodes()) {
       if (!node->isDag() || node->parents().size() < 2 || !isWritten(node)) continue;
       const std::string name = firstPath(node).fullName();
       for (std::size_t i = 1; i < node->parents().size(); ++i) {
@@ -122,16 +123,16 @@ class Writer {
     const bool known = only_ == nullptr ||
                        (only_->count(source.get()) != 0 && only_->count(destination.get()) != 0);
     const bool isEveryScenes = source->isDefault && destination->isDefault &&
-                               connection.serial <= SceneInfo::current().lastDefaultConnection;
+                               connection.serial <= state_.info.lastDefaultConnection;
     return known && !isEveryScenes &&
            (!(source->isReferenced && destination->isReferenced) ||
-            SceneInfo::current().standIns.count(connection.serial) != 0);
+            state_.info.standIns.count(connection.serial) != 0);
   }
 
   // A list of messages gets its elements by the order of the statements, since numbers would clash
   // with those of the default nodes.
-  static std::string statementOf(const Connection& connection) {
-    const auto& standIns = SceneInfo::current().standIns;
+  std::string statementOf(const Connection& connection) const {
+    const auto& standIns = state_.info.standIns;
     const auto known = standIns.find(connection.serial);
     const SceneInfo::StandIn standIn =
         known == standIns.end() ? SceneInfo::StandIn() : known->second;
@@ -148,7 +149,7 @@ class Writer {
 
   bool writeConnections() {
     std::vector<ConnectionPtr> connections;
-    for (const auto& [serial, node] : Scene::current().nodes()) {
+    for (const auto& [serial, node] : state_.scene.nodes()) {
       for (const ConnectionPtr& connection : node->connections.inOrder())
         if (connection->destination.node() == node && isConnectionWritten(*connection))
           connections.push_back(connection);
@@ -164,8 +165,7 @@ class Writer {
   std::string looseName(const SceneInfo::LooseConnection::End& end) const {
     const NodePtr node = end.node.lock();
     // A node that came after the connection was not connected, and would be in the saved scene.
-    if (!end.isKnown &&
-        Scene::current().findNode(end.text.substr(0, end.text.find('.'))) != nullptr)
+    if (!end.isKnown && state_.scene.findNode(end.text.substr(0, end.text.find('.'))) != nullptr)
       return std::string();
     if (!end.isKnown) return end.text;
     const bool isThere =
@@ -175,7 +175,7 @@ class Writer {
 
   // What the scene file said of nodes that are not here.
   bool writeLoose() {
-    const SceneInfo& info = SceneInfo::current();
+    const SceneInfo& info = state_.info;
     for (const SceneInfo::LooseConnection& connection : info.looseConnections) {
       const std::string source = looseName(connection.source);
       const std::string destination = looseName(connection.destination);
@@ -190,9 +190,9 @@ class Writer {
 
   // Which lights light what: as read, and for shading groups that are new, by the default lights.
   bool writeRelationships() {
-    const Scene& scene = Scene::current();
+    const Scene& scene = state_.scene;
     NodeSet mentioned;
-    for (const SceneInfo::Relationship& relationship : SceneInfo::current().relationships) {
+    for (const SceneInfo::Relationship& relationship : state_.info.relationships) {
       const NodePtr node = scene.findNode(relationship.node);
       if ((node != nullptr || !relationship.isKnown) && !put(relationship.statement + ";\n"))
         return false;
@@ -213,8 +213,9 @@ class Writer {
     return true;
   }
 
-  bool writeMetadata() { return putAll(SceneInfo::current().metadata) && put("// End of scene\n"); }
+  bool writeMetadata() { return putAll(state_.info.metadata) && put("// End of scene\n"); }
 
+  HostState& state_;
   const NodeSet* only_;
   SceneUnits units_;
   morvane::FileReplacer file_;
@@ -233,9 +234,9 @@ void addAbove(const NodePtr& node, NodeSet& nodes) {
 }
 
 // Shading groups of the nodes, and all that leads into them.
-void addShading(NodeSet& nodes) {
+void addShading(const Scene& scene, NodeSet& nodes) {
   std::vector<NodePtr> waiting;
-  for (const auto& [serial, node] : Scene::current().nodes()) {
+  for (const auto& [serial, node] : scene.nodes()) {
     if (nodes.count(node.get()) != 0)
       for (const NodePtr& set : setsHolding(node)) waiting.push_back(set);
   }
@@ -251,18 +252,19 @@ void addShading(NodeSet& nodes) {
 
 }  // namespace
 
-morvane::Status writeScene(const std::string& path) {
-  return Writer(nullptr).write(path);
+morvane::Status writeScene(HostState& state, const std::string& path) {
+  return Writer(state, nullptr).write(path);
 }
 
-morvane::Status writeNodes(const std::string& path, const std::vector<NodePtr>& roots) {
+morvane::Status writeNodes(HostState& state, const std::string& path,
+                           const std::vector<NodePtr>& roots) {
   NodeSet nodes;
   for (const NodePtr& node : roots) {
     addBelow(node, nodes);
     addAbove(node, nodes);
   }
-  addShading(nodes);
-  return Writer(&nodes).write(path);
+  addShading(state.scene, nodes);
+  return Writer(state, &nodes).write(path);
 }
 
 }  // namespace host

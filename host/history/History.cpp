@@ -13,39 +13,40 @@ namespace host {
 
 namespace {
 
-void keep(const NodePtr& mesh, MeshHistory history) {
+void keep(Scene& scene, const NodePtr& mesh, MeshHistory history) {
   mesh->history = std::make_unique<MeshHistory>(std::move(history));
-  Scene::current().changes.dependentMeshes.insert(mesh->serial());
+  scene.changes.dependentMeshes.insert(mesh->serial());
 }
 
 // In the order of their creation. A pass over the whole scene after each command would take the
 // square of its size in all.
-std::set<std::size_t> changedOrDependent(const std::vector<std::size_t>& changed) {
-  std::set<std::size_t> serials = Scene::current().changes.dependentMeshes;
+std::set<std::size_t> changedOrDependent(const Scene& scene,
+                                         const std::vector<std::size_t>& changed) {
+  std::set<std::size_t> serials = scene.changes.dependentMeshes;
   serials.insert(changed.begin(), changed.end());
   return serials;
 }
 
 }  // namespace
 
-void evaluateHistories(const HistoryReport& report) {
-  Scene::current().changes.take();
+void evaluateHistories(Scene& scene, const HistoryReport& report) {
+  scene.changes.take();
   Evaluation evaluation;
-  for (const auto& [serial, node] : Scene::current().nodes()) {
+  for (const auto& [serial, node] : scene.nodes()) {
     if (node->history == nullptr && Evaluation::hasHistory(node)) {
-      keep(node, evaluation.evaluate(node));
+      keep(scene, node, evaluation.evaluate(node));
       report(node, *node->history);
     }
   }
 }
 
-void refreshHistories(const HistoryReport& report) {
-  if (Scene::current().changes.isEmpty()) return;
-  std::vector<std::size_t> changed = Scene::current().changes.take();
+void refreshHistories(Scene& scene, const HistoryReport& report) {
+  if (scene.changes.isEmpty()) return;
+  std::vector<std::size_t> changed = scene.changes.take();
   std::sort(changed.begin(), changed.end());
   Evaluation evaluation(changed);
-  for (const std::size_t serial : changedOrDependent(changed)) {
-    const NodePtr node = Scene::current().nodeAtOrAfter(serial);
+  for (const std::size_t serial : changedOrDependent(scene, changed)) {
+    const NodePtr node = scene.nodeAtOrAfter(serial);
     if (node == nullptr || node->serial() != serial) continue;
     const bool isNew =
         node->history == nullptr && std::binary_search(changed.begin(), changed.end(), serial);
@@ -54,7 +55,7 @@ void refreshHistories(const HistoryReport& report) {
       MeshHistory history = evaluation.evaluate(node);
       report(node, history);
       if (history.isMade() || node->history == nullptr || !node->history->isMade())
-        keep(node, std::move(history));
+        keep(scene, node, std::move(history));
     }
   }
 }

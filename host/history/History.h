@@ -10,15 +10,17 @@
 
 namespace host {
 
+class Scene;
+
 // Makes the shape of every mesh of the scene that its file leaves to its history, unless that was
 // tried before, and tells `report` of each what became of it.
 using HistoryReport = std::function<void(const NodePtr& mesh, const MeshHistory& history)>;
-void evaluateHistories(const HistoryReport& report);
+void evaluateHistories(Scene& scene, const HistoryReport& report);
 
 // Makes those meshes again of which something changed that their histories depend on, and those
 // that were given a history. One that cannot be made again keeps its shape. Tells `report` of each.
 // Costs nothing when nothing changed.
-void refreshHistories(const HistoryReport& report);
+void refreshHistories(Scene& scene, const HistoryReport& report);
 
 // What keeps a mesh from being evaluated.
 struct Unevaluated {

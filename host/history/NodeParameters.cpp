@@ -144,14 +144,14 @@ void NodeParameters::noteInput(const NodePtr& node) const {
     waiting.insert(waiting.end(), next->parents().begin(), next->parents().end());
     for (const ConnectionPtr& connection : next->connections.inOrder())
       waiting.push_back(connection->source.node().get());
-    const NodePtr time = isDrivenByTime(*next) ? timeNode(Scene::current()) : nullptr;
+    const NodePtr time = isDrivenByTime(*next) ? timeNode(*next->scene()) : nullptr;
     if (time) waiting.push_back(time.get());
   }
 }
 
 std::vector<double> NodeParameters::numbersInto(const Plug& destination, const Plug& source) const {
   noteInput(source.node());
-  const auto trouble = GraphEvaluation::current().troubleOf(destination);
+  const auto trouble = node_->scene()->flowing->troubleOf(destination);
   if (trouble && history_.isMade()) {
     history_.stopNode = node_->name();
     history_.stopType = node_->type().name();

@@ -35,14 +35,14 @@ struct Kind<double> {
 };
 
 template <class Element>
-CommandResult contains(Arguments& arguments) {
+CommandResult contains(const Arguments& arguments) {
   const auto list = Kind<Element>::all(valueOf(arguments[1]));
   const Element sought = Kind<Element>::one(valueOf(arguments[0]));
   return give(Value::ofTruth(std::find(list.begin(), list.end(), sought) != list.end()));
 }
 
 template <class Element>
-CommandResult count(Arguments& arguments) {
+CommandResult count(const Arguments& arguments) {
   const auto list = Kind<Element>::all(valueOf(arguments[1]));
   const Element sought = Kind<Element>::one(valueOf(arguments[0]));
   return give(static_cast<int>(std::count(list.begin(), list.end(), sought)));
@@ -50,7 +50,7 @@ CommandResult count(Arguments& arguments) {
 
 // find(item, from, list): a position, or -1.
 template <class Element>
-CommandResult find(Arguments& arguments) {
+CommandResult find(const Arguments& arguments) {
   const auto list = Kind<Element>::all(valueOf(arguments[2]));
   const Element sought = Kind<Element>::one(valueOf(arguments[0]));
   const int from = std::max(0, valueOf(arguments[1]).toInt());
@@ -60,13 +60,13 @@ CommandResult find(Arguments& arguments) {
   return give(found == list.end() ? -1 : static_cast<int>(found - list.begin()));
 }
 
-CommandResult join(Arguments& arguments) {
+CommandResult join(const Arguments& arguments) {
   const std::string separator = textOf(arguments, 1);
   const Value& list = valueOf(arguments[0]);
   std::string text;
   for (std::size_t i = 0; i < list.arraySize(); ++i) {
     text += (i == 0 ? "" : separator) + list.element(i).toString();
-    if (!fitsText(text.size())) return CommandResult::failure("a text becomes too long");
+    if (!fitsText(arguments, text.size())) return CommandResult::failure("a text becomes too long");
   }
   return give(std::move(text));
 }
@@ -83,28 +83,28 @@ Strings pieces(const std::string& text, const std::string& separators) {
   return parts;
 }
 
-CommandResult tokenize(Arguments& arguments) {
+CommandResult tokenize(const Arguments& arguments) {
   const std::string separators = arguments.size() == 3 ? textOf(arguments, 1) : " \t\n\r";
-  const Variable& out = arguments.back().variable;
+  const Variable& out = arguments.values.back().variable;
   if (out == nullptr || out->type() != Value::Type::kStringArray)
     return CommandResult::failure("the last argument must be a string array variable");
   Strings parts = pieces(textOf(arguments, 0), separators);
-  if (!fitsArray(parts.size())) return tooLarge();
+  if (!fitsArray(arguments, parts.size())) return tooLarge();
   const int count = static_cast<int>(parts.size());
   *out = Value(std::move(parts));
   return give(count);
 }
 
-CommandResult split(Arguments& arguments) {
+CommandResult split(const Arguments& arguments) {
   return give(pieces(textOf(arguments, 0), textOf(arguments, 1)));
 }
 
-CommandResult countPieces(Arguments& arguments) {
+CommandResult countPieces(const Arguments& arguments) {
   const std::string separators = arguments.size() == 2 ? textOf(arguments, 1) : " \t\n\r";
   return give(static_cast<int>(pieces(textOf(arguments, 0), separators).size()));
 }
 
-CommandResult append(Arguments& arguments) {
+CommandResult append(const Arguments& arguments) {
   const Variable& out = arguments[0].variable;
   if (out == nullptr || out->strings() == nullptr)
     return CommandResult::failure("the first argument must be a string array variable");
@@ -113,13 +113,13 @@ CommandResult append(Arguments& arguments) {
     const int count = valueOf(arguments[2]).toInt();
     more.resize(std::min(more.size(), static_cast<std::size_t>(std::max(count, 0))));
   }
-  if (!fitsArray(out->arraySize() + more.size())) return tooLarge();
+  if (!fitsArray(arguments, out->arraySize() + more.size())) return tooLarge();
   out->strings()->insert(out->strings()->end(), more.begin(), more.end());
   return give(Value());
 }
 
 // remove(items, list): the list without any of the items.
-CommandResult remove(Arguments& arguments) {
+CommandResult remove(const Arguments& arguments) {
   const Strings items = valueOf(arguments[0]).toWords();
   const std::unordered_set<std::string> unwanted(items.begin(), items.end());
   Strings left;
@@ -128,7 +128,7 @@ CommandResult remove(Arguments& arguments) {
   return give(std::move(left));
 }
 
-CommandResult removeDuplicates(Arguments& arguments) {
+CommandResult removeDuplicates(const Arguments& arguments) {
   std::unordered_set<std::string> met;
   Strings left;
   for (std::string& text : valueOf(arguments[0]).toWords())
@@ -146,27 +146,27 @@ Strings* placeIn(const Argument& list, const Argument& position, std::size_t mos
 }
 
 // removeAtIndex(index, list) and insertAtIndex(index, list, item) change the list, and say whether.
-CommandResult removeAt(Arguments& arguments) {
+CommandResult removeAt(const Arguments& arguments) {
   Strings* list = placeIn(arguments[1], arguments[0], 0);
   if (list != nullptr) list->erase(list->begin() + valueOf(arguments[0]).toInt());
   return give(Value::ofTruth(list != nullptr));
 }
-CommandResult insertAt(Arguments& arguments) {
+CommandResult insertAt(const Arguments& arguments) {
   Strings* list = placeIn(arguments[1], arguments[0], 1);
-  if (list != nullptr && !fitsArray(list->size() + 1)) return tooLarge();
+  if (list != nullptr && !fitsArray(arguments, list->size() + 1)) return tooLarge();
   if (list != nullptr)
     list->insert(list->begin() + valueOf(arguments[0]).toInt(), textOf(arguments, 2));
   return give(Value::ofTruth(list != nullptr));
 }
 
-CommandResult addPrefix(Arguments& arguments) {
+CommandResult addPrefix(const Arguments& arguments) {
   Strings list = valueOf(arguments[0]).toWords();
   const std::string prefix = textOf(arguments, 1);
   std::size_t size = 0;
   for (std::string& text : list) {
     text.insert(0, prefix);
     size += text.size();
-    if (!fitsText(size)) return CommandResult::failure("the texts become too long");
+    if (!fitsText(arguments, size)) return CommandResult::failure("the texts become too long");
   }
   return give(std::move(list));
 }

@@ -264,7 +264,7 @@ CommandResult dispatch(std::string_view name, const Words& words, CommandContext
 CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context) {
   CommandResult result = dispatch(name, words, context);
   const auto afterCommand = context.interpreter->commands().afterCommand();
-  if (!context.inSceneFile && afterCommand != nullptr) afterCommand();
+  if (!context.inSceneFile && afterCommand != nullptr) afterCommand(context.host());
   return result;
 }
 

@@ -45,6 +45,9 @@ struct CommandResult {
 struct CommandContext {
   explicit CommandContext(Interpreter& runs) : interpreter(&runs) {}
 
+  // The host that the command acts on.
+  HostState& host() const { return interpreter->host(); }
+
   Interpreter* interpreter;  // whose commands they are; never null
   // A scene file that is being read: nothing may write files, start plug-ins' commands or leave the
   // scene.
@@ -135,12 +138,13 @@ class CommandTable {
 
   // What runs after every command that no scene file runs, for what follows from the scene to keep
   // up with it; null for nothing.
-  void setAfterCommand(void (*action)()) { afterCommand_ = action; }
-  void (*afterCommand() const)() { return afterCommand_; }
+  using AfterCommand = void (*)(HostState&);
+  void setAfterCommand(AfterCommand action) { afterCommand_ = action; }
+  AfterCommand afterCommand() const { return afterCommand_; }
 
  private:
   std::map<std::string, Command, std::less<>> commands_;
-  void (*afterCommand_)() = nullptr;
+  AfterCommand afterCommand_ = nullptr;
 };
 
 // In a scene file, `isMalformed` tells what no sound one says: see `SceneProblem`.

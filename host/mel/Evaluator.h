@@ -26,9 +26,10 @@ struct Procedure {
 
 // What outlives one run.
 struct Interpreter::State {
-  explicit State(CommandTable& table) : commands(table) {}
+  State(CommandTable& table, HostState* runs) : commands(table), host(runs) {}
 
   CommandTable& commands;
+  HostState* host;
   std::unordered_map<std::string, Variable> globals;
   std::unordered_map<std::string, Procedure> procedures;
   std::string callerFolder;

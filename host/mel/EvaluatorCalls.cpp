@@ -40,7 +40,7 @@ bool Evaluator::evaluateCommand(const AstNode& node, Value& value) {
   if (function == nullptr) return callCommand(node, arguments, value);
   if (arguments.size() < function->fewest || arguments.size() > function->most)
     return fail(node, node.text + ": wrong number of arguments");
-  CommandResult result = function->function(arguments);
+  CommandResult result = function->function({interpreter_, arguments});
   value = std::move(result.value);
   if (result.inner) failure_ = *result.inner;
   return result.ok || (!result.inner && fail(node, node.text + ": " + result.error));

@@ -11,8 +11,6 @@
 // What the functions of the language share: see Functions.h.
 namespace host::mel {
 
-using FunctionArguments = std::vector<Argument>;
-
 inline const Value& valueOf(const Argument& argument) {
   return argument.variable != nullptr ? *argument.variable : argument.value;
 }
@@ -25,11 +23,11 @@ inline double numberOf(const FunctionArguments& arguments, std::size_t index) {
 inline CommandResult give(Value value) {
   return CommandResult::success(std::move(value));
 }
-inline bool fitsArray(std::size_t size) {
-  return size <= Interpreter::current().limits().arraySize;
+inline bool fitsArray(const FunctionArguments& arguments, std::size_t size) {
+  return size <= arguments.interpreter.limits().arraySize;
 }
-inline bool fitsText(std::size_t size) {
-  return size <= Interpreter::current().limits().textSize;
+inline bool fitsText(const FunctionArguments& arguments, std::size_t size) {
+  return size <= arguments.interpreter.limits().textSize;
 }
 
 // One family of functions, in the order of their names.

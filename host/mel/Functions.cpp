@@ -15,7 +15,7 @@ using Arguments = FunctionArguments;
 
 // --- Texts and arrays
 
-CommandResult size(Arguments& arguments) {
+CommandResult size(const Arguments& arguments) {
   const Value& value = valueOf(arguments[0]);
   const std::size_t count = value.isArray()                        ? value.arraySize()
                             : value.type() == Value::Type::kString ? value.toString().size()
@@ -23,7 +23,7 @@ CommandResult size(Arguments& arguments) {
   return give(static_cast<int>(count));
 }
 
-CommandResult clear(Arguments& arguments) {
+CommandResult clear(const Arguments& arguments) {
   if (arguments[0].variable == nullptr) return CommandResult::failure("needs an array variable");
   *arguments[0].variable = Value::initial(arguments[0].variable->type());
   return give(Value());
@@ -42,15 +42,15 @@ int upper(int c) {
   return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c;
 }
 
-CommandResult toLower(Arguments& arguments) {
+CommandResult toLower(const Arguments& arguments) {
   return give(mapText(textOf(arguments, 0), lower));
 }
-CommandResult toUpper(Arguments& arguments) {
+CommandResult toUpper(const Arguments& arguments) {
   return give(mapText(textOf(arguments, 0), upper));
 }
 
 // Positions count from 1, both ends included; a range that is not inside gives the empty text.
-CommandResult substring(Arguments& arguments) {
+CommandResult substring(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const int first = valueOf(arguments[1]).toInt();
   const int last = valueOf(arguments[2]).toInt();
@@ -59,12 +59,12 @@ CommandResult substring(Arguments& arguments) {
       text.substr(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(last - first + 1)));
 }
 
-CommandResult startsWith(Arguments& arguments) {
+CommandResult startsWith(const Arguments& arguments) {
   const std::string prefix = textOf(arguments, 1);
   return give(Value::ofTruth(textOf(arguments, 0).compare(0, prefix.size(), prefix) == 0));
 }
 
-CommandResult endsWith(Arguments& arguments) {
+CommandResult endsWith(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const std::string suffix = textOf(arguments, 1);
   return give(
@@ -72,7 +72,7 @@ CommandResult endsWith(Arguments& arguments) {
                      text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0));
 }
 
-CommandResult sortArray(Arguments& arguments) {
+CommandResult sortArray(const Arguments& arguments) {
   Value value = valueOf(arguments[0]);
   const auto sorted = [](auto* array) {
     if (array != nullptr) std::sort(array->begin(), array->end());
@@ -87,28 +87,28 @@ CommandResult sortArray(Arguments& arguments) {
   return give(std::move(value));
 }
 
-CommandResult print(Arguments& arguments) {
+CommandResult print(const Arguments& arguments) {
   printText(valueOf(arguments[0]).toPrinted());
   return give(Value());
 }
 
-CommandResult toIntNumber(Arguments& arguments) {
+CommandResult toIntNumber(const Arguments& arguments) {
   return give(valueOf(arguments[0]).toInt());
 }
-CommandResult toFloatNumber(Arguments& arguments) {
+CommandResult toFloatNumber(const Arguments& arguments) {
   return give(numberOf(arguments, 0));
 }
-CommandResult toText(Arguments& arguments) {
+CommandResult toText(const Arguments& arguments) {
   return give(textOf(arguments, 0));
 }
 
 // --- Text as a script
 
-CommandResult eval(Arguments& arguments) {
+CommandResult eval(const Arguments& arguments) {
   std::string text;
-  for (const Argument& argument : arguments)
+  for (const Argument& argument : arguments.values)
     text += (text.empty() ? "" : " ") + valueOf(argument).toString();
-  Outcome outcome = Interpreter::current().execute(text, "eval");
+  Outcome outcome = arguments.interpreter.execute(text, "eval");
   CommandResult result = CommandResult::success(std::move(outcome.value));
   result.ok = outcome.ok;
   if (!outcome.ok) result.inner = std::move(outcome.failure);

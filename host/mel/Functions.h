@@ -21,8 +21,17 @@ struct Argument {
   bool isWord = false;  // written without quotes
 };
 
+// What a function is called with.
+struct FunctionArguments {
+  Interpreter& interpreter;  // that calls it
+  std::vector<Argument>& values;
+
+  std::size_t size() const { return values.size(); }
+  Argument& operator[](std::size_t index) const { return values[index]; }
+};
+
 // Functions on values (texts, arrays, mathematics), as opposed to commands, which act on the scene.
-using Function = CommandResult (*)(std::vector<Argument>&);
+using Function = CommandResult (*)(const FunctionArguments&);
 
 struct FunctionSpec {
   std::string_view name;

@@ -65,7 +65,8 @@ std::string Failure::describe() const {
   return place.empty() ? text : place + ": " + text;
 }
 
-Interpreter::Interpreter(CommandTable& commands) : state_(std::make_unique<State>(commands)) {
+Interpreter::Interpreter(CommandTable& commands, HostState* host)
+    : state_(std::make_unique<State>(commands, host)) {
   std::error_code error;
   state_->callerFolder = morvane::nameOf(fs::current_path(error));
 }
@@ -99,6 +100,10 @@ Outcome Interpreter::executeFile(const std::string& name) {
 
 CommandTable& Interpreter::commands() const {
   return state_->commands;
+}
+
+HostState& Interpreter::host() const {
+  return *state_->host;
 }
 
 bool Interpreter::isProcedure(const std::string& name) const {

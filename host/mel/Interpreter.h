@@ -10,6 +10,10 @@
 
 #include "host/mel/Value.h"
 
+namespace host {
+struct HostState;
+}  // namespace host
+
 namespace host::mel {
 
 // Where in which text something went wrong. Lines and columns count from 1; line 0 is "nowhere in
@@ -46,8 +50,9 @@ class Interpreter {
  public:
   static Interpreter& current();  // of the host that runs
 
-  // `commands` must live as long. The caller's folder is the working folder.
-  explicit Interpreter(CommandTable& commands);
+  // `commands` must live as long, and so must `host`, which the commands act on; null for a table
+  // of none. The caller's folder is the working folder.
+  explicit Interpreter(CommandTable& commands, HostState* host = nullptr);
   ~Interpreter();
 
   // Nothing is reported: the caller shows the failure, or does not. `origin` names the text in
@@ -58,6 +63,7 @@ class Interpreter {
   Outcome executeFile(const std::string& name);
 
   CommandTable& commands() const;
+  HostState& host() const;
   bool isProcedure(const std::string& name) const;
   // The path of the script that holds a procedure, or what names its text in failures.
   std::string originOfProcedure(const std::string& name) const;

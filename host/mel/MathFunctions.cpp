@@ -13,11 +13,11 @@ using Arguments = FunctionArguments;
 constexpr double kDegrees = 57.295779513082320876798;
 
 template <double (*Of)(double)>
-CommandResult ofOne(Arguments& arguments) {
+CommandResult ofOne(const Arguments& arguments) {
   return give(Of(numberOf(arguments, 0)));
 }
 template <double (*Of)(double, double)>
-CommandResult ofTwo(Arguments& arguments) {
+CommandResult ofTwo(const Arguments& arguments) {
   return give(Of(numberOf(arguments, 0), numberOf(arguments, 1)));
 }
 
@@ -100,14 +100,14 @@ double hypotenuse(double x, double y) {
   return std::hypot(x, y);
 }
 
-CommandResult absolute(Arguments& arguments) {
+CommandResult absolute(const Arguments& arguments) {
   const Value& value = valueOf(arguments[0]);
   if (value.type() != Value::Type::kInt) return give(std::fabs(value.toFloat()));
   const int number = value.toInt();
   return give(number < 0 ? static_cast<int>(0u - static_cast<unsigned>(number)) : number);
 }
 
-CommandResult signOf(Arguments& arguments) {
+CommandResult signOf(const Arguments& arguments) {
   const double number = numberOf(arguments, 0);
   return give(number > 0 ? 1 : number < 0 ? -1 : 0);
 }
@@ -116,17 +116,17 @@ bool bothInts(const Arguments& arguments) {
   return valueOf(arguments[0]).type() == Value::Type::kInt &&
          valueOf(arguments[1]).type() == Value::Type::kInt;
 }
-CommandResult smaller(Arguments& arguments) {
+CommandResult smaller(const Arguments& arguments) {
   const double least = std::min(numberOf(arguments, 0), numberOf(arguments, 1));
   return give(bothInts(arguments) ? Value(static_cast<int>(least)) : Value(least));
 }
-CommandResult larger(Arguments& arguments) {
+CommandResult larger(const Arguments& arguments) {
   const double most = std::max(numberOf(arguments, 0), numberOf(arguments, 1));
   return give(bothInts(arguments) ? Value(static_cast<int>(most)) : Value(most));
 }
 
 // clamp(least, most, number)
-CommandResult clamp(Arguments& arguments) {
+CommandResult clamp(const Arguments& arguments) {
   return give(
       std::min(std::max(numberOf(arguments, 2), numberOf(arguments, 0)), numberOf(arguments, 1)));
 }
@@ -139,10 +139,10 @@ double placeBetween(const Arguments& arguments) {
   return last == first ? (number < first ? 0.0 : 1.0)
                        : std::clamp((number - first) / (last - first), 0.0, 1.0);
 }
-CommandResult linearStep(Arguments& arguments) {
+CommandResult linearStep(const Arguments& arguments) {
   return give(placeBetween(arguments));
 }
-CommandResult smoothStep(Arguments& arguments) {
+CommandResult smoothStep(const Arguments& arguments) {
   const double t = placeBetween(arguments);
   return give(t * t * (3.0 - 2.0 * t));
 }
@@ -163,28 +163,28 @@ Vector unitOf(const Vector& v) {
   return length == 0 ? v : scaled(v, 1.0 / length);
 }
 
-CommandResult magnitude(Arguments& arguments) {
+CommandResult magnitude(const Arguments& arguments) {
   return give(lengthOf(vectorAt(arguments, 0)));
 }
-CommandResult unit(Arguments& arguments) {
+CommandResult unit(const Arguments& arguments) {
   return give(unitOf(vectorAt(arguments, 0)));
 }
-CommandResult dotProduct(Arguments& arguments) {
+CommandResult dotProduct(const Arguments& arguments) {
   return give(dot(vectorAt(arguments, 0), vectorAt(arguments, 1)));
 }
-CommandResult crossProduct(Arguments& arguments) {
+CommandResult crossProduct(const Arguments& arguments) {
   return give(cross(vectorAt(arguments, 0), vectorAt(arguments, 1)));
 }
 
 // In radians; the arc tangent is exact where the arc cosine of a dot product is not.
-CommandResult angle(Arguments& arguments) {
+CommandResult angle(const Arguments& arguments) {
   const Vector a = vectorAt(arguments, 0);
   const Vector b = vectorAt(arguments, 1);
   return give(std::atan2(lengthOf(cross(a, b)), dot(a, b)));
 }
 
 // rot(point, axis, radians), by Rodrigues' formula.
-CommandResult rotate(Arguments& arguments) {
+CommandResult rotate(const Arguments& arguments) {
   const Vector point = vectorAt(arguments, 0);
   const Vector axis = unitOf(vectorAt(arguments, 1));
   const double turn = numberOf(arguments, 2);
@@ -198,15 +198,15 @@ CommandResult rotate(Arguments& arguments) {
 // --- Chance
 
 // rand(most) or rand(least, most).
-CommandResult random(Arguments& arguments) {
+CommandResult random(const Arguments& arguments) {
   const double first = arguments.size() == 2 ? numberOf(arguments, 0) : 0.0;
   const double last = numberOf(arguments, arguments.size() - 1);
-  return give(first + (last - first) * Interpreter::current().nextRandom());
+  return give(first + (last - first) * arguments.interpreter.nextRandom());
 }
 
-CommandResult seed(Arguments& arguments) {
+CommandResult seed(const Arguments& arguments) {
   const int number = valueOf(arguments[0]).toInt();
-  Interpreter::current().seedRandom(static_cast<unsigned>(number));
+  arguments.interpreter.seedRandom(static_cast<unsigned>(number));
   return give(number);
 }
 

@@ -15,7 +15,7 @@ std::string lastPart(const std::string& path) {
 }
 
 // Without `suffix` at the end.
-CommandResult baseName(Arguments& arguments) {
+CommandResult baseName(const Arguments& arguments) {
   std::string name = lastPart(textOf(arguments, 0));
   const std::string suffix = textOf(arguments, 1);
   const bool ends = name.size() >= suffix.size() &&
@@ -23,24 +23,24 @@ CommandResult baseName(Arguments& arguments) {
   return give(ends ? name.substr(0, name.size() - suffix.size()) : name);
 }
 
-CommandResult baseNameWithoutExtension(Arguments& arguments) {
+CommandResult baseNameWithoutExtension(const Arguments& arguments) {
   const std::string name = lastPart(textOf(arguments, 0));
   return give(name.substr(0, name.rfind('.')));
 }
 
-CommandResult extension(Arguments& arguments) {
+CommandResult extension(const Arguments& arguments) {
   const std::string name = lastPart(textOf(arguments, 0));
   const std::size_t dot = name.rfind('.');
   return give(dot == std::string::npos ? std::string() : name.substr(dot + 1));
 }
 
-CommandResult directory(Arguments& arguments) {
+CommandResult directory(const Arguments& arguments) {
   const std::string path = textOf(arguments, 0);
   const std::size_t slash = path.rfind('/');
   return give(slash == std::string::npos ? std::string() : path.substr(0, slash));
 }
 
-CommandResult fromNative(Arguments& arguments) {
+CommandResult fromNative(const Arguments& arguments) {
   std::string path = textOf(arguments, 0);
   std::replace(path.begin(), path.end(), '\\', '/');
   return give(std::move(path));

@@ -24,7 +24,7 @@ bool search(const Arguments& arguments, const std::string& text,
   return error.empty();
 }
 
-CommandResult match(Arguments& arguments) {
+CommandResult match(const Arguments& arguments) {
   const std::string text = textOf(arguments, 1);
   std::optional<Pattern::Match> found;
   CommandResult problem;
@@ -33,7 +33,7 @@ CommandResult match(Arguments& arguments) {
 }
 
 // Replaces the first match.
-CommandResult substitute(Arguments& arguments) {
+CommandResult substitute(const Arguments& arguments) {
   std::string text = textOf(arguments, 1);
   std::optional<Pattern::Match> found;
   CommandResult problem;
@@ -43,7 +43,7 @@ CommandResult substitute(Arguments& arguments) {
 }
 
 // Replaces a text, no expression, everywhere.
-CommandResult substituteAll(Arguments& arguments) {
+CommandResult substituteAll(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const std::string sought = textOf(arguments, 1);
   const std::string other = textOf(arguments, 2);
@@ -54,17 +54,18 @@ CommandResult substituteAll(Arguments& arguments) {
     result.append(text, at, found - at);
     result += other;
     at = found + sought.size();
-    if (!fitsText(result.size())) return CommandResult::failure("a text becomes too long");
+    if (!fitsText(arguments, result.size()))
+      return CommandResult::failure("a text becomes too long");
   }
   return give(result.append(text, at, std::string::npos));
 }
 
-CommandResult glob(Arguments& arguments) {
+CommandResult glob(const Arguments& arguments) {
   const std::string pattern = textOf(arguments, 1);
   return give(Value::ofTruth(matchesGlob(textOf(arguments, 0), pattern)));
 }
 
-CommandResult strip(Arguments& arguments) {
+CommandResult strip(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const std::size_t first = text.find_first_not_of(kBlanks);
   return give(first == std::string::npos
@@ -72,25 +73,25 @@ CommandResult strip(Arguments& arguments) {
                   : text.substr(first, text.find_last_not_of(kBlanks) - first + 1));
 }
 
-CommandResult capitalize(Arguments& arguments) {
+CommandResult capitalize(const Arguments& arguments) {
   std::string text = textOf(arguments, 0);
   if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
     text[0] = static_cast<char>(text[0] - 'a' + 'A');
   return give(std::move(text));
 }
 
-CommandResult compareTexts(Arguments& arguments) {
+CommandResult compareTexts(const Arguments& arguments) {
   const int order = textOf(arguments, 0).compare(textOf(arguments, 1));
   return give(order < 0 ? -1 : order > 0 ? 1 : 0);
 }
 
 // The first (last) characters, as many as asked for or as there are.
-CommandResult startOf(Arguments& arguments) {
+CommandResult startOf(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const int count = std::max(0, valueOf(arguments[1]).toInt());
   return give(text.substr(0, static_cast<std::size_t>(count)));
 }
-CommandResult endOf(Arguments& arguments) {
+CommandResult endOf(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const auto count = static_cast<std::size_t>(std::max(0, valueOf(arguments[1]).toInt()));
   return give(count >= text.size() ? text : text.substr(text.size() - count));

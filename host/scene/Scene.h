@@ -15,6 +15,8 @@
 
 namespace host {
 
+class FlowingValues;
+
 // All nodes, their names and the DAG.
 //
 // Calls that can fail take `error`, which may be null, and say there why.
@@ -35,9 +37,10 @@ class Scene {
   // Removes everything and makes the default nodes.
   void clear();
 
-  std::string fileName;  // of the scene, absolute; empty while it has none
-  Selection selection;   // the active one
-  SceneChanges changes;  // since histories were last evaluated
+  std::string fileName;              // of the scene, absolute; empty while it has none
+  Selection selection;               // the active one
+  SceneChanges changes;              // since histories were last evaluated
+  FlowingValues* flowing = nullptr;  // what works out values along its connections; null: nothing
 
   // --- Nodes
 

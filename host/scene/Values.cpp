@@ -4,6 +4,7 @@
 
 #include "host/scene/ComputedValues.h"
 #include "host/scene/Node.h"
+#include "host/scene/Scene.h"
 
 namespace host {
 namespace {
@@ -37,7 +38,9 @@ bool isOutput(const Attribute& attribute) {
 // What a plug without children holds.
 AttributeValue readSingle(const Plug& plug) {
   if (plug.node()->connections.hasInputs() || isOutput(*plug.attribute())) {
-    AttributeValue flowing = FlowingValues::current().valueOf(plug);
+    const Scene* const scene = plug.node()->scene();
+    AttributeValue flowing =
+        scene && scene->flowing ? scene->flowing->valueOf(plug) : AttributeValue();
     if (!std::holds_alternative<std::monostate>(flowing)) return flowing;
   }
   AttributeValue computed = computedValue(plug);

@@ -15,8 +15,6 @@ namespace host {
 // letter of a drive, which may be in either case.
 class DirectoryMap {
  public:
-  static DirectoryMap& current();  // of the host that runs
-
   bool enabled = false;
 
   // Names at or below `from` are names at or below `to` from now on. False when one is empty.

@@ -29,38 +29,6 @@ Scene& Scene::current() {
   return HostState::current().scene;
 }
 
-FlowingValues& FlowingValues::current() {
-  return HostState::current().graph;
-}
-
-GraphEvaluation& GraphEvaluation::current() {
-  return HostState::current().graph;
-}
-
-SceneInfo& SceneInfo::current() {
-  return HostState::current().info;
-}
-
-SceneGaps& SceneGaps::current() {
-  return HostState::current().gaps;
-}
-
-SceneProblems& SceneProblems::current() {
-  return HostState::current().problems;
-}
-
-SceneUnits& currentUnits() {
-  return HostState::current().units;
-}
-
-DirectoryMap& DirectoryMap::current() {
-  return HostState::current().folders;
-}
-
-SceneProject& SceneProject::current() {
-  return HostState::current().project;
-}
-
 PluginRegistry& PluginRegistry::current() {
   return HostState::current().plugins;
 }

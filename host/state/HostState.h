@@ -55,7 +55,7 @@ struct HostState {
   SceneProject project;
   std::optional<double> givenFrame;  // at which scenes are opened, if not as they were saved
   mel::CommandTable commands;
-  mel::Interpreter interpreter{commands};
+  mel::Interpreter interpreter{commands, this};
   mel::NamedValues options;  // of optionVar
   PluginRegistry plugins{interpreter};
   std::function<void(std::string_view)> beforeMessage;

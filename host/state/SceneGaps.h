@@ -20,8 +20,6 @@ struct SceneGap {
 // The gaps of the scene that is open.
 class SceneGaps {
  public:
-  static SceneGaps& current();  // of the host that runs
-
   // A node that has a gap already keeps that.
   void add(const std::vector<NodePtr>& nodes, const SceneGap& gap);
   const SceneGap* at(const Node& node) const;  // null when the node has none

@@ -65,8 +65,6 @@ struct SceneInfo {
 
   std::string openedAs;          // the file's path; empty for a new scene
   morvane::FileIdentity opened;  // that file, before it was read or as it was last saved
-
-  static SceneInfo& current();  // of the host that runs
 };
 
 }  // namespace host

@@ -35,7 +35,6 @@ struct SceneProblems {
   };
   End end = End::kWhole;
 
-  static SceneProblems& current();  // of the host that runs
   void add(SceneProblem problem);
 };
 

@@ -27,7 +27,7 @@ morvane::Status SceneProject::open(const std::string& projectFolder) {
   return readProject(projectFolder, project_);
 }
 
-void SceneProject::findTextures(const Scene& scene, std::size_t firstSerial,
+void SceneProject::findTextures(const Scene& scene, DirectoryMap& map, std::size_t firstSerial,
                                 const std::string& folder) {
   const auto& nodes = scene.nodes();
   for (auto entry = nodes.lower_bound(firstSerial); entry != nodes.end(); ++entry) {
@@ -36,7 +36,7 @@ void SceneProject::findTextures(const Scene& scene, std::size_t firstSerial,
         node->hasFn(MFn::kFileTexture) ? Plug::find(node, "fileTextureName") : std::nullopt;
     const auto written = plug ? readText(*plug) : std::nullopt;
     if (!written || written->empty()) continue;
-    const std::string mapped = DirectoryMap::current().convert(*written).value_or(*written);
+    const std::string mapped = map.convert(*written).value_or(*written);
     FileSearch search = searchFile(mapped, folder, project_, kTextures);
     const bool isElsewhere =
         search.found && search.places.back() != mel::resolvedPath(mapped, folder);

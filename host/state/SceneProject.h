@@ -9,13 +9,12 @@
 
 namespace host {
 
+class DirectoryMap;
 class Scene;
 
 // The project in which the files of the open scene are looked for, and what was found.
 class SceneProject {
  public:
-  static SceneProject& current();  // of the host that runs
-
   // Makes a folder the project of all scenes from now on, wherever they lie.
   void give(const std::string& folder) { given_ = folder; }
   // The project of a scene in this folder becomes the current one; nothing is known of files then.
@@ -24,9 +23,10 @@ class SceneProject {
   Project& project() { return project_; }
 
   // Gives the file textures among the scene's nodes from this serial on the names that they have on
-  // this machine, after DirectoryMap. `folder` is the scene's. What is where its name says, seen
+  // this machine, after `map`. `folder` is the scene's. What is where its name says, seen
   // from there, and what is not found keep their names.
-  void findTextures(const Scene& scene, std::size_t firstSerial, const std::string& folder);
+  void findTextures(const Scene& scene, DirectoryMap& map, std::size_t firstSerial,
+                    const std::string& folder);
 
   // Where a texture that a node names so now was looked for.
   FileSearch searchOf(const std::string& name, const std::string& folder) const;

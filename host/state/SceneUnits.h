@@ -16,9 +16,6 @@ struct SceneUnits {
   double angle = 1.0;   // degrees in one of the file's units
 };
 
-// Of the file that is being read now; a reader puts the old ones back when it is done.
-SceneUnits& currentUnits();
-
 // False for a unit that is not known, which changes nothing.
 bool setLengthUnit(SceneUnits& units, std::string_view name);
 bool setAngleUnit(SceneUnits& units, std::string_view name);

@@ -99,7 +99,7 @@ TEST_F(BinaryScenes, AreWhatTheirTwinsInTextAre) {
     const std::string bytes = twin::sceneFile({isWide});
     EXPECT_EQ(openBytes(bytes, "a scene by any name"), "");
     EXPECT_EQ(savedNodes(), expected);
-    EXPECT_EQ(SceneProblems::current().end, SceneProblems::End::kWhole);
+    EXPECT_EQ(HostState::current().problems.end, SceneProblems::End::kWhole);
   }
 }
 
@@ -232,8 +232,8 @@ TEST_F(BinaryScenes, DeclareAttributesAndKeepWhatIsNotKnown) {
   EXPECT_NE(notice.find("byte 140: chunks ZZZZ hold something that is not known"),
             std::string::npos)
       << notice;
-  EXPECT_EQ(SceneProblems::current().notices, 1u);
-  EXPECT_EQ(SceneProblems::current().damages, 0u);
+  EXPECT_EQ(HostState::current().problems.notices, 1u);
+  EXPECT_EQ(HostState::current().problems.damages, 0u);
   EXPECT_NE(openNode("XFRM", wide.chunk("ATTR", "aXYZ" + limited.substr(4))).find("the type aXYZ"),
             std::string::npos);
 }
@@ -257,7 +257,7 @@ TEST_F(BinaryScenes, ReferToFilesOfBothKindsAndAreTypesOfFiles) {
   EXPECT_EQ(run("ls outer \"in:middle\" \"in:in:deepest\""), "outer in:middle in:in:deepest");
   EXPECT_NE(saved().find("-typ \"mayaBinary\" \"middle.mb\""), std::string::npos);
 
-  EXPECT_EQ(identifyFile(pathOf("outer.mb")), "mayaBinary");
+  EXPECT_EQ(identifyFile(HostState::current(), pathOf("outer.mb")), "mayaBinary");
   EXPECT_EQ(run("file -new"), "untitled");
   EXPECT_EQ(run("file -o -type \"mayaBinary\" \"outer.mb\"; objExists outer"), "1");
   EXPECT_EQ(run("file -i -ns \"twice\" \"middle.mb\"; objExists \"twice:middle\""), "1");
@@ -302,7 +302,7 @@ TEST_F(BinaryScenes, CutOffAnywhereAreCalledDamaged) {
                               ": the file is cut off here"),
                 std::string::npos)
           << size << warnings;
-      EXPECT_EQ(SceneProblems::current().end, SceneProblems::End::kCut) << size;
+      EXPECT_EQ(HostState::current().problems.end, SceneProblems::End::kCut) << size;
     }
   }
 }
@@ -360,7 +360,7 @@ TEST_F(BinaryScenes, BelieveNoLengthNoCountAndNoDepth) {
                   wide.container("XFRM", wide.chunk("CREA", twin::creation("after")))));
     EXPECT_NE(warnings.find(it.warning), std::string::npos) << it.warning << '\n' << warnings;
     EXPECT_NE(warnings.find(": byte "), std::string::npos) << warnings;
-    EXPECT_GT(SceneProblems::current().damages, 0u) << it.warning;
+    EXPECT_GT(HostState::current().problems.damages, 0u) << it.warning;
     EXPECT_EQ(run("objExists after"), "1") << it.warning;
   }
 }
@@ -423,8 +423,8 @@ TEST_F(BinaryScenes, OfTheCorpusHoldTheirMeshesAndStayTheSameThroughSaving) {
     if (entry.path().extension() != ".mb") continue;
     ++files;
     EXPECT_EQ(openPath(entry.path().string()).find("failed"), std::string::npos) << entry.path();
-    EXPECT_EQ(SceneProblems::current().end, SceneProblems::End::kWhole) << entry.path();
-    EXPECT_EQ(SceneProblems::current().damages, 0) << entry.path();
+    EXPECT_EQ(HostState::current().problems.end, SceneProblems::End::kWhole) << entry.path();
+    EXPECT_EQ(HostState::current().problems.damages, 0) << entry.path();
     for (const std::string& line : meshes[fs::relative(entry.path(), corpus).string()]) {
       const std::string name = line.substr(0, line.find('\t'));
       const std::string counts = line.substr(line.find('\t', name.size() + 1));

@@ -68,7 +68,7 @@ TEST_F(CorpusScenes, HoldWhatTheirTextSaysAndStayTheSameThroughSaving) {
   for (const fs::path& path : scenes) {
     const std::string warnings = openPath(path.string());
     EXPECT_EQ(warnings.find("failed"), std::string::npos) << path;
-    EXPECT_EQ(SceneProblems::current().damages, 0u) << warnings;
+    EXPECT_EQ(HostState::current().problems.damages, 0u) << warnings;
     for (const auto& [name, counts] : countedInText(readAll(path))) {
       if (counts[2] == 0) continue;
       const std::vector<NodePtr> named = Scene::current().nodesNamed(name);

@@ -9,7 +9,7 @@ namespace {
 class DirectoryMaps : public SceneFiles {
  protected:
   void TearDown() override {
-    DirectoryMap::current() = DirectoryMap();
+    HostState::current().folders = DirectoryMap();
     SceneFiles::TearDown();
   }
 };

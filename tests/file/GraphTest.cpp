@@ -41,7 +41,7 @@ class Graph : public SceneFiles {
     return Scene::current().findPath(name).inclusiveMatrix();
   }
   static std::string troubleOf(const std::string& plug) {
-    const auto trouble = GraphEvaluation::current().troubleOf(Scene::current().findPlug(plug));
+    const auto trouble = Scene::current().flowing->troubleOf(Scene::current().findPlug(plug));
     return trouble ? trouble->node->name() + " (" + trouble->node->type().name() +
                          "): " + trouble->reason
                    : "";

@@ -24,7 +24,7 @@ class Projects : public SceneFiles {
   }
   void TearDown() override {
     unsetenv("MORVANE_TEST_ART");
-    SceneProject::current() = SceneProject();
+    HostState::current().project = SceneProject();
     SceneFiles::TearDown();
   }
 
@@ -105,7 +105,7 @@ TEST_F(Projects, ReferencesAreFound) {
 }
 
 TEST_F(Projects, AnotherOneCanBeGiven) {
-  SceneProject::current().give(pathOf("other"));
+  HostState::current().project.give(pathOf("other"));
   openDeep(texture("t", "sourceimages/a.tga"));
   EXPECT_EQ(run("getAttr t.ftn;"), pathOf("other/sourceimages/a.tga"));
   EXPECT_EQ(run("workspace -q -rd;"), pathOf("other/"));

@@ -68,7 +68,7 @@ TEST_F(References, AFileIsReadOnceHoweverOftenItIsReferredTo) {
     // The first block of a binary file is read twice: it tells the kind.
     EXPECT_LT(bytesRead() - before, static_cast<std::int64_t>(3 * kSize)) << c.file;
     EXPECT_EQ(run("size(`ls -type mesh`)"), std::to_string(kTimes));
-    EXPECT_EQ(SceneProblems::current().damages, 0u) << warnings;
+    EXPECT_EQ(HostState::current().problems.damages, 0u) << warnings;
     for (int i = 0; i < kTimes; ++i) {
       const std::string name = "p" + std::to_string(i) + ":" + c.inner;
       ASSERT_NE(node(name + "propShape"), nullptr) << c.file << name;
@@ -85,7 +85,7 @@ TEST_F(References, AFileIsReadOnceHoweverOftenItIsReferredTo) {
 TEST_F(References, DamageOfAFileIsToldOnce) {
   writeText("prop.ma", prop(0) + "createNode mesh -n \"bad\";\nsetAttr \".ed[0:4]\" 0 1;\n");
   const std::string warnings = open(refersTo("prop.ma", 3, true));
-  EXPECT_EQ(SceneProblems::current().damages, 1u) << warnings;
+  EXPECT_EQ(HostState::current().problems.damages, 1u) << warnings;
   EXPECT_EQ(run("size(`ls -type mesh`)"), "6");
 }
 

@@ -65,8 +65,9 @@ class Reopened : public SceneFiles {
   std::set<std::string> notices(const std::string& path, std::size_t& damages) const {
     std::set<std::string> texts;
     openPath(path);
-    damages += SceneProblems::current().damages;
-    for (const SceneProblem& problem : SceneProblems::current().list) texts.insert(problem.text);
+    damages += HostState::current().problems.damages;
+    for (const SceneProblem& problem : HostState::current().problems.list)
+      texts.insert(problem.text);
     return texts;
   }
 

@@ -12,6 +12,7 @@
 #include "host/file/SceneFiles.h"
 #include "host/file/SceneWriter.h"
 #include "host/scene/Scene.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneProblems.h"
 #include "tests/mel/Script.h"
 #include "tests/util/Corpus.h"
@@ -39,10 +40,10 @@ class SceneFiles : public testing::Test {
         (std::string("morvane_file_") + info->name() + std::to_string(std::random_device()()));
     fs::create_directories(folder_);
     mel::Interpreter::current().setCallerFolder(folder_.string());
-    startNewScene();
+    startNewScene(HostState::current());
   }
   void TearDown() override {
-    startNewScene();
+    startNewScene(HostState::current());
     fs::current_path(fs::temp_directory_path());
     fs::remove_all(folder_);
   }
@@ -59,13 +60,13 @@ class SceneFiles : public testing::Test {
   }
   static std::string openPath(const std::string& path) {
     testing::internal::CaptureStderr();
-    SceneProblems::current() = SceneProblems();
-    const morvane::Status status = openFile({path, "mayaAscii", "", ""});
+    HostState::current().problems = SceneProblems();
+    const morvane::Status status = openFile(HostState::current(), {path, "mayaAscii", "", ""});
     const std::string warnings = testing::internal::GetCapturedStderr();
     return status.ok() ? warnings : "failed: " + status.text();
   }
   testing::AssertionResult save(const std::string& name) const {
-    const morvane::Status status = writeScene(pathOf(name));
+    const morvane::Status status = writeScene(HostState::current(), pathOf(name));
     return status.ok() ? testing::AssertionSuccess() : testing::AssertionFailure() << status.text();
   }
 

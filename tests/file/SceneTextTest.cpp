@@ -94,7 +94,7 @@ TEST_F(SceneText, WhatCannotBeUsedIsNamedWithItsPlace) {
     EXPECT_NE(warnings.find(std::string(": ") + c.warning + "\n"), std::string::npos) << warnings;
     const bool atEnd = std::string(c.warning).find("ends inside") != std::string::npos;
     EXPECT_TRUE(atEnd || warnings.find("scene.ma:3:3: ") != std::string::npos) << warnings;
-    const SceneProblems& problems = SceneProblems::current();
+    const SceneProblems& problems = HostState::current().problems;
     EXPECT_EQ(problems.damages, c.isDamage ? 1u : 0u) << warnings;
     EXPECT_EQ(problems.list.size(), 1u) << warnings;
     EXPECT_EQ(problems.list.at(0).line, 3) << warnings;
@@ -116,7 +116,7 @@ TEST_F(SceneText, MeshesThatContradictThemselvesAreDamaged) {
     std::string scene = kSquare;
     scene.replace(scene.find(c.sound), std::string(c.sound).size(), c.damaged);
     open(scene);
-    const SceneProblem& first = SceneProblems::current().list.at(0);
+    const SceneProblem& first = HostState::current().problems.list.at(0);
     EXPECT_EQ(first.kind, SceneProblem::Kind::kDamage) << c.damaged;
     EXPECT_EQ(first.line, c.line) << c.damaged;
   }
@@ -201,7 +201,7 @@ TEST_F(SceneText, EditsOfReferencesAreAppliedAndKept) {
   std::string saved[2];
   for (std::string& text : saved) {
     const std::string warnings = &text == saved ? open(scene) : openPath(pathOf("scene2.ma"));
-    EXPECT_EQ(SceneProblems::current().list.size(), 2u) << warnings;
+    EXPECT_EQ(HostState::current().problems.list.size(), 2u) << warnings;
     EXPECT_NE(warnings.find("1 of 10 edits of references were not applied, first pRN: "),
               std::string::npos)
         << warnings;
@@ -261,7 +261,7 @@ TEST_F(SceneText, GapsThatReferencesLeave) {
          "createNode reference -n \"pRN\";\nsetAttr \".ed\" -type \"dataReferenceEdits\" \"pRN\" "
          "\"pRN\" 1 " +
          c.edit + ";\n");
-    const SceneGap* const gap = SceneGaps::current().at(*node(c.node));
+    const SceneGap* const gap = HostState::current().gaps.at(*node(c.node));
     EXPECT_EQ(gap == nullptr, c.text.empty()) << c.edit;
     EXPECT_EQ((gap == nullptr ? "" : gap->text).substr(0, c.text.size()), c.text) << c.edit;
   }
@@ -274,8 +274,9 @@ TEST_F(SceneText, GapsThatReferencesLeave) {
   EXPECT_EQ(run("getAttr \"|group|o:q:a.tx\""), "7");
   fs::remove(pathOf("prop.ma"));
   open(nested);
-  ASSERT_NE(SceneGaps::current().at(*node("group")), nullptr);
-  EXPECT_NE(SceneGaps::current().at(*node("group"))->text.find("prop.ma (qRN)"), std::string::npos);
+  ASSERT_NE(HostState::current().gaps.at(*node("group")), nullptr);
+  EXPECT_NE(HostState::current().gaps.at(*node("group"))->text.find("prop.ma (qRN)"),
+            std::string::npos);
 }
 
 TEST_F(SceneText, UnitsBecomeCentimetresAndDegrees) {
@@ -408,7 +409,7 @@ TEST_F(SceneText, NodesKeepWhatStandsBelowThem) {
       "createNode locator -n \"l\" -p \"far:asset\";\n"
       "connectAttr \"far:asset.t\" \"t.s\";\nconnectAttr \"never.o\" \"asset.rx\";\n"
       "connectAttr \"|c|cShape->|t.tx\" \"asset.ry\";\n");
-  EXPECT_EQ(SceneProblems::current().damages, 0u) << warnings;
+  EXPECT_EQ(HostState::current().problems.damages, 0u) << warnings;
   EXPECT_EQ(run("ls -l t picture l"), "|g|h|t |c|cShape->|t |c|cShape->|t|picture |far:asset|l");
   EXPECT_EQ(run("getAttr asset.worldMatrix[0]").substr(24, 1), "5");
   ASSERT_TRUE(save("saved.ma"));
@@ -505,7 +506,7 @@ TEST_F(SceneText, ImportRenamesWhatClashesAndKeepsItsConnections) {
 TEST_F(SceneText, AFailedSaveLeavesTheOldFile) {
   writeText("kept.ma", "//Maya old");
   fs::create_directory(folder_ / "folder.ma");
-  const morvane::Status status = writeScene(pathOf("folder.ma"));
+  const morvane::Status status = writeScene(HostState::current(), pathOf("folder.ma"));
   EXPECT_EQ(status.code(), morvane::StatusCode::kNotAFile);
   EXPECT_NE(status.text().find("folder.ma"), std::string::npos);
   EXPECT_FALSE(save("gone/kept.ma"));

@@ -57,11 +57,11 @@ TEST_F(TwoScenes, AResetHostHasNoPast) {
   EXPECT_EQ(run("dirmap -en true; dirmap -m \"/far\" \"/near\"; global int $kept = 3;"
                 "global proc left() {} left; $kept"),
             "3");
-  EXPECT_GT(SceneProblems::current().damages, 0u);
+  EXPECT_GT(HostState::current().problems.damages, 0u);
   startOver();
-  const SceneProblems& problems = SceneProblems::current();
+  const SceneProblems& problems = HostState::current().problems;
   EXPECT_TRUE(problems.list.empty() && problems.end == SceneProblems::End::kWhole);
-  EXPECT_TRUE(DirectoryMap::current().all().empty());
+  EXPECT_TRUE(HostState::current().folders.all().empty());
   EXPECT_EQ(run("left"), "failed: unknown command 'left'");
   EXPECT_EQ(run("$kept"), "failed: $kept is an undeclared variable");
   EXPECT_EQ(run("objExists box"), "0");

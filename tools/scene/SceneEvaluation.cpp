@@ -13,7 +13,9 @@
 #include "host/scene/ComputedValues.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"
+#include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 #include "host/state/SceneGaps.h"
 #include "tile/GoblinExtraction.h"
 #include "tile/MaterialLookup.h"
@@ -37,7 +39,7 @@ constexpr const char* kPlacement[] = {"translate",
 using Trouble = std::optional<host::EvaluationTrouble>;
 
 Trouble troubleOf(const host::Plug& plug) {
-  return host::GraphEvaluation::current().troubleOf(plug);
+  return plug.node()->scene()->flowing->troubleOf(plug);
 }
 
 Trouble troubleOfPlacement(const host::NodePtr& transform) {
@@ -72,7 +74,7 @@ std::string stopped(const std::string& node, const std::string& type, const std:
 
 Unevaluated drivenPart(const std::string& name, const host::EvaluationTrouble& trouble) {
   const host::Node& driver = *trouble.node;
-  const host::SceneGap* const gap = host::SceneGaps::current().at(driver);
+  const host::SceneGap* const gap = host::HostState::current().gaps.at(driver);
   if (gap != nullptr) return {name + ' ' + gap->text, gap->advice};
   return {name + " is driven by " + stopped(driver.name(), driver.type().name(), trouble.reason),
           "break that connection in Maya, or bake it"};
@@ -114,7 +116,7 @@ class Parts {
   }
 
   void addGap(const host::NodePtr& node, const std::string& name) {
-    const host::SceneGap* const gap = host::SceneGaps::current().at(*node);
+    const host::SceneGap* const gap = host::HostState::current().gaps.at(*node);
     if (gap != nullptr) add({name + ' ' + gap->text, gap->advice});
   }
 

@@ -12,14 +12,15 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 namespace {
 
 using Items = std::vector<SelectionItem>;
 
-std::string shownPath(const NodePtr& node) {
-  return shownName(SelectionItem::of(node));
+std::string shownPath(const CommandContext& context, const NodePtr& node) {
+  return shownName(context, SelectionItem::of(node));
 }
 
 NodePtr parentOf(const SelectionItem& item) {
@@ -30,11 +31,11 @@ NodePtr parentOf(const SelectionItem& item) {
 // --- parent
 
 // Moves a node and keeps where it stands in the world, unless told to keep its own values.
-bool moveBelow(const SelectionItem& item, const SelectionItem* parent, bool relative,
-               std::string& error) {
+bool moveBelow(const CommandContext& context, const SelectionItem& item,
+               const SelectionItem* parent, bool relative, std::string& error) {
   const MMatrix before = item.path.inclusiveMatrix();
-  if (!Scene::current().reparent(item.node, parentOf(item),
-                                 parent == nullptr ? nullptr : parent->node, &error)) {
+  if (!context.host().scene.reparent(item.node, parentOf(item),
+                                     parent == nullptr ? nullptr : parent->node, &error)) {
     return false;
   }
   if (relative || !item.node->isTransform()) return true;
@@ -44,10 +45,10 @@ bool moveBelow(const SelectionItem& item, const SelectionItem* parent, bool rela
          setLocalMatrix(item.node, wanted, error);
 }
 
-CommandResult removeInstances(const Items& items) {
+CommandResult removeInstances(const CommandContext& context, const Items& items) {
   for (const SelectionItem& item : items) {
     std::string error;
-    if (!Scene::current().removeInstance(item.node, parentOf(item), &error))
+    if (!context.host().scene.removeInstance(item.node, parentOf(item), &error))
       return CommandResult::failure("parent: " + error);
   }
   return CommandResult::success();
@@ -61,7 +62,7 @@ CommandResult parent(const Arguments& arguments, CommandContext& context) {
   items.erase(std::remove_if(items.begin(), items.end(),
                              [](const SelectionItem& item) { return item.path.isEmpty(); }),
               items.end());
-  if (arguments.has("rm")) return removeInstances(items);
+  if (arguments.has("rm")) return removeInstances(context, items);
   const bool toWorld = arguments.has("w");
   if (items.size() < (toWorld ? 1u : 2u))
     return CommandResult::failure("parent: needs objects and a parent");
@@ -73,14 +74,15 @@ CommandResult parent(const Arguments& arguments, CommandContext& context) {
   Value::Strings names;
   for (const SelectionItem& item : items) {
     if (item.node->isShape() && !arguments.has("s")) {
-      return CommandResult::failure("parent: '" + shownName(item) +
+      return CommandResult::failure("parent: '" + shownName(context, item) +
                                     "' is a shape; give -shape to move it");
     }
-    const bool ok = arguments.has("add")
-                        ? Scene::current().addInstance(item.node, target.node, &error)
-                        : moveBelow(item, toWorld ? nullptr : &target, arguments.has("r"), error);
+    const bool ok =
+        arguments.has("add")
+            ? context.host().scene.addInstance(item.node, target.node, &error)
+            : moveBelow(context, item, toWorld ? nullptr : &target, arguments.has("r"), error);
     if (!ok) return CommandResult::failure("parent: " + error);
-    names.push_back(shownPath(item.node));
+    names.push_back(shownPath(context, item.node));
   }
   return CommandResult::success(std::move(names));
 }
@@ -88,9 +90,9 @@ CommandResult parent(const Arguments& arguments, CommandContext& context) {
 // --- instance, group
 
 // Copies what is set on the transform itself; its children are shared.
-NodePtr makeInstance(const SelectionItem& item, const std::string& name, bool leaf,
-                     std::string& error) {
-  Scene& scene = Scene::current();
+NodePtr makeInstance(const CommandContext& context, const SelectionItem& item,
+                     const std::string& name, bool leaf, std::string& error) {
+  Scene& scene = context.host().scene;
   const NodePtr above = parentOf(item);
   const NodePtr source = item.node->isShape() ? above : item.node;
   if (source == nullptr) {
@@ -121,10 +123,12 @@ CommandResult instance(const Arguments& arguments, CommandContext& context) {
   Value::Strings names;
   for (const SelectionItem& item : items) {
     if (item.path.isEmpty())
-      return CommandResult::failure("instance: '" + shownName(item) + "' is not in the DAG");
-    const NodePtr copy = makeInstance(item, arguments.text("n"), arguments.has("lf"), error);
+      return CommandResult::failure("instance: '" + shownName(context, item) +
+                                    "' is not in the DAG");
+    const NodePtr copy =
+        makeInstance(context, item, arguments.text("n"), arguments.has("lf"), error);
     if (copy == nullptr) return CommandResult::failure("instance: " + error);
-    names.push_back(shownPath(copy));
+    names.push_back(shownPath(context, copy));
   }
   return CommandResult::success(std::move(names));
 }
@@ -147,18 +151,20 @@ CommandResult group(const Arguments& arguments, CommandContext& context) {
                            : arguments.has("em") ? "null1"
                                                  : "group1";
   const NodePtr node =
-      Scene::current().createNode(*NodeType::find("transform"), name, above, &error);
+      context.host().scene.createNode(*NodeType::find("transform"), name, above, &error);
   if (node == nullptr) return CommandResult::failure("group: " + error);
   const SelectionItem target = SelectionItem::of(node);
   for (const SelectionItem& item : items) {
-    if (!item.node->isTransform() || !moveBelow(item, &target, arguments.has("r"), error)) {
+    if (!item.node->isTransform() ||
+        !moveBelow(context, item, &target, arguments.has("r"), error)) {
       return CommandResult::failure(
-          "group: " + (error.empty() ? "'" + shownName(item) + "' is not a transform" : error));
+          "group: " +
+          (error.empty() ? "'" + shownName(context, item) + "' is not a transform" : error));
     }
   }
-  Scene::current().selection.clear();
-  Scene::current().selection.add(target);
-  return CommandResult::success(shownName(target));
+  context.host().scene.selection.clear();
+  context.host().scene.selection.add(target);
+  return CommandResult::success(shownName(context, target));
 }
 
 // --- xform
@@ -222,12 +228,12 @@ CommandResult queryXform(const Arguments& arguments, const SelectionItem& item) 
   return CommandResult::failure("xform: nothing to query");
 }
 
-bool applyFlag(const Arguments& arguments, const TransformFlag& flag, const SelectionItem& item,
-               std::string& error) {
+bool applyFlag(const CommandContext& context, const Arguments& arguments, const TransformFlag& flag,
+               const SelectionItem& item, std::string& error) {
   const auto plug = Plug::find(item.node, flag.attribute);
   Value::Floats numbers = arguments.allNumbers(flag.flag).back();
   if (!plug || isLocked(*plug)) {
-    error = "'" + shownName(item) + "." + flag.attribute + "' is locked or missing";
+    error = "'" + shownName(context, item) + "." + flag.attribute + "' is locked or missing";
     return false;
   }
   if (arguments.has("ws") && flag.flag == "t")
@@ -267,13 +273,14 @@ bool centerPivots(const SelectionItem& item, std::string& error) {
 }
 
 // With the angles that keep where the transform stands, unless told otherwise.
-bool applyRotateOrder(const Arguments& arguments, const SelectionItem& item, std::string& error) {
+bool applyRotateOrder(const CommandContext& context, const Arguments& arguments,
+                      const SelectionItem& item, std::string& error) {
   const auto* const end = std::end(kRotateOrders);
   const auto* const order = std::find(std::begin(kRotateOrders), end, arguments.text("roo"));
   const auto plug = Plug::find(item.node, "rotateOrder");
   if (order == end || !plug || isLocked(*plug)) {
     error = order == end ? "'" + arguments.text("roo") + "' is not a rotate order"
-                         : "'" + shownName(item) + ".rotateOrder' is locked or missing";
+                         : "'" + shownName(context, item) + ".rotateOrder' is locked or missing";
     return false;
   }
   const MMatrix before = localMatrix(item.node);
@@ -298,12 +305,12 @@ CommandResult xform(const Arguments& arguments, CommandContext& context) {
   if (arguments.query()) return queryXform(arguments, items.front());
   for (const SelectionItem& item : items) {
     if (!item.node->isTransform() || item.component != nullptr)
-      return CommandResult::failure("xform: '" + shownName(item) + "' is not a transform");
+      return CommandResult::failure("xform: '" + shownName(context, item) + "' is not a transform");
     bool ok = !arguments.has("m") || applyMatrix(arguments, item, error);
-    ok = ok && (!arguments.has("roo") || applyRotateOrder(arguments, item, error)) &&
+    ok = ok && (!arguments.has("roo") || applyRotateOrder(context, arguments, item, error)) &&
          (!arguments.has("cp") || centerPivots(item, error)) && applyPivots(arguments, item, error);
     for (const TransformFlag& flag : kObjectSpaceFlags)
-      ok = ok && (!arguments.has(flag.flag) || applyFlag(arguments, flag, item, error));
+      ok = ok && (!arguments.has(flag.flag) || applyFlag(context, arguments, flag, item, error));
     if (!ok) return CommandResult::failure("xform: " + error);
   }
   return CommandResult::success();

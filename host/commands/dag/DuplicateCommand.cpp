@@ -8,6 +8,7 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Sets.h"
+#include "host/state/HostState.h"
 
 namespace host::mel {
 namespace {
@@ -37,20 +38,21 @@ void copyShading(const NodePtr& from, const NodePtr& to) {
   }
 }
 
-NodePtr copyNode(const NodePtr& from, const std::string& name, const NodePtr& parent,
-                 std::string& error) {
-  const NodePtr copy = Scene::current().createNode(from->type(), name, parent, &error);
+NodePtr copyNode(const CommandContext& context, const NodePtr& from, const std::string& name,
+                 const NodePtr& parent, std::string& error) {
+  const NodePtr copy = context.host().scene.createNode(from->type(), name, parent, &error);
   if (copy != nullptr) copyValues(*from, *copy);
   return copy;
 }
 
 // Breadth first, without recursion: a scene may be as deep as the scene allows.
 // Gives the copies of transforms, the root first; none when it fails.
-std::vector<NodePtr> copyTree(const SelectionItem& item, const std::string& name, bool whole,
-                              std::string& error) {
+std::vector<NodePtr> copyTree(const CommandContext& context, const SelectionItem& item,
+                              const std::string& name, bool whole, std::string& error) {
   const auto& nodes = item.path.nodes();
   const NodePtr above = nodes.size() > 1 ? nodes[nodes.size() - 2] : nullptr;
-  const NodePtr root = copyNode(item.node, name.empty() ? item.node->name() : name, above, error);
+  const NodePtr root =
+      copyNode(context, item.node, name.empty() ? item.node->name() : name, above, error);
   if (root == nullptr || !whole)
     return root == nullptr ? std::vector<NodePtr>() : std::vector<NodePtr>{root};
   Copies copies{{item.node.get(), root}};
@@ -62,12 +64,12 @@ std::vector<NodePtr> copyTree(const SelectionItem& item, const std::string& name
     for (const NodePtr& child : from->children()) {
       const auto known = copies.find(child.get());
       if (known != copies.end()) {
-        if (!Scene::current().addInstance(known->second, to, &error)) return {};
+        if (!context.host().scene.addInstance(known->second, to, &error)) return {};
         continue;
       }
       const bool isNamedAfter = child->name() == shapeNameFor(from->name());
-      const NodePtr copy =
-          copyNode(child, isNamedAfter ? shapeNameFor(to->name()) : child->name(), to, error);
+      const NodePtr copy = copyNode(
+          context, child, isNamedAfter ? shapeNameFor(to->name()) : child->name(), to, error);
       if (copy == nullptr) return {};
       copies[child.get()] = copy;
       waiting.push_back(child);
@@ -90,16 +92,17 @@ CommandResult duplicate(const Arguments& arguments, CommandContext& context) {
   std::vector<SelectionItem> made;
   for (const SelectionItem& item : items) {
     if (!item.node->isTransform() || item.component != nullptr)
-      return CommandResult::failure("duplicate: '" + shownName(item) + "' is not a transform");
+      return CommandResult::failure("duplicate: '" + shownName(context, item) +
+                                    "' is not a transform");
     const std::vector<NodePtr> copies =
-        copyTree(item, arguments.text("n"), !arguments.has("po"), error);
+        copyTree(context, item, arguments.text("n"), !arguments.has("po"), error);
     if (copies.empty()) return CommandResult::failure("duplicate: " + error);
     made.push_back(SelectionItem::of(copies.front()));
     for (std::size_t i = 0; i < (arguments.has("rr") ? 1 : copies.size()); ++i)
-      names.push_back(shownName(SelectionItem::of(copies[i])));
+      names.push_back(shownName(context, SelectionItem::of(copies[i])));
   }
-  Scene::current().selection.clear();
-  for (const SelectionItem& item : made) Scene::current().selection.add(item);
+  context.host().scene.selection.clear();
+  for (const SelectionItem& item : made) context.host().scene.selection.add(item);
   return CommandResult::success(std::move(names));
 }
 

@@ -109,7 +109,7 @@ CommandResult makeIdentity(const Arguments& arguments, CommandContext& context) 
   for (const SelectionItem& item : items) {
     const std::string problem = item.node->isTransform()
                                     ? whyNoneBelow(item.node)
-                                    : "'" + shownName(item) + "' is not a transform";
+                                    : "'" + shownName(context, item) + "' is not a transform";
     if (!problem.empty()) return CommandResult::failure("makeIdentity: " + problem);
   }
   for (const SelectionItem& item : items)

@@ -29,7 +29,7 @@ bool splitWords(const std::string& command, const Arguments& arguments, CommandC
   if (!findItems(names, context, items, error)) return false;
   for (const SelectionItem& item : items) {
     if (!item.node->isTransform() || item.component != nullptr) {
-      error = "'" + shownName(item) + "' is not a transform";
+      error = "'" + shownName(context, item) + "' is not a transform";
       return false;
     }
   }
@@ -66,12 +66,12 @@ struct Change {
   bool multiplies;
 };
 
-bool changeAttribute(const SelectionItem& item, const Change& change,
+bool changeAttribute(const CommandContext& context, const SelectionItem& item, const Change& change,
                      const std::vector<std::size_t>& axes, const std::vector<double>& numbers,
                      bool relative, std::string& error) {
   const auto plug = Plug::find(item.node, change.attribute);
   if (!plug || isLocked(*plug)) {
-    error = "'" + shownName(item) + "." + change.attribute + "' is locked or missing";
+    error = "'" + shownName(context, item) + "." + change.attribute + "' is locked or missing";
     return false;
   }
   std::vector<double> values = readNumbers(*plug).value_or(std::vector<double>(3, 0.0));
@@ -95,8 +95,9 @@ CommandResult place(const std::string& command, const Change& change, bool inWor
   }
   const bool relative = arguments.has("r");
   for (const SelectionItem& item : items) {
-    const bool ok = inWorld ? moveInWorld(item, axes, numbers, relative, error)
-                            : changeAttribute(item, change, axes, numbers, relative, error);
+    const bool ok = inWorld
+                        ? moveInWorld(item, axes, numbers, relative, error)
+                        : changeAttribute(context, item, change, axes, numbers, relative, error);
     if (!ok) return CommandResult::failure(command + ": " + error);
   }
   return CommandResult::success();
