@@ -17,7 +17,7 @@ struct GoblinFace {
   std::unique_ptr<std::int32_t[]> indices;  // cornerCount pool indices; may be null for none
 };
 
-// Texts end with a zero and may be null, which the blob cannot tell from the empty text.
+// Texts end with a zero. A null text and an empty one are the same in the blob.
 struct GoblinRecord {
   std::unique_ptr<char[]> name;
   std::unique_ptr<char[]> textureFileName;
@@ -69,9 +69,8 @@ struct GoblinExtent {
 
 // Reads a blob step by step: the pool, the goblin count, then one record after the other. It stops
 // for good at the first value that does not fit: a count or length that reaches past the blob's
-// end, a count with its top bit set, an index outside the pool. It allocates at most a small
-// multiple of the bytes that are there: reading a blob of n bytes and keeping all of it takes at
-// most 16 n, most of all for goblins without faces.
+// end, a count with its top bit set, an index outside the pool. Reading a blob of n bytes and
+// keeping all of it takes at most 16 n of memory. Goblins without faces take the most.
 class GoblinGeometryReader {
  public:
   // `bytes` must outlive the reader.
@@ -86,7 +85,7 @@ class GoblinGeometryReader {
   bool locatePool(std::size_t& start, std::uint32_t& count);
   bool locateGoblin(GoblinExtent& extent);
 
-  // How many bytes were read: those before the first value that does not fit, when one did not.
+  // How many bytes were read, without the value at which reading stopped.
   std::size_t consumed() const { return offset_; }
 
  private:

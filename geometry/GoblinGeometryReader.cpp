@@ -33,7 +33,7 @@ bool GoblinGeometryReader::peekWord(std::uint32_t& word) const {
   return true;
 }
 
-// Reads a count of things that take at least `bytesEach` bytes and must all follow it.
+// Reads a count. As many things of at least `bytesEach` bytes must follow it.
 bool GoblinGeometryReader::readCount(std::size_t bytesEach, std::uint32_t& count) {
   if (!peekWord(count) || count > INT32_MAX || count > (left() - kWord) / bytesEach) return false;
   offset_ += kWord;
@@ -62,8 +62,8 @@ bool GoblinGeometryReader::readPool(std::vector<GoblinPoolVertex>& pool) {
   return true;
 }
 
-// Nothing is made of the count itself: a count that is too high shows when a record is missing, and
-// the records before it are good.
+// The count is not checked here: when it is too high, a record will be missing, and the records
+// before it are good.
 bool GoblinGeometryReader::readGoblinCount(std::uint32_t& count) {
   if (!peekWord(count)) return false;
   offset_ += kWord;

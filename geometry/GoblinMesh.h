@@ -20,12 +20,12 @@ struct GoblinMesh {
   std::vector<float> vs;                       // one a vertex: the stored v, negated
 };
 
-// The vertex index of every pool vertex in the goblin at hand, -1 where it has none. One map serves
-// all goblins of a pool, so that a goblin costs what its own corners cost.
+// For each vertex of the pool its index in the current goblin, or -1. One map serves all goblins of
+// a pool, so that a goblin costs only what its own corners cost.
 using LocalIndexMap = std::vector<std::int32_t>;
 
-// Builds the mesh of `record`, whose indices lie inside the pool. `localIndices` has the pool's
-// size and holds -1 throughout, as it does again on return.
+// Builds the mesh of `record`, whose indices must lie inside the pool. `localIndices` has the
+// pool's size and must hold -1 everywhere; it does so again on return.
 GoblinMesh buildGoblinMesh(const GoblinRecord& record, const std::vector<GoblinPoolVertex>& pool,
                            LocalIndexMap& localIndices);
 

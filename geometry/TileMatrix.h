@@ -11,7 +11,7 @@
 // goblins there and back. Points are row vectors: p' = p * M.
 namespace morvane {
 
-// Object-space bounding box. Starts as min 1000000, max -1000000, which a box of no points keeps.
+// Object-space bounding box. Starts as min 1000000, max -1000000: a box of no points stays so.
 struct TileBounds {
   Float3 min{1000000.0F, 1000000.0F, 1000000.0F};
   Float3 max{-1000000.0F, -1000000.0F, -1000000.0F};
@@ -19,8 +19,8 @@ struct TileBounds {
 
 TileBounds tileBounds(const std::vector<Float3>& points);
 
-// Whether x and z can be scaled to a length of 1. The extents of no points, which are negative, and
-// those that are zero, or too small or large for a float's reciprocal, cannot.
+// Whether x and z can be scaled to a length of 1. False when an extent is negative (no points),
+// zero, or so small or large that a float cannot hold its reciprocal.
 bool hasTileExtent(const TileBounds& bounds);
 
 // Moves the box's minimum to the origin and scales x and z to [0, 1], y by the mean of their two

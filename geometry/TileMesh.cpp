@@ -14,8 +14,8 @@ std::uint32_t colourComponent(float component) {
   return static_cast<std::uint32_t>(static_cast<std::int64_t>(scaled));
 }
 
-// Gives the array at once the capacity that appending `count` elements with `slack` leads to, so
-// that a large mesh is not copied a hundred times on the way there.
+// Reserves at once the capacity to which appending `count` elements with `slack` would lead. A
+// large mesh would otherwise be copied a hundred times on the way there.
 template <typename T>
 void reserveForAppends(GrowArray<T>& array, std::size_t count, std::uint32_t slack) {
   const std::size_t step = std::size_t{slack} + 1;

@@ -14,8 +14,8 @@ bool sameBits(const VertexKey& a, const VertexKey& b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-// The key in eight words, each of fields that were written as they are read here: a processor that
-// has to put a word together from two fresh halves waits until both have reached its cache.
+// The key as eight words. Each word holds fields that were written together: a processor that joins
+// two fresh halves into a word waits until both have reached its cache.
 std::array<std::uint64_t, 8> wordsOf(const VertexKey& key) {
   const auto word = [](const void* from) {
     std::uint64_t value;
@@ -37,8 +37,8 @@ std::array<std::uint64_t, 8> wordsOf(const VertexKey& key) {
           key.colour};
 }
 
-// Mixes every bit of the key into the high bits, which place it in the table. Two states take turns
-// at its words, so that the processor works on both at once.
+// Mixes every bit of the key into the high bits, which choose its slot in the table. Two states
+// take turns at the words, so that the processor works on both at once.
 std::uint32_t hashOf(const VertexKey& key) {
   constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
   const std::array<std::uint64_t, 8> words = wordsOf(key);
@@ -53,8 +53,8 @@ std::uint32_t hashOf(const VertexKey& key) {
   return static_cast<std::uint32_t>((even * kFactor ^ odd) * kFactor >> 32);
 }
 
-// The slot at which a search starts. It keeps the digests' order, so that a table doubles in one
-// pass from front to back instead of with a cache miss for each of its entries.
+// The slot at which a search starts. Slots are in the order of the hashes, so that a table doubles
+// in one pass from front to back, without a cache miss for each entry.
 std::size_t homeSlot(std::uint32_t hash, std::size_t slots) {
   return static_cast<std::size_t>(std::uint64_t{hash} * slots >> 32);
 }
@@ -73,10 +73,10 @@ VertexKey keyOf(const TileMesh& mesh, const TileTriangle& triangle, std::size_t 
   return key;
 }
 
-// Welds corner after corner, in blocks of triangles. The corners around a point mostly name the
-// same entries of the tables; they have the vertex of the last corner there, without a look at
-// their keys. The others of a block are looked up together, so that the processor waits for the
-// table's memory once and not for each of them.
+// Welds corner after corner, in blocks of triangles. Most corners around a point name the same
+// entries of the tables: they get the vertex of the last corner there, and their keys are not
+// compared. The other corners of a block are looked up together, so that the processor waits for
+// the table's memory once.
 class Welder {
  public:
   static constexpr std::int32_t kBlock = 32;
@@ -88,8 +88,8 @@ class Welder {
   WeldedMesh welded;
 
  private:
-  // What a corner names beside its position, and its vertex. A corner of this block that is to be
-  // looked up has the number -2 - i, i of waiting_.
+  // What a corner names beside its position, and its vertex. While a corner of this block waits to
+  // be looked up, its vertex is -2 - i, where i is its index in waiting_.
   struct Corner {
     std::int32_t normal = 0;
     std::int32_t uv = 0;

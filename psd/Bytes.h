@@ -8,9 +8,9 @@
 
 namespace morvane {
 
-// Bytes that are either owned (an array made with array new) or lie in a buffer that somebody else
-// owns: a document reads its file once and its channel data points into that one buffer. Either
-// kind may be changed in place. The number of bytes is known to the record that holds them.
+// Bytes that are either owned (an array made with array new) or lie in a buffer of somebody else: a
+// document reads its file once, and its channel data points into that one buffer. Either kind may
+// be changed in place. The record that holds the bytes knows how many there are.
 class Bytes {
  public:
   Bytes() = default;

@@ -18,7 +18,7 @@ Array allocated(std::size_t size) {
   return Array(new (std::nothrow) std::uint8_t[size]);
 }
 
-// Unpacks the beginning of a packet that gives more than the `size` bytes that are left; false when
+// Unpacks the beginning of a packet that gives more than the remaining `size` bytes. False when
 // there is no such packet.
 bool unpackCut(const std::uint8_t* packed, std::size_t packedLength, std::uint8_t* to,
                std::size_t size) {
@@ -49,7 +49,7 @@ std::size_t rowPackets(const std::uint8_t* packets, std::size_t length, std::siz
   return at;
 }
 
-// How many times the bytes start with their first `period` ones, at most `most`.
+// How many times in a row the first `period` bytes repeat, at most `most`.
 std::uint32_t repetitions(const std::uint8_t* bytes, std::size_t length, std::size_t period,
                           std::uint32_t most) {
   std::uint32_t count = 1;
@@ -128,7 +128,7 @@ std::unique_ptr<std::uint8_t[]> packBitsRepack(std::uint32_t width, std::uint32_
   const Array rows = allocated(size);
   if (!rows) return nullptr;
   PlanePacker packer(width, height);
-  // A plane of one value, as in a blank image, is packed in rows that are alike.
+  // In a plane of one value, such as a blank image, all packed rows are equal.
   if (const std::size_t first = rowPackets(packets, packetsLength, width)) {
     const std::uint32_t alike = repetitions(packets, packetsLength, first, height);
     packBitsDecode(packets, first, rows.get(), width);

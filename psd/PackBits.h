@@ -21,8 +21,9 @@ std::unique_ptr<std::uint8_t[]> packBitsEncodeRow(std::uint32_t rowLength, const
                                                   std::uint8_t* scratch,
                                                   std::uint32_t& packedLength);
 
-// Packs width x height bytes. A row length that does not fit its 16 bits (rows over 32767 bytes may
-// have one) keeps the low 16. Null also when the packed plane would not fit 32 bits.
+// Packs width x height bytes. A row longer than 32767 bytes may have a packed length that needs
+// more than 16 bits: only the low 16 are stored. Null also when the packed plane would not fit 32
+// bits.
 std::unique_ptr<std::uint8_t[]> packBitsEncodePlane(std::uint32_t width, std::uint32_t height,
                                                     const std::uint8_t* plane,
                                                     std::uint32_t& packedLength);
@@ -34,10 +35,10 @@ std::unique_ptr<std::uint8_t[]> packBitsEncodeFilledPlane(std::uint32_t width, s
                                                           std::size_t headLength, std::uint8_t fill,
                                                           std::uint32_t& packedLength);
 
-// Unpacks a plane of width x height bytes. The row lengths are stepped over, and the packets taken
-// as one stream: a packet may run across the end of a row, and what it holds beyond the plane is
-// cut. Null when the packed data ends before the plane is full; no memory is taken for what it
-// cannot fill.
+// Unpacks a plane of width x height bytes. The row lengths are skipped, and the packets are read as
+// one stream: a packet may run across the end of a row, and what it holds beyond the plane is cut.
+// Null when the packed data ends before the plane is full; then no memory was taken for the missing
+// part.
 std::unique_ptr<std::uint8_t[]> packBitsDecodePlane(std::uint32_t width, std::uint32_t height,
                                                     const std::uint8_t* packed,
                                                     std::size_t packedLength);
@@ -47,8 +48,8 @@ std::unique_ptr<std::uint8_t[]> packBitsDecodeStart(std::uint32_t height,
                                                     const std::uint8_t* packed,
                                                     std::size_t packedLength, std::size_t size);
 
-// Packs a plane that is there as packets of any form, without row lengths; of the plane itself only
-// some rows at a time are held. Null also when the packets end before the plane is full.
+// Packs a plane that is given as packets of any form, without row lengths. Only some rows of the
+// plane are held at a time. Null also when the packets end before the plane is full.
 std::unique_ptr<std::uint8_t[]> packBitsRepack(std::uint32_t width, std::uint32_t height,
                                                const std::uint8_t* packets,
                                                std::size_t packetsLength,

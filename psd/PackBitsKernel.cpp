@@ -11,8 +11,8 @@ namespace morvane {
 
 namespace {
 
-// The end of the run of equal bytes at `from`, cut at 128 of them. Most runs are short: only those
-// that are not are worth a comparison of eight bytes at once.
+// The end of the run of equal bytes at `from`, cut at 128 bytes. Most runs are short, so that
+// comparing eight bytes at once pays only after the first few.
 const std::uint8_t* runEnd(const std::uint8_t* from, const std::uint8_t* end) {
   constexpr std::ptrdiff_t kShort = 8;
   const auto left = static_cast<std::size_t>(end - from);
@@ -102,8 +102,8 @@ MORVANE_AVX2 inline std::uint32_t differences(__m256i a, __m256i b) {
   return ~static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(a, b)));
 }
 
-// The end of the run at `start`, cut at 128 bytes. The run is known to reach to `at`. From `start`
-// to `end` are at least 32 bytes, so that the last vector may overlap the one before.
+// The end of the run at `start`, cut at 128 bytes. The run reaches at least to `at`. There are at
+// least 32 bytes from `start` to `end`, so that the last vector may overlap the one before.
 MORVANE_AVX2 inline const std::uint8_t* longRunEnd(const std::uint8_t* start,
                                                    const std::uint8_t* at,
                                                    const std::uint8_t* end) {
@@ -130,9 +130,9 @@ class PacketWriter {
     *to_++ = *start;
   }
 
-  // Writes the runs that end among 32 bytes: bit i of `ends` is set when a run ends with at[i], and
-  // the first run begins at `start`. Goes by eight bytes: a shuffle gathers the bytes that end
-  // runs, and the differences of their places give the runs' lengths, without a branch.
+  // Writes the runs that end among 32 bytes. Bit i of `ends` is set when a run ends with at[i]; the
+  // first run begins at `start`. Eight bytes at a time, a shuffle gathers the bytes that end runs,
+  // and the differences of their positions are the runs' lengths: there is no branch.
   MORVANE_AVX2 void block(const std::uint8_t* at, std::uint32_t ends, const std::uint8_t* start) {
     int lastEnd = static_cast<int>(start - at) - 1;  // of the run before, from the eight bytes
     for (int i = 0; i < 4; ++i, at += 8, ends >>= 8) {
@@ -153,7 +153,7 @@ class PacketWriter {
   std::uint8_t* to_;
 };
 
-// A byte compared with the one after it tells where runs end, 32 bytes at a time.
+// Runs end where a byte differs from the next one; 32 bytes are compared at a time.
 MORVANE_AVX2 std::uint8_t* packRowAvx2(const std::uint8_t* row, std::size_t length,
                                        std::uint8_t* to) {
   if (length < kBlock) return packRow(row, length, to);
@@ -212,8 +212,8 @@ MORVANE_AVX2 inline bool unpackShortRuns(PackBitsKernel::Place& at) {
   return true;
 }
 
-// Unpacks a packet of any form. Whether it is a run makes no branch: both forms are made, and one
-// is chosen. The next packet waits for the step to it, which therefore comes first.
+// Unpacks a packet of any form. Both forms are made and one is chosen, so that a run needs no
+// branch. The step to the next packet comes first, because the next packet waits for it.
 MORVANE_AVX2 inline void unpackOne(PackBitsKernel::Place& at) {
   // The format's header byte is signed. NOLINTNEXTLINE(bugprone-signed-char-misuse)
   const std::ptrdiff_t header = static_cast<std::int8_t>(*at.packed);
@@ -233,7 +233,7 @@ MORVANE_AVX2 inline void unpackOne(PackBitsKernel::Place& at) {
   at.to += count;
 }
 
-// Far from both ends more may be read and written than a packet has.
+// Far from both ends a packet may read and write more bytes than it has.
 MORVANE_AVX2 PackBitsKernel::Place unpackAvx2(PackBitsKernel::Place at,
                                               const std::uint8_t* packedEnd, std::uint8_t* toEnd) {
   constexpr int kPackets = 4;

@@ -24,8 +24,8 @@ struct PackBitsKernel {
   // Packs a row into one packet for each run; returns the end of the packed row.
   std::uint8_t* (*packRow)(const std::uint8_t* row, std::size_t length, std::uint8_t* to);
 
-  // Unpacks packets until the next one is not whole before packedEnd or does not fit before toEnd,
-  // whose bytes it may overwrite in advance; returns where it stopped.
+  // Unpacks packets until the next one is not whole before packedEnd, or does not fit before toEnd;
+  // returns where it stopped. It may overwrite bytes before toEnd that it has not reached yet.
   Place (*unpack)(Place from, const std::uint8_t* packedEnd, std::uint8_t* toEnd);
 };
 

@@ -69,8 +69,8 @@ bool PlanePacker::reserve(std::uint64_t size) {
   return false;
 }
 
-// Makes room for at least `size` more bytes: as much as all rows that are left take when they pack
-// like those before, and a little more.
+// Makes room for at least `size` more bytes: for all rows that are left, if they pack like those
+// before, and a little more.
 bool PlanePacker::grow(std::uint64_t size) {
   const std::uint64_t rowsLength = length_ - 2 * height_;
   const std::uint64_t left = height_ - rows_;

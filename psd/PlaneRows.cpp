@@ -38,7 +38,8 @@ PlaneRows::PlaneRows(std::uint16_t compression, const std::uint8_t* data, std::s
   readable_ = unpacked_ != nullptr;
 }
 
-// Unpacks what there is room for. Less than a packet short of that, there is a whole row.
+// Unpacks as much as there is room for. When less than a packet's room is left, a whole row is
+// there.
 bool PlaneRows::fill() {
   std::memmove(unpacked_.get(), unpacked_.get() + begin_, held_);
   begin_ = 0;

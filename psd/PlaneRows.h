@@ -17,12 +17,13 @@ class PlaneRows {
   PlaneRows(std::uint16_t compression, const std::uint8_t* data, std::size_t length,
             std::uint64_t rowBytes, std::uint64_t height);
 
-  // False when the compression is none of the two, when so few bytes cannot hold one such row, and
-  // when memory for one runs out.
+  // False when the compression is unknown, when the bytes cannot hold even one row, and when there
+  // is no memory for one.
   bool isReadable() const { return readable_; }
 
-  // Whether so many bytes may hold all of the rows: asked before memory for these is taken, it
-  // keeps that in proportion to the file. That they do is known when the last row was given.
+  // Whether so many bytes can hold all of the rows. Asked before memory for all rows is taken, it
+  // keeps that memory in proportion to the file. Whether they do hold them is known only after the
+  // last row.
   bool mayBeWhole() const { return mayBeWhole_; }
 
   // The next row, good until the next call; null when the data ends before the row does.
@@ -37,7 +38,7 @@ class PlaneRows {
   bool packed_;
   bool readable_ = false;
   bool mayBeWhole_ = false;
-  // Of a packed plane: bytes that are not unpacked yet, and some that are.
+  // Of a packed plane: bytes still packed, and some already unpacked.
   std::uint64_t left_ = 0;
   std::unique_ptr<std::uint8_t[]> unpacked_;
   std::size_t capacity_ = 0;

@@ -64,8 +64,8 @@ PsdChannelInfo* PsdDocument::findChannelInfo(std::int32_t layer, std::uint32_t c
   return &layers[layer].channelInfos[channel];
 }
 
-// A loaded file may declare less layer info than it has; subtracting from that must not wrap
-// around, nor reach 0, which would stand for no layer info at all.
+// A loaded file may declare less layer info than it has. Subtracting from that must neither wrap
+// around nor reach 0, which would mean that there is no layer info.
 void PsdDocument::changeSectionLengths(std::int64_t difference) {
   constexpr std::int64_t kCountWord = 2;
   const std::int64_t info = layerInfoLength + difference;

@@ -38,9 +38,9 @@ bool PsdDocument::addDataLayer(const char* name, std::uint32_t size, const std::
   return appendLayer(name, kHiddenFlags, content.get(), length, status) >= 0;
 }
 
-// Reads a layer's planes as one run of bytes. Unpacks one plane at a time, and of each no more than
-// is wanted. The document changes only in repackChannels(), for which every plane is unpacked whole
-// and packed as it is read.
+// Reads a layer's planes as one run of bytes, one plane at a time, and unpacks no more of each than
+// is wanted. Only repackChannels() changes the document: for it every plane is unpacked whole and
+// packed as it is read.
 class PsdDocument::PlaneStream {
  public:
   PlaneStream(const PsdDocument& document, std::int32_t layer, bool repacks)
@@ -50,8 +50,8 @@ class PsdDocument::PlaneStream {
         plane_(std::uint64_t{document.rows} * document.columns),
         at_(plane_) {}
 
-  // False when the layer has no further channel, or one that ends before its part of the bytes. A
-  // layer smaller than the image need only be as large as what it holds.
+  // False when the layer has no further channel, or when its channel ends before its part of the
+  // bytes. A layer may be smaller than the image as long as it holds its content.
   bool read(std::uint8_t* to, std::uint64_t size) {
     while (size != 0) {
       wanted_ = std::min(size, plane_);
@@ -66,8 +66,8 @@ class PsdDocument::PlaneStream {
     return true;
   }
 
-  // Whether the channels that `end` bytes take exist and may hold so many, so that memory is taken
-  // only for what the file can give. Missing channels hold zeros.
+  // Whether the layer has the channels that `end` bytes need, and they can hold that many. Memory
+  // is taken only for what the file can give. Missing channels hold zeros.
   bool canHold(std::uint64_t end) const {
     const PsdLayer& record = document_.layers[layer_];
     const std::uint64_t last = end / plane_;
@@ -78,7 +78,7 @@ class PsdDocument::PlaneStream {
     return end <= capacity;
   }
 
-  // Content that ends with its plane is followed by one more plane, with nothing in it.
+  // When the content ends exactly with its plane, one more plane follows, with nothing in it.
   bool finish() { return at_ != plane_ || nextChannel(); }
 
   // The layer's content of `size` bytes; null when the layer does not hold what it says.
@@ -101,10 +101,10 @@ class PsdDocument::PlaneStream {
   }
 
  private:
-  // Reads what comes behind the length word, which was read. `to` has room for that word, too.
+  // Reads what follows the length word, which has been read. `to` has room for that word, too.
   bool readAll(std::uint8_t* to, std::uint32_t length) {
     if (repacks_) return read(to, length);
-    // The first plane was unpacked only up to its length word, so reading starts again.
+    // Only the length word of the first plane was unpacked, so reading starts again.
     channels_ = 0;
     at_ = plane_;
     if (!read(to, std::uint64_t{length} + kLengthSize)) return false;

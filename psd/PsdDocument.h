@@ -16,8 +16,8 @@ namespace morvane {
 
 // What saving a document may replace, and what it met.
 struct PsdReplacement {
-  // In: the only file that may be there, see FileReplacer::expect(). Null: any, but for the file
-  // that the document was loaded from, which must be as it was.
+  // In: the only file that saving may replace, see FileReplacer::expect(). Null: any file may be
+  // replaced; but the file that the document was loaded from must be unchanged.
   const FileIdentity* expected = nullptr;
   std::uint64_t otherNames = 0;  // out: hard links that keep the old content
 };
@@ -89,7 +89,7 @@ class PsdDocument {
   // All that follows the compression word, be it more or less than the image needs.
   Bytes mergedData;
 
-  // What the file last loaded says that was not followed; empty: nothing.
+  // What the file last loaded says, but was not followed; empty when there is nothing.
   std::string loadWarning;
 
   // The file as it was read; opaque bytes, channel data and merged data may lie in it.
@@ -98,7 +98,7 @@ class PsdDocument {
   // A blank document, as by reset().
   PsdDocument(std::uint32_t width, std::uint32_t height);
 
-  // One that was moved from is good only for assignment, reset(), load() and destruction.
+  // A document that was moved from may only be assigned to, reset(), load()ed or destroyed.
   PsdDocument(PsdDocument&&) = default;
   PsdDocument& operator=(PsdDocument&&) = default;
 
@@ -119,8 +119,8 @@ class PsdDocument {
   // they can be read or not. Fails as load() does, and leaves `path` null.
   bool loadBytes(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size, Status* status = nullptr);
 
-  // What is wrong with a document that was kept in spite of its signature or version, to which no
-  // layer can be added; empty for any other.
+  // Why no layer can be added to a document that was kept in spite of its signature or version;
+  // empty for any other document.
   std::string headerFault() const;
 
   // Where the merged image has fewer bytes than the header (of a packed one: the table of row
@@ -137,10 +137,11 @@ class PsdDocument {
   bool save(const char* path, Status* status = nullptr,
             PsdReplacement* replacement = nullptr) const;
 
-  // Of the file last loaded, as it was then; not known for other documents.
+  // The identity of the file last loaded, as it was then; unknown for other documents.
   const FileIdentity& identity() const { return onDisk_; }
 
-  // The bytes that save() writes, in place of what `bytes` holds; false leaves that as it is.
+  // Replaces what `bytes` holds with the bytes that save() would write; on failure `bytes` stays as
+  // it is.
   bool saveBytes(std::vector<std::uint8_t>& bytes, Status* status = nullptr) const;
 
   // The first layer whose name equals `name` byte for byte; -1 when there is none.
@@ -151,9 +152,9 @@ class PsdDocument {
   const PsdChannel* layerChannels(std::int32_t layer) const;
   std::uint32_t totalChannelCount() const;
 
-  // Turns one channel (by position in its layer, not by id) into raw bytes, or into packed ones, in
+  // Turns one channel (by position in its layer, not by id) into raw or into packed bytes, in
   // place; does nothing when it is that already. Missing data becomes a plane of zeros. False when
-  // there is no such channel or its data does not fill the layer's rectangle.
+  // there is no such channel, or its data does not fill the layer's rectangle.
   bool decompressChannel(std::int32_t layer, std::uint32_t channel);
   bool compressChannel(std::int32_t layer, std::uint32_t channel);
 
@@ -180,7 +181,7 @@ class PsdDocument {
   // layer's.
   void removeLayer(std::int32_t index);
   void removeLayerByName(const char* name);
-  // All of that name but layer 0, in time that does not grow with how many there are.
+  // Removes all layers of that name but layer 0, in time that does not grow with their number.
   void removeLayersByName(const char* name);
 
   // Appends a hidden layer that carries `size` bytes in its channel planes, at most 4 x rows x
@@ -234,8 +235,8 @@ class PsdDocument {
   // Why tryAppendLayer() failed.
   Status layerObstacle(const char* name) const;
 
-  // Memory for all that the commits add, so that they cannot fail; false when there is too little.
-  // A resource gets room behind its data, which changes nothing that is saved.
+  // Reserves memory for all that the commits add, so that they cannot fail; false when there is too
+  // little. A resource gets room behind its data, which does not change what is saved.
   bool reserveForLayers(std::size_t newLayers, std::size_t newChannels);
   bool reserveGroupEntry();
   void commitBaseLayer(BuiltLayer& built);

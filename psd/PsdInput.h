@@ -10,10 +10,9 @@
 
 namespace morvane {
 
-// Reads big-endian numbers and bytes of a file in memory. Nothing is read past the end of the part
-// that is being read; the first attempt to is kept as the status, and from then on every read gives
-// zeros. Code that reads need therefore ask ok() only before it loops over, or takes memory for,
-// what it has read.
+// Reads big-endian numbers and bytes of a file in memory, never past the end of the current part.
+// The first attempt to do so is kept as the status, and every later read gives zeros. So callers
+// need ask ok() only before they loop over what they have read, or take memory for it.
 class PsdInput {
  public:
   // The bytes outlive this object and what it hands out.
@@ -30,7 +29,7 @@ class PsdInput {
   std::int32_t i32() { return static_cast<std::int32_t>(u32()); }
   void copy(void* to, std::size_t size);
 
-  // The next bytes where they lie, and the reading goes on after them; null when there are fewer.
+  // A view of the next `size` bytes, which are then read; null when there are fewer.
   std::uint8_t* take(std::size_t size);
   PsdOpaque takeOpaque(std::size_t size);
 

@@ -16,7 +16,7 @@ constexpr std::size_t kBlockHeader = 4 + 4 + 4;  // signature, key, length
 constexpr std::size_t kMaskFieldsSize = 20;
 constexpr std::size_t kGlobalMaskFieldsSize = 14;
 
-// What a length leaves beyond what was read of its part; 0 when more was read than it declares.
+// How much a declared length leaves behind what was read; 0 when more was read than it declares.
 std::size_t beyond(std::size_t length, std::size_t read) {
   return length > read ? length - read : 0;
 }
@@ -184,9 +184,9 @@ void readLayerRecord(PsdInput& in, PsdLayer& layer) {
   readExtraData(in, layer);
 }
 
-// The layers are found by what they hold. Where that goes beyond the declared length of the layer
-// info, either that length or a length inside is wrong; only when a global mask stands where the
-// layers end is it the former, and the file can be kept.
+// The layers are read by what they hold. When that goes beyond the declared length of the layer
+// info, either that length or a length inside is wrong. It is the former only when a global mask
+// follows where the layers end; the file can be kept then.
 void readLayerSection(PsdInput& in, PsdDocument& document) {
   document.layerInfoLength = in.u32();
   if (in.ok() && document.layerInfoLength > in.left()) {

@@ -58,8 +58,8 @@ std::size_t paddedSize(std::size_t size) {
   return size + (size & 1);
 }
 
-// What does not fit its section is damage where the signature is that of resources. Otherwise it is
-// taken for something else, and kept unread.
+// A block that does not fit its section is damage when its signature is that of resources.
+// Otherwise it is not a resource, and kept unread.
 bool isForeign(const PsdResource& resource) {
   return std::memcmp(resource.signature, "8BIM", 4) != 0;
 }
@@ -146,7 +146,7 @@ Status emptyFile() {
   return {StatusCode::kDamaged, "the file is empty"};
 }
 
-// What explains a file that cannot be read better than the place where reading ended does.
+// A reason that explains an unreadable file better than the byte where reading ended does.
 Status refusal(const PsdDocument& document, std::size_t size, const Status& status) {
   constexpr std::size_t kVersionEnd = 4 + 2;
   if (size == 0) return emptyFile();
@@ -164,7 +164,7 @@ Status loadPsd(const char* path, PsdDocument& document, FileIdentity& identity) 
   return status.ok() ? parsePsd(std::move(bytes), size, document) : status;
 }
 
-// What explains a file that is not a TGA image at all better than its numbers do.
+// A reason that explains a file that is no TGA image better than its numbers do.
 Status tgaRefusal(InputFile& file, const Status& status) {
   if (file.size() == 0) return emptyFile();
   std::uint8_t first[kKindSize];

@@ -24,7 +24,7 @@ struct PsdResource {
   char signature[4] = {};  // "8BIM", rarely another
   std::uint16_t id = 0;
   std::unique_ptr<char[]> name;  // NUL-terminated, at most 255 bytes; null for the empty name
-  // Written instead of `name`: a field as read that holds zero bytes or odd padding.
+  // Written in place of `name` when set: the field as it was read, with zero bytes or odd padding.
   PsdOpaque nameField;
   std::uint32_t size = 0;
   // `size` bytes, and one of padding when the size is odd; null for size 0.

@@ -36,7 +36,7 @@ class PsdOutput {
   }
   void i32(std::int32_t value) { u32(static_cast<std::uint32_t>(value)); }
 
-  // Bytes that a length of the document promises must be there.
+  // Bytes that must be there because a length of the document promises them.
   void bytes(const void* from, std::size_t size) {
     if (size == 0 || !complete_) return;
     written_ += size;
@@ -175,7 +175,7 @@ void writeChannels(PsdOutput& out, const PsdDocument& document) {
   }
 }
 
-// What callers who changed the public members by hand may have left out of step.
+// Lengths and counts that callers may have left out of step when they changed public members.
 bool isConsistent(const PsdDocument& document) {
   const auto hasInfos = [](const PsdLayer& layer) {
     return layer.channelCount == 0 || layer.channelInfos;

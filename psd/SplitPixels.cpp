@@ -14,7 +14,8 @@ namespace morvane {
 
 namespace {
 
-// A loop that compilers turn into vectors, of the kind of the function that it is a part of.
+// Compilers turn this loop into vectors, for the processor that the calling function is compiled
+// for.
 template <std::size_t kSize>
 MORVANE_INLINE void split(const std::uint8_t* MORVANE_RESTRICT pixels, std::size_t count,
                           std::uint8_t* const planes[4]) {

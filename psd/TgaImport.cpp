@@ -83,7 +83,7 @@ Status checkPixels(const InputFile& file, const TgaImage& image) {
                                       std::to_string(left) + " left at byte " +
                                       std::to_string(image.start)};
   }
-  // Before memory is taken for the rows of an image without columns.
+  // Checked before memory is taken for the rows of an image without columns.
   if (wanted == 0) return {StatusCode::kDamaged, sizeText(image) + " has no pixels"};
   return {};
 }

@@ -39,8 +39,8 @@ bool succeeds(Call call) {
   return result == 0;
 }
 
-// Only root may give a file away, and everybody only to a group of their own. Where that is refused
-// the file stays the caller's. False for any other failure.
+// Only root may give a file away, and others may pass it only to a group of their own. Where that
+// is refused the file stays the caller's. False for any other failure.
 bool give(int file, uid_t owner, gid_t group) {
   const auto given = [&](uid_t to) { return succeeds([&] { return ::fchown(file, to, group); }); };
   if (given(owner)) return true;
@@ -48,7 +48,7 @@ bool give(int file, uid_t owner, gid_t group) {
   return errno == EPERM || isUnsupported();
 }
 
-// A file system without permissions refuses to set even those that all its files have.
+// A file system without permissions refuses to set any, even those that all its files have.
 bool setMode(int file, mode_t mode) {
   if (succeeds([&] { return ::fchmod(file, mode); })) return true;
   const int reason = errno;
@@ -58,8 +58,8 @@ bool setMode(int file, mode_t mode) {
   return false;
 }
 
-// Another group than before may do no more than others might, and others, among whom the old group
-// is now, no more than that might.
+// When the group changes, the new group may do no more than others might before; and the others,
+// who now include the old group, may do no more than that group might.
 mode_t withoutGroup(mode_t mode) {
   const mode_t both = mode >> 3 & mode & 0007;
   return (mode & 0700) | both << 3 | both;

@@ -31,7 +31,7 @@ FileFacts missing(const std::error_code& error) {
 
 }  // namespace
 
-// Not by the standard library: its own calls below refuse long paths in some implementations.
+// The standard library is not used: in some implementations its calls refuse long paths.
 FileFacts factsOf(const std::string& name) {
   if (!checkFileName(name).ok())
     return missing(std::error_code(ERROR_FILE_NOT_FOUND, std::system_category()));

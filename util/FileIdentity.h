@@ -7,9 +7,9 @@
 
 namespace morvane {
 
-// What tells the content of a file from any that was written later: which file it is, and when and
-// to which size it was last written. Two writes within one tick of the file system's clock, in
-// place and to the same size, are not told apart.
+// Tells the content of a file from any later content: which file it is, when it was last written,
+// and its size then. Two writes to the same size within one tick of the file system's clock look
+// the same.
 struct FileIdentity {
   bool known = false;
   std::uint64_t device = 0;

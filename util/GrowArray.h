@@ -39,7 +39,7 @@ class GrowArray {
   T& operator[](std::int32_t index) { return data()[index]; }
   const T& operator[](std::int32_t index) const { return data()[index]; }
 
-  // Returns the index at which the element stands. It may be an element of this array.
+  // Returns the index of the added element. `element` may be one of this array.
   std::int32_t append(const T& element, std::uint32_t slack) {
     return insert(size(), 1, &element, slack);
   }

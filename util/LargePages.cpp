@@ -12,7 +12,7 @@ void askForLargePages(void* memory, std::size_t bytes) {
 #ifdef __linux__
   constexpr std::size_t kPage = std::size_t{2} << 20;
   if (bytes < 2 * kPage) return;
-  // Whole pages only: what is beside them belongs to others.
+  // Whole pages only: their neighbours may belong to others.
   const auto start = reinterpret_cast<std::uintptr_t>(memory);
   const std::size_t before = (kPage - start % kPage) % kPage;
   const std::size_t inside = (bytes - before) / kPage * kPage;

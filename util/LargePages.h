@@ -6,9 +6,8 @@
 
 namespace morvane {
 
-// Asks the system to give memory that was not touched yet in large pages, whose first touch costs
-// a fraction of that of as many small ones. Does nothing where the memory is small or the system
-// has no such pages.
+// Asks the system to back fresh memory with large pages, which cost a fraction of as many small
+// ones on first touch. Does nothing where the memory is small or the system has no such pages.
 void askForLargePages(void* memory, std::size_t bytes);
 
 template <typename T>

@@ -60,7 +60,8 @@ std::size_t nameStart(const std::string& path) {
   return slash == std::string::npos ? 0 : slash + 1;
 }
 
-// What a file system says of something that it cannot do at all, and nothing can be done about.
+// The errors by which a file system says that it cannot do such a thing at all; nothing can be done
+// about them.
 bool isUnsupported() {
   return errno == EINVAL || errno == ENOTSUP || errno == ENOSYS;
 }
@@ -306,7 +307,7 @@ Status FileReplacer::Target::renameToTarget() {
   return {};
 }
 
-// The new content gets a name that nobody clears away before it is needed no more.
+// The new content gets a name that nobody clears away while it is needed.
 Status FileReplacer::Target::writeInPlace(FileIdentity& written) {
   const std::string copy = targetName_ + kCopySuffix;
   if (renameToFree(folder_, temporaryName_.c_str(), copy.c_str()) != 0) {

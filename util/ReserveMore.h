@@ -8,12 +8,12 @@
 
 namespace morvane {
 
-// Makes room for `count` more elements, so that adding them cannot fail; false, with the vector as
-// it was, when memory runs out. A vector that has to grow at least doubles.
+// Makes room for `count` more elements, so that adding them cannot fail. False, with the vector
+// unchanged, when memory runs out. A vector that has to grow at least doubles.
 //
-// A vector can report missing memory only by throwing, which nothing here catches. So the same
-// memory is asked for without throwing first, and given back. (By a direct call: a compiler may
-// leave out a new expression whose result is only deleted.)
+// A vector reports missing memory only by throwing, and nothing here catches. So as much memory is
+// first asked for without throwing, and given back. (A direct call does that: a compiler may leave
+// out a new expression whose result is only deleted.)
 template <typename T>
 bool reserveMore(std::vector<T>& vector, std::size_t count) {
   const std::size_t room = vector.max_size() - vector.size();

@@ -23,8 +23,8 @@ Status readWholeFile(const char* path, std::uint64_t maxSize,
             "out of memory for " + std::to_string(file.size()) + " bytes"};
   }
   askForLargePages(buffer.get(), room);
-  // Files of the system's own say that they are empty, and some wait for ever for what they have to
-  // tell: what is empty is not read.
+  // Files of the system itself claim to be empty, and reading some of them waits for ever. So a
+  // file that claims to be empty is not read.
   std::size_t got = 0;
   const Status taken = file.size() == 0 ? Status() : file.read(0, buffer.get(), room, got);
   if (!taken.ok()) return taken;
