@@ -17,7 +17,7 @@
 namespace morvane {
 namespace {
 
-// Replaces the file that was loaded, or looked at before the goblins were gathered, and no other.
+// Replaces only the file that was loaded, or that was looked at before the goblins were gathered.
 bool saveTile(const TileExport& tile, TileMessages& messages) {
   PsdReplacement replacement;
   if (tile.document.path == nullptr || tile.file != tile.document.path.get())

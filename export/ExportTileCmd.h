@@ -15,7 +15,7 @@ namespace morvane {
 // failures in the message log only.
 class ExportTileCmd : public MPxCommand {
  public:
-  // Exports the selection: when the object exists, all is done.
+  // Exports the selection at once: the constructor does all of it.
   ExportTileCmd();
   ~ExportTileCmd() override = default;
 
@@ -27,8 +27,8 @@ class ExportTileCmd : public MPxCommand {
   bool isUndoable() const override;
 };
 
-// Exports one tile: the instance at the path or, of a node, the first. False after any failure,
-// each of which is logged; the file is then as it was.
+// Exports one tile: the instance at the path, or the first instance of a node. False after any
+// failure; each is logged, and the file is then as it was.
 bool exportTileAt(MDagPath tile);
 bool exportTileNode(MObject node);
 

@@ -8,15 +8,15 @@
 
 namespace morvane {
 
-// What a direction of the translator asks of the caller, and says when it does not get it.
+// What reading and writing with the translator need from the caller. What is missing is reported.
 struct TileRequest {
   MPxFileTranslator::FileAccessMode mode;
   const char* selectOne;  // a whole line
   const char* onlyTiles;  // follows the node's name and type
 };
 
-// The selected tile. False, after a message on standard output, when the access mode is another one
-// or the selection is not exactly one transform.
+// The selected tile. False, after a message on standard output, for another access mode, and when
+// the selection is not exactly one transform.
 bool getSelectedTile(const TileRequest& request, MPxFileTranslator::FileAccessMode mode,
                      MObject& tile, MDagPath& path);
 

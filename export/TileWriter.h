@@ -11,10 +11,10 @@ namespace morvane {
 // What the translator's reader and writer print in their banners.
 inline constexpr const char* kTranslatorVersion = "1.00";
 
-// Writes the goblins below the one selected tile, in the named layout, to a PSD file: `file`, with
-// ".psd" appended when its name does not end so. The document is blank, 256 x 256, or that of
-// `sourceFileName` when this is not empty. Anything but an export of the selection is refused.
-// After a failure, of which a line on standard output tells, there is no new file.
+// Writes the goblins below the one selected tile, in the named layout, to the PSD file `file`;
+// ".psd" is appended when the name does not end with it. The document is blank, 256 x 256, or that
+// of `sourceFileName` when that is not empty. Anything but an export of the selection is refused. A
+// failure is reported on standard output and leaves no new file.
 MStatus writeTile(const MFileObject& file, MPxFileTranslator::FileAccessMode mode,
                   const MString& sourceFileName);
 

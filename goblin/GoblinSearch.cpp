@@ -25,7 +25,7 @@ MStatus collectMeshes(const MObject& root, MSelectionList& found, bool wantGobli
   MItDag walk(MItDag::kDepthFirst, MFn::kMesh);
   for (walk.reset(root, MItDag::kDepthFirst, MFn::kMesh); !walk.isDone(); walk.next()) {
     MObject mesh = walk.currentItem();
-    // Some hosts stand on the root first, whatever the filter.
+    // In some hosts a walk starts at the root, whatever the filter.
     if (!isShownMesh(mesh) || !(isGoblin(mesh) ? wantGoblins : wantOthers)) continue;
     std::printf("    Adding %s\n", getNodeName(mesh).asChar());
     found.add(mesh);

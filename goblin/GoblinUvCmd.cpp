@@ -113,7 +113,7 @@ void GoblinUvCmd::findGeometryBelow(const MString& name) {
 void GoblinUvCmd::findGeometryInScene() {
   for (MItDag walk(MItDag::kDepthFirst, MFn::kMesh); !walk.isDone(); walk.next()) {
     MObject mesh = walk.currentItem();
-    // Some hosts stand on the root first, whatever the filter.
+    // In some hosts a walk starts at the root, whatever the filter.
     if (!isShownMesh(mesh) || isGoblin(mesh)) continue;
     const MString name = MFnDagNode(mesh).name();
     if (std::strstr(name.asChar(), "collision") == nullptr) uvGeometry.add(mesh);

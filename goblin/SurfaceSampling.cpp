@@ -36,13 +36,13 @@ double outside(double value, double low, double high) {
   return std::max({low - value, value - high, 0.0});
 }
 
-// A lower bound of the distance to any surface in the box: a candidate farther away than the best
-// so far is passed over without a look at its surface.
+// A lower bound of the distance to any surface in the box. A candidate whose bound is over the best
+// distance so far is skipped without a look at its surface.
 double leastDistance(const MPoint& query, const MPoint& low, const MPoint& high) {
   const double distance =
       std::hypot(outside(query.x, low.x, high.x), outside(query.y, low.y, high.y),
                  outside(query.z, low.z, high.z));
-  // The box is rounded: a point on its border must not count as outside.
+  // The box is rounded, so a point on its border might seem to be outside.
   const double reach = std::max({std::fabs(query.x), std::fabs(query.y), std::fabs(query.z),
                                  std::fabs(low.x), std::fabs(low.y), std::fabs(low.z)});
   return distance - 1e-6 * (reach + distance);

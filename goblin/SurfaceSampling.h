@@ -12,8 +12,8 @@
 // Finds the textured geometry under a goblin and copies its texture coordinates onto the goblin.
 namespace morvane {
 
-// Candidate geometry, with what decides quickly whether a candidate can be the nearest. Good as
-// long as neither the list nor the candidates change.
+// Candidate geometry, and for each candidate a box that quickly rules it out as the nearest. Good
+// as long as neither the list nor the candidates change.
 class GeometrySearch {
  public:
   explicit GeometrySearch(const MSelectionList& candidates);

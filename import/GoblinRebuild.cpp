@@ -87,8 +87,8 @@ void mapPool(std::vector<GoblinPoolVertex>& pool, const Matrix44& fromTile) {
   }
 }
 
-// Makes goblins until the blob ends or stops making sense, which is false. `status` is that of the
-// last mesh.
+// Makes goblins up to the end of the blob, or up to the first value that does not fit: false then.
+// `status` is that of the last mesh.
 bool createGoblins(GoblinGeometryReader& reader, const Matrix44& fromTile, MObject tile,
                    TextureNetworks& networks, MStatus& status) {
   std::vector<GoblinPoolVertex> pool;

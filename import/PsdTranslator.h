@@ -36,12 +36,12 @@ class PsdTranslator : public MPxFileTranslator {
   // Gives a mesh a shading network coloured by the file; see import/TextureNetwork.h.
   MStatus applyTexture(MObject node, MString fileName);
 
-  // The document that the writer starts from; blank while this is empty, which it is: no operation
-  // sets it.
+  // The file from which the writer's document is loaded; the document is blank while this is empty,
+  // and no operation sets it.
   MString sourceFileName;
 
-  // Room for a translator that keeps a file between calls. Reader and writer each work on a
-  // document of their own.
+  // Kept for translators that hold a file between calls. Reader and writer each use a document of
+  // their own.
   std::unique_ptr<std::uint8_t[]> buffer;
   std::int32_t bufferSize = 0;
   PsdDocument document{256, 256};

@@ -26,7 +26,7 @@ MStatus runForName(const MString& command, MString& name) {
   return MStatus::kSuccess;
 }
 
-// What is connected to a plug, by its first name; empty when nothing is.
+// The name of the first node connected to a plug; empty when nothing is.
 MStatus firstConnection(const MString& plug, MString& name) {
   MStringArray names;
   const MStatus status =
@@ -125,7 +125,7 @@ MStatus TextureNetworks::apply(MObject node, const MString& fileName) {
   } else {
     found = createNetwork(fileName, shader, group);
     std::string texture;
-    // Also of a network that was begun: it is what would be found next time.
+    // A network that was only begun counts too: the next call would find it.
     if (shader.length() != 0 && getTextureOf(shader, texture))
       shaders_.emplace(texture, shader.asChar());
   }

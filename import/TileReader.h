@@ -7,9 +7,9 @@
 
 namespace morvane {
 
-// Applies a PSD file (or a TGA, which holds no goblins) to the one selected tile: gives the tile a
-// texture network for it, records its path in the tile shape's `psdFileName`, and makes the goblins
-// of its "GoblinGeometry" layer below the tile. Anything but an import is refused.
+// Applies a PSD file (or a TGA, which holds no goblins) to the one selected tile. It gives the tile
+// a texture network for the file, records the path in the tile shape's `psdFileName`, and makes the
+// goblins of the layer "GoblinGeometry" below the tile. Anything but an import is refused.
 //
 // A call that stops early leaves in the scene what it did before. The result is that of the last
 // mesh made.

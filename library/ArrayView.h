@@ -5,7 +5,7 @@
 
 namespace morvane {
 
-// `size` values in a row that somebody else owns. Whoever hands a view out says how long it is
+// `size` consecutive values that somebody else owns. Whoever hands out a view says how long it is
 // good.
 template <typename T>
 class ArrayView {

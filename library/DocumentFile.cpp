@@ -8,7 +8,7 @@
 namespace morvane {
 namespace {
 
-// A path with a zero byte would name another file than the caller means.
+// The system would read a path only up to its zero byte, and open another file.
 bool isPath(std::string_view path) {
   return !path.empty() && path.find('\0') == std::string_view::npos;
 }

@@ -32,8 +32,8 @@ Status parseDocument(const std::uint8_t* bytes, std::size_t size, PsdDocument& d
 // PsdDocument::save() does.
 Status saveDocument(const PsdDocument& document, std::string_view path);
 
-// The bytes that saveDocument() writes, in place of what `bytes` holds. kDamaged for a document
-// whose public members do not fit together, or that memory has no room for.
+// Replaces what `bytes` holds with the bytes that saveDocument() would write. kDamaged for a
+// document whose public members do not fit together, or for which there is no memory.
 Status writeDocument(const PsdDocument& document, std::vector<std::uint8_t>& bytes);
 
 }  // namespace morvane

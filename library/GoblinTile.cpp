@@ -29,7 +29,7 @@ void forEachFace(ArrayView<std::uint8_t> faces, Visit visit) {
   }
 }
 
-// The stored floats become the machine's own, where they lie.
+// Turns the stored floats, in place, into the machine's own byte order.
 void makeNative(std::uint8_t* pool, std::size_t vertices) {
   std::uint8_t* const end = pool + vertices * sizeof(GoblinPoolVertex);
   for (; pool != end; pool += kWord) {
@@ -74,8 +74,8 @@ std::vector<std::int32_t> StoredGoblin::vertices() const {
   return used;
 }
 
-// Notes where everything lies; false, with the bytes that fit, when the blob does not read in
-// `layout` from its first to exactly its last byte.
+// Notes where everything lies. False when the blob does not read in `layout` from its first to
+// exactly its last byte; the count of sound bytes is given then.
 bool GoblinTile::locate(GoblinLayout layout, std::size_t size, std::size_t& consumed) {
   GoblinGeometryReader reader(blob_.get(), size, layout);
   std::uint32_t count = 0;

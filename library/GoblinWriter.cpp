@@ -144,7 +144,7 @@ Status setGoblins(PsdDocument& document, const std::vector<Goblin>& goblins, Gob
                              &added)) {
     return added;
   }
-  // Only now: a failure must not lose the goblins that were there.
+  // Done last: a failure must not lose the goblins that were there.
   document.removeLayer(old);
   return {};
 }

@@ -101,11 +101,11 @@ class GoblinTile {
   std::vector<StoredGoblin> goblins_;
 };
 
-// The goblins as a blob in that layout, in place of what `blob` holds. The tagged layout has no
-// names and no textures: they are left out. The text of a failure names the goblin and what of it
-// is wrong. kBadArgument: arrays of different lengths, a number that is not finite, an index
-// outside the positions, a zero byte in a text; kNoRoom: over 4 GiB; kUnsupported: tagged bytes
-// that would be read as named ones.
+// Replaces what `blob` holds with the goblins as a blob in that layout. The tagged layout has no
+// names and no textures: they are left out. The text of a failure names the goblin and its fault.
+// kBadArgument: arrays of different lengths, a number that is not finite, an index outside the
+// positions, a zero byte in a text; kNoRoom: over 4 GiB; kUnsupported: tagged bytes that would be
+// read as named ones.
 Status encodeGoblins(const std::vector<Goblin>& goblins, GoblinLayout layout,
                      std::vector<std::uint8_t>& blob);
 

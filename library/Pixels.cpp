@@ -81,7 +81,7 @@ Status checkCompression(const PsdChannel* entries, const std::vector<std::uint32
   return {};
 }
 
-// One channel of a layer; `rows` is empty when the file does not bring the plane, and when the
+// The rows of one channel of a layer: empty when the file does not have the plane, and when the
 // layer is empty.
 struct LayerPlane {
   std::uint32_t channel = 0;
@@ -104,8 +104,8 @@ std::vector<LayerPlane> openPlanes(const PsdLayer& layer, const PsdChannel* entr
   return planes;
 }
 
-// A file is not trusted with memory: no more is taken than its data can fill, and a bounded part
-// for planes that it does not bring.
+// Takes no more memory than the file's data can fill, and a bounded amount for planes that the file
+// does not have.
 bool canFill(const std::vector<LayerPlane>& planes, std::uint64_t size) {
   std::uint64_t missing = 0;
   for (const LayerPlane& plane : planes) {

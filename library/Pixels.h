@@ -31,8 +31,8 @@ struct Pixels {
 // kOutOfMemory.
 Status readLayerPixels(const PsdDocument& document, std::int32_t layer, Pixels& pixels);
 
-// The merged image with all of its channels, numbered from 0; what is behind the colours is
-// transparency or a saved selection. kUnsupported for a depth other than 8 and for a compression
+// The merged image with all of its channels, numbered from 0. The channels after the colours are
+// transparency or saved selections. kUnsupported for a depth other than 8 and for a compression
 // other than raw and packed; kDamaged when it is cut off; kOutOfMemory.
 Status readMergedPixels(const PsdDocument& document, Pixels& pixels);
 

@@ -27,7 +27,7 @@ std::string fault(MObject mesh, std::size_t vertex) {
          " is not finite";
 }
 
-// The first of the mesh's vertices with these very bits.
+// The first of the mesh's vertices with exactly these bits.
 std::size_t vertexAt(MObject mesh, const Float3& position) {
   std::vector<Float3> positions;
   getMeshPositions(mesh, positions);

@@ -55,7 +55,7 @@ void MeshWalk::next() {
   skipToMesh();
 }
 
-// Hosts differ in whether a walk stands on its root when the filter does not admit it.
+// Hosts differ: a walk may start at its root even when the filter does not admit it.
 void MeshWalk::skipToMesh() {
   while (!walk_.isDone() && !isShownMesh(mesh())) walk_.next();
 }

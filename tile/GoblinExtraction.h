@@ -13,7 +13,8 @@
 // What both exporters do with a tile and the goblins below it.
 namespace morvane {
 
-// A mesh that is shown. What a mesh is made from stands beside it as an intermediate one.
+// A mesh that is shown. The meshes from which history makes it stand beside it as intermediate
+// ones.
 bool isShownMesh(MObject node);
 
 // Visits every shown mesh below a tile, depth first: the tile's own mesh, then the goblins.
@@ -32,9 +33,9 @@ class MeshWalk {
   MItDag walk_;
 };
 
-// Computes the matrix that takes the tile's object space to tile space, from the points of the mesh
-// directly below the tile or, when that is not one, of `firstMesh`. False when the mesh has no
-// extent in x or z.
+// Computes the matrix from the tile's object space to tile space, from the points of the mesh
+// directly below the tile, or of `firstMesh` when there is no mesh there. False when the mesh has
+// no extent in x or z.
 bool getTileMatrix(MDagPath tile, MObject firstMesh, Matrix44& matrix);
 bool tileNormalisationMatrix(MFnMesh& mesh, Matrix44& matrix);
 

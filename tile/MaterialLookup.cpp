@@ -23,8 +23,8 @@ namespace {
 
 constexpr const char* kDefaultShadingGroup = "initialShadingGroup";
 
-// What materials call the colour of their surface. The first that a material has is its colour; a
-// material with `color` is never asked for another.
+// The names that materials have for the colour of their surface. The first that a material has is
+// taken; a material with `color` is never asked for another.
 constexpr const char* kColourNames[] = {
     "color",               // Lambert and all that derives from it, most renderers' own
     "TEX_color_map",       // StingrayPBS, whose base_color is what is used without a map
@@ -65,7 +65,7 @@ MPlug colourOf(MObject material) {
   return MPlug();
 }
 
-// Which material has no texture, where it was looked for.
+// Reports the material that has no texture, and where it was looked for.
 std::string withoutTexture(const MFnMesh& mesh, MObject material, const MPlug& colour) {
   MDagPath path;
   MDagPath::getAPathTo(mesh.object(), path);
@@ -84,11 +84,11 @@ bool hasFacesOf(const MObject& mesh, MObject faces) {
   return attached == MStatus::kSuccess && !polygon.isDone();
 }
 
-// Whether the default shading group only happens to be connected and shades nothing.
+// Whether the default shading group is connected but shades nothing.
 bool isIdleDefaultGroup(const MFnSet& group, bool hasFaces, unsigned int groupCount) {
   if (group.name() != kDefaultShadingGroup || hasFaces) return false;
   if (groupCount > 1) return true;
-  // Last, since the group lists every mesh of a level that nobody has shaded.
+  // Asked last: the group lists every mesh of a level that nobody has shaded.
   MSelectionList members;
   group.getMembers(members, true);
   return members.length() == 0;

@@ -25,12 +25,12 @@ std::int32_t countMaterials(MObject mesh, TileMessages& messages);
 std::unique_ptr<char[]> getTileTextureName(MFnMesh& mesh, unsigned int instance,
                                            TileMessages& messages);
 
-// The first file texture that the colour of one of the mesh's materials comes from, and so what an
-// export without names takes for a tile's; the null object when there is none.
+// The first file texture from which one of the mesh's materials takes its colour. It makes the
+// object a tile for an export without names. The null object when there is none.
 MObject findColourTexture(const MDagPath& mesh);
 
-// What decides on the texture of the mesh: its shading groups, their materials, and what the
-// colours of these come from.
+// All that the texture of the mesh depends on: its shading groups, their materials, and where the
+// materials' colours come from.
 std::vector<MObject> shadingNodes(const MDagPath& mesh);
 
 }  // namespace morvane

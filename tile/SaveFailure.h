@@ -6,19 +6,19 @@
 
 #include "util/Status.h"
 
-// The line on the host's error channel that explains why a tile was not saved, in one place for the
-// plug-in, which writes it, and for a program, which reads it.
+// The line on the host's error channel that explains why a tile was not saved. The plug-in writes
+// it and the program reads it, both by these functions.
 namespace morvane {
 
 // "cannot write FILE: REASON", of a save that failed with `status`.
 std::string saveFailureLine(const std::string& file, const Status& status);
 
-// The same where nothing was tried, since the file is another person's.
+// The same when nothing was tried, because the file is another person's.
 std::string notReplacedLine(const std::string& file, const std::string& obstacle);
 
-// The status behind such a line about `file`, its text the whole line: kChanged, kNoSpace,
-// kReadOnly, kNotAllowed, kOtherKind (another person's file), else kCannotWrite. A success for any
-// other line.
+// The status that such a line about `file` stands for; its text is the whole line: kChanged,
+// kNoSpace, kReadOnly, kNotAllowed, kOtherKind (another person's file), else kCannotWrite. A
+// success for any other line.
 Status readSaveFailure(const std::string& file, std::string_view line);
 
 }  // namespace morvane

@@ -15,7 +15,7 @@ MStatus runCommand(const MString& command) {
   return MGlobal::executeCommand(command, false, false);
 }
 
-// What a command that asks for a number answers; 0 when it cannot run.
+// The answer of a command that asks for a number; 0 when it cannot run.
 int answerOf(const MString& command) {
   int answer = 0;
   if (MGlobal::executeCommand(command, answer, false, false) != MStatus::kSuccess) return 0;

@@ -19,8 +19,8 @@ MObject getNodeByName(MString name);
 
 MString getNodeName(MObject node);
 
-// What names the node in a command: its name, or for a DAG node whose name occurs again under
-// another parent the end of its path that tells them apart.
+// The node's name for a command. A DAG node whose name occurs again under another parent is named
+// by the end of its path that tells them apart.
 MString commandName(MObject node);
 
 // The first full path of a DAG node.

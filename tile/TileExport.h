@@ -24,7 +24,8 @@ struct TileExport {
   std::size_t goblins = 0;
 };
 
-// Writes nothing. False after any failure, each of which is told; `result` is then of no use.
+// Writes nothing. False after any failure, each of which is reported; `result` must not be used
+// then.
 bool prepareTileExport(const MDagPath& tile, TileMessages& messages, TileExport& result);
 
 }  // namespace morvane

@@ -26,13 +26,13 @@ struct TileGoblin {
   WeldedMesh welded;  // has triangles
   Matrix44 toTile;    // from the mesh's space to tile space
 
-  // How far its farthest vertex lies outside of the tile in x or z, as a share of the tile's side.
-  // 0 within.
+  // How far the goblin's farthest vertex lies outside of the tile in x or z, as a share of the
+  // tile's side; 0 when none does.
   float distanceOutside() const;
 };
 
-// Gives each goblin below the tile to `visit`, in the order of an export. False as soon as a visit
-// is, or, after a line in the log, when a goblin cannot be placed.
+// Calls `visit` with each goblin below the tile, in the order of an export. False once `visit`
+// returns false, and, after a line in the log, when a goblin cannot be placed.
 bool visitGoblins(const TileGround& ground, TileMessages& messages,
                   const std::function<bool(const TileGoblin&)>& visit);
 

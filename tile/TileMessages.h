@@ -5,16 +5,16 @@
 
 namespace morvane {
 
-// Where what is said while a tile is read goes, in order. An export says it; who only asks what an
-// export would say keeps it.
+// Takes the messages that reading a tile gives, in order. An export shows them; a forecast of an
+// export keeps them.
 class TileMessages {
  public:
   virtual ~TileMessages() = default;
 
-  // To the message log: the text as it is, with the line feed that it has or has not.
+  // To the message log, exactly as it is: no line feed is added.
   virtual void log(const std::string& text) = 0;
-  // To the host's error and warning channels, what the log's fixed lines leave out: which file or
-  // node, and why. One line, without a line feed.
+  // To the host's error and warning channels. It says what the log's fixed lines leave out: which
+  // file or node, and why. One line, without a line feed.
   virtual void explain(const std::string& text) = 0;
   virtual void warn(const std::string& text) = 0;
 

@@ -15,14 +15,13 @@ struct TileTextureNode {
   std::string name;  // empty: there is none
 };
 
-// That which the colour of the tile's own mesh comes from, the first of several.
+// The file texture from which the tile's own mesh takes its colour; the first of several.
 TileTextureNode textureOfTile(const MDagPath& tile);
 
 // Every transform directly below the world, in the order of the scene: where tiles stand.
 std::vector<MDagPath> topTransforms();
 
-// Those whose own mesh has such a texture. What is among them can still be refused by an export,
-// which says why.
+// Those of them whose own mesh has such a texture. An export may still refuse some, and says why.
 std::vector<MDagPath> texturedTiles();
 
 }  // namespace morvane

@@ -18,7 +18,7 @@ bool isPsdName(const SplitPath& path) {
   return extension == ".psd";
 }
 
-// The first layer that an export of a TGA texture does not make; null when there is none.
+// The first layer that no export of a TGA texture makes; null when there is none.
 const PsdLayer* foreignLayer(const PsdDocument& document) {
   for (std::size_t i = 0; i < document.layers.size(); ++i) {
     const PsdLayer& layer = document.layers[i];

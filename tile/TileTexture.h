@@ -23,14 +23,14 @@ struct ExistingFile {
 ExistingFile lookAt(const std::string& file);
 
 // Why an export must not replace the file that tileFileOf() gives for a texture of another kind: it
-// holds what no export writes, so that it is somebody's ("picture (it has the layer "a"), which an
-// export of b.tga would replace; ..."). Empty when it may, when there is
-// none, and for a PSD texture. `found` becomes the identity of the file that was looked at, not
-// known when there is none.
+// holds what no export writes, so somebody made it ("picture (it has the layer "a"), which an
+// export of b.tga would replace; ..."). Empty when the export may replace it, when there is no
+// file, and for a PSD texture. `found` becomes the identity of the file that was looked at; unknown
+// when there is none.
 std::string whyNotReplaced(const std::string& texture, FileIdentity& found);
 
-// Takes earlier goblins out of a texture. kUnsupported when they could only be added to what others
-// would take for goblins: the bottom layer, which always stays, has their layer's name.
+// Removes earlier goblins from a texture. kUnsupported when the bottom layer has the name of the
+// goblins' layer: that layer always stays, and readers would take it for the goblins.
 Status removeGoblins(PsdDocument& document);
 
 }  // namespace morvane
