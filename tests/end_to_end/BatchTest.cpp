@@ -22,7 +22,7 @@ class Batch : public ProgramTest {
     write("one/b.tga", tgaBytes(32, 32));
   }
 
-  const std::string scenes_ = " one/a.ma two/b.ma broken.ma c.ma --map P:/art=art ";
+  const std::string scenes_ = " one/a.ma two/b.ma broken.ma c.ma --map P:/art=art --ordered ";
 };
 
 TEST_F(Batch, GoesOnAfterAFailedSceneAndSumsUp) {
@@ -234,7 +234,7 @@ TEST_F(Batch, ADamagedSceneIsExportedAndTold) {
 TEST_F(Batch, ShowsABarOnATerminal) {
   if (!hasCommand("script")) GTEST_SKIP() << "there is no command to make a terminal";
   const Outcome outcome =
-      shell("script -qec \"$morvane export one/a.ma c.ma --map P:/art=art\" /dev/null");
+      shell("script -qec \"$morvane export --jobs 1 one/a.ma c.ma --map P:/art=art\" /dev/null");
   EXPECT_EQ(outcome.status, 0);
   EXPECT_NE(outcome.out.find("[#####---------------]  25%  scene 1/2 tile 2/2 |tile2"),
             std::string::npos)

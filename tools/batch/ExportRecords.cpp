@@ -65,8 +65,8 @@ nlohmann::ordered_json warningsJson(const TileOutcome& tile) {
   return warnings;
 }
 
-void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
-                          const std::string& texture) {
+std::string tileRecord(const std::string& scene, const TileOutcome& tile,
+                       const std::string& texture) {
   Json record = emptyRecord(scene);
   if (!tile.path.empty()) record["tile"] = toUtf8(tile.path);
   const std::string file = texture.empty() ? "" : writtenFile(texture);
@@ -79,16 +79,16 @@ void ExportRecords::write(const std::string& scene, const TileOutcome& tile,
     record["texture"] = toUtf8(file);
     addCounts(file, record);
   }
-  output_.writeLine(printableJson(record.dump()));
+  return printableJson(record.dump());
 }
 
-void ExportRecords::writeScene(const std::string& scene, const host::SceneProblems& problems,
-                               const std::string& error, ExitStatus status) {
+std::string sceneRecord(const std::string& scene, const host::SceneProblems& problems,
+                        const std::string& error, ExitStatus status) {
   Json record = emptyRecord(scene);
   record["warnings"] = warningsOf(problems);
   if (!error.empty()) record["error"] = toUtf8(error);
   record["status"] = status;
-  output_.writeLine(printableJson(record.dump()));
+  return printableJson(record.dump());
 }
 
 }  // namespace tools

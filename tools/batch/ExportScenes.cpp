@@ -1,23 +1,23 @@
 #include "tools/batch/ExportScenes.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <set>
+#include <vector>
 
 #include "host/Host.h"
-#include "host/text/Text.h"
+#include "tools/batch/BatchSummary.h"
+#include "tools/batch/ExportMessages.h"
 #include "tools/batch/ExportRecords.h"
-#include "tools/batch/ExportReport.h"
-#include "tools/batch/OutputWatch.h"
-#include "tools/batch/Refusals.h"
+#include "tools/batch/SceneExport.h"
 #include "tools/batch/SharedTextures.h"
-#include "tools/scene/SceneDamage.h"
-#include "tools/scene/TileCandidates.h"
-#include "tools/scene/TileSelection.h"
-#include "tools/terminal/Activity.h"
+#include "tools/batch/UnusedMaps.h"
+#include "tools/jobs/JobPool.h"
+#include "tools/jobs/Turns.h"
 #include "tools/terminal/InterruptNotice.h"
+#include "tools/terminal/OutputAside.h"
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/ProgressBar.h"
 #include "tools/terminal/Text.h"
@@ -25,254 +25,137 @@
 namespace tools {
 namespace {
 
-constexpr std::size_t kMostNamed = 20;  // failed scenes
-constexpr int kMostRepeats = 3;         // of tiles whose files others changed meanwhile
-
 class Batch {
  public:
-  explicit Batch(const ExportJob& job) : job_(job), bar_(standardErrorIsTerminal()) {
+  explicit Batch(const ExportJob& job)
+      : job_(job), bar_(standardErrorIsTerminal()), summary_(job.scenes.size()) {
     if (job.json) records_.emplace();
     for (const std::string& scene : job.scenes) paths_.push_back(absoluteName(scene));
-    host::beforeMessages([this](std::string_view line) {
-      bar_.hide();
-      if (report_) report_->readHostLine(line);
-    });
   }
-  ~Batch() { host::beforeMessages({}); }
-  Batch(const Batch&) = delete;
-  Batch& operator=(const Batch&) = delete;
 
   ExitStatus run() {
     morvane::Status started;
-    ExitStatus worst = startSession("", job_.opening, &started);
-    if (worst != kDone) return failAll(started.text(), worst);
+    const ExitStatus status = startSession("", job_.opening, &started);
+    if (status != kDone) return failAll(started.text(), status);
     InterruptNotice notice(paths_.size());
-    for (; scene_ < paths_.size(); ++scene_) {
-      worst = std::max(worst, exportScene());
-      notice.finishScene();
-    }
-    reportUnusedMaps();
-    if (paths_.size() > 1) summarise();
-    if (!records_ || records_->ok()) return worst;
-    complain(
-        "standard output could not be written: records of tiles are missing; is the disk full?");
-    return std::max(worst, kFailed);
+    notice_ = &notice;
+    const bool printed = job_.processes > 1 ? runPool() : runHere();
+    bar_.hide();
+    unusedMaps_.report();
+    summary_.tell();
+    if (printed && (!records_ || records_->ok())) return summary_.worst();
+    complain(records_ ? "standard output could not be written: records of tiles are missing; is "
+                        "the disk full?"
+                      : "the output of the scenes could not be passed on; is the disk full?");
+    return std::max(summary_.worst(), kFailed);
   }
 
-  // Of the scene at hand, in which these problems were found.
-  ExitStatus exportOpened(const host::SceneProblems& problems) {
-    std::string error;
-    if (!selectTiles(name(), job_.nodes, problems, error))
-      return failScene(problems, error, kFailed);
-    if (records_ && !problems.list.empty()) {
-      records_->writeScene(name(), problems, damageOf(problems),
-                           problems.damages == 0 ? kDone : kFailed);
-    }
-    const ExitStatus exported = exportSelected(problems.damages != 0);
-    return std::max(exported, reportDamage(name(), problems));
+  ExitStatus exportOpened() {
+    SceneExport scenes(job_, textures_, bar_,
+                       {[this](const SceneProgress& progress) { show(0, progress); }, {}});
+    finish(0, scenes.exportOpened(job_.scenes[0], {}));
+    return summary_.worst();
   }
 
  private:
-  const std::string& name() const { return job_.scenes[scene_]; }
-
-  ExitStatus exportScene() {
-    nowDoing("opening", name());
-    bar_.show(doneSoFar(0, 1), currentActivity());
-    const morvane::Status opened = host::openScene(paths_[scene_]);
-    bar_.hide();
-    const host::SceneProblems problems = host::takeSceneProblems();
-    return opened.ok() ? exportOpened(problems) : failScene(problems, opened.text(), kNotLoaded);
+  bool runHere() {
+    std::size_t scene = 0;
+    SceneExport scenes(job_, textures_, bar_,
+                       {[&](const SceneProgress& progress) { show(scene, progress); }, {}});
+    for (; scene < paths_.size(); ++scene)
+      finish(scene, scenes.exportScene(job_.scenes[scene], paths_[scene]));
+    return true;
   }
 
-  ExitStatus exportSelected(bool isDamaged) {
-    nowDoing("exporting", name());
-    const auto tiles = selectedCandidates();
-    ExportReport report(name(), tiles,
-                        [this, begun = std::size_t{0}, total = tiles.size()](
-                            const TileOutcome& tile) mutable { showTile(tile, begun++, total); });
-    report_ = &report;
-    bool heard = true;
-    bool executed = refuseTiles(report) && exportHeard(report, heard);
-    for (int again = 0; again < kMostRepeats && heard; ++again) {
-      const auto changed = report.takeChanged();
-      if (changed.empty()) break;
-      bar_.hide();
-      complain("somebody saved the texture of " + counted(changed.size(), "tile") +
-               " meanwhile: exporting again");
-      executed = selectOnly(changed) && exportHeard(report, heard) && executed;
-    }
-    report_ = nullptr;
-    bar_.hide();
-    if (!heard) {
-      complain(
-          "standard output could not be written, so nobody can tell whether every tile was "
-          "exported; is the disk full?");
-    }
-    const bool nothingLost = settle(report);
-    const bool allExported = report.conclude();
-    keep(report, isDamaged);
-    return executed && heard && allExported && nothingLost ? kDone : kFailed;
+  bool runPool() {
+    Turns turns(paths_.size());
+    JobCalls calls;
+    calls.order = [&](std::size_t scene) { return orderOf(scene); };
+    calls.answer = [&](std::size_t scene, const Message& question) {
+      const auto files = question.get<std::set<std::string>>();
+      turns.await(scene, files);
+      const std::lock_guard<std::mutex> lock(texturesMutex_);
+      return messageOf(textures_.knownOf(files));
+    };
+    calls.hear = [&](std::size_t scene, const Message& news) { hear(scene, news); };
+    calls.leave = [&](std::size_t scene) { turns.end(scene); };
+    calls.lose = [&](std::size_t scene, const std::string& why) { return lostMessage(scene, why); };
+    calls.finish = [&](std::size_t scene, const Message& result) {
+      finish(scene, resultOf(result));
+    };
+    calls.makeRoom = [&](const std::function<void()>& print) { bar_.makeRoom(print); };
+    return runJobs({"--worker"}, {paths_.size(), job_.processes, job_.ordered}, calls);
   }
 
-  // Takes tiles out of the selection that must not be exported.
-  bool refuseTiles(ExportReport& report) {
-    std::string script;
-    for (const Refusal& refusal : refusals(name(), selectedCandidates(), textures_)) {
-      report.refuse(refusal);
-      script += "select -deselect " + host::mel::quoted(refusal.tile) + "; ";
-    }
-    return script.empty() || host::execute(script, "selection");
+  Message orderOf(std::size_t scene) const {
+    Message order = messageOf(job_);
+    order["do"] = "export";
+    order["scene"] = job_.scenes[scene];
+    order["path"] = paths_[scene];
+    return order;
   }
 
-  static bool selectOnly(const std::vector<std::string>& paths) {
-    std::string script = "select -clear; ";
-    for (const std::string& path : paths) script += "select -add " + host::mel::quoted(path) + "; ";
-    return host::execute(script, "selection");
+  void hear(std::size_t scene, const Message& news) {
+    if (news.contains("show")) return show(scene, progressOf(news["show"]));
+    unusedMaps_.add(news.at("unusedMaps"));
+    const std::lock_guard<std::mutex> lock(texturesMutex_);
+    textures_.learn(news.at("files"), knownOf(news.at("known")));
   }
 
-  // Exports the selection while the report hears what the plug-in says.
-  bool exportHeard(ExportReport& report, bool& heard) {
-    const auto tiles = selectedCandidates();
-    OutputWatch watch([&report](std::string_view line) { report.readLine(line); },
-                      [this](const std::function<void()>& write) { bar_.makeRoom(write); },
-                      !job_.quiet);
-    const bool executed = tiles.empty() || exportRounds(tiles);
-    heard = watch.finish() && heard;
-    return executed;
+  Message lostMessage(std::size_t scene, const std::string& why) const {
+    const std::string error = "its export " + why;
+    complain(printable(job_.scenes[scene]) + ": " + error +
+             "; its textures are as they were or whole; the other scenes go on");
+    SceneResult result;
+    result.status = kFailed;
+    result.failedScenes = {job_.scenes[scene]};
+    if (job_.json) result.records = {sceneRecord(job_.scenes[scene], {}, error, kFailed)};
+    return messageOf(result);
   }
 
-  // All that is selected; tiles with one texture not in one go, so that what each writes is seen.
-  bool exportRounds(const std::vector<TileCandidate>& tiles) {
-    bool ok = true;
-    const auto rounds = SharedTextures::rounds(tiles);
-    for (std::size_t i = 0; i < rounds.size(); ++i) {
-      if (rounds.size() > 1) ok = selectRound(tiles, rounds, i) && ok;
-      textures_.beginRound(tiles, rounds[i]);
-      ok = host::execute("exportTile", "exportTile") && ok;
-      textures_.endRound();
-    }
-    return ok;
-  }
-
-  // The first round is what is left of the selection without the others.
-  static bool selectRound(const std::vector<TileCandidate>& tiles,
-                          const std::vector<std::vector<std::size_t>>& rounds, std::size_t round) {
-    std::string script = round == 0 ? "" : "select -clear; ";
-    for (std::size_t i = round == 0 ? 1 : round; i < rounds.size(); ++i) {
-      for (const std::size_t tile : rounds[i]) {
-        script += (round == 0 ? "select -deselect " : "select -add ") +
-                  host::mel::quoted(tiles[tile].path) + "; ";
-      }
-      if (round != 0) break;
-    }
-    return host::execute(script, "selection");
-  }
-
-  // Tiles whose goblins are gone have failed after all. False when they are another scene's.
-  bool settle(ExportReport& report) {
-    bool ok = true;
-    const auto isExported = [&](const std::string& tile) { return report.isExported(tile); };
-    for (const SharedTextures::Loss& loss : textures_.settle(name(), isExported)) {
-      report.markLost(loss);
-      for (const SharedTextures::Tile& tile : loss.lost) {
-        if (tile.scene != name()) {
-          markEarlierLost(tile, loss.errorOf(tile));
-          ok = false;
-        }
+  void show(std::size_t scene, const SceneProgress& progress) {
+    shares_[scene] = static_cast<double>(progress.number) /
+                     static_cast<double>(std::max<std::size_t>(progress.tiles, 1));
+    std::string what = "opening " + printable(job_.scenes[scene]);
+    if (!progress.tile.empty()) {
+      what = std::to_string(progress.number + 1) + "/" + std::to_string(progress.tiles) + " " +
+             printable(progress.tile);
+      if (paths_.size() > 1) {
+        what = "scene " + std::to_string(scene + 1) + "/" + std::to_string(paths_.size()) +
+               " tile " + what;
       }
     }
-    return ok;
+    double done = static_cast<double>(finished_);
+    for (const auto& share : shares_) done += share.second;
+    bar_.show(done / static_cast<double>(paths_.size()), what);
   }
 
-  void markEarlierLost(const SharedTextures::Tile& tile, const std::string& error) {
-    failedScenes_.insert(tile.scene);
-    --exportedTiles_;
-    ++failedTiles_;
-    complain(printable(tile.scene) + ": " + printable(tile.path) + ": " + printable(error) + "; " +
-             SharedTextures::Loss::kAdvice);
-    if (records_) records_->write(tile.scene, {tile.path, error, {}, 0, {}, ""}, "");
-  }
-
-  double doneSoFar(std::size_t tile, std::size_t tiles) const {
-    const double inScene =
-        static_cast<double>(tile) / static_cast<double>(std::max<std::size_t>(tiles, 1));
-    return (static_cast<double>(scene_) + inScene) / static_cast<double>(paths_.size());
-  }
-
-  void showTile(const TileOutcome& tile, std::size_t number, std::size_t tiles) {
-    std::string what =
-        std::to_string(number + 1) + "/" + std::to_string(tiles) + " " + printable(tile.path);
-    if (paths_.size() > 1) {
-      what = "scene " + std::to_string(scene_ + 1) + "/" + std::to_string(paths_.size()) +
-             " tile " + what;
-    }
-    bar_.show(doneSoFar(number, tiles), what);
+  void finish(std::size_t scene, const SceneResult& result) {
+    shares_.erase(scene);
+    ++finished_;
+    for (const std::string& record : result.records) records_->writeLine(record);
+    bar_.hide();
+    summary_.add(scene, job_.scenes[scene], result);
+    if (notice_) notice_->finishScene();
   }
 
   ExitStatus failAll(const std::string& error, ExitStatus status) {
     for (const std::string& scene : job_.scenes)
-      if (records_) records_->writeScene(scene, {}, error, status);
+      if (records_) records_->writeLine(sceneRecord(scene, {}, error, status));
     return status;
-  }
-
-  ExitStatus failScene(const host::SceneProblems& problems, const std::string& error,
-                       ExitStatus status) {
-    failedScenes_.insert(name());
-    if (records_) records_->writeScene(name(), problems, error, status);
-    tell("not exported");
-    return status;
-  }
-
-  void keep(const ExportReport& report, bool isDamaged) {
-    const std::size_t failed = report.failures();
-    if (failed != 0 || isDamaged) failedScenes_.insert(name());
-    failedTiles_ += failed;
-    exportedTiles_ += report.tiles().size() - failed;
-    if (records_)
-      for (const TileOutcome& tile : report.tiles())
-        records_->write(name(), tile, report.textureOf(tile.path));
-    tell(counted(report.tiles().size() - failed, "tile") + " exported" +
-         (failed == 0 ? "" : ", " + std::to_string(failed) + " failed") +
-         (isDamaged ? "; the scene is damaged" : ""));
-  }
-
-  // Where no bar shows how far it is, a line for each of several scenes does.
-  void tell(const std::string& outcome) const {
-    if (paths_.size() == 1 || standardErrorIsTerminal()) return;
-    complain(std::to_string(scene_ + 1) + "/" + std::to_string(paths_.size()) + " " +
-             printable(name()) + ": " + outcome);
-  }
-
-  void summarise() const {
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start_;
-    char seconds[32];
-    std::snprintf(seconds, sizeof seconds, "%.1f s", time.count());
-    complain(counted(paths_.size(), "scene") + ", " + std::to_string(failedScenes_.size()) +
-             " with failures; " + counted(exportedTiles_, "tile") + " exported, " +
-             std::to_string(failedTiles_) + " failed; " + seconds);
-    // Once more, where they do not scroll away.
-    std::size_t left = failedScenes_.size();
-    for (const std::string& scene : failedScenes_) {
-      if (failedScenes_.size() - left == kMostNamed) {
-        complain("... and " + std::to_string(left) + " more");
-        break;
-      }
-      complain("with failures: " + printable(scene));
-      --left;
-    }
   }
 
   const ExportJob& job_;
   std::vector<std::string> paths_;  // absolute, before a scene moves the working folder
-  std::optional<ExportRecords> records_;
+  std::optional<OutputAside> records_;
   SharedTextures textures_;
+  std::mutex texturesMutex_;
   ProgressBar bar_;
-  ExportReport* report_ = nullptr;  // of the export that is going on
-  std::size_t scene_ = 0;
-  std::set<std::string> failedScenes_;
-  std::size_t exportedTiles_ = 0;
-  std::size_t failedTiles_ = 0;
-  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  BatchSummary summary_;
+  std::map<std::size_t, double> shares_;  // of the scenes at work, what is done of each
+  std::size_t finished_ = 0;
+  UnusedMaps unusedMaps_;
+  InterruptNotice* notice_ = nullptr;
 };
 
 }  // namespace
@@ -282,7 +165,35 @@ ExitStatus exportScenes(const ExportJob& job) {
 }
 
 ExitStatus exportOpenScene(const ExportJob& job) {
-  return Batch(job).exportOpened({});
+  return Batch(job).exportOpened();
+}
+
+void exportOrdered(JobWorker& worker, Message order) {
+  const ExportJob job = jobOf(order);
+  std::optional<OutputAside> aside;
+  if (job.json) aside.emplace();
+  SharedTextures textures;
+  ProgressBar bar(false);
+  std::set<std::string> files;
+  const auto begin = [&](const std::vector<TileCandidate>& tiles) {
+    files = SharedTextures::filesOf(tiles);
+    worker.tell({{"question", files}});
+    textures.learn(files, knownOf(worker.nextOrder()));
+  };
+  const auto show = [&](const SceneProgress& progress) {
+    worker.tell({{"news", {{"show", messageOf(progress)}}}});
+  };
+  startSession("", job.opening);
+  SceneExport scenes(job, textures, bar, {show, begin});
+  for (;; order = worker.nextOrder()) {
+    files.clear();
+    const SceneResult result = scenes.exportScene(order.at("scene"), order.at("path"));
+    worker.tell({{"news",
+                  {{"unusedMaps", host::unusedFolders()},
+                   {"files", files},
+                   {"known", messageOf(textures.knownOf(files))}}}});
+    worker.finish(messageOf(result));
+  }
 }
 
 }  // namespace tools

@@ -49,6 +49,33 @@ std::string writtenFile(const std::string& texture) {
   return absoluteName(morvane::tileFileOf(texture));
 }
 
+std::set<std::string> SharedTextures::filesOf(const std::vector<TileCandidate>& tiles) {
+  std::set<std::string> files;
+  for (const TileCandidate& tile : tiles)
+    if (!tile.texture.empty()) files.insert(identityOf(tile.texture));
+  return files;
+}
+
+SharedTextures::Known SharedTextures::knownOf(const std::set<std::string>& files) const {
+  Known known;
+  for (const std::string& file : files) {
+    const auto owners = known_.owners.find(file);
+    if (owners != known_.owners.end()) known.owners.insert(*owners);
+    const auto texture = known_.psdTextures.find(file);
+    if (texture != known_.psdTextures.end()) known.psdTextures.insert(*texture);
+  }
+  return known;
+}
+
+void SharedTextures::learn(const std::set<std::string>& files, const Known& known) {
+  for (const std::string& file : files) {
+    known_.owners.erase(file);
+    known_.psdTextures.erase(file);
+  }
+  known_.owners.insert(known.owners.begin(), known.owners.end());
+  known_.psdTextures.insert(known.psdTextures.begin(), known.psdTextures.end());
+}
+
 std::vector<Refusal> SharedTextures::claims(const std::string& scene,
                                             const std::vector<TileCandidate>& tiles) {
   const auto isPsd = [](const TileCandidate& tile) {
@@ -56,12 +83,12 @@ std::vector<Refusal> SharedTextures::claims(const std::string& scene,
   };
   for (const TileCandidate& tile : tiles)
     if (!tile.texture.empty() && isPsd(tile))
-      psdTextures_.try_emplace(identityOf(tile.texture), Tile{scene, tile.path});
+      known_.psdTextures.try_emplace(identityOf(tile.texture), Tile{scene, tile.path});
   std::vector<Refusal> claims;
   for (const TileCandidate& tile : tiles) {
     if (tile.texture.empty() || isPsd(tile)) continue;
-    const auto owner = psdTextures_.find(identityOf(tile.texture));
-    if (owner != psdTextures_.end()) {
+    const auto owner = known_.psdTextures.find(identityOf(tile.texture));
+    if (owner != known_.psdTextures.end()) {
       const Tile& other = owner->second;
       claims.push_back({tile.path,
                         tile.texture + " would be written as " + writtenFile(tile.texture) +
@@ -97,7 +124,7 @@ void SharedTextures::beginRound(const std::vector<TileCandidate>& tiles,
     if (tiles[i].texture.empty()) continue;
     Write write{tiles[i].path, identityOf(tiles[i].texture), std::nullopt};
     const bool isWritten =
-        owners_.count(write.file) != 0 ||
+        known_.owners.count(write.file) != 0 ||
         std::any_of(writes_.begin(), writes_.begin() + static_cast<std::ptrdiff_t>(roundStart_),
                     [&](const Write& earlier) { return earlier.file == write.file; });
     if (isWritten) write.before = hashOfGoblins(write.file);
@@ -126,7 +153,7 @@ std::vector<SharedTextures::Loss> SharedTextures::settle(
   std::vector<Loss> losses;
   for (const Write& write : std::exchange(writes_, {})) {
     if (!isExported(write.path)) continue;
-    std::vector<Tile>& owners = owners_[write.file];
+    std::vector<Tile>& owners = known_.owners[write.file];
     const Tile tile{scene, write.path};
     if (write.changed && !owners.empty())
       losses.push_back({std::exchange(owners, {}), tile, write.file});

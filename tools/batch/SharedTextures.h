@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,18 @@ class SharedTextures {
     static constexpr const char* kAdvice = "give each tile a texture of its own, and export again";
   };
 
+  // Whose goblins a file holds and whose texture it is, of some files.
+  struct Known {
+    std::map<std::string, std::vector<Tile>> owners;  // of the goblins in each file
+    std::map<std::string, Tile> psdTextures;          // whose texture each file is
+  };
+
+  // The files that an export of these tiles writes, each under one name whatever links lead to it.
+  static std::set<std::string> filesOf(const std::vector<TileCandidate>& tiles);
+  // For another process, which learns it in place of what it knew of these files.
+  Known knownOf(const std::set<std::string>& files) const;
+  void learn(const std::set<std::string>& files, const Known& known);
+
   // Tiles that would write the PSD file beside their textures over the texture of another tile, of
   // this scene or one before.
   std::vector<Refusal> claims(const std::string& scene, const std::vector<TileCandidate>& tiles);
@@ -70,11 +83,10 @@ class SharedTextures {
     bool changed = false;
   };
 
-  std::map<std::string, std::vector<Tile>> owners_;  // of the goblins in each file
-  std::map<std::string, std::size_t> foreseen_;      // hash of the goblins in each file
-  std::map<std::string, Tile> psdTextures_;          // whose texture each file is
-  std::vector<Write> writes_;                        // of this scene, in order
-  std::size_t roundStart_ = 0;                       // in `writes_`
+  Known known_;
+  std::map<std::string, std::size_t> foreseen_;  // hash of the goblins in each file
+  std::vector<Write> writes_;                    // of this scene, in order
+  std::size_t roundStart_ = 0;                   // in `writes_`
 };
 
 }  // namespace tools

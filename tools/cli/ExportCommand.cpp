@@ -10,6 +10,7 @@
 #include "tools/batch/ExportScenes.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
+#include "tools/jobs/JobPool.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/SceneEvaluation.h"
 #include "tools/scene/SceneOpener.h"
@@ -29,13 +30,14 @@ constexpr const char* kFooter =
     "Examples:\n"
     "  morvane export level.ma                    every tile, into its texture\n"
     "  morvane export level.ma 'shore*' pond      only these tiles\n"
-    "  morvane export scenes/*.ma --json          many scenes; a record for each tile\n"
+    "  morvane export scenes/*.ma --json          many scenes on all cores, as JSON\n"
     "  morvane export level.ma pond --to pond.psd one tile into a file of its own";
 
 struct Options {
   std::vector<std::string> words;  // scenes, then nodes
   std::string to;
   OpeningOptions opening;
+  JobOptions jobs;
   std::optional<std::uint32_t> waitSeconds;
   bool inPlace = false;
   bool force = false;
@@ -74,11 +76,14 @@ bool isInOrder(const std::vector<std::string>& words) {
 ExportJob jobOf(const Options& options) {
   const auto& words = options.words;
   const auto firstNode = std::find_if_not(words.begin() + 1, words.end(), isSceneName);
+  const auto scenes = static_cast<std::size_t>(firstNode - words.begin());
   return {{words.begin(), firstNode},
           {firstNode, words.end()},
           options.opening,
           options.json,
-          options.quiet || (options.json && standardErrorIsTerminal())};
+          options.quiet || (options.json && standardErrorIsTerminal()),
+          jobsFor(options.jobs.asked, scenes),
+          options.jobs.ordered};
 }
 
 // Through the translator, into a file of its own.
@@ -151,6 +156,7 @@ void addExport(CLI::App& program, int& status) {
       ->type_name("SECONDS");
   command->add_flag("--in-place", options->inPlace,
                     "Write into the texture: keeps hard links, not atomic");
+  addJobOptions(*command, options->jobs);
   addFolderOptions(*command, options->opening);
   addFrameOption(*command, options->opening);
   command->footer(kFooter);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "tools/jobs/JobPool.h"
 #include "tools/terminal/Text.h"
 #include "util/FileExtension.h"
 #include "util/FileFacts.h"
@@ -30,6 +31,23 @@ const OutputKind kSceneOutput = {"only Maya ASCII", {".ma"}};
 
 void checkOutput(CLI::Option& option, const OutputKind& kind) {
   option.check([kind](const std::string& name) { return whyNoOutput(name, kind); }, "");
+}
+
+void addJobOptions(CLI::App& command, JobOptions& jobs) {
+  command.add_option("--jobs", jobs.asked, "So many scenes at once (of several: as cores)")
+      ->type_name("N")
+      ->check(
+          [](const std::string& text) {
+            char* end = nullptr;
+            const unsigned long number = std::strtoul(text.c_str(), &end, 10);
+            const bool isNumber = !text.empty() && text[0] != '-' && *end == '\0';
+            return isNumber && number >= 1 && number <= kMostJobs
+                       ? std::string()
+                       : "needs a number from 1 to " + std::to_string(kMostJobs) + ", not " +
+                             printable(text);
+          },
+          "");
+  command.add_flag("--ordered", jobs.ordered, "Output in the order of the command line");
 }
 
 void addFolderOptions(CLI::App& command, OpeningOptions& opening) {

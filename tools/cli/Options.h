@@ -21,6 +21,14 @@ extern const OutputKind kSceneOutput;  // Maya ASCII
 // text, for one, which a script's unset variable leaves.
 void checkOutput(CLI::Option& option, const OutputKind& kind);
 
+// How a subcommand's scenes are shared out among processes.
+struct JobOptions {
+  unsigned asked = 0;  // processes; 0: as many as there are cores
+  bool ordered = false;
+};
+// Gives a subcommand the options --jobs and --ordered.
+void addJobOptions(CLI::App& command, JobOptions& jobs);
+
 // Gives a subcommand the options --map and --project, which fill `opening` with what was
 // checked.
 void addFolderOptions(CLI::App& command, OpeningOptions& opening);

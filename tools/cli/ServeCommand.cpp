@@ -81,7 +81,7 @@ class Server {
       opened = host::openScene(path);
       status = opened.ok() ? kDone : kNotLoaded;
       const host::SceneProblems problems = host::takeSceneProblems();
-      ExportRecords().writeScene(scene_, problems, damageOf(problems), status);
+      OutputAside().writeLine(sceneRecord(scene_, problems, damageOf(problems), status));
     }
     error_ = opened.text();
     finish(status);

@@ -11,6 +11,7 @@
 #include "tools/cli/Commands.h"
 #include "tools/cli/Manual.h"
 #include "tools/cli/Usage.h"
+#include "tools/cli/Worker.h"
 #include "tools/terminal/Activity.h"
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/Platform.h"
@@ -61,6 +62,8 @@ int run(const std::vector<std::string>& words) {
   for (const AddSubcommand add : kSubcommands) add(program, status);
   std::string templateFile;  // of what is made while the program is built
   program.add_option("--fill-template", templateFile)->group("");
+  std::string channel;
+  program.add_option("--worker", channel)->group("");
   program.footer(kExamples);
   program.failure_message(wrongUsage);
   try {
@@ -71,6 +74,7 @@ int run(const std::vector<std::string>& words) {
     return program.exit(error) == 0 ? kDone : kUsage;
   }
   if (!templateFile.empty()) return printFilled(templateFile, program);
+  if (!channel.empty()) return runWorker(channel);
   if (program.get_subcommands().empty()) {
     std::fputs("morvane: a subcommand is required; morvane --help shows them\n", stderr);
     return kUsage;

@@ -61,7 +61,11 @@ ExitStatus reportDamage(const std::string& scene, const host::SceneProblems& pro
 }
 
 void reportUnusedMaps() {
-  for (const std::string& folder : host::unusedFolders()) {
+  reportUnusedMaps(host::unusedFolders());
+}
+
+void reportUnusedMaps(const std::vector<std::string>& folders) {
+  for (const std::string& folder : folders) {
     complain("--map " + printable(folder) +
              ": no texture and no reference lies in that folder; check how the scene writes it");
   }

@@ -2,6 +2,7 @@
 #define MORVANE_TOOLS_SCENE_SCENEDAMAGE_H_
 
 #include <string>
+#include <vector>
 
 #include "host/Host.h"
 #include "tools/terminal/ExitStatus.h"
@@ -21,8 +22,10 @@ std::string likelyLoss(const host::SceneProblems& problems);
 // kFailed when there was damage.
 ExitStatus reportDamage(const std::string& scene, const host::SceneProblems& problems);
 
-// At the end of a session: names on standard error what --map gave in vain.
+// At the end of a session: names on standard error what --map gave in vain, of this process or in
+// these folders.
 void reportUnusedMaps();
+void reportUnusedMaps(const std::vector<std::string>& folders);
 
 }  // namespace tools
 

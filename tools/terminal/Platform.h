@@ -2,6 +2,7 @@
 #define MORVANE_TOOLS_TERMINAL_PLATFORM_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,7 @@ void letWritesFail();
 // Writes out what standard output holds, unless another thread is at it.
 void flushUnlessBusy();
 
+constexpr int kStandardInput = 0;
 constexpr int kStandardOutput = 1;
 constexpr int kStandardError = 2;
 
@@ -45,6 +47,35 @@ bool redirect(int from, int to);  // makes the descriptor `from` another name of
 std::ptrdiff_t readSome(int file, char* bytes, std::size_t size);  // 0 at the end
 bool writeAll(int file, const char* bytes, std::size_t size);
 void closeFile(int file);
+
+// A file without a name that is gone with its last descriptor; negative on failure.
+int openSpool();
+// The next byte read or written is the first; with `emptied`, of a file without any.
+bool rewindFile(int file, bool emptied);
+std::int64_t fileSize(int file);  // negative on failure
+
+// Another process that runs this program.
+struct ChildProcess {
+  std::intptr_t id = 0;  // 0: none
+};
+
+// What a child gets for its standard input, output and error, and one descriptor beyond.
+struct ChildFiles {
+  int input = -1;
+  int output = -1;
+  int error = -1;
+  int extra = -1;
+};
+
+// Starts this program with these arguments and one more, of which inheritedFile() makes the extra
+// descriptor. Ctrl-C does not end the child: it is to end when its input does. False, with the
+// reason in `error`, when that failed. Calls must not overlap: a child might keep what another is
+// given.
+bool startChild(const std::vector<std::string>& arguments, const ChildFiles& files,
+                ChildProcess& child, std::string& error);
+int inheritedFile(const std::string& argument);
+// Waits until the child has ended, and says how: "ended with status 1".
+std::string waitForEnd(ChildProcess& child);
 
 }  // namespace tools
 

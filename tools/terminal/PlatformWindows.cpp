@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <io.h>
+#include <sys/stat.h>
 #include <windows.h>
 // In this order: the first has what the second needs.
 #include <shellapi.h>
@@ -48,6 +49,15 @@ bool isTerminal(DWORD stream, DWORD& mode) {
   return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
 }
 
+// Another handle of the file that a child may inherit.
+HANDLE inheritable(int file) {
+  HANDLE copy = INVALID_HANDLE_VALUE;
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(file));
+  DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &copy, 0, TRUE,
+                  DUPLICATE_SAME_ACCESS);
+  return copy;
+}
+
 }  // namespace
 
 std::vector<std::string> commandLine(int argc, const char* const* argv) {
@@ -65,7 +75,8 @@ std::vector<std::string> commandLine(int argc, const char* const* argv) {
 }
 
 void prepareStreams() {
-  for (const int stream : {0, kStandardOutput, kStandardError}) _setmode(stream, _O_BINARY);
+  for (const int stream : {kStandardInput, kStandardOutput, kStandardError})
+    _setmode(stream, _O_BINARY);
   for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
     DWORD mode = 0;
     if (!isTerminal(stream, mode)) continue;
@@ -135,6 +146,65 @@ bool writeAll(int file, const char* bytes, std::size_t size) {
 
 void closeFile(int file) {
   _close(file);
+}
+
+int openSpool() {
+  wchar_t folder[MAX_PATH + 1];
+  wchar_t name[MAX_PATH + 1];
+  const DWORD length = GetTempPathW(MAX_PATH + 1, folder);
+  if (length == 0 || length > MAX_PATH || GetTempFileNameW(folder, L"mor", 0, name) == 0) return -1;
+  return _wopen(name, _O_RDWR | _O_BINARY | _O_TEMPORARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+}
+
+bool rewindFile(int file, bool emptied) {
+  return _lseeki64(file, 0, SEEK_SET) == 0 && (!emptied || _chsize_s(file, 0) == 0);
+}
+
+std::int64_t fileSize(int file) {
+  return _filelengthi64(file);
+}
+
+// Not tried on Windows yet. The arguments are this program's own, without blanks or quotes.
+bool startChild(const std::vector<std::string>& arguments, const ChildFiles& files,
+                ChildProcess& child, std::string& error) {
+  wchar_t program[32768];
+  const DWORD length = GetModuleFileNameW(nullptr, program, static_cast<DWORD>(std::size(program)));
+  HANDLE handles[] = {inheritable(files.input), inheritable(files.output), inheritable(files.error),
+                      inheritable(files.extra)};
+  std::wstring line = L"morvane";
+  for (const std::string& argument : arguments)
+    line += L' ' + std::wstring(argument.begin(), argument.end());
+  line += L' ' + std::to_wstring(reinterpret_cast<std::uintptr_t>(handles[3]));
+  STARTUPINFOW start = {};
+  start.cb = sizeof start;
+  start.dwFlags = STARTF_USESTDHANDLES;
+  start.hStdInput = handles[0];
+  start.hStdOutput = handles[1];
+  start.hStdError = handles[2];
+  PROCESS_INFORMATION process = {};
+  const bool started = length != 0 && length < std::size(program) &&
+                       CreateProcessW(program, line.data(), nullptr, nullptr, TRUE,
+                                      CREATE_NEW_PROCESS_GROUP, nullptr, nullptr, &start, &process);
+  if (!started) error = "system error " + std::to_string(GetLastError());
+  for (const HANDLE handle : handles) CloseHandle(handle);
+  if (started) CloseHandle(process.hThread);
+  child.id = started ? reinterpret_cast<std::intptr_t>(process.hProcess) : 0;
+  return started;
+}
+
+int inheritedFile(const std::string& argument) {
+  const auto handle = static_cast<std::intptr_t>(std::strtoull(argument.c_str(), nullptr, 10));
+  return _open_osfhandle(handle, _O_BINARY | _O_NOINHERIT);
+}
+
+std::string waitForEnd(ChildProcess& child) {
+  const auto process = reinterpret_cast<HANDLE>(child.id);
+  DWORD status = 0;
+  WaitForSingleObject(process, INFINITE);
+  GetExitCodeProcess(process, &status);
+  CloseHandle(process);
+  child.id = 0;
+  return "ended with status " + std::to_string(status);
 }
 
 }  // namespace tools

@@ -1,0 +1,23 @@
+#ifndef MORVANE_TOOLS_BATCH_EXPORTJOB_H_
+#define MORVANE_TOOLS_BATCH_EXPORTJOB_H_
+
+#include <string>
+#include <vector>
+
+#include "tools/scene/Session.h"
+
+namespace tools {
+
+struct ExportJob {
+  std::vector<std::string> scenes;  // as the caller named them; at least one
+  std::vector<std::string> nodes;   // in each scene; none: every tile
+  OpeningOptions opening;
+  bool json = false;
+  bool quiet = false;      // what the plug-in prints is not passed on
+  unsigned processes = 1;  // at work at once
+  bool ordered = false;    // records and output in the order of `scenes`
+};
+
+}  // namespace tools
+
+#endif  // MORVANE_TOOLS_BATCH_EXPORTJOB_H_
