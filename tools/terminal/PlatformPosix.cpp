@@ -79,8 +79,13 @@ std::vector<std::string> commandLine(int argc, const char* const* argv) {
 
 void prepareStreams() {}
 
+// Its handler blocks the signal, which would wait for the handler's end.
 void endByInterrupt(int signal) {
   std::signal(signal, SIG_DFL);
+  sigset_t unblocked;
+  sigemptyset(&unblocked);
+  sigaddset(&unblocked, signal);
+  pthread_sigmask(SIG_UNBLOCK, &unblocked, nullptr);
   std::raise(signal);
   std::abort();
 }
