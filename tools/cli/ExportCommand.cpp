@@ -26,11 +26,9 @@ namespace tools {
 namespace {
 
 constexpr const char* kFooter =
-    "A TGA texture stays as it is, and a PSD file of its name is written beside it.\n"
     "Examples:\n"
-    "  morvane export level.ma                    every tile, into its texture\n"
-    "  morvane export level.ma 'shore*' pond      only these tiles\n"
-    "  morvane export scenes/*.ma --json          many scenes on all cores, as JSON\n"
+    "  morvane export level.ma                    every tile, into its PSD texture\n"
+    "  morvane export scenes/*.ma --json 'po*'    these tiles of many scenes, as JSON\n"
     "  morvane export level.ma pond --to pond.psd one tile into a file of its own";
 
 struct Options {
