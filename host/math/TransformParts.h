@@ -18,7 +18,7 @@ MMatrix rotationMatrix(const Vec3& angles, int order);
 // The angles of a rotation.
 Vec3 anglesOf(const MMatrix& rotation, int order);
 
-// The rotate order that an attribute's number stands for; 0 for what stands for none.
+// The rotate order for an attribute's number; 0 when the number is not one of an order.
 int rotateOrder(double number);
 
 // What a matrix is made of: scale, then shear (xy, xz, yz), then rotation, then translation.

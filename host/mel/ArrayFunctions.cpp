@@ -20,7 +20,7 @@ CommandResult tooLarge() {
   return CommandResult::failure("the array becomes too large");
 }
 
-// Whether texts are compared, and numbers otherwise, is what a function's name says.
+// The function's name says whether texts or numbers are compared.
 template <class Element>
 struct Kind;
 template <>
@@ -136,7 +136,7 @@ CommandResult removeDuplicates(const Arguments& arguments) {
   return give(std::move(left));
 }
 
-// The list that an argument names and a position in it; null when the position is outside.
+// The list of one argument, and a position in it from another; null when the position is outside.
 Strings* placeIn(const Argument& list, const Argument& position, std::size_t most) {
   const int index = valueOf(position).toInt();
   Strings* texts = list.variable == nullptr ? nullptr : list.variable->strings();

@@ -12,7 +12,7 @@ namespace host::mel {
 struct AstNode;
 using AstPtr = std::unique_ptr<AstNode>;
 
-// One construct of a script. What `text` and `children` hold is said beside each kind.
+// One construct of a script. Beside each kind stands what its `text` and `children` hold.
 struct AstNode {
   enum class Kind {
     // Expressions.
@@ -61,7 +61,7 @@ struct AstNode {
   std::vector<AstPtr> children;
 };
 
-// A text with its tree. Procedures keep the script that they stand in alive.
+// A text with its tree. Procedures keep alive the script that declares them.
 struct Script {
   std::string origin;
   std::string text;

@@ -223,8 +223,8 @@ const Command* CommandTable::find(std::string_view name) const {
 
 namespace {
 
-// Whether a plug-in or another version of the host may know the command. In a scene file, texts
-// stand in quotes; and one statement inside another lacks the semicolon before it.
+// Whether a plug-in or another version of the host may know the command. A scene file has texts in
+// quotes; a second statement among the words shows that the semicolon between them is missing.
 bool couldBeCommand(std::string_view name, const Words& words) {
   const bool hasArguments = std::any_of(
       words.begin(), words.end(), [](const Word& word) { return word.quoted || isFlag(word); });

@@ -23,7 +23,7 @@ struct Word {
 };
 using Words = std::vector<Word>;
 
-// "-n", but no quoted text, and nothing that begins like a number.
+// Whether the word is a flag, such as "-n": not quoted, and not the beginning of a number.
 bool isFlag(const Word& word);
 
 // A command as a scene file would have it, without the semicolon.
@@ -136,8 +136,8 @@ class CommandTable {
   void remove(const std::string& name);
   const Command* find(std::string_view name) const;
 
-  // What runs after every command that no scene file runs, for what follows from the scene to keep
-  // up with it; null for nothing.
+  // Runs after every command outside of scene files, so that what follows from the scene keeps up
+  // with it; null for nothing.
   using AfterCommand = void (*)(HostState&);
   void setAfterCommand(AfterCommand action) { afterCommand_ = action; }
   AfterCommand afterCommand() const { return afterCommand_; }
@@ -147,7 +147,7 @@ class CommandTable {
   AfterCommand afterCommand_ = nullptr;
 };
 
-// In a scene file, `isMalformed` tells what no sound one says: see `SceneProblem`.
+// In a scene file, `isMalformed` is set for a statement that no sound file has: see `SceneProblem`.
 CommandResult runCommand(std::string_view name, const Words& words, CommandContext& context);
 
 }  // namespace host::mel

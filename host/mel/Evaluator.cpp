@@ -241,7 +241,8 @@ bool Evaluator::declare(const AstNode& node) {
                 "$" + node.text + " is a global variable of type " + typeName(variable->type()));
   }
   if (node.children.empty()) {
-    // Declaring again at the top level starts afresh; a procedure's `global` only makes visible.
+    // At the top level a second declaration starts afresh; in a procedure `global` only makes a
+    // variable visible.
     if (!node.isGlobal || (variable->matrix() != nullptr && variable->matrix()->rows == 0))
       *variable = initialOf(node);
     return true;

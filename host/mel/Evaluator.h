@@ -15,8 +15,8 @@
 
 namespace host::mel {
 
-// Levels of evaluation, over procedures and over scripts that scripts run. Each takes some hundred
-// bytes of stack, several thousand where sanitizers widen them.
+// The most levels of evaluation, over procedures and over scripts that scripts run. Each takes some
+// hundred bytes of stack, or several thousand with sanitizers.
 constexpr int kMaxEvaluationDepth = 1500;
 
 struct Procedure {
@@ -103,7 +103,8 @@ class Evaluator {
   bool callCommand(const AstNode& node, const std::vector<Argument>& arguments, Value& value);
   bool evaluateCatch(const AstNode& node, Value& value);
 
-  // False, with the failure, when one more level of evaluation is too deep or one step too many.
+  // Goes one level of evaluation down. False, with the failure, at the last level and after the
+  // last step.
   bool mayEnter(const AstNode& node);
   bool fitsLimits(const AstNode& node, const Value& value);
 

@@ -56,7 +56,7 @@ bool Evaluator::bindParameters(const AstNode& node, const AstNode& procedure,
   for (std::size_t i = 0; i < count; ++i) {
     const AstNode& parameter = *procedure.children[i];
     Argument& argument = arguments[i];
-    // Arrays are handed over themselves, all else by value.
+    // Arrays are passed by reference, all else by value.
     if (argument.variable != nullptr && argument.variable->type() == parameter.type) {
       frame.variables.emplace_back(parameter.text, argument.variable);
       continue;

@@ -9,7 +9,8 @@ using Kind = AstNode::Kind;
 }  // namespace
 
 bool Evaluator::evaluate(const AstNode& node, Value& value) {
-  // Counts as a statement does; the depth of expressions alone is bounded by the parser.
+  // An expression counts as one step, like a statement. Only the parser bounds the depth of
+  // expressions.
   ++state_.depth;
   const bool ok = mayEnter(node) && evaluateInside(node, value) && fitsLimits(node, value);
   --state_.depth;

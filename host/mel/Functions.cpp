@@ -49,7 +49,8 @@ CommandResult toUpper(const Arguments& arguments) {
   return give(mapText(textOf(arguments, 0), upper));
 }
 
-// Positions count from 1, both ends included; a range that is not inside gives the empty text.
+// Positions count from 1, both ends included. A range that does not lie inside gives the empty
+// text.
 CommandResult substring(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const int first = valueOf(arguments[1]).toInt();

@@ -152,7 +152,8 @@ std::string Interpreter::findScript(const std::string& name) const {
     folders = state_->scriptFolders;
     for (std::string& folder : foldersOf("MAYA_SCRIPT_PATH")) folders.push_back(std::move(folder));
   }
-  // Last: a file that lies where somebody happens to work must not pass for a plug-in's script.
+  // The caller's folder comes last: a file that happens to lie there must not pass for a plug-in's
+  // script.
   folders.push_back(state_->callerFolder);
   for (const std::string& folder : folders) {
     std::string found = asScript(resolvedPath(name, folder));

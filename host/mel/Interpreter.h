@@ -27,14 +27,15 @@ struct Failure {
   std::string describe() const;  // "scene.ma:3:14: no object named 'x'"
 };
 
-// What running a text came to: the value of its last command, or why it stopped.
+// The result of running a text: the value of its last command, or why it stopped.
 struct Outcome {
   bool ok = true;
   Value value;
   Failure failure;
 };
 
-// What a script may take. What goes over one is an error of the script, not the end of the process.
+// The most that a script may take. To go over a limit is an error of the script; the process goes
+// on.
 struct Limits {
   std::uint64_t steps = UINT64_MAX;  // statements and expressions evaluated, until the next reset
   std::size_t textSize = std::size_t{256} << 20;  // bytes of one text
@@ -83,9 +84,9 @@ class Interpreter {
   // Searched for scripts before MAYA_SCRIPT_PATH, and that before the caller's folder.
   void addScriptFolder(const std::string& folder);
 
-  // The path of a script, ".mel" being added when needed; empty when there is none. A name with a
-  // folder in it is relative to the caller's folder; one without is that of the first of the script
-  // folders that has it, the caller's being the last.
+  // The path of a script; empty when there is none. ".mel" is appended when it is missing. A name
+  // with a folder in it is relative to the caller's folder. Any other name is looked for in the
+  // script folders, and last in the caller's folder.
   std::string findScript(const std::string& name) const;
 
  private:

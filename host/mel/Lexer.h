@@ -26,12 +26,12 @@ class Lexer {
  public:
   explicit Lexer(std::string_view text) : text_(text) {}
 
-  // The first token at or behind `offset` as an expression sees it. kBad: text that no token begins
-  // with, or a literal without an end.
+  // The first token at or behind `offset`, read as part of an expression. kBad: text with which no
+  // token begins, or a literal without an end.
   Token expressionToken(std::size_t offset) const;
 
-  // As above, as a command's arguments see it: an unquoted run of characters is one kName. ';',
-  // brackets of expressions, back quotes, '$' and '"' are as in an expression.
+  // The same, read as an argument of a command: an unquoted run of characters is one kName. ";",
+  // brackets of expressions, back quotes, "$" and quotes are as in an expression.
   Token wordToken(std::size_t offset) const;
 
  private:

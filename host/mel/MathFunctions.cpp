@@ -131,7 +131,7 @@ CommandResult clamp(const Arguments& arguments) {
       std::min(std::max(numberOf(arguments, 2), numberOf(arguments, 0)), numberOf(arguments, 1)));
 }
 
-// Where a number is between two others, from 0 to 1 and held there.
+// The position of a number between two others, clamped to 0 and 1.
 double placeBetween(const Arguments& arguments) {
   const double first = numberOf(arguments, 0);
   const double last = numberOf(arguments, 1);

@@ -155,8 +155,8 @@ AstPtr Parser::parseKeyword(const Token& name) {
   return node != nullptr && expectEndOfStatement() ? std::move(node) : nullptr;
 }
 
-// "f(1) + 2;" begins as "setAttr("a" + ".b") 2;" does: what reads as an expression to its end is
-// one.
+// `f(1) + 2;` is an expression and `setAttr("a" + ".b") 2;` a command, but they begin alike. A
+// statement that reads as an expression to its end is one.
 AstPtr Parser::parseCallOrCommand() {
   const Token name = token_;
   if (lexer_.expressionToken(name.end).offset != name.end || name.end >= text_.size() ||
@@ -334,7 +334,7 @@ AstPtr Parser::parseDeclarator(Value::Type type, bool isGlobal) {
     if (!parseDimensions(*node)) return nullptr;
   } else if (accept("[")) {
     node->type = arrayType(type);
-    // A size is a hint of the language for storage that grows anyway.
+    // The language takes a size as a hint only: the array grows anyway.
     if (!token_.isSymbol("]") && parseExpression() == nullptr) return nullptr;
     if (!expect("]")) return nullptr;
   }

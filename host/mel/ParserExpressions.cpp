@@ -289,8 +289,7 @@ AstPtr Parser::parseCommand(bool backQuoted) {
   }
 }
 
-// Gives null without a failure when the argument was a list in parentheses, which is added as it is
-// read.
+// Null without a failure when the argument was a list in parentheses: its items have been added.
 AstPtr Parser::parseArgument(const Token& word, bool first, AstNode& command) {
   const bool signOnly = word.kind == TokenKind::kName && word.text == "-";
   const bool isVector = word.kind == TokenKind::kName && word.text.substr(0, 2) == "<<";

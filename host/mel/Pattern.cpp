@@ -37,7 +37,7 @@ bool readSet(std::string_view text, std::size_t& at, Set& set) {
 
 }  // namespace
 
-// Builds the steps from the end backwards: every part is given the step that follows it.
+// Builds the steps from the end backwards, so that every part knows the step after it.
 class PatternParser {
  public:
   PatternParser(std::string_view text, Pattern& pattern) : text_(text), steps_(pattern.steps_) {}
@@ -79,7 +79,7 @@ class PatternParser {
 
   void connect(const Part& part, std::size_t next) { steps_[part.end].next = next; }
 
-  // A split both of whose ways lead on: where ways begin or come together.
+  // A step that splits into two ways, one of them given later: ways begin or come together here.
   std::size_t addSplit(std::size_t next, std::size_t other) {
     const std::size_t split = add(Kind::kSplit);
     steps_[split].next = next;
@@ -181,7 +181,7 @@ std::optional<Pattern> Pattern::parse(std::string_view text, std::string& error)
                                              : std::nullopt;
 }
 
-// Adds the steps that take a character, or are the end, which `step` leads to without one.
+// Adds the steps that `step` leads to without taking a character: those that take one, and the end.
 void Pattern::follow(std::size_t first, std::string_view text, std::size_t at, Steps& steps,
                      std::vector<bool>& seen) const {
   Steps waiting{first};

@@ -12,8 +12,8 @@ namespace host::mel {
 
 // A regular expression of the language: characters, ".", "[a-z]", "[^a-z]", "( )", "|", "*", "+",
 // "?", "^" and "$" at the ends, and a backslash before a character that means itself. All ways to
-// match are followed at once, so no expression takes longer than its length times the text's for
-// each place where a match may begin.
+// match are followed at once. So the time is at most the expression's length times the square of
+// the text's.
 class Pattern {
  public:
   // Null with the reason in `error`.
@@ -45,7 +45,7 @@ class Pattern {
   std::size_t start_ = 0;
 };
 
-// Whether all of a text is as a pattern of file names says: "*", "?", "[a-z]".
+// Whether a whole text matches a pattern of file names: "*", "?", "[a-z]".
 bool matchesGlob(std::string_view text, std::string_view pattern);
 
 }  // namespace host::mel

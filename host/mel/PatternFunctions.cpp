@@ -85,7 +85,7 @@ CommandResult compareTexts(const Arguments& arguments) {
   return give(order < 0 ? -1 : order > 0 ? 1 : 0);
 }
 
-// The first (last) characters, as many as asked for or as there are.
+// The first (last) characters: as many as asked for, or all when there are fewer.
 CommandResult startOf(const Arguments& arguments) {
   const std::string text = textOf(arguments, 0);
   const int count = std::max(0, valueOf(arguments[1]).toInt());

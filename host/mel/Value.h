@@ -73,9 +73,9 @@ class Value {
   std::string toString() const;
   bool toTruth() const;  // a text is true when it is not empty and not "0"
 
-  // This value as a variable of `type` holds it. A single value becomes an array of one; an array
-  // becomes a single value only when it has one element at most, or a vector from three numbers.
-  // Null when `type` cannot hold it.
+  // Converts the value to what a variable of `type` holds. A single value becomes an array of one.
+  // An array becomes a single value only when it has at most one element, or a vector when it has
+  // three numbers. Null when `type` cannot hold it.
   std::optional<Value> convertedTo(Type type) const;
 
   // Array access; `index` must be in range.
@@ -87,7 +87,8 @@ class Value {
   // numbers with all their digits, vectors and matrices as their numbers.
   Strings toWords() const;
 
-  // As `print` shows it: array elements and rows of matrices end with a line feed each.
+  // The text that `print` shows: each element of an array and each row of a matrix ends with a line
+  // feed.
   std::string toPrinted() const;
 
   Ints* ints() { return std::get_if<Ints>(&data_); }

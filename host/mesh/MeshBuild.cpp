@@ -27,12 +27,12 @@ std::string check(const MeshPolygons& polygons) {
   return {};
 }
 
-// Numbers edges by their vertices, in whichever direction they are met.
+// Numbers edges by their vertices; both directions are the same edge.
 class EdgeNumbers {
  public:
   explicit EdgeNumbers(std::size_t mostEdges) : seen_(mostEdges) {}
 
-  // Takes an edge that may not be used, unless it is there already.
+  // Adds an edge that no face may use, unless it is there already.
   void add(const MeshEdge& edge) {
     const std::size_t before = edges.size();
     signedEdge(edge.start, edge.end);

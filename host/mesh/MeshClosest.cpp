@@ -6,7 +6,7 @@ namespace host {
 
 namespace {
 
-// Where along a → b, from 0 to 1, the nearest point is.
+// The position of the nearest point along a → b, from 0 to 1.
 double nearestAlong(const Vec3& from, const Vec3& a, const Vec3& b) {
   const Vec3 edge = b - a;
   const double size = dot(edge, edge);

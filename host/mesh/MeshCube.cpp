@@ -14,7 +14,8 @@ class CubeGrid {
   CubeGrid(int x, int y, int z) : across(x), up(y), deep(z) {}
 
   int rows() const { return 2 * (up + deep); }
-  // Up the front, along the top, down the back, along the bottom; row `rows()` is row 0 again.
+  // The rows of the ring: up the front, along the top, down the back, along the bottom. Row
+  // `rows()` is row 0 again.
   std::array<int, 2> upAndDeepOfRow(int row) const {
     if (row <= up) return {row, 0};
     if (row <= up + deep) return {up, row - up};

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kMaxElements = INT_MAX / 2;
 
-// Whether `count` elements may be set from `first` in a list of `size`, else why not.
+// Why `count` elements may not be set from `first` on in a list of `size`; empty when they may.
 std::string checkRange(const char* what, std::size_t size, std::size_t first, std::size_t count) {
   if (first > size) {
     return std::string(what) + " " + std::to_string(size) + " to " + std::to_string(first - 1) +
@@ -26,7 +26,7 @@ void growTo(std::vector<T>& list, std::size_t size, const T& filler) {
   if (list.size() < size) list.resize(size, filler);
 }
 
-// The element with this index in a list that is sorted by it, or where it belongs.
+// In a list sorted by index: the element with this index, or the position where it belongs.
 template <typename T>
 typename std::vector<T>::iterator lowerBound(std::vector<T>& sets, int index) {
   return std::lower_bound(sets.begin(), sets.end(), index,
@@ -212,8 +212,8 @@ std::string MeshData::setLoopIds(std::vector<int>& idList, int loopStart, const 
 
 namespace {
 
-// Where the ids of a statement go: the last loop, unless there are as many as its whole face has
-// corners.
+// The corners that a statement's ids belong to: those of the whole face when there are as many ids,
+// else those of the last loop.
 int idsStart(const std::vector<int>& faceStarts, const std::vector<MeshHole>& holes,
              std::size_t count) {
   const int face = static_cast<int>(faceStarts.size()) - 2;

@@ -48,8 +48,8 @@ struct MeshTweak {
   Vec3 offset;
 };
 
-// The loop of a hole: corners from `firstCorner` to the next hole of the face, or to the face's
-// end.
+// The loop of a hole: the corners from `firstCorner` to the next hole of the face, or to the face's
+// last corner.
 struct MeshHole {
   int face = 0;
   int firstCorner = 0;  // counted over the whole mesh
@@ -64,8 +64,8 @@ struct MeshUvSet {
   std::vector<int> ids;
 };
 
-// A set of colours (".clst[index]"), addressed like UVs. `components` is what a scene file's
-// ".rprt" says: how many floats it holds a colour (1 opacity, 3 RGB, 4 RGBA).
+// A set of colours (".clst[index]"), addressed like UVs. `components` is the number of floats a
+// colour, which a scene file's ".rprt" gives (1 opacity, 3 RGB, 4 RGBA).
 struct MeshColourSet {
   int index = 0;
   std::string name;
@@ -97,7 +97,7 @@ struct MeshBox {
   bool empty = true;
 };
 
-// In the entries of ".n", the three components of a normal that is not locked: it is computed.
+// Stands in ".n" for each component of a normal that is computed instead of locked.
 constexpr float kUnlockedNormal = 1.0e20f;
 
 // Sets with any index below this may exist; a statement that asks for more of them is refused.
@@ -140,8 +140,8 @@ class MeshData {
   const std::vector<int>& storedLoopEdges() const { return loopEdges_; }
   const std::vector<MeshHole>& holes() const { return holes_; }  // by face, then corner
 
-  // Makes room for `count` elements in all, where that number is known: a list that grows without
-  // this takes up to three times its memory meanwhile.
+  // Reserves room for `count` elements in all, where that number is known. A list that grows
+  // without this takes up to three times its memory meanwhile.
   enum class Table { kPoints, kEdges, kCorners, kNormals };
   void reserve(Table table, std::size_t count);
 
@@ -183,8 +183,8 @@ class MeshData {
   MeshUvSet* findUvSet(const std::string* name = nullptr);
   const MeshColourSet* findColourSet(const std::string* name = nullptr) const;
 
-  // For whoever moves points one by one, without adding or taking away any. The stored points take
-  // their tweaks in first, so that there are none left.
+  // Access for moving points one by one; none may be added or removed. The stored points take their
+  // tweaks in first, so that no tweak is left.
   std::vector<Vec3>& changePoints();
   // The entries of ".n", to be changed in place.
   std::vector<MeshNormal>& changeNormals();
@@ -212,7 +212,7 @@ class MeshData {
   const MeshNormals& normals() const;
   const MeshTriangles& triangles() const;
   const MeshBox& box() const;  // around points()
-  // For closest points in the space that `matrix` (row vectors) leads to from the mesh's own.
+  // The index for closest points. Its space is that to which `matrix` (row vectors) takes the mesh.
   const SurfaceIndex& surfaceIndex(const MMatrix& matrix) const;
 
   // The UV or colour that an id list gives a corner; −1 for none, and for one that does not exist.

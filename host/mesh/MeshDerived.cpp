@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-// Instances of one mesh are asked through different matrices; more indices than this are not kept.
+// Instances of one mesh have different matrices; no more than this many indices are kept.
 constexpr std::size_t kMaxIndices = 4;
 
 std::string edgeOutOfRange(int face, long long edge, std::size_t edges) {
@@ -17,7 +17,7 @@ std::string edgeOutOfRange(int face, long long edge, std::size_t edges) {
          std::to_string(edges);
 }
 
-// The vertex that a signed edge leaves from or leads to.
+// The vertices from which and to which a signed edge leads.
 int fromVertex(const std::vector<MeshEdge>& edges, int signedEdge) {
   return signedEdge >= 0 ? edges[signedEdge].start : edges[-(signedEdge + 1)].end;
 }

@@ -13,7 +13,7 @@
 
 namespace host {
 
-// What a mesh computed from its stored data; each part exists once somebody asked for it.
+// What follows from a mesh's stored data. Each part is computed when it is first asked for.
 struct MeshData::Derived {
   struct Index {
     MMatrix matrix;

@@ -16,13 +16,13 @@ bool same(const PlanePoint& a, const PlanePoint& b) {
   return a.x == b.x && a.y == b.y;
 }
 
-// In the triangle or on its edge; the triangle turns counter-clockwise.
+// Whether the point is in the triangle or on its edge; the triangle turns counter-clockwise.
 bool isInside(const PlanePoint& a, const PlanePoint& b, const PlanePoint& c, const PlanePoint& p) {
   return turn(a, b, p) >= 0.0 && turn(b, c, p) >= 0.0 && turn(c, a, p) >= 0.0;
 }
 
-// A closed chain of corners, which shrinks as ears are cut off. A corner where a hole was joined
-// stands in it twice.
+// A closed chain of corners, which shrinks as ears are cut off. A corner at which a hole was joined
+// occurs twice.
 class Ring {
  public:
   struct Node {
@@ -76,8 +76,8 @@ class Ring {
   }
 
  private:
-  // What counts as an ear: one of a sound polygon; a flat one too, as when corners coincide or line
-  // up; any corner.
+  // The triangles that count as ears, strictest first: only those of a sound polygon; flat ones
+  // too, for corners that coincide or line up; any.
   enum Care { kStrict, kRelaxed, kAnything };
 
   const PlanePoint& at(int node) const { return points_[nodes_[node].corner]; }
@@ -92,8 +92,9 @@ class Ring {
     return base;
   }
 
-  // A corner of the chain that the straight line from `p` reaches. That is the right end of the
-  // nearest edge to the right of `p`, or, when corners stand in between, the one nearest in angle.
+  // A corner of the chain that the straight line from `p` reaches: the right end of the nearest
+  // edge to the right of `p`. When other corners lie between, it is the one of them nearest in
+  // angle.
   int visibleFrom(const PlanePoint& p) {
     if (budget_ < 0) return first_;
     double nearest = HUGE_VAL;
@@ -203,8 +204,8 @@ class Ring {
     nodes_[node].reflex = reflex;
   }
 
-  // Takes the node out and gives the one to go on with: not its neighbour, which would make a fan
-  // of slivers.
+  // Removes the node and gives the one to go on with. A neighbour would make a fan of slivers, so
+  // it is a node farther on.
   int cut(int node) {
     const int previous = nodes_[node].previous;
     const int next = nodes_[node].next;

@@ -24,8 +24,8 @@ class FirstSeen {
     slots_.assign(size, -1);
   }
 
-  // `equals(n)` tells whether element number n is the one looked for. Gives its number, or −1 after
-  // noting that the one looked for is now number `next`.
+  // `equals(n)` says whether element number n equals the new one. Gives the number of the equal
+  // element. Without one it gives −1, and the new element gets the number `next`.
   template <typename Equals>
   int findOrAdd(std::uint64_t hash, int next, Equals equals) {
     const std::size_t mask = slots_.size() - 1;

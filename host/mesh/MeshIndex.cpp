@@ -12,9 +12,9 @@ namespace host {
 namespace {
 
 constexpr double kTie = 1.0e-12;
-// Trees compare squared single-precision distances. This much covers what they round away, and
-// what a query point far outside loses; next to a box, the box's own rounding covers the query
-// point's.
+// Trees compare squared distances in single precision. This margin covers their rounding, and the
+// digits that a query point far outside loses. Next to a box, the rounding of the box itself covers
+// the query point.
 constexpr double kRadiusSlack = 1.0e-6;
 
 float roundedDown(double value) {
@@ -90,7 +90,7 @@ struct SurfaceIndex::Tree {
 
 namespace {
 
-// `Tree` is private to SurfaceIndex, hence the parameter.
+// `Tree` is private to SurfaceIndex, so its type is a template parameter.
 template <typename Tree>
 class NearestTriangle : public NearSearch {
  public:

@@ -83,12 +83,12 @@ class SmoothGroups {
   }
 
   const MeshData& mesh_;
-  // By edge, the corner that was first seen at its start, then the one at its end.
+  // For each edge the corner first seen at its start, then the one first seen at its end.
   std::vector<int> firstAtEnd_;
 };
 
-// Twice the area of a face as a vector along its normal, by Newell's method. A hole's loop runs
-// against the outer one and takes its area away.
+// A vector along the face's normal, as long as twice its area (Newell's method). A hole's loop runs
+// the other way and subtracts its area.
 Vec3 areaVector(const MeshData& mesh, int face) {
   const std::vector<Vec3>& points = mesh.points();
   const std::vector<int>& vertices = mesh.cornerVertices();

@@ -9,7 +9,7 @@
 #include "host/mesh/MeshBuild.h"
 #include "host/mesh/MeshPrimitives.h"
 
-// Between the files that make primitives; others include MeshPrimitives.h.
+// Shared by the files that make primitives; all others include MeshPrimitives.h.
 namespace host {
 
 struct PrimitiveShape {
@@ -43,7 +43,7 @@ class PrimitiveParameters {
  public:
   explicit PrimitiveParameters(const PrimitiveParameter& get) : get_(get) {}
 
-  // The default also stands for what is not a finite number.
+  // A value that is not a finite number counts as the default.
   double size(const char* shortName, const char* longName, double otherwise) const;
   int subdivisions(const char* shortName, const char* longName, int otherwise, int least) const;
 
@@ -51,7 +51,7 @@ class PrimitiveParameters {
   const PrimitiveParameter& get_;
 };
 
-// What is wrong when a primitive would have this many points, or nothing.
+// The error for a primitive of this many points; empty when it may have them.
 std::string checkPointCount(double points);
 
 // All with Y as the axis. `createUvs` is the node's attribute: 1 no normalisation, 3 fill the unit

@@ -15,8 +15,8 @@ namespace host {
 using PrimitiveParameter =
     std::function<std::optional<double>(std::string_view shortName, std::string_view longName)>;
 
-// The most points of a primitive, and what those of one scene file may have together before the
-// next one is refused: about half a gigabyte each.
+// The most points of one primitive, and of all primitives of a scene file together: about half a
+// gigabyte each.
 constexpr int kMostPrimitivePoints = 2'000'000;
 
 // Whether nodes of this type are made by evaluatePrimitive: polyPlane, polyCube, polySphere,

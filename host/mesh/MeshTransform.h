@@ -14,8 +14,8 @@ inline Vec3 transformed(const Vec3& p, const MMatrix& m) {
           p.x * m(0, 2) + p.y * m(1, 2) + p.z * m(2, 2) + m(3, 2)};
 }
 
-// What a normal becomes under the matrix, of length 1: what was at right angles to a surface stays
-// so. Uses the matrix of cofactors, which, unlike the inverse, exists for a matrix that flattens.
+// The normal after the matrix, of length 1: it stays at right angles to its surface. The matrix of
+// cofactors is used, which also exists for a matrix that flattens.
 inline Vec3 transformedNormal(const Vec3& n, const MMatrix& m) {
   const Vec3 x = {m(0, 0), m(0, 1), m(0, 2)};
   const Vec3 y = {m(1, 0), m(1, 1), m(1, 2)};

@@ -6,13 +6,13 @@ namespace host {
 
 namespace {
 
-// A mesh may spend this many tests, and some for each corner, on cutting ears: enough to do
-// polygons of ten thousand corners properly, and about a second in all.
+// The number of tests that cutting ears may take in one mesh, besides some for each corner. It is
+// enough for sound results with polygons of ten thousand corners, and takes about a second.
 constexpr long long kBaseBudget = 100'000'000;
 constexpr long long kBudgetPerCorner = 200;
 
-// Drops the axis along which the face looks most, and keeps the turn. Coordinates are relative to
-// the face's first corner, so that its place in the world costs no digits.
+// Projects along the axis nearest to the face's normal, and keeps the turn. Coordinates are
+// relative to the face's first corner, so that its position in the world costs no digits.
 class Projection {
  public:
   Projection(const Vec3& origin, const Vec3& area) : origin_(origin) {

@@ -11,12 +11,12 @@ struct NearBox {
   float high[3];
 };
 
-// A search under way: what it has found so far decides how far it still has to look.
+// A running search: what it has found decides how far it still has to look.
 class NearSearch {
  public:
   virtual ~NearSearch() = default;
-  // Looks at what is in a box, by the box's index. Returns the distance from the search's origin
-  // beyond which boxes need no visit from now on.
+  // Looks at the content of a box, given by the box's index. Returns the distance beyond which no
+  // further box need be visited.
   virtual float visit(unsigned box) = 0;
 };
 

@@ -92,8 +92,8 @@ class Targets {
   HistoryParameters& node_;
 };
 
-// How much of each shape a weight takes: between two shapes both in proportion, with no offset at
-// weight 0; beyond the outermost on either side in proportion to that.
+// The share of each shape at a weight. Between two shapes both count in proportion, where weight 0
+// is a shape without offsets. Beyond the outermost shape that shape grows in proportion.
 std::map<double, double> sharesOf(const Target& target, double weight) {
   std::map<double, double> shares;
   const auto above = target.lower_bound(weight);

@@ -12,7 +12,8 @@ std::string readOptional(const std::vector<double>& numbers, MMatrix& matrix) {
   return numbers.empty() ? std::string() : readMatrix(numbers, matrix);
 }
 
-// From the mesh's space by way of the world, in which the handle moves what it was bound to.
+// The matrix by which bound points move: from the mesh's space into the world, there from where the
+// handle was bound to where it is, and back.
 std::string readMove(const HistoryParameters& node, MMatrix& move) {
   const std::vector<double> handle = node.numbers({"ma", "matrix"});
   if (handle.empty()) return "its handle is missing";

@@ -7,7 +7,7 @@
 
 namespace host {
 
-// Numbers from 0 on in sets, each by itself at first, that are joined one with another.
+// Sets of the numbers from 0 on. Each number starts as a set of its own, and sets are joined.
 class DisjointSets {
  public:
   explicit DisjointSets(std::size_t count) : above_(count) {

@@ -45,7 +45,7 @@ DualQuaternion DualQuaternion::rigidPartOf(const MMatrix& matrix) {
   const double x = matrix(3, 0);
   const double y = matrix(3, 1);
   const double z = matrix(3, 2);
-  // Half the translation's quaternion times the rotation's.
+  // Half the product of the translation's quaternion and the rotation's.
   result.dual_[0] = -0.5 * (x * q[1] + y * q[2] + z * q[3]);
   result.dual_[1] = 0.5 * (x * q[0] + y * q[3] - z * q[2]);
   result.dual_[2] = 0.5 * (-x * q[3] + y * q[0] + z * q[1]);

@@ -12,8 +12,8 @@ class DualQuaternion {
   // Zero, to add to.
   DualQuaternion() = default;
 
-  // Of the rotation nearest to the matrix (row vectors) and its translation: scales and shears are
-  // left out, and a mirror is taken for its rotation.
+  // Made of the matrix's (row vectors) translation and the rotation nearest to it. Scale and shear
+  // are left out, and a mirrored matrix counts as its rotation.
   static DualQuaternion rigidPartOf(const MMatrix& matrix);
 
   // Adds `weight` times the other, the shorter way round.
