@@ -7,7 +7,7 @@
 
 namespace {
 
-// The last node of the path, the world for the empty one; null when the path is no more.
+// The last node of the path; the world for the empty path; null when the path no longer exists.
 host::NodePtr endOf(const MDagPath& path, MStatus* status) {
   const host::DagPath* hostPath = host::pathOf(path);
   host::report(status, hostPath != nullptr);
@@ -15,7 +15,7 @@ host::NodePtr endOf(const MDagPath& path, MStatus* status) {
   return hostPath->isEmpty() ? host::Scene::current().world() : hostPath->node();
 }
 
-// The one shape that a transform's path stands for as well.
+// The one shape below a transform. A path to the transform stands for it as well.
 host::NodePtr onlyShapeBelow(const host::NodePtr& node) {
   if (!node->isTransform()) return nullptr;
   const std::vector<host::NodePtr> shapes = host::shapesBelow(*node);

@@ -188,7 +188,7 @@ MStatus MFnMesh::setFaceVertexNormal(MVector& normal, int face, int vertex, MSpa
   if (mesh == nullptr) return MStatus::kFailure;
   const std::optional<MMatrix> matrix = host::matrixTo(space, path_);
   if (!matrix || !isFace(*mesh, face)) return MStatus::kInvalidParameter;
-  // The transposed matrix undoes what a normal goes through on its way to the world.
+  // Undoes what happens to a normal on its way to the world: the transposed matrix does that.
   MVector own = normal;
   if (space == MSpace::kWorld) own = (normal * matrix->transpose()).normal();
   const int begin = mesh->faceStart(face);

@@ -13,7 +13,7 @@ using host::report;
 
 namespace {
 
-// Longer UV lists than this are not made by setting a UV far past the end.
+// Setting a UV far past the end makes no list longer than this.
 constexpr int kMostUvs = 100'000'000;
 
 // The named or current set; the current one is made, as "map1", when the mesh has none at all.
@@ -35,7 +35,7 @@ bool isUv(const MeshUvSet& set, int id) {
   return id >= 0 && static_cast<std::size_t>(id) < set.uvs.size();
 }
 
-// Adds up colours in double precision, so that equal ones have themselves as their mean.
+// Adds up colours in double precision, so that the mean of equal colours is that colour.
 class ColourMean {
  public:
   void add(const host::MeshColour& c) {

@@ -37,12 +37,12 @@ bool MItDag::isDone(MStatus* status) const {
   return pending_.empty();
 }
 
-// Takes the current position away and puts what is below it in its place.
+// Replaces the current position by those of its children.
 void MItDag::enqueueChildren() {
   const Position current = pending_.front();
   pending_.pop_front();
   const host::DagPath* path = host::pathOf(current.path);
-  // What stands below a shape is a world of its own, through which the walk does not go.
+  // Nodes below a shape are a world of their own, which the walk does not enter.
   if (!path || pruned_ || (!path->isEmpty() && path->node()->isShape())) return;
   const host::NodePtr node = path->isEmpty() ? host::Scene::current().world() : path->node();
   std::deque<Position> below;

@@ -42,7 +42,7 @@ MStatus MItDependencyNodes::reset(MFn::Type filter) {
   return MStatus::kSuccess;
 }
 
-// The current node may have been deleted since: then it is the next one.
+// When the current node was deleted meanwhile, the next one takes its place.
 MObject MItDependencyNodes::item(MStatus* status) const {
   const host::NodePtr node = host::Scene::current().nodeAtOrAfter(serial_);
   host::report(status, true);

@@ -15,8 +15,8 @@ namespace host {
 class Attribute;
 using AttributePtr = std::shared_ptr<Attribute>;
 
-// What a node's attribute is: its names, its kind, its place in a compound. Node types share
-// theirs; attributes added to one node belong to that node.
+// Describes an attribute: its names, its kind, its place in a compound. Nodes of a type share the
+// type's attributes; an added attribute belongs to one node.
 class Attribute : public Object {
  public:
   enum class Kind {
@@ -62,7 +62,8 @@ class Attribute : public Object {
   // An attribute of kind kLoose.
   static AttributePtr makeLoose(const std::string& name);
 
-  // One that holds its value whole, be the type's word a compound's: "float3" without children.
+  // An attribute that holds its value whole, even when its type word is a compound's: "float3"
+  // without children.
   static AttributePtr makeData(std::string longName, std::string shortName, std::string typeWord);
 
  private:

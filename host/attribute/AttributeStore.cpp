@@ -5,7 +5,7 @@
 namespace host {
 namespace {
 
-// Up to so many plugs a search through all of them is faster than a hash table, and smaller.
+// Up to this many plugs, a search through all of them is faster than a hash table, and smaller.
 constexpr std::size_t kManyStates = 24;
 
 bool isAtOrBelow(std::string_view path, std::string_view top) {

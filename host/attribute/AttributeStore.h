@@ -21,7 +21,7 @@ class AttributeStore {
   // The plug's state, made when there is none.
   AttributeState& at(std::string_view path);
 
-  // Forgets the plug, and the elements and children written below it ("a" takes "a[0].b" along).
+  // Removes the plug, and the elements and children written below it: "a" removes "a[0].b" too.
   void erase(std::string_view path);
 
   const std::vector<AttributeState>& inWrittenOrder() const { return states_; }

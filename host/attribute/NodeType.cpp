@@ -19,7 +19,8 @@ class NodeTypeRegistry {
     return found == types_.end() ? nullptr : found->second.get();
   }
 
-  // A type of the same name may stand in the DAG and beside it: who uses it in a file tells.
+  // A type inside the DAG and one outside may share a name; how a file uses the node tells which
+  // one it means.
   const NodeType& invented(const std::string& name, bool isDag) {
     std::unique_ptr<NodeType>& slot = (isDag ? inventedDag_ : invented_)[name];
     if (slot == nullptr) {

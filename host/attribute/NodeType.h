@@ -15,8 +15,8 @@ class NodeType {
  public:
   // Null when there is no such type.
   static const NodeType* find(std::string_view name);
-  // A type that a scene file uses and the host does not know, made up on its first use: it has the
-  // attributes of every node (of every DAG node when `isDag`) and keeps what is set on it.
+  // A type that a scene file uses and the host does not know. It is made on its first use, has the
+  // attributes of every node (of every DAG node when `isDag`), and keeps what is set on it.
   static const NodeType& findOrInvent(std::string_view name, bool isDag);
 
   const std::string& name() const { return name_; }

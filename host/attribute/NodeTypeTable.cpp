@@ -212,7 +212,7 @@ const std::vector<NodeTypeRow> kRows = {
     {"polyTorus", "polyPrimitive", MFn::kPolyPrimitive, "",
      "radius:r:doubleLinear=1 sectionRadius:sr:doubleLinear=0.5 twist:tw:doubleAngle "
      "subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=20 heightBaseline:hbl:double"},
-    // What follows is not made here, but its lengths are known.
+    // The host does not evaluate the types below, but knows which of their attributes are lengths.
     {"polyPipe", "polyPrimitive", MFn::kPolyPrimitive, "",
      "radius:r:doubleLinear=1 height:h:doubleLinear=2 thickness:t:doubleLinear=0.5 "
      "subdivisionsAxis:sa:long=20 subdivisionsHeight:sh:long=1 subdivisionsCaps:sc:long"},
@@ -356,7 +356,7 @@ class TableParser {
     }
   }
 
-  // The text up to one of `ends`; a colon is stepped over as well.
+  // The text up to one of `ends`. A colon that ends it is skipped.
   std::string takeUntil(std::string_view ends) {
     const std::size_t end = std::min(rest_.find_first_of(ends), rest_.size());
     std::string taken(rest_.substr(0, end));

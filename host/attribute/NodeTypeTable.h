@@ -26,8 +26,8 @@ struct NodeTypeRow {
 // All types, bases before what builds on them.
 const std::vector<NodeTypeRow>& nodeTypeRows();
 
-// Reads such a list. The tables are the program's own: a list with an error gives what stands
-// before it.
+// Reads such a list. The tables are part of the program: a list with an error gives the attributes
+// before the error.
 std::vector<AttributePtr> parseAttributeTable(const char* text);
 
 }  // namespace host

@@ -14,10 +14,11 @@ class Object : public std::enable_shared_from_this<Object> {
 
   virtual MFn::Type apiType() const = 0;
 
-  // Whether this is a case of `kind`. By default the ancestors of `apiType()` decide.
+  // Whether the object is of `kind`, or of a kind below it. By default the ancestors of `apiType()`
+  // decide.
   virtual bool hasFn(MFn::Type kind) const;
 
-  // False once a node was deleted; whoever still holds it may only ask for this and compare it.
+  // False once the node is deleted. Whoever still holds it may only call this and compare pointers.
   virtual bool isAlive() const { return true; }
 
   virtual bool equals(const Object& other) const { return this == &other; }
@@ -30,7 +31,7 @@ class Object : public std::enable_shared_from_this<Object> {
 
 using ObjectPtr = std::shared_ptr<Object>;
 
-// The kind that `kind` is directly a case of; MFn::kInvalid for the topmost.
+// The parent of `kind`; MFn::kInvalid for the topmost.
 MFn::Type baseOf(MFn::Type kind);
 
 // The name of a kind as in MFn: "kMesh".

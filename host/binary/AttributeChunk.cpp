@@ -41,7 +41,7 @@ std::string wordFor(const TypeRow (&rows)[kCount], std::uint32_t tag) {
   return std::string();
 }
 
-// The kind, and the tags of what it may hold, of which the first is its own.
+// The kind, and the tags of the values that it may hold; the first is its own.
 void readType(ByteCursor& in, std::uint32_t kind, bool isCompound, AttributeDeclaration& out) {
   out.children = isCompound ? in.word() : 0;
   const std::uint32_t tags = in.word();
@@ -72,7 +72,7 @@ void readLimits(ByteCursor& in, std::uint32_t flags, AttributeDeclaration& out) 
         std::pair(kHasSoftMin, &out.softMin), std::pair(kHasSoftMax, &out.softMax)}) {
     if ((flags & flag) != 0) *limit = in.real();
   }
-  // Behind the tag of a double, whatever the attribute's type.
+  // The default follows the tag of a double, whatever the attribute's type.
   if ((flags & kHasDefault) != 0 && in.word() == tagOf("DBLE")) out.defaultValue = in.real();
 }
 

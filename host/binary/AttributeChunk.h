@@ -9,8 +9,8 @@
 
 namespace host {
 
-// An attribute that a file adds to a node. Whether it is an array is not known to stand there: see
-// `BinaryValue::hasSize`.
+// An attribute that a file adds to a node. The chunk is not known to say whether it is an array:
+// see `BinaryValue::hasSize`.
 struct AttributeDeclaration {
   std::string longName;
   std::string shortName;

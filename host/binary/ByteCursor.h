@@ -10,8 +10,8 @@
 
 namespace host {
 
-// Takes big-endian numbers and texts off the front of bytes that stay the caller's. The first take
-// that asks for more than is left fails; from then on every take gives 0 or nothing.
+// Takes big-endian numbers and texts off the front of bytes that stay the caller's. The first call
+// that asks for more than is left fails, and so does every later one: it gives 0 or nothing.
 class ByteCursor {
  public:
   ByteCursor(const std::uint8_t* bytes, std::size_t size) : at_(bytes), left_(size) {}
@@ -63,7 +63,7 @@ class ByteCursor {
                             : std::string_view(reinterpret_cast<const char*>(taken), length);
   }
 
-  // All that is left, or what stands before the first zero byte in it.
+  // The rest of the bytes, or of them those before the first zero byte.
   std::string_view rest() {
     const std::string_view all(reinterpret_cast<const char*>(at_), left_);
     take(left_);

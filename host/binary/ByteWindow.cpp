@@ -6,7 +6,7 @@
 namespace host {
 namespace {
 
-// Some of the blocks that the tables of a mesh are taken in, so that nothing is read twice.
+// As large as several of the blocks in which mesh tables are read, so that nothing is read twice.
 constexpr std::size_t kBlock = std::size_t{384} << 10;
 
 }  // namespace
@@ -25,7 +25,7 @@ const std::uint8_t* ByteWindow::at(std::uint64_t start, std::size_t count) {
   return buffer_.get() + (start - begin_);
 }
 
-// A large request gets a buffer of its own size, which the next small one gives back.
+// A large request gets a buffer of its own size; the next small request frees it.
 bool ByteWindow::fill(std::uint64_t start, std::size_t count) {
   const std::size_t wanted = std::max(count, kBlock);
   if (wanted > capacity_ || capacity_ > 4 * wanted) {

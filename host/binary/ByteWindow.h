@@ -11,8 +11,8 @@
 
 namespace host {
 
-// A file read through a window that moves along it: what it holds in memory is a block, or as much
-// as was asked for at once.
+// Reads a file through a window that moves along it. It holds one block in memory, or as much as
+// one call asked for.
 class ByteWindow {
  public:
   // The text of a failure does not name the file.
@@ -21,7 +21,7 @@ class ByteWindow {
   std::uint64_t size() const { return file_.size(); }
 
   // The `count` bytes from `start` on, good until the next call. Null when the file does not have
-  // them all, and when it cannot be read: then `failed` is true from there on.
+  // them all, or cannot be read; in the latter case `failed` is true from then on.
   const std::uint8_t* at(std::uint64_t start, std::size_t count);
   bool failed() const { return !status_.ok(); }
   const morvane::Status& status() const { return status_; }

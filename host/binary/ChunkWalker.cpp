@@ -69,7 +69,7 @@ bool ChunkWalker::readHeader(std::uint64_t end) {
   return true;
 }
 
-// The file itself is short where every container around is, too; else the length lies.
+// When every container around is too short as well, the file was cut; else the length is wrong.
 ChunkWalker::Step ChunkWalker::tooLong(std::uint64_t left, std::uint64_t end) {
   if (open_.empty() || open_.back().isCut) {
     isCut_ = true;

@@ -18,7 +18,8 @@ constexpr std::uint32_t kLoopEnd = 0x60000000;  // both bits: also the end of th
 constexpr std::uint32_t kEdgeMask = 0x1FFFFFFF;
 
 constexpr std::size_t kWord = 4;  // bytes of every number in these tables
-// A block holds whole points, pairs and UVs, and what is made of it stays in the processor's cache.
+// A block's size is a multiple of those of points, pairs and UVs, and small enough that the tables
+// made of it stay in the processor's cache.
 constexpr std::size_t kBlockWords = 6 << 11;
 constexpr std::size_t kLongestName = 4096;
 
@@ -51,7 +52,7 @@ class MeshChunkReader {
     return taken != nullptr || fail("a mesh ends before its tables do");
   }
 
-  // The count before a table of words of which `width` belong together.
+  // Reads the count of a table whose entries are `width` words each.
   bool readCount(const char* what, std::size_t width, std::size_t& count) {
     std::uint32_t word = 0;
     if (!readWord(word)) return false;
@@ -64,7 +65,7 @@ class MeshChunkReader {
            fail(std::string("the last of a mesh's ") + what + " is not whole");
   }
 
-  // The same for a table of the mesh itself, which then has room for `count / width` elements.
+  // The same for a table of the mesh itself, in which it reserves room for the elements.
   bool beginTable(MeshData::Table table, const char* what, std::size_t width, std::size_t& count) {
     if (!readCount(what, width, count)) return false;
     mesh_.reserve(table, count / width);

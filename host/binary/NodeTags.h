@@ -8,14 +8,14 @@
 
 namespace host {
 
-// What the tags of a Maya Binary file's nodes mean: the host's own node types, and those of
-// plug-ins, which the file lists where it requires them.
+// Names the node types that a Maya Binary file's tags stand for: the host's own, and those of
+// plug-ins, which the file lists with the plug-ins it requires.
 class NodeTags {
  public:
   void add(std::uint32_t tag, std::string_view typeName) { fromPlugins_[tag] = typeName; }
 
-  // The node type's name. A tag that nobody named is one itself: its letters, or "tag" and eight
-  // hexadecimal digits where they can be no name.
+  // The node type's name. An unknown tag becomes a name itself: its letters or, when they cannot be
+  // a name, "tag" and eight hexadecimal digits.
   std::string nameOf(std::uint32_t tag) const;
 
  private:

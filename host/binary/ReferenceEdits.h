@@ -6,16 +6,16 @@
 
 namespace host {
 
-// How many texts follow the numbers of an edit, in files of both forms; 0 for a kind that is not
-// known. Those of a connection (kind 5) depend on which of its ends are referenced nodes'.
+// How many texts follow the numbers of an edit, in files of both forms; 0 for an unknown kind. For
+// a connection (kind 5) it depends on which of its ends are on referenced nodes.
 int editOperandCount(int kind, int ends);
 
 inline constexpr char kReferenceEditsType[] = "dataReferenceEdits";  // of the attribute, as written
 
-// Reads what a reference node's REFE chunk holds behind the attribute's name and flags, as the
-// words of the statement that says the same: the node's name, then for each file its name, how many
-// edits there are, and these, each a kind and its operands. False for an edit of a kind that is not
-// known, and when the chunk ends too early: then the cursor has failed.
+// Reads a reference node's REFE chunk, from behind the attribute's name and flags, into the words
+// of the statement that says the same: the node's name, then for each file its name, the number of
+// edits, and the edits, each a kind and its operands. False for an edit of an unknown kind, and
+// when the chunk ends too early (the cursor has failed then).
 bool readReferenceEdits(ByteCursor& in, KeptWords& kept);
 
 }  // namespace host

@@ -77,8 +77,8 @@ ValueRead readNumbers(const NumberChunk& row, ByteCursor& in, BinaryValue& out) 
   return ValueRead::kDone;
 }
 
-// A path such as "wl[0:99].w" names an array in every element of another. As in the statement, each
-// such array has its number of elements, then their indices and numbers.
+// A path such as "wl[0:99].w" names one array in every element of another. As in the statement,
+// each of these arrays has its number of elements, then their indices and numbers.
 bool isNested(const std::string& path) {
   const std::size_t bracket = path.find("].");
   return bracket != path.npos && path.rfind(':', bracket) != path.npos;
@@ -137,7 +137,7 @@ ValueRead readText(ByteCursor& in, BinaryValue& out) {
   return ValueRead::kDone;
 }
 
-// False when `count` things of at least `smallest` bytes cannot be left.
+// False when `count` things of at least `smallest` bytes are more than the bytes left.
 bool mayHold(const ByteCursor& in, std::uint32_t count, std::size_t smallest) {
   return !in.failed() && count <= in.left() / smallest;
 }
@@ -157,7 +157,7 @@ ValueRead readTexts(ByteCursor& in, BinaryValue& out) {
   return ValueRead::kDone;
 }
 
-// Other names of attributes, each before the attribute's own.
+// Other names of attributes, each followed by the attribute's own.
 ValueRead readAliases(ByteCursor& in, BinaryValue& out) {
   Texts texts;
   if (!takeTexts(in, texts)) return ValueRead::kMalformed;

@@ -18,7 +18,7 @@ struct BinaryValue {
   bool isKeyable = false;
   bool isInChannelBox = false;  // without being keyable
   bool hasSize = false;         // of an array, which only arrays have
-  // What stands behind -type in a statement, or nothing where that has none.
+  // The word after -type in a statement; empty when the statement has none.
   std::string type;
   // Numbers (centimetres and radians), a text, texts, or the words of a statement; nothing where
   // there are only flags or a size.
@@ -41,8 +41,8 @@ struct TimeUnit {
 
 ValueRead readValueChunk(std::uint32_t tag, ByteCursor in, const TimeUnit& time, BinaryValue& out);
 
-// The name and the flags with which every chunk of a value begins; the size that may follow says
-// nothing. False when they are not all there.
+// Every chunk of a value begins with its name and flags. The size that may follow is not needed.
+// False when they are not all there.
 bool readValueHead(ByteCursor& in, BinaryValue& out);
 
 }  // namespace host

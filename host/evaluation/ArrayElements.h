@@ -10,11 +10,11 @@
 
 namespace host {
 
-// The indices at which something was set on or connected to an array.
+// The indices of an array's elements that are set or connected.
 std::set<int> elementIndices(const Plug& array);
 
-// The numbers of a value, be it kept as written; truth values are numbers too. `numbers` is
-// cleared first.
+// The numbers of a value, even of one that is kept as written; truth values are numbers too.
+// `numbers` is cleared first.
 void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers);
 
 // "ktv" of "ktv[0:9].x".

@@ -8,15 +8,15 @@ namespace host {
 
 // The node whose outTime is the current time; null when there is none.
 NodePtr timeNode(const Scene& scene);
-// Whether a node depends on the current time although nothing needs to be connected into it.
+// Whether a node depends on the current time without a connection from the time node.
 bool isDrivenByTime(const Node& node);
 
 // In frames.
 double currentTime(const Scene& scene);
 void setCurrentTime(Scene& scene, double frame);
 
-// Sets the current time for as long as it lives, for reading values at another one: nothing that
-// keeps up with the scene learns of it.
+// Sets the current time while it lives, to read values at another time. Nothing that keeps up with
+// the scene notices.
 class AtTime {
  public:
   AtTime(Scene& scene, double frame);

@@ -16,7 +16,7 @@ namespace {
 using mel::Token;
 
 constexpr int kMostIndex = 100000;
-// What an expression may take: enough for loops over what a scene has, and a moment at most.
+// Limits of an expression: enough for loops over a scene's values, and a moment at most.
 constexpr mel::Limits kLimits = {200'000, std::size_t{1} << 20, std::size_t{1} << 16};
 
 constexpr std::string_view kKeywords[] = {
@@ -24,7 +24,7 @@ constexpr std::string_view kKeywords[] = {
     "float", "for",    "if",       "in",      "int",    "no",    "off",
     "on",    "string", "switch",   "true",    "vector", "while", "yes"};
 
-// Numbers that look random are not those that the host would give.
+// Random numbers would differ from the host's, so an expression with them is not evaluated.
 bool isMathematical(std::string_view name) {
   const mel::FunctionTable functions = mel::mathFunctions();
   return name != "rand" && name != "seed" &&

@@ -7,9 +7,9 @@
 
 namespace host {
 
-// Works out an expression node: `text` has ".I[n]" for its inputs and ".O[n]" for its outputs, as
-// scene files hold it. Only what computes is run: variables, operators, control flow and
-// mathematical functions. Gives what is wrong, as a type of host/graph does.
+// Evaluates an expression node. Its `text` has ".I[n]" for inputs and ".O[n]" for outputs, as scene
+// files do. It runs variables, operators, control flow and mathematical functions, and nothing
+// else. Gives what is wrong, as the types of host/graph do.
 std::string evaluateExpression(GraphNode& node, const std::string& text);
 
 }  // namespace host

@@ -35,7 +35,7 @@ bool isFinite(const AttributeValue& value) {
   return true;
 }
 
-// Whether the plug is set to something, its default at least, rather than worked out.
+// Whether the plug has a value of its own, be it its default, and not one that is worked out.
 bool isGiven(const Plug& plug) {
   if (plug.node()->type().name() == "reference") return false;
   return hasStoredValue(plug) || (plug.attribute()->kind() != Kind::kLoose && !isOutput(plug));
@@ -48,7 +48,7 @@ AttributeValue defaultOf(const Plug& plug) {
   return plug.attribute()->kind() == Kind::kText ? AttributeValue(std::string()) : value;
 }
 
-// A value as one of the destination's kind; nothing for any other.
+// Converts a value to the kind of the destination; nothing when that is impossible.
 AttributeValue suited(AttributeValue value, const Feed& feed, const Plug& destination,
                       double framesPerSecond) {
   if (feed.component) {
@@ -161,7 +161,7 @@ GraphEvaluation::Known GraphEvaluation::run(const Plug& plug) {
   return known_[keyOf(plug)];
 }
 
-// What is waited for, and waits itself for what needs it, leads back to itself.
+// A plug that is waited for and itself waits for this one closes a cycle.
 void GraphEvaluation::putAside(std::vector<Plug>& waiting) {
   for (const Plug& plug : missing_) {
     if (underway_.find(keyOf(plug)) == underway_.end()) {

@@ -26,10 +26,10 @@ struct SceneRates {
 
 // Works out what nodes hand on along connections: animation curves, constraints, utility nodes
 // (host/graph) and matrices. A value is worked out when it is asked for, and kept until something
-// in the scene changes. What cannot be worked out leaves the plug at its end as it is set there.
+// in the scene changes. A plug whose input cannot be worked out keeps the value that is set there.
 //
-// No chain of connections is too long: a node that needs what is not known yet is put aside, and
-// asked again when that is known.
+// No chain of connections is too long: a node with an unknown input is put aside and asked again
+// once the input is known.
 class GraphEvaluation : public FlowingValues {
  public:
   // Makes itself the scene's until it ends.
@@ -45,7 +45,7 @@ class GraphEvaluation : public FlowingValues {
 
   const Scene& scene() const { return scene_; }
   SceneRates rates() const { return rates_(); }
-  // Whether all was known that was asked for since the node that is being worked out began.
+  // Whether every value that the current node has asked for was known.
   bool isReady() const { return missing_.empty(); }
 
  private:

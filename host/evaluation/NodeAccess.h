@@ -13,7 +13,7 @@
 
 namespace host {
 
-// A node of the scene as a type of host/graph sees it.
+// Gives the types of host/graph access to a node of the scene.
 class NodeAccess : public GraphNode {
  public:
   // For working out `output`.

@@ -6,13 +6,12 @@
 namespace host {
 namespace {
 
-// Neighbours nearer than this to a clamped key's value are reached in a straight line.
+// A clamped key is joined by a straight line to a neighbour whose value differs by less than this.
 constexpr double kNearlyEqual = 1e-3;
 // A tangent that stands upright rises this steeply.
 constexpr double kSteepest = 1e6;
-// A cubic between two keys has no value beyond theirs while its slopes are no more than this many
-// times the straight line's: F. Fritsch and R. Carlson, "Monotone Piecewise Cubic Interpolation",
-// 1980.
+// A cubic between two keys stays between their values while its slopes are at most this many times
+// the straight line's: F. Fritsch and R. Carlson, "Monotone Piecewise Cubic Interpolation", 1980.
 constexpr double kMonotone = 3.0;
 constexpr int kMostBisections = 60;
 
@@ -24,7 +23,7 @@ double slopeOf(const Tangent& tangent) {
 double hermite(double from, double fromRise, double to, double toRise, double u) {
   const double u2 = u * u;
   const double u3 = u2 * u;
-  // Written so that between equal values, nothing is lost.
+  // In this form nothing is lost between equal values.
   return from + (3.0 * u2 - 2.0 * u3) * (to - from) + (u3 - 2.0 * u2 + u) * fromRise +
          (u3 - u2) * toRise;
 }
@@ -34,14 +33,14 @@ double bezier(double a, double b, double c, double d, double u) {
   return a + 3.0 * v * v * u * (b - a) + 3.0 * v * u * u * (c - a) + u * u * u * (d - a);
 }
 
-// A third of the tangent, shortened where it reaches beyond the other key: then x only grows.
+// A third of the tangent, shortened when it reaches beyond the other key, so that x only grows.
 Tangent handleOf(const Tangent& tangent, double width) {
   const double x = std::max(tangent.x / 3.0, 0.0);
   if (x <= width) return {x, tangent.y / 3.0, true};
   return {width, tangent.y / 3.0 * (width / x), true};
 }
 
-// Where a Bezier curve from 0 to `width` with these inner points reaches x.
+// The parameter at which a Bezier curve from 0 to `width` with these inner points reaches x.
 double parameterAt(double first, double second, double width, double x) {
   double low = 0.0;
   double high = 1.0;
@@ -75,7 +74,8 @@ double AnimCurve::secant(std::size_t key) const {
   return (keys_[key + 1].y - keys_[key].y) / (keys_[key + 1].x - keys_[key].x);
 }
 
-// The slope that a key's neighbours give it; of two neighbours it is the line's between them.
+// The slope at a key as its neighbours give it; with both neighbours, that of the line between
+// them.
 double AnimCurve::slopeAt(std::size_t key, TangentType type, bool isOut) const {
   const bool isFirst = key == 0;
   const bool isLast = key + 1 == keys_.size();

@@ -5,7 +5,7 @@
 
 namespace host {
 
-// How a curve runs beside a key, numbered as scene files do.
+// The shape of a curve on one side of a key; the numbers are those of scene files.
 enum class TangentType {
   kFixed = 1,
   kLinear = 2,
@@ -18,10 +18,11 @@ enum class TangentType {
   kAuto = 18,
 };
 
-// How it runs before its first and behind its last key; the same.
+// How the curve continues before its first key and after its last; numbered likewise.
 enum class Infinity { kConstant = 0, kLinear = 1, kCycle = 3, kCycleRelative = 4, kOscillate = 5 };
 
-// A direction with a length: of a weighted curve a third of it leads to the next control point.
+// A tangent: a direction with a length. In a weighted curve a third of it leads to the next control
+// point.
 struct Tangent {
   double x = 0.0;
   double y = 0.0;
@@ -37,11 +38,11 @@ struct AnimKey {
   Tangent out;
 };
 
-// A function by keys: between two of them a cubic, which of an unweighted curve has a cubic
-// Hermite's form, and of a weighted one is a Bezier curve in both x and y.
+// A function given by keys, with a cubic between two of them: in Hermite form for an unweighted
+// curve, and a Bezier curve in both x and y for a weighted one.
 class AnimCurve {
  public:
-  // Keys may stand in any order; those with numbers that are none are left out.
+  // Keys may come in any order. Those with infinite or undefined numbers are dropped.
   AnimCurve(std::vector<AnimKey> keys, bool isWeighted, Infinity before, Infinity behind);
 
   // 0 for a curve without keys.

@@ -16,8 +16,8 @@ constexpr double kMostTangentTypes = 100.0;
 
 using Elements = std::map<int, std::vector<double>>;
 
-// What the curve's numbers are multiplied by. A tangent stands in seconds and in the host's own
-// units: centimetres, radians, seconds.
+// The factor for the curve's numbers. Tangents are in seconds and in the host's internal units:
+// centimetres, radians, seconds.
 struct Scale {
   double keyY = 1.0;
   double tangentX = 1.0;
@@ -62,7 +62,7 @@ Tangent tangentOf(const Elements& xs, const Elements& ys, int index, const Scale
   return {x->second.front() * scale.tangentX, y->second.front() * scale.tangentY, true};
 }
 
-// Whether the slope of a type that no file says is known.
+// Whether the slope is known: it follows from the type, or the file states it.
 bool isKnown(TangentType type, const Tangent& tangent) {
   switch (type) {
     case TangentType::kFixed:
@@ -118,7 +118,7 @@ std::string evaluate(GraphNode& node, std::string_view type) {
   return "";
 }
 
-// The letters at the end: what drives the curve (time or a number), and what it gives.
+// The last letters of the type's name: what drives the curve (time or a number), and what it gives.
 template <char kDriver, char kKind>
 std::string evaluateAs(GraphNode& node) {
   const char letters[] = {kDriver, kKind};

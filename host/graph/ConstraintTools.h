@@ -67,7 +67,7 @@ void giveTurn(GraphNode& node, const MMatrix& rotation);
 // Hands out constraintTranslate that brings the constrained rotate pivot to a point of that space.
 void givePoint(GraphNode& node, const Vec3& pivot);
 
-// What a constraint does whose targets weigh nothing: its rest values, handed out as `output`.
+// The result of a constraint whose weights are all 0: its rest values, handed out as `output`.
 std::string giveRest(GraphNode& node, const char* rest, const char* output);
 
 }  // namespace host

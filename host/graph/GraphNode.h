@@ -12,15 +12,14 @@
 
 namespace host {
 
-// What a node of the graph has to go by, and where it puts what it works out. Attributes are named
-// by their long names, with an index where they are elements: "input3D[2].input3Dx". Angles are
-// degrees where the attribute is an angle, and radians where it is a plain number; lengths are
-// centimetres, times are frames.
+// Access of a graph node to its inputs and outputs. Attributes go by their long names, with an
+// index for elements: "input3D[2].input3Dx". Angles are in degrees when the attribute is an angle,
+// and in radians when it is a plain number; lengths are in centimetres, times in frames.
 class GraphNode {
  public:
   virtual ~GraphNode() = default;
 
-  // What is set or arrives; 0 where nothing can be known.
+  // The value that is set or arrives; 0 when it cannot be known.
   virtual double number(std::string_view path) const = 0;
   // The identity for what is not a matrix.
   virtual MMatrix matrix(std::string_view path) const = 0;
@@ -30,9 +29,8 @@ class GraphNode {
   virtual std::map<int, std::vector<double>> kept(std::string_view shortName, int width) const = 0;
   virtual bool isConnected(std::string_view path) const = 0;
 
-  // Whether everything that was asked for so far was known. While it was not, zeros were given, and
-  // the node will be asked again: so a node that asks for different inputs depending on one asks
-  // whether it knows that one first.
+  // Whether every value asked for so far was known. An unknown value reads as 0, and the node is
+  // run again later. So a node whose choice of inputs depends on a value checks this first.
   virtual bool isReady() const = 0;
 
   // The current time, and how long a second is, in frames.
@@ -61,8 +59,8 @@ struct GraphNodeType {
   const char* name;
   const char* base;
   const char* attributes;  // as in NodeTypeTable.h
-  // Gives the output that is asked for. Says what is wrong, in words that follow "but "; the output
-  // then counts as not evaluated. Null: an expression, which needs the language.
+  // Gives the output that is asked for. Returns what is wrong, in words that follow "but "; the
+  // output then counts as not evaluated. Null for an expression, which needs the language.
   std::string (*evaluate)(GraphNode& node);
 };
 

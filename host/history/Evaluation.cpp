@@ -11,7 +11,7 @@
 namespace host {
 namespace {
 
-// Longer histories than this are refused, so that none can exhaust the stack.
+// Longer histories are refused, because each node takes stack.
 constexpr std::size_t kLongestHistory = 1000;
 
 constexpr int kHasNoEffect = 1;  // of nodeState
@@ -40,7 +40,7 @@ void moveToWorld(const Plug& worldMesh, MeshData& mesh) {
   if (!path.isEmpty()) transformMesh(mesh, path.inclusiveMatrix());
 }
 
-// The node's own tweaks and names of UV sets stay: they apply to whatever comes in.
+// The node's own tweaks and UV set names stay: they apply to whatever mesh comes in.
 void carryOver(const MeshData& own, MeshData& made) {
   for (const MeshTweak& tweak : own.tweaks())
     made.setTweaks(static_cast<std::size_t>(tweak.vertex), &tweak.offset.x, 1);
@@ -52,8 +52,8 @@ void carryOver(const MeshData& own, MeshData& made) {
   }
 }
 
-// Whether the node's tweaks move points that have other numbers than in Maya, by more than what
-// rounding leaves behind.
+// Whether the node's tweaks move points whose numbers differ from Maya's. Moves as small as a
+// rounding error do not count.
 bool movesUnknown(const MeshData& own, const MeshData& made, int knownPoints) {
   constexpr double kRounding = 1e-6;
   if (knownPoints == kAllKnown) return false;

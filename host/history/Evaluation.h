@@ -16,21 +16,21 @@
 
 namespace host {
 
-// How much all histories of one evaluation may make together, in points and face corners, before
-// the next node is refused: a few words of a file can ask for any amount.
+// The most that all histories of one evaluation may make together, in points and face corners. The
+// next node is refused then, because a few words of a file can ask for any amount.
 constexpr std::int64_t kMostMadeElements = 64'000'000;
 
-// Makes the meshes that histories describe. What several consumers share is made once, as long as
-// the evaluation lives.
+// Makes the meshes that histories describe. A mesh that several consumers share is made once in an
+// evaluation.
 class Evaluation {
  public:
   // Whether the mesh node's shape comes from what is connected into it and not from its file.
   static bool hasHistory(const NodePtr& mesh);
 
-  // For meshes that were made before one of these nodes changed.
+  // `changed` holds the serials of nodes that changed after meshes had been made.
   explicit Evaluation(std::vector<std::size_t> changed = {}) : changed_(std::move(changed)) {}
 
-  // Whether a mesh that was made depends on none of the changed nodes.
+  // Whether a mesh that was made before depends on none of the changed nodes.
   bool isFresh(const Node& mesh) const;
 
   // Fills the mesh of a node that has a history; leaves it as it is when that fails.

@@ -18,8 +18,8 @@ void keep(Scene& scene, const NodePtr& mesh, MeshHistory history) {
   scene.changes.dependentMeshes.insert(mesh->serial());
 }
 
-// In the order of their creation. A pass over the whole scene after each command would take the
-// square of its size in all.
+// The meshes to look at, in the order of their creation. A pass over the whole scene after each
+// command would take quadratic time.
 std::set<std::size_t> changedOrDependent(const Scene& scene,
                                          const std::vector<std::size_t>& changed) {
   std::set<std::size_t> serials = scene.changes.dependentMeshes;

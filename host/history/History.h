@@ -12,13 +12,13 @@ namespace host {
 
 class Scene;
 
-// Makes the shape of every mesh of the scene that its file leaves to its history, unless that was
-// tried before, and tells `report` of each what became of it.
+// Makes the shape of every mesh whose file leaves it to its history, unless that was tried before,
+// and calls `report` with the outcome.
 using HistoryReport = std::function<void(const NodePtr& mesh, const MeshHistory& history)>;
 void evaluateHistories(Scene& scene, const HistoryReport& report);
 
-// Makes those meshes again of which something changed that their histories depend on, and those
-// that were given a history. One that cannot be made again keeps its shape. Tells `report` of each.
+// Makes a mesh again when something changed that its history depends on, or when it was given a
+// history. A mesh that cannot be made again keeps its shape. Calls `report` with each outcome.
 // Costs nothing when nothing changed.
 void refreshHistories(Scene& scene, const HistoryReport& report);
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kFirstIndex = 0;
 
-// "wl[0:9].w" as its steps; a step that is not a step ends the path.
+// Splits "wl[0:9].w" into its steps, up to the first that is malformed.
 ParameterPath splitPath(std::string_view text) {
   ParameterPath path;
   while (!text.empty()) {
@@ -105,7 +105,7 @@ void NodeParameters::checkNumbers(ElementKind kind, const std::vector<int>& elem
   history_.namesUnknown |= !elements.empty() && elements.back() >= known;
 }
 
-// A deformer's set reaches it through the groupParts node in front of it.
+// The set of a deformer is connected to the groupParts node in front of the deformer.
 std::optional<std::vector<int>> NodeParameters::affectedVertices(int count) const {
   const std::string index = "[" + std::to_string(outputIndex()) + "].";
   const auto source = historySource(node_, "ip" + index + "ig", "input" + index + "inputGeometry");
@@ -133,7 +133,7 @@ const AttributeValue* NodeParameters::find(const ParameterName& name) const {
   return nullptr;
 }
 
-// What a joint's matrix depends on is all the way up, and all that drives what is there.
+// A joint's matrix depends on all nodes above it, and on all that drives these.
 void NodeParameters::noteInput(const NodePtr& node) const {
   std::vector<const Node*> waiting = {node.get()};
   while (!waiting.empty()) {

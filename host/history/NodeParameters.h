@@ -22,7 +22,8 @@ class NodeParameters : public HistoryParameters {
   // Makes the mesh that a plug hands out; null when it cannot.
   using MakeMesh = std::function<const MeshData*(const Plug& source)>;
 
-  // For making what `output` hands out. `history` takes what the node notes, and outlives it.
+  // Parameters for making what `output` hands out. The node's notes go to `history`, which must
+  // live longer.
   NodeParameters(const Plug& output, MakeMesh makeMesh, MeshHistory& history);
 
   using HistoryParameters::number;

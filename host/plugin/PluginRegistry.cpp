@@ -35,7 +35,7 @@ MArgList asArgumentList(const mel::Words& words) {
 
 mel::CommandResult runCommand(const std::string& name, ObjectCreator create,
                               const mel::Words& words, mel::Value& result) {
-  // Commands nest: what the outer one gave so far comes back when this one is done.
+  // Commands nest: the outer command's result is put back when the inner one is done.
   mel::Value outer = std::exchange(result, mel::Value());
   const std::unique_ptr<MPxCommand> command(static_cast<MPxCommand*>(create()));
   const bool ok = command != nullptr && command->doIt(asArgumentList(words)) == MStatus::kSuccess;
@@ -51,7 +51,7 @@ std::string asPlugin(const std::string& path) {
   return morvane::factsOf(longer).isFile() ? longer : std::string();
 }
 
-// A name without a folder means no file but a plug-in: programs and folders often have it, too.
+// A name without a folder means only a plug-in: programs and folders often have the same name.
 bool isPluginName(const fs::path& name) {
   const std::string suffix = morvane::nameOf(name.extension());
   return suffix == SharedLibrary::pluginSuffix() || suffix == ".dylib";

@@ -49,7 +49,7 @@ class PluginRegistry {
  public:
   static PluginRegistry& current();  // of the host that runs
 
-  // What plug-ins register goes to the commands of `interpreter`, which must live as long.
+  // Plug-ins' commands are registered with `interpreter`, which must live longer.
   explicit PluginRegistry(mel::Interpreter& interpreter) : interpreter_(interpreter) {}
 
   // Folders searched before MAYA_PLUG_IN_PATH.
@@ -74,7 +74,7 @@ class PluginRegistry {
   // its creator gives nothing.
   std::shared_ptr<MPxFileTranslator> make(const Translator& translator);
 
-  // What the command that is running gives back: see MPxCommand::setResult.
+  // The result of the running command: see MPxCommand::setResult.
   mel::Value result;
 
  private:

@@ -5,8 +5,7 @@
 
 namespace host {
 
-// A library that was loaded into the process: what a platform does in its own way. It stays loaded
-// until `close`.
+// A library loaded into the process, by the platform's own calls. It stays loaded until `close`.
 class SharedLibrary {
  public:
   // False with the reason in `error`.
@@ -14,7 +13,7 @@ class SharedLibrary {
   void* symbol(const char* name) const;  // null when there is none
   void close();
 
-  // What the names of plug-ins end in: ".so", ".mll", ".bundle".
+  // The suffix of plug-ins: ".so", ".mll", ".bundle".
   static const char* pluginSuffix();
 
  private:

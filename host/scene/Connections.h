@@ -26,7 +26,7 @@ using ConnectionPtr = std::shared_ptr<const Connection>;
 // The connections that begin or end at one node.
 class ConnectionTable {
  public:
-  // In the order in which they were made. A connection of a node with itself stands there once.
+  // In the order in which they were made. A connection of a node with itself occurs once.
   std::vector<ConnectionPtr> inOrder() const;
   bool hasInputs() const { return !inputs_.empty(); }
   bool isEmpty() const { return inputs_.empty() && outputs_.empty(); }
@@ -34,8 +34,8 @@ class ConnectionTable {
   ConnectionPtr into(const std::string& path) const;                // null when there is none
   std::vector<ConnectionPtr> outOf(const std::string& path) const;  // in order
 
-  // All that end (begin) at the plug, at its elements, or at children written below it, in order:
-  // "a" includes "a[2].b".
+  // All connections that end (begin) at the plug, its elements, or children written below it, in
+  // order: "a" includes "a[2].b".
   std::vector<ConnectionPtr> intoAtOrBelow(const std::string& path) const;
   std::vector<ConnectionPtr> outOfAtOrBelow(const std::string& path) const;
 

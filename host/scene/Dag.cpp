@@ -120,7 +120,7 @@ DagPath firstPath(const NodePtr& node) {
 }
 
 bool visitBelow(const NodePtr& node, const std::function<bool(const NodePtr&)>& visit) {
-  // No recursion: a scene may be as deep as the scene allows.
+  // Iterates instead of recursing: a scene may be as deep as kMaxDepth.
   std::vector<NodePtr> waiting{node};
   std::unordered_set<const Node*> seen;
   while (!waiting.empty()) {

@@ -52,8 +52,8 @@ std::vector<DagPath> allPaths(const NodePtr& node);
 DagPath firstPath(const NodePtr& node);
 DagPath pathOfInstance(const NodePtr& node, std::size_t instance);  // empty when there is none
 
-// Calls `visit` with the node and all that is below it, parents first and instances once, until it
-// returns false. Whether it never did.
+// Calls `visit` with the node and all nodes below it, parents first and each instance once, until
+// it returns false. Returns whether `visit` never did.
 bool visitBelow(const NodePtr& node, const std::function<bool(const NodePtr&)>& visit);
 
 // Children that are shapes and not intermediate.
@@ -64,8 +64,8 @@ std::vector<NodePtr> shapesBelow(const Node& transform);
 // translate. The identity for what is not a transform.
 MMatrix localMatrix(const NodePtr& node);
 
-// The parts of it that turn (rotate axis, rotate, joint orient) and that stretch (scale and shear),
-// about the origin.
+// The parts of that matrix that turn (rotate axis, rotate, joint orient) and stretch (scale and
+// shear), about the origin.
 MMatrix rotationMatrix(const NodePtr& node);
 MMatrix scaleShearMatrix(const NodePtr& node);
 

@@ -16,13 +16,13 @@ struct MeshHistory {
   std::string stopReason;  // what is wrong with it; empty when its type is not evaluated
   std::string stopAdvice;  // what to do about it
 
-  // What else is to be said of its nodes, one sentence each that begins with the node's name.
+  // Remarks about its nodes, each a sentence that begins with the node's name.
   std::vector<std::string> notes;
   bool hasOlderUvs = false;  // a node that would have changed UVs handed them on as they were
   bool hasUvNumbers = true;  // UVs have the numbers that Maya gives them
 
-  // How many faces, points and edges have the numbers that Maya gives them, and whether a node
-  // names one of the others.
+  // How many faces, points and edges have Maya's numbers, and whether a node names one of the
+  // others.
   int knownFaces = std::numeric_limits<int>::max();
   int knownPoints = std::numeric_limits<int>::max();
   int knownEdges = std::numeric_limits<int>::max();

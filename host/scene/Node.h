@@ -65,8 +65,8 @@ class Node : public Object {
   AttributePtr findOrKeepLoose(std::string_view name);
 
   std::string uuid;  // as the scene file has it, or empty
-  // What the scene file says of the node and the host has no use for, for a saved scene to repeat:
-  // addAttr statements of attributes that the type has, and the flags of lockNode.
+  // What the scene file says of the node and the host does not use, kept for saved scenes: addAttr
+  // statements of attributes that the type has, and the flags of lockNode.
   std::vector<std::string> keptDeclarations;
   std::string lockFlags;
   bool isDefault = false;  // stands in every new scene: no deletion, saved by select -ne only
@@ -77,7 +77,7 @@ class Node : public Object {
   AttributeStore values;
   ConnectionTable connections;
   std::unique_ptr<MeshData> mesh;  // mesh nodes only, and there never null
-  // Of a mesh whose shape its history makes, once that was tried; else null.
+  // The history of a mesh whose shape it makes, once that was tried; else null.
   std::unique_ptr<MeshHistory> history;
 
  private:

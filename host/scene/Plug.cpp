@@ -77,14 +77,14 @@ std::string canonicalPath(const AttributePtr& last, const std::vector<NamedIndex
   return path;
 }
 
-// A path text as far as the host knows the node's attributes.
+// Reads a path text as far as the host knows the node's attributes.
 struct Resolved {
   AttributePtr attribute;  // the last that is known; null for none
   std::vector<NamedIndex> indices;
   std::size_t known = 0;  // how many parts are
 };
 
-// By its name alone, also where compounds that are not arrays stand between the two.
+// Finds an attribute by its name alone, even when compounds that are not arrays lie between.
 AttributePtr findBelow(const AttributePtr& attribute, std::string_view name) {
   std::vector<AttributePtr> compounds = {attribute};
   for (std::size_t i = 0; i < compounds.size(); ++i) {

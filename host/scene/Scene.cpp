@@ -178,8 +178,8 @@ void Scene::destroy(const NodePtr& node) {
   nodes_.erase(node->serial());
 }
 
-// Makes `difference` more paths lead to the node, and as many for each way down to a node below it.
-// False when a node has more than allowed then.
+// Adds `difference` to the number of paths to the node, and for each way down to a node below it as
+// many to that node's. False when a node then has more than allowed.
 bool Scene::changePathCounts(Node& node, std::ptrdiff_t difference) {
   if (node.children_.empty()) {
     node.pathCount_ += static_cast<std::size_t>(difference);

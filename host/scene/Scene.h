@@ -51,8 +51,8 @@ class Scene {
   NodePtr createNode(const NodeType& type, std::string_view name = {},
                      const NodePtr& parent = nullptr, std::string* error = nullptr);
 
-  // Makes a node of an unknown type, which stood beside the DAG, one at the top of it, as a child
-  // of it shows that it is. False for any other node that is not in the DAG.
+  // Moves a node of an unknown type into the DAG, at its top; a child of it shows that it belongs
+  // there. False for any other node that is not in the DAG.
   bool moveIntoDag(const NodePtr& node);
 
   // Makes a default node that other versions of Maya have: its type is its name without the number.
@@ -62,9 +62,8 @@ class Scene {
   // nodes are refused.
   bool deleteNode(const NodePtr& node, std::string* error = nullptr);
 
-  // Renames; the name that it got may differ as for createNode. A shape that is named after its
-  // transform
-  // ("pCube1", "pCubeShape1") follows it when `withShapes`.
+  // Renames the node; its new name may differ, as for createNode. With `withShapes`, a shape that
+  // is named after its transform ("pCube1", "pCubeShape1") is renamed with it.
   bool rename(const NodePtr& node, std::string_view name, bool withShapes = false,
               std::string* error = nullptr);
 
@@ -114,7 +113,7 @@ class Scene {
   std::vector<NodePtr> nodesNamed(std::string_view name) const;
 
  private:
-  // Nodes of one name. What is not in the DAG must be alone with its name.
+  // The nodes of that name. A node outside the DAG is the only one with its name.
   struct Namesakes {
     std::map<std::size_t, NodePtr> dag;
     std::map<std::size_t, NodePtr> others;

@@ -89,8 +89,8 @@ std::vector<NodePtr> Scene::nodesMatching(std::string_view pattern, bool inNames
   return found;
 }
 
-// Goes from every path to its children by that name, looking through whichever is fewer: the
-// children, or all nodes by that name.
+// Steps from every path to its children of that name. It looks through the children or through all
+// nodes of that name, whichever are fewer.
 void Scene::stepDown(std::vector<DagPath>& paths, std::string_view name) const {
   std::vector<DagPath> below;
   const auto entry = byName_.find(std::string(name));

@@ -14,7 +14,7 @@ bool isChildOf(const Node& node, const Node* parent) {
 
 }  // namespace
 
-// `node` is the one that wants the name, null for a new one: it does not stand in its own way.
+// `node` wants the name, and does not block it; null for a new node.
 bool Scene::isNameFree(const std::string& name, const Node* node, const Node* parent,
                        bool isDag) const {
   const auto found = byName_.find(name);
@@ -54,7 +54,7 @@ std::string Scene::numbered(const std::string& stem, long first) {
       stem, first, [this](const std::string& name) { return byName_.find(name) == byName_.end(); });
 }
 
-// A number sign at the end stands for the first number that makes the name unique.
+// A "#" at the end stands for the first number that makes the name unique.
 std::string Scene::numberedOrLegal(std::string_view name) {
   if (name.empty() || name.back() != '#') return legalName(name);
   const std::string stem = legalName(name.substr(0, name.size() - 1));

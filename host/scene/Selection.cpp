@@ -8,7 +8,7 @@
 namespace host {
 namespace {
 
-// Components hash alike: items that differ in them alone are few.
+// Items that differ only in their components have equal hashes; there are few of those.
 std::size_t hashOf(const SelectionItem& item) {
   std::size_t hash = std::hash<const Node*>()(item.node.get());
   for (const NodePtr& node : item.path.nodes())
@@ -38,7 +38,7 @@ bool SelectionItem::operator==(const SelectionItem& other) const {
 
 std::vector<std::string> SelectionItem::names() const {
   if (!component) return {path.isEmpty() ? node->displayName() : path.partialName()};
-  // The only shape of a transform lends it its components.
+  // When a transform has one shape, components of the transform mean that shape's.
   const DagPath above = path.parent();
   const bool isOnlyShape = !above.isEmpty() && node->isShape() && !node->isIntermediate() &&
                            shapesBelow(*above.node()).size() == 1;

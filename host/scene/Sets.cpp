@@ -20,7 +20,7 @@ bool fail(std::string* error, std::string text) {
   return false;
 }
 
-// What one connection into a set makes a member; the node is null when that is nothing.
+// The member that one connection into a set makes; its node is null when it makes none.
 SelectionItem memberOf(const Connection& connection) {
   const NodePtr& node = connection.source.node();
   if (!node->isDag()) return {node, DagPath(), nullptr};
@@ -73,7 +73,7 @@ IndexSet facesHeld(const NodePtr& set, const SelectionItem& item) {
   return held;
 }
 
-// Keeps the place in the set that the item's first group of faces has there.
+// The item's first group of faces keeps its element of the set.
 void setFacesHeld(const NodePtr& set, const SelectionItem& item, const IndexSet& faces) {
   bool isDone = faces.isEmpty();
   for (const ConnectionPtr& connection : membershipsOf(set, item)) {
@@ -119,8 +119,8 @@ void addAllShapesBelow(const DagPath& path, std::vector<SelectionItem>& items) {
     if (child->isTransform()) addAllShapesBelow(path.extendedBy(child), items);
 }
 
-// What joins the set when the item is asked to. In place of a transform, a shading group takes the
-// transform's own shapes or, when it has none, all shapes below it.
+// The members to add for the item. For a transform, a shading group gets the transform's own shapes
+// or, when it has none, all shapes below it.
 std::vector<SelectionItem> whatJoins(const NodePtr& set, const SelectionItem& item) {
   std::vector<SelectionItem> items;
   if (item.component || !isRenderable(set) || !item.node->isTransform()) return {item};

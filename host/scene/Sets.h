@@ -16,16 +16,15 @@ namespace host {
 
 // Members in the order in which they joined.
 std::vector<SelectionItem> membersOf(const NodePtr& set);
-// The same with the members of member sets in their place.
+// The same, with member sets replaced by their members.
 std::vector<SelectionItem> flattenedMembersOf(const NodePtr& set);
 
 // Whether the item as a whole is a member; for components, whether all of them are.
 bool isMember(const NodePtr& set, const SelectionItem& item);
 
-// Joining twice is joining once. `addMember` refuses an item that another set of one of the set's
-// partitions holds; `forceMember` takes it out of those first (the faces only, when the item is
-// faces). A transform with shapes joins a shading group by its shapes. False, with the reason in
-// `error`.
+// A member is added once only. `addMember` refuses an item that another set of one of the set's
+// partitions holds; `forceMember` first removes it there (only the faces, when the item is faces).
+// A transform with shapes joins a shading group by its shapes. False, with the reason in `error`.
 bool addMember(const NodePtr& set, const SelectionItem& item, std::string* error = nullptr);
 bool forceMember(const NodePtr& set, const SelectionItem& item, std::string* error = nullptr);
 bool removeMember(const NodePtr& set, const SelectionItem& item);  // whether anything was removed

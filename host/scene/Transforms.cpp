@@ -11,8 +11,8 @@
 namespace host {
 namespace {
 
-// A matrix reads some thirty numbers; most nodes have nothing connected into them, and then a
-// number is what was set, or its default.
+// A fast path: a matrix reads some thirty numbers, and most nodes have no inputs. A number is then
+// what was set, or its default.
 double quickNumberOf(const NodePtr& node, const AttributePtr& attribute) {
   if (node->connections.hasInputs())
     return readNumber(Plug::ofAttribute(node, attribute)).value_or(0.0);
@@ -34,7 +34,7 @@ int rotateOrderOf(const NodePtr& node) {
   return rotateOrder(numberOf(node, "rotateOrder"));
 }
 
-// What a joint adds after its rotation: its orientation, and its parent's scale taken back.
+// A joint's additions after its rotation: its orientation, and the inverse of its parent's scale.
 MMatrix jointPart(const NodePtr& node) {
   const MMatrix m = rotationMatrix(tripleOf(node, "jointOrient"), 0);
   if (!truthOf(node, "segmentScaleCompensate")) return m;

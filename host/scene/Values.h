@@ -26,10 +26,10 @@ std::optional<std::vector<double>> readNumbers(const Plug& plug);
 // nothing.
 AttributeValue readValue(const Plug& plug);
 
-// What is connected into a plug, be it into the compound that it is part of.
+// The source connected into a plug, or into the compound that the plug is part of.
 struct Feed {
   Plug source;
-  // Which of the source's numbers, where the source is one value and the compound has children.
+  // The index of the source's number, when the source is one value and the compound has children.
   std::optional<std::size_t> component;
 };
 std::optional<Feed> feedOf(const Plug& plug);
@@ -55,7 +55,7 @@ bool writeValue(const Plug& plug, AttributeValue value);
 void keepAsWritten(const NodePtr& node, std::string_view pathText, KeptWords value,
                    const AttributeState& flags = {});
 
-// Takes connections away; a destination keeps the value that it read through its connection.
+// Removes connections. A destination keeps the value that it read through its connection.
 void disconnectKeepingValue(const ConnectionPtr& connection);
 
 // Forgets values and flags that were set on the plug, its elements and its children.
@@ -71,7 +71,7 @@ bool isInChannelBox(const Plug& plug);
 void setInChannelBox(const Plug& plug, bool shown);
 // Whether any flag is set.
 bool saysAnything(const AttributeState& flags);
-// Takes over the flags that are set in `flags`, whatever the locks.
+// Sets the flags that are set in `flags`, whatever the locks.
 void setFlags(const Plug& plug, const AttributeState& flags);
 
 }  // namespace host

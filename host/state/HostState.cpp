@@ -7,8 +7,7 @@
 namespace host {
 namespace {
 
-// Never destroyed: plug-ins stay in the process when it exits, as nothing may run their code any
-// more.
+// Never destroyed: when the process exits, plug-ins stay loaded and none of their code may run.
 std::unique_ptr<HostState>& running() {
   static auto& state = *new std::unique_ptr<HostState>(std::make_unique<HostState>());
   return state;

@@ -26,7 +26,7 @@ constexpr std::uint64_t kMostRulesBytes = std::uint64_t{1} << 20;
 constexpr std::size_t kMostRules = 4096;
 constexpr std::size_t kLongestName = 4096;
 
-// The text of a word of a command; empty for what would have to be evaluated.
+// The text of a command's word; empty when the word would have to be evaluated.
 std::string wordOf(const AstNode& node) {
   if (node.kind == Kind::kWord) return node.text;
   return node.kind == Kind::kLiteral ? node.literal.toString() : std::string();
@@ -63,7 +63,7 @@ std::string variableAt(const std::string& text, std::size_t& at) {
   return isClosed ? text.substr(begin, end - begin) : std::string();
 }
 
-// With the values of its variables; one that is not set stays as it is written.
+// Replaces variables by their values; an unset variable stays as written.
 std::string expanded(const std::string& name) {
   std::string result;
   for (std::size_t at = 0; at < name.size() && result.size() < kLongestName;) {

@@ -29,7 +29,7 @@ std::string findProjectFolder(const std::string& folder);
 // failure gives a project without rules.
 morvane::Status readProject(const std::string& folder, Project& project);
 
-// Where a file was looked for, in this order, up to the place where it is.
+// The places where a file was looked for, in order; the last is where it is, if it was found.
 struct FileSearch {
   std::vector<std::string> places;  // absolute
   bool found = false;               // at the last place

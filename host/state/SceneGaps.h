@@ -11,7 +11,7 @@
 
 namespace host {
 
-// What a node would have in Maya, by way of a reference, and lacks here.
+// What a node lacks here and would have in Maya, by way of a reference.
 struct SceneGap {
   std::string text;  // "needs the referenced file a.ma (aRN), which ...": the node's name precedes
   std::string advice;  // what to do about it

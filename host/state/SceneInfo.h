@@ -14,8 +14,8 @@
 
 namespace host {
 
-// What a scene file says beside its nodes, kept so that a saved scene says it again. Statements
-// stand as they are written, without the semicolon.
+// The statements of a scene file beside its nodes, kept as written, without the semicolon, for the
+// saved scene.
 struct SceneInfo {
   std::string firstLine;                  // "//Maya ASCII 2018 scene"; empty for a new scene
   std::vector<std::string> references;    // file -rdi ..., file -r ...
@@ -34,7 +34,7 @@ struct SceneInfo {
   // setAttr statements of nodes that are not here.
   std::vector<std::string> strayStatements;
 
-  // connectAttr statements of which an end is not here, or takes no such connection here.
+  // connectAttr statements with an end that is missing here, or takes no such connection.
   struct LooseConnection {
     struct End {
       bool isKnown = false;      // that there is such a node; dropped when it is gone
@@ -47,8 +47,8 @@ struct SceneInfo {
   };
   std::vector<LooseConnection> looseConnections;
 
-  // By the serial of a connection through a reference's place holder: the place holder, which a
-  // saved scene has in place of the end in another file. Null for an end of its own.
+  // By the serial of a connection through a reference's place holder: the place holder, which
+  // stands in a saved scene for the end in the other file. Null for an end in the scene itself.
   struct StandIn {
     Plug source;
     Plug destination;

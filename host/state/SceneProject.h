@@ -15,9 +15,9 @@ class Scene;
 // The project in which the files of the open scene are looked for, and what was found.
 class SceneProject {
  public:
-  // Makes a folder the project of all scenes from now on, wherever they lie.
+  // Makes a folder the project of all scenes opened later, wherever they are.
   void give(const std::string& folder) { given_ = folder; }
-  // The project of a scene in this folder becomes the current one; nothing is known of files then.
+  // Makes the project of a scene in this folder the current one, and forgets all files.
   morvane::Status enter(const std::string& sceneFolder);
   morvane::Status open(const std::string& projectFolder);
   Project& project() { return project_; }
@@ -28,9 +28,10 @@ class SceneProject {
   void findTextures(const Scene& scene, DirectoryMap& map, std::size_t firstSerial,
                     const std::string& folder);
 
-  // Where a texture that a node names so now was looked for.
+  // The places where a texture, named as nodes name it now, was looked for.
   FileSearch searchOf(const std::string& name, const std::string& folder) const;
-  // What a scene file is to call the file that the node names: as it did, while that is unchanged.
+  // The name for a scene file to use: the one written there before, while the node's name is
+  // unchanged.
   const std::string& writtenName(std::size_t serial, const std::string& name) const;
 
  private:

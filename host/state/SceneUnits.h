@@ -20,7 +20,7 @@ struct SceneUnits {
 bool setLengthUnit(SceneUnits& units, std::string_view name);
 bool setAngleUnit(SceneUnits& units, std::string_view name);
 
-// What a number of the attribute is to be multiplied by.
+// The factor for a number of the attribute.
 double unitFactor(const SceneUnits& units, const Attribute& attribute);
 
 // What numbers mean that the scene keeps as its file has them.

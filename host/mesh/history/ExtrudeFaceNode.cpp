@@ -48,7 +48,7 @@ std::string unknownSetting(const HistoryParameters& node) {
   return isUsual(local.x, 0.0) && isUsual(local.y, 0.0) ? std::string() : "localTranslate";
 }
 
-// What happens to points: with worldSpace in the world, where the mesh stands by inputMatrix.
+// The move of points. With worldSpace it happens in the world, to which inputMatrix takes the mesh.
 struct Motion {
   MMatrix toWorld;
   MMatrix back;
@@ -77,7 +77,7 @@ struct Motion {
     return problem;
   }
 
-  // The point, `share` of the way; `normal` is the group's, in the world.
+  // The point after `share` of the move; `normal` is the group's, in the world.
   Vec3 moved(const Vec3& point, const Vec3& normal, double share) const {
     const Vec3 from = transformed(point, toWorld);
     const Vec3 arm = from - pivot;
@@ -152,8 +152,8 @@ Vec3 normalOf(const MeshData& mesh, int face, const MMatrix& toWorld) {
   return normalized(sum);
 }
 
-// The normal of each group, in the world. False when the faces of one that is to move along it
-// look different ways.
+// The normal of each group, in the world. False when a group is to move along its normal and its
+// faces look in different directions.
 bool readNormals(const MeshData& mesh, const std::vector<int>& chosen, const Motion& motion,
                  FaceGroups& groups, std::map<int, Vec3>& normals) {
   for (const int face : chosen) {
@@ -165,7 +165,7 @@ bool readNormals(const MeshData& mesh, const std::vector<int>& chosen, const Mot
   return true;
 }
 
-// The faces after it: the chosen ones moved, and walls between where they were and where they are.
+// The faces after the move: the chosen ones, moved, and walls between their old and new positions.
 class Extrusion {
  public:
   Extrusion(const MeshData& mesh, const Motion& motion, FaceGroups& groups,
@@ -217,7 +217,7 @@ class Extrusion {
   int onRing(int group, int vertex, int ring) const {
     return ring == 0 ? vertex : firstOf_.at(Key{group, vertex}) + ring - 1;
   }
-  // Where a point inside a group is itself after the move.
+  // The number of the moved point for each point inside a group.
   int onTop(int group, int vertex) {
     if (firstOf_.count(Key{group, vertex}) != 0) return onRing(group, vertex, motion_.divisions);
     faces.points[static_cast<std::size_t>(vertex)] = movedPoint(group, vertex, 1.0);

@@ -29,7 +29,7 @@ struct FaceRebuild {
 // which are smooth, follow. Gives what is wrong: no face is left, or the mesh has holes in faces.
 std::string rebuild(const FaceRebuild& faces, MeshData& mesh);
 
-// Takes away points that no face has, and UVs that no corner has, and closes the gaps.
+// Removes points that no face has and UVs that no corner has, and renumbers the rest.
 void dropUnusedPoints(FaceRebuild& faces);
 void dropUnusedUvs(MeshData& mesh);
 

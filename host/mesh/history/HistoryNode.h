@@ -34,8 +34,8 @@ constexpr int kAllKnown = std::numeric_limits<int>::max();
 
 enum class ElementKind { kFace, kVertex, kEdge, kUv };
 
-// What a node of a mesh's history has to go by besides the mesh that it changes. Lengths are
-// centimetres, angles degrees.
+// The parameters of a history node, and what it can report. Lengths are centimetres, angles
+// degrees.
 class HistoryParameters {
  public:
   virtual ~HistoryParameters() = default;
@@ -64,13 +64,12 @@ class HistoryParameters {
   using MeshVisitor = std::function<void(const ParameterPath& path, const MeshData& mesh)>;
   virtual bool forEachMesh(const ParameterName& name, const MeshVisitor& visit) = 0;
 
-  // Of a deformer, the vertices that it may move, those below `count`; nothing for all of them.
+  // The vertices below `count` that a deformer may move; nothing for all of them.
   virtual std::optional<std::vector<int>> affectedVertices(int count) const = 0;
-  // The index of the output that is made: that of the mesh among those that a deformer moves.
+  // The index of the output that is made, which a deformer has for each of its meshes.
   virtual int outputIndex() const = 0;
 
-  // Says something of the mesh that is not a reason not to make it, in words that follow the node's
-  // name.
+  // Adds a remark about a mesh that can be made all the same, in words that follow the node's name.
   virtual void note(const std::string& text) = 0;
   // Says that the mesh's UVs stay those from before this node.
   virtual void noteOlderUvs() = 0;
@@ -79,10 +78,10 @@ class HistoryParameters {
   virtual void dropUvNumbers() = 0;
   virtual bool hasUvNumbers() const = 0;  // no node before this one said so
 
-  // Says that of what the mesh has now, all but the first faces, points and edges come in another
-  // order than in Maya. A node that names one of the others stops the mesh.
+  // Says that only the first faces, points and edges of the current mesh are in Maya's order. A
+  // later node that names one of the others stops the mesh.
   virtual void keepNumbersOf(int faces, int points, int edges) = 0;
-  // Says that no number is left that is Maya's, if some were not before this node.
+  // Says that no number of the mesh is Maya's any more, if some were not before.
   virtual void dropNumbers() = 0;
   // How many points have Maya's numbers.
   virtual int knownPoints() const = 0;
@@ -90,22 +89,22 @@ class HistoryParameters {
   double number(const ParameterName& name, double otherwise) const {
     return number(name).value_or(otherwise);
   }
-  // A number or its default for what is not a finite number, between the two bounds.
+  // The number as an integer between the two bounds; the default when it is not finite.
   int whole(const ParameterName& name, int otherwise, int least, int most) const;
 };
 
 // A type of node in a mesh's history.
 struct HistoryNodeType {
   const char* name;
-  // Where the mesh that it changes is connected, spelt with short and with long names. "#" stands
-  // for the index of the output that is asked for. Null: it makes a mesh of nothing.
+  // The attribute by which the mesh comes in, spelt with short and with long names. "#" stands for
+  // the index of the requested output. Null: the node makes a mesh of nothing.
   struct Input {
     const char* path;
     const char* longPath;
   };
   Input input;
-  // Makes `mesh`, which is the input or empty, what the node hands on. Gives what is wrong, in
-  // words that follow "but "; then `mesh` is worth nothing. Null: hands it on as it is.
+  // Turns `mesh`, the input or an empty mesh, into the output. Returns what is wrong, in words that
+  // follow "but "; `mesh` must not be used then. Null: the mesh is handed on unchanged.
   std::string (*evaluate)(HistoryParameters& node, MeshData& mesh);
 };
 

@@ -28,17 +28,17 @@ std::string makePrimitive(HistoryParameters& node, MeshData& mesh) {
 // inwards.
 std::string transformGeometry(HistoryParameters& node, MeshData& mesh);
 
-// Moves points by joints (matrix of a joint as it stands, times the inverse of where it was bound):
-// by the weighted sum of their matrices, by dual quaternions, or by a blend of both. Points without
-// a weight stay. Dual quaternions leave scales out.
+// Moves points by joints. The matrix of a joint is its current one times the inverse of the one at
+// which it was bound. Points follow the weighted sum of matrices, dual quaternions, or a blend of
+// both. Points without a weight stay. Dual quaternions ignore scale.
 std::string skinCluster(HistoryParameters& node, MeshData& mesh);
-// Adds the offsets of targets, stored ones and connected meshes, in proportion to their weights;
-// between two shapes of one target both count in proportion.
+// Adds the offsets of targets in proportion to their weights. Targets are stored or are connected
+// meshes. Between two shapes of one target both count in proportion.
 std::string blendShape(HistoryParameters& node, MeshData& mesh);
 // Adds an offset to each point.
 std::string tweak(HistoryParameters& node, MeshData& mesh);
 
-// The same, of a mesh that somebody changed point by point.
+// The same for a mesh that somebody changed point by point.
 std::string polyTweak(HistoryParameters& node, MeshData& mesh);
 
 // Moves points as a handle that was bound to them moves, in proportion to their weights as long as
@@ -49,8 +49,8 @@ std::string cluster(HistoryParameters& node, MeshData& mesh);
 std::string keepOlderUvs(HistoryParameters& node, MeshData& mesh);
 // Hands the mesh on: UVs that are cut apart stay where they are.
 std::string cutUvs(HistoryParameters& node, MeshData& mesh);
-// Takes the UVs of faces from a rectangle that the picture covers; not from one that the picture
-// covers otherwise, which leaves older UVs.
+// Gives faces UVs by projection from a rectangle that the picture fills. For any other projection
+// the UVs stay older ones.
 std::string polyPlanarProj(HistoryParameters& node, MeshData& mesh);
 // Adds an offset to each UV; not once UVs are older or have other numbers.
 std::string polyTweakUv(HistoryParameters& node, MeshData& mesh);
@@ -62,14 +62,14 @@ std::string polyColorPerVertex(HistoryParameters& node, MeshData& mesh);
 // Moves faces by translate, scale and, where the faces of a group look one way, along their normal,
 // and puts walls between. Walls take the UVs of the edges that they stand on.
 std::string polyExtrudeFace(HistoryParameters& node, MeshData& mesh);
-// Puts points that are close to one another in their middle, and takes away what that leaves of
-// faces; not where only some of a group are close enough.
+// Merges points that are close to one another, in their middle, and removes faces that collapse.
+// Refused when only some points of a group are close enough.
 std::string polyMergeVert(HistoryParameters& node, MeshData& mesh);
-// Makes one mesh of all that are connected, each moved by its matrix.
+// Joins all connected meshes into one, each moved by its matrix.
 std::string polyUnite(HistoryParameters& node, MeshData& mesh);
-// Hands on one of the parts that hang together, in the order of their first faces.
+// Hands on one of the connected parts, in the order of their first faces.
 std::string polySeparate(HistoryParameters& node, MeshData& mesh);
-// Takes faces away, and points and UVs that nothing needs any more.
+// Removes faces, and points and UVs that no face needs any more.
 std::string deleteComponent(HistoryParameters& node, MeshData& mesh);
 // Turns faces round.
 std::string polyNormal(HistoryParameters& node, MeshData& mesh);
