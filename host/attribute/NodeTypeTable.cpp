@@ -35,7 +35,7 @@ constexpr char kDagNode[] =
     "boundingBoxSize:bbsi:double3} center:c:double3 "
     "matrix:m:matrix inverseMatrix:im:matrix worldMatrix:wm:matrix[] "
     "worldInverseMatrix:wim:matrix[] parentMatrix:pm:matrix[] parentInverseMatrix:pim:matrix[] "
-    "visibility:v:bool=1 intermediateObject:io:bool template:tmp:bool "
+    "visibility:v:bool+=1 intermediateObject:io:bool template:tmp:bool "
     "instObjGroups:iog:compound[]{objectGroups:og:compound[]{objectGrpCompList:gcl:componentList "
     "objectGroupId:gid:long objectGrpColor:gco:short}} "
     "objectColor:obc:short useObjectColor:uoc:bool ghosting:gh:bool renderInfo:ri:message "
@@ -44,7 +44,7 @@ constexpr char kDagNode[] =
     "overrideEnabled:ove:bool overrideVisibility:ovv:bool=1 overrideColor:ovc:byte}";
 
 constexpr char kTransform[] =
-    "translate:t:double3 rotate:r:double3 rotateOrder:ro:enum scale:s:double3=1 "
+    "translate:t:double3+ rotate:r:double3+ rotateOrder:ro:enum scale:s:double3+=1 "
     "shear:sh:double3{shearXY:shxy:double shearXZ:shxz:double shearYZ:shyz:double} "
     "rotatePivot:rp:double3 rotatePivotTranslate:rpt:double3 scalePivot:sp:double3 "
     "scalePivotTranslate:spt:double3 rotateAxis:ra:double3 transMinusRotatePivot:tmrp:double3 "
@@ -310,7 +310,7 @@ class TableParser {
   AttributePtr parseAttribute() {
     const std::string longName = takeUntil(":");
     const std::string shortName = takeUntil(":");
-    const std::string word = takeUntil(" []={}!");
+    const std::string word = takeUntil(" []={}!+");
     const bool isColour = word == "color";
     auto attribute = std::make_shared<Attribute>(longName, shortName, isColour ? "float3" : word);
     attribute->isColour = isColour;
@@ -318,6 +318,9 @@ class TableParser {
       attribute->writable = false;
       rest_.remove_prefix(1);
     }
+    const bool isKeyable = rest_.substr(0, 1) == "+";
+    if (isKeyable) rest_.remove_prefix(1);
+    attribute->keyable = isKeyable && !attribute->isNumericCompound();
     if (rest_.substr(0, 2) == "[]") {
       attribute->isArray = true;
       rest_.remove_prefix(2);
@@ -327,7 +330,7 @@ class TableParser {
       rest_.remove_prefix(1);
       for (const AttributePtr& child : parseList()) Attribute::adopt(attribute, child);
     } else if (attribute->isNumericCompound()) {
-      addUsualChildren(attribute, defaultValue);
+      addUsualChildren(attribute, defaultValue, isKeyable);
     } else {
       attribute->defaultValue = defaultValue;
     }
@@ -343,7 +346,8 @@ class TableParser {
     return number;
   }
 
-  static void addUsualChildren(const AttributePtr& parent, const AttributeValue& defaultValue) {
+  static void addUsualChildren(const AttributePtr& parent, const AttributeValue& defaultValue,
+                               bool areKeyable) {
     const std::string_view longEnds = parent->isColour ? "RGB" : "XYZW";
     const std::string_view shortEnds = parent->isColour ? "rgb" : "xyzw";
     const auto count = static_cast<std::size_t>(numericCompoundSize(parent->typeWord()));
@@ -352,6 +356,7 @@ class TableParser {
           parent->longName() + longEnds[i], parent->shortName() + shortEnds[i],
           std::string(numericCompoundElement(parent->typeWord())));
       child->defaultValue = defaultValue;
+      child->keyable = areKeyable;
       Attribute::adopt(parent, child);
     }
   }

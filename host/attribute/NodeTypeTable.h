@@ -10,9 +10,9 @@
 namespace host {
 
 // A type of node as the tables spell it. `attributes` is a list of
-//   longName:shortName:typeWord![]=default{children}
-// separated by blanks, where "!" (what the node works out), "[]" (an array), "=default" (a number)
-// and the children are optional.
+//   longName:shortName:typeWord!+[]=default{children}
+// separated by blanks, where "!" (what the node works out), "+" (keyable, the usual children too),
+// "[]" (an array), "=default" (a number) and the children are optional.
 // A numeric compound without children gets the usual ones: X Y Z, or R G B for the word "color" (a
 // float3).
 struct NodeTypeRow {

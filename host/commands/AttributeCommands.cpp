@@ -1,3 +1,4 @@
+#include "host/commands/AttributeNames.h"
 #include "host/commands/Builtin.h"
 
 #include <algorithm>
@@ -367,15 +368,6 @@ CommandResult valueOf(const Plug& plug) {
                                 "' holds nothing that a command can give");
 }
 
-// Numbers of built-in types that are lengths and angles are named as such.
-std::string shownType(const Attribute& attribute) {
-  const double factor = unitFactor(SceneUnits{2.0, 3.0}, attribute);
-  const bool isPlain = attribute.typeWord() == "double";
-  return isPlain && factor == 2.0   ? "doubleLinear"
-         : isPlain && factor == 3.0 ? "doubleAngle"
-                                    : attribute.typeWord();
-}
-
 // A matrix of the world's without an index is that of the path by which the node was named.
 Plug ofNamedInstance(const CommandContext& context, const Plug& plug, const std::string& text) {
   if (!plug.isArray() || plug.attribute()->typeWord() != "matrix" || !plug.node()->isDag())
@@ -405,17 +397,25 @@ std::string enumName(const Attribute& attribute, double number) {
   return formatNumber(number);
 }
 
+// Unless a statement said otherwise.
+bool isCached(const Plug& plug) {
+  const AttributeState* const state = plug.node()->values.find(plug.path());
+  return state == nullptr || state->caching != AttributeState::Flag::kOff;
+}
+
 CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 1)
     return CommandResult::failure("getAttr: needs one attribute");
   std::string error;
   const Plug plug = findPlug(arguments.objects().front(), context, error);
+  if (plug.isNull() && arguments.has("sl")) return CommandResult::success();
   if (plug.isNull()) return CommandResult::failure("getAttr: " + error);
   if (arguments.has("l")) return CommandResult::success(Value::ofTruth(isLocked(plug)));
   if (arguments.has("k")) return CommandResult::success(Value::ofTruth(isKeyable(plug)));
   if (arguments.has("cb")) return CommandResult::success(Value::ofTruth(isInChannelBox(plug)));
   if (arguments.has("se"))
     return CommandResult::success(Value::ofTruth(!isLocked(plug) && !isInputConnected(plug)));
+  if (arguments.has("ca")) return CommandResult::success(Value::ofTruth(isCached(plug)));
   if (arguments.has("typ")) return CommandResult::success(shownType(*plug.attribute()));
   if (arguments.has("s") || arguments.has("mi")) return elementsOf(plug, arguments.has("s"));
   if (arguments.has("as") && plug.attribute()->typeWord() == "enum")
@@ -449,6 +449,8 @@ void addAttributeCommands(CommandTable& table) {
              {"mi", "multiIndices", ""},
              {"as", "asString", ""},
              {"t", "time", "n"},
+             {"ca", "caching", ""},
+             {"x", "expandEnvironmentVariables", ""},
              {"sl", "silent", ""}},
             getAttr);
   addDynamicAttributeCommands(table);

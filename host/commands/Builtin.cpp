@@ -26,6 +26,7 @@ void addBuiltinCommands(CommandTable& table) {
   addNodeQuestions(table);
   addPlacementCommands(table);
   addPolygonCommands(table);
+  addTimeCommands(table);
   addHeaderCommands(table);
   table.setAfterCommand(refreshSceneHistories);
 }

@@ -31,6 +31,7 @@ void addFolderCommands(CommandTable& table);
 void addNodeQuestions(CommandTable& table);
 void addPlacementCommands(CommandTable& table);
 void addPolygonCommands(CommandTable& table);
+void addTimeCommands(CommandTable& table);
 // What scene files say beside nodes (requires, fileInfo, currentUnit, relationship...): see
 // SceneInfo.
 void addHeaderCommands(CommandTable& table);

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "host/attribute/Attribute.h"
+#include "host/commands/AttributeNames.h"
 #include "host/commands/Lookup.h"
 #include "host/mel/Command.h"
 #include "host/scene/Node.h"
@@ -111,7 +112,99 @@ bool targets(const Arguments& arguments, const CommandContext& context, std::vec
   return !nodes.empty();
 }
 
+// What was said of an attribute that was added.
+CommandResult queryAdded(const Arguments& arguments, const Plug& plug) {
+  const Attribute& attribute = *plug.attribute();
+  const std::pair<std::string_view, std::optional<double>> kNumbers[] = {
+      {"min", attribute.min},
+      {"max", attribute.max},
+      {"smn", attribute.softMin},
+      {"smx", attribute.softMax}};
+  const std::pair<std::string_view, bool> kTruths[] = {{"hnv", attribute.min.has_value()},
+                                                       {"hxv", attribute.max.has_value()},
+                                                       {"hsn", attribute.softMin.has_value()},
+                                                       {"hsx", attribute.softMax.has_value()},
+                                                       {"k", isKeyable(plug)},
+                                                       {"h", attribute.hidden},
+                                                       {"w", attribute.writable},
+                                                       {"m", attribute.isArray},
+                                                       {"uac", attribute.isColour},
+                                                       {"ex", true}};
+  for (const auto& [flag, number] : kNumbers)
+    if (arguments.has(flag)) return CommandResult::success(number.value_or(0.0));
+  for (const auto& [flag, truth] : kTruths)
+    if (arguments.has(flag)) return CommandResult::success(Value::ofTruth(truth));
+  if (arguments.has("ln")) return CommandResult::success(attribute.longName());
+  if (arguments.has("sn")) return CommandResult::success(attribute.shortName());
+  if (arguments.has("nn")) return CommandResult::success(niceNameOf(attribute));
+  if (arguments.has("at") || arguments.has("dt"))
+    return CommandResult::success(shownType(attribute));
+  if (arguments.has("en")) return CommandResult::success(joinedEnum(attribute));
+  if (arguments.has("nc"))
+    return CommandResult::success(static_cast<int>(attribute.children().size()));
+  if (arguments.has("p")) {
+    const AttributePtr parent = attribute.parent();
+    return CommandResult::success(parent ? parent->longName() : attribute.longName());
+  }
+  const double* const number = std::get_if<double>(&attribute.defaultValue);
+  if (arguments.has("dv")) return CommandResult::success(number == nullptr ? 0.0 : *number);
+  return CommandResult::failure("addAttr: names nothing that can be queried");
+}
+
+// The flags that a saved scene has of the attribute, with the values that these arguments give.
+void redeclare(const Arguments& arguments, Attribute& attribute) {
+  std::vector<std::string> kept;
+  const std::vector<std::string> given = arguments.flagsAsWritten();
+  const auto isGiven = [&arguments](const std::string& word) {
+    return word.size() > 1 && word[0] == '-' && arguments.has(std::string_view(word).substr(1));
+  };
+  for (std::size_t i = 0; i < attribute.declaration.size(); ++i)
+    if (isGiven(attribute.declaration[i]))
+      ++i;
+    else
+      kept.push_back(attribute.declaration[i]);
+  for (const std::string& word : given)
+    if (word != "-e") kept.push_back(word);
+  attribute.declaration = std::move(kept);
+}
+
+CommandResult editAdded(const Arguments& arguments, const Plug& plug) {
+  Attribute& attribute = *plug.attribute();
+  for (const std::string_view flag : {"ln", "sn", "at", "dt", "p", "m"})
+    if (arguments.has(flag))
+      return CommandResult::failure(
+          "addAttr: -edit changes limits, the default, names of an enumeration, the nice name, "
+          "-keyable and -hidden");
+  const std::pair<std::string_view, std::optional<double>*> kLimits[] = {
+      {"min", &attribute.min},
+      {"max", &attribute.max},
+      {"smn", &attribute.softMin},
+      {"smx", &attribute.softMax}};
+  for (const auto& [flag, limit] : kLimits)
+    if (arguments.has(flag)) *limit = arguments.number(flag);
+  if (arguments.has("dv")) attribute.defaultValue = arguments.number("dv");
+  if (arguments.has("en")) attribute.enumNames = splitEnum(arguments.text("en"));
+  if (arguments.has("nn")) attribute.niceName = arguments.text("nn");
+  if (arguments.has("k")) attribute.keyable = arguments.truth("k");
+  if (arguments.has("h")) attribute.hidden = arguments.truth("h");
+  redeclare(arguments, attribute);
+  plug.node()->noteChange();
+  return CommandResult::success();
+}
+
+CommandResult askOrEdit(const Arguments& arguments, const CommandContext& context) {
+  if (arguments.objects().size() != 1)
+    return CommandResult::failure("addAttr: -query and -edit need one attribute");
+  std::string error;
+  const Plug plug = findPlug(arguments.objects().front(), context, error);
+  if (plug.isNull()) return CommandResult::failure("addAttr: " + error);
+  if (!plug.attribute()->isDynamic)
+    return CommandResult::failure("addAttr: '" + plug.name() + "' was not added by addAttr");
+  return arguments.query() ? queryAdded(arguments, plug) : editAdded(arguments, plug);
+}
+
 CommandResult addAttr(const Arguments& arguments, CommandContext& context) {
+  if (arguments.query() || arguments.edit()) return askOrEdit(arguments, context);
   if (!arguments.has("ln") && !arguments.has("sn"))
     return CommandResult::malformed("addAttr: -ln is missing");
   std::vector<NodePtr> nodes;
@@ -143,7 +236,9 @@ CommandResult deleteAttr(const Arguments& arguments, CommandContext& context) {
 
 void addDynamicAttributeCommands(CommandTable& table) {
   table.add("addAttr",
-            {{"ln", "longName", "s"},
+            {{"q", "query", ""},
+             {"e", "edit", ""},
+             {"ln", "longName", "s"},
              {"sn", "shortName", "s"},
              {"nn", "niceName", "s"},
              {"at", "attributeType", "s"},

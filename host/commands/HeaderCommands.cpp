@@ -1,13 +1,9 @@
-#include <cmath>
-
 #include "host/commands/Builtin.h"
-#include "host/evaluation/CurrentTime.h"
 #include "host/mel/Command.h"
 #include "host/scene/Scene.h"
 #include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
-#include "host/text/Numbers.h"
 
 namespace host::mel {
 namespace {
@@ -44,10 +40,22 @@ CommandResult queryUnit(const CommandContext& context, const Arguments& argument
   return CommandResult::failure("currentUnit: -query gives -linear, -angle or -time");
 }
 
+// Whether a script asks for the units that it has.
+bool keepsScriptUnits(const CommandContext& context, const Arguments& arguments) {
+  SceneUnits asked;
+  return (!arguments.has("l") || setLengthUnit(asked, arguments.text("l"))) &&
+         (!arguments.has("a") || setAngleUnit(asked, arguments.text("a"))) && asked.length == 1.0 &&
+         asked.angle == 1.0 &&
+         (!arguments.has("t") ||
+          arguments.text("t") == queryUnit(context, arguments).value.toString());
+}
+
 CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
   if (!context.inSceneFile) {
     if (arguments.query()) return queryUnit(context, arguments);
-    return CommandResult::failure("currentUnit: the units are centimetres and degrees");
+    return keepsScriptUnits(context, arguments)
+               ? CommandResult::success()
+               : CommandResult::failure("currentUnit: the units are centimetres and degrees");
   }
   if (arguments.has("t") && !isWord(arguments.text("t")))
     context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
@@ -66,18 +74,6 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
                                     "'; taken as degrees");
   }
   return CommandResult::success();
-}
-
-// The frame that the scene stands at.
-CommandResult moveInTime(const Arguments& arguments, CommandContext& context) {
-  Scene& scene = context.host().scene;
-  if (arguments.has("q")) return CommandResult::success(currentTime(scene));
-  const auto frame =
-      arguments.objects().size() == 1 ? parseNumber(arguments.objects().front()) : std::nullopt;
-  if (!frame || !std::isfinite(*frame))
-    return CommandResult::failure("currentTime: needs one time");
-  setCurrentTime(scene, *frame);
-  return CommandResult::success(*frame);
 }
 
 CommandResult fileInfo(const Arguments& arguments, CommandContext& context) {
@@ -123,8 +119,6 @@ void addHeaderCommands(CommandTable& table) {
              {"f", "fullName", ""},
              {"ua", "updateAnimation", "b"}},
             currentUnit);
-  table.add("currentTime", {{"q", "query", ""}, {"e", "edit", ""}, {"u", "update", "b"}},
-            moveInTime);
   table.add("fileInfo", {}, fileInfo);
   table.add("dataStructure", {{"fmt", "format", "s"}, {"as", "asString", "s"}}, dataStructure);
   table.add("applyMetadata", {{"fmt", "format", "s"}, {"v", "value", "s"}, {"scn", "scene", ""}},

@@ -1,3 +1,4 @@
+#include "host/attribute/NodeTypeTable.h"
 #include "host/commands/Builtin.h"
 
 #include <algorithm>
@@ -310,14 +311,24 @@ Value::Strings inheritedTypes(const NodeType& own) {
   return names;
 }
 
+// With the type itself.
+Value::Strings derivedTypes(const NodeType& base) {
+  Value::Strings names;
+  for (const NodeTypeRow& row : nodeTypeRows()) {
+    const NodeType* const type = NodeType::find(row.name);
+    if (type != nullptr && type->isA(base.name())) names.push_back(row.name);
+  }
+  return names;
+}
+
 CommandResult nodeType(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("d")) return CommandResult::failure("nodeType: -derived is not supported");
   std::string error = "needs one name of a type";
   const bool namesType = arguments.has("itn") && arguments.objects().size() == 1;
   const NodeType* type = namesType ? NodeType::find(arguments.objects().front())
                                    : typeOfNamed(arguments, context, error);
   if (type == nullptr)
     return CommandResult::failure("nodeType: " + (namesType ? "no such node type" : error));
+  if (arguments.has("d")) return CommandResult::success(derivedTypes(*type));
   if (arguments.has("i")) return CommandResult::success(inheritedTypes(*type));
   return CommandResult::success(arguments.has("api") ? nameOf(type->apiType()) : type->name());
 }

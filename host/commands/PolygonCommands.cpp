@@ -13,6 +13,7 @@
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
 #include "host/mesh/MeshPrimitives.h"
+#include "host/scene/Connections.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
@@ -90,7 +91,29 @@ PrimitiveParameter parametersOf(const Primitive& primitive, const Arguments& arg
   };
 }
 
-// Makes the object without construction history: its shape is its own.
+NodePtr meshOf(const SelectionItem& item) {
+  if (item.node->mesh != nullptr) return item.node;
+  for (const NodePtr& shape : shapesBelow(*item.node))
+    if (shape->mesh != nullptr) return shape;
+  return nullptr;
+}
+
+// The node that makes the mesh, set as the command's flags say.
+NodePtr addMaker(Scene& scene, const Primitive& primitive, const Arguments& arguments) {
+  const NodePtr maker = scene.createNode(*NodeType::find(primitive.type));
+  const PrimitiveParameter given = parametersOf(primitive, arguments);
+  constexpr const char* kShared[] = {"axisX", "axisY", "axisZ", "createUVs"};
+  const auto set = [&](const char* attribute) {
+    const auto plug = Plug::find(maker, attribute);
+    const auto number = given("", attribute);
+    if (plug && number) writeValue(*plug, *number);
+  };
+  for (const NumberFlag& each : primitive.flags) set(each.attribute);
+  for (const char* const attribute : kShared) set(attribute);
+  return maker;
+}
+
+// Unless told otherwise the node that makes the shape stays in front of it, and is named too.
 CommandResult makePrimitive(const CommandContext& context, const Primitive& primitive,
                             const Arguments& arguments) {
   const std::string command = primitive.type;
@@ -99,7 +122,20 @@ CommandResult makePrimitive(const CommandContext& context, const Primitive& prim
   if (!error.empty()) return CommandResult::failure(command + ": " + error);
   const std::string name =
       arguments.has("n") ? arguments.text("n") : primitive.object + std::string("#");
-  return addMeshObject(context, command, name, std::move(mesh));
+  const bool hasHistory = arguments.truth("ch", true);
+  CommandResult made =
+      addMeshObject(context, command, name, hasHistory ? MeshData() : std::move(mesh));
+  if (!made.ok || !hasHistory) return made;
+  const NodePtr maker = addMaker(context.host().scene, primitive, arguments);
+  const auto output = Plug::find(maker, "output");
+  const NodePtr shape = meshOf(context.host().scene.selection.items().front());
+  const auto input = Plug::find(shape, "inMesh");
+  if (!output || !input || !connect(*output, *input, false, &error))
+    return CommandResult::failure(command + ": " + error);
+  Value::Strings names = *made.value.strings();
+  names.push_back(maker->displayName());
+  made.value = Value(std::move(names));
+  return made;
 }
 
 template <std::size_t kIndex>
@@ -180,13 +216,6 @@ int shellCount(const MeshData& mesh) {
     }
   }
   return shells;
-}
-
-NodePtr meshOf(const SelectionItem& item) {
-  if (item.node->mesh != nullptr) return item.node;
-  for (const NodePtr& shape : shapesBelow(*item.node))
-    if (shape->mesh != nullptr) return shape;
-  return nullptr;
 }
 
 struct Count {

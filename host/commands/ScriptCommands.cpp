@@ -1,5 +1,6 @@
 #include <chrono>
 #include <filesystem>
+#include <utility>
 
 #include "host/commands/Builtin.h"
 #include "host/mel/Command.h"
@@ -170,9 +171,30 @@ CommandResult timer(const Arguments& arguments, CommandContext&) {
   return CommandResult::success(now.count() - (arguments.has("st") ? arguments.number("st") : 0.0));
 }
 
+// Where Maya keeps what is a user's own; here nothing is kept there.
+std::string userFolder() {
+  const char* const given = std::getenv("MAYA_APP_DIR");
+  const char* const home = std::getenv("HOME");
+  std::string folder =
+      given != nullptr ? given : (home != nullptr ? home : "") + std::string("/maya");
+  if (folder.empty() || folder.back() != '/') folder += '/';
+  return folder;
+}
+
+// Below it, those of one version as `about -version` has it.
+constexpr std::pair<std::string_view, const char*> kUserFolders[] = {{"uad", ""},
+                                                                     {"usd", "3.0/scripts/"},
+                                                                     {"upd", "3.0/prefs/"},
+                                                                     {"ups", "3.0/presets/"},
+                                                                     {"ush", "3.0/prefs/shelves/"},
+                                                                     {"ubd", "3.0/prefs/icons/"},
+                                                                     {"uwd", "projects/"}};
+
 CommandResult internalVar(const Arguments& arguments, CommandContext&) {
+  for (const auto& [flag, below] : kUserFolders)
+    if (arguments.has(flag)) return CommandResult::success(userFolder() + below);
   if (!arguments.has("utd"))
-    return CommandResult::failure("internalVar: gives -userTmpDir; there are no other folders");
+    return CommandResult::failure("internalVar: needs the flag of a folder");
   std::error_code error;
   std::string folder = morvane::nameOf(std::filesystem::temp_directory_path(error));
   if (!folder.empty() && folder.back() != '/') folder += '/';
@@ -202,7 +224,16 @@ void addScriptCommands(CommandTable& table) {
   table.add("getenv", {}, environment);
   table.add("env", {}, env);
   table.add("timerX", {{"st", "startTime", "n"}, {"e", "elapsedTime", ""}}, timer);
-  table.add("internalVar", {{"utd", "userTmpDir", ""}}, internalVar);
+  table.add("internalVar",
+            {{"utd", "userTmpDir", ""},
+             {"uad", "userAppDir", ""},
+             {"usd", "userScriptDir", ""},
+             {"upd", "userPrefDir", ""},
+             {"ups", "userPresetsDir", ""},
+             {"ush", "userShelfDir", ""},
+             {"ubd", "userBitmapsDir", ""},
+             {"uwd", "userWorkspaceDir", ""}},
+            internalVar);
 }
 
 }  // namespace host::mel

@@ -1,9 +1,11 @@
 #include "host/commands/Builtin.h"
 
 #include <algorithm>
+#include <random>
 
 #include "host/commands/Lookup.h"
 #include "host/mel/Command.h"
+#include "host/mel/Pattern.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
@@ -156,6 +158,10 @@ bool admits(const Arguments& arguments, const Node& node) {
          only("set", node.isSet()) && only("ca", node.type().isA("camera")) &&
          only("ro", node.isReferenced) && only("ni", !node.isIntermediate()) &&
          only("io", node.isIntermediate()) && only("lt", node.type().isA("light")) &&
+         only("dep", !node.isDag()) && only("rn", node.isReferenced) &&
+         only("rf", node.type().name() == "reference") &&
+         only("pr", node.type().isA("partition")) && only("con", node.type().isA("container")) &&
+         only("ud", node.isDefault) && only("lf", node.isDag() && node.children().empty()) &&
          only("ln", node.isLocked) && only("dn", node.isDefault) && !isExcluded(arguments, node);
 }
 
@@ -170,9 +176,22 @@ Items everything(const CommandContext& context, const Arguments& arguments) {
   return items;
 }
 
+// One that no file gave is made when it is asked for, of random bits (version 4).
+const std::string& uuidOf(Node& node) {
+  if (!node.uuid.empty()) return node.uuid;
+  std::random_device random;
+  constexpr std::string_view kPattern = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
+  for (const char c : kPattern) {
+    const unsigned bits = random() % 16;
+    const unsigned digit = c == 'y' ? 8 + bits % 4 : bits;
+    node.uuid += c == 'x' || c == 'y' ? "0123456789ABCDEF"[digit] : c;
+  }
+  return node.uuid;
+}
+
 std::vector<std::string> shownNames(const CommandContext& context, const Arguments& arguments,
                                     const SelectionItem& item) {
-  if (arguments.has("uid")) return {item.node->uuid};
+  if (arguments.has("uid")) return {uuidOf(*item.node)};
   if (arguments.has("l") && !item.path.isEmpty()) {
     std::vector<std::string> names{item.path.fullName()};
     if (item.component != nullptr && !arguments.has("o")) {
@@ -218,14 +237,57 @@ Items namedItems(const std::string& name, bool inNamespaces, const CommandContex
   return found;
 }
 
+void addMatchingPlugs(const NodePtr& node, const AttributePtr& attribute,
+                      const std::string& pattern, Value::Strings& paths) {
+  const bool matches =
+      matchesGlob(attribute->longName(), pattern) || matchesGlob(attribute->shortName(), pattern);
+  if (attribute->kind() == Attribute::Kind::kLoose) return;
+  if (matches) paths.push_back(Plug::ofAttribute(node, attribute).path());
+  for (const AttributePtr& child : attribute->children())
+    addMatchingPlugs(node, child, pattern, paths);
+}
+
+Value::Strings plugPaths(const NodePtr& node, const std::string& pattern) {
+  Value::Strings paths;
+  if (pattern.find_first_of("*?") == pattern.npos) {
+    const auto plug = Plug::find(node, pattern);
+    return plug ? Value::Strings{plug->path()} : paths;
+  }
+  for (const NodeType* type = &node->type(); type != nullptr; type = type->base())
+    for (const AttributePtr& attribute : type->ownAttributes())
+      addMatchingPlugs(node, attribute, pattern, paths);
+  for (const AttributePtr& attribute : node->dynamicAttributes())
+    addMatchingPlugs(node, attribute, pattern, paths);
+  return paths;
+}
+
+// What "persp.tx" or "*.translate*" names.
+void addPlugs(const std::string& name, const Arguments& arguments, const CommandContext& context,
+              Value::Strings& names) {
+  const std::size_t dot = name.find('.');
+  if (dot == name.npos) return;
+  for (const SelectionItem& item : namedItems(name.substr(0, dot), arguments.truth("r"), context)) {
+    const std::string object = arguments.has("l") && !item.path.isEmpty()
+                                   ? item.path.fullName()
+                                   : shownName(context, item);
+    const Value::Strings paths = plugPaths(item.node, name.substr(dot + 1));
+    if (!paths.empty() && arguments.has("o")) names.push_back(object);
+    for (const std::string& path : paths)
+      if (!arguments.has("o")) names.push_back(object + "." + path);
+  }
+}
+
 CommandResult ls(const Arguments& arguments, CommandContext& context) {
   Items items;
-  if (arguments.has("sl"))
+  Value::Strings names;
+  const bool asksSelection = arguments.has("sl") || arguments.has("os");
+  if (asksSelection)
     items = context.host().scene.selection.items();
   else if (arguments.objects().empty())
     items = everything(context, arguments);
   for (const std::string& name : arguments.objects()) {
     const Items found = namedItems(name, arguments.truth("r"), context);
+    if (found.empty()) addPlugs(name, arguments, context, names);
     if (arguments.has("ap") && name.find('|') == std::string::npos)
       addAllPaths(found, items);
     else
@@ -235,14 +297,12 @@ CommandResult ls(const Arguments& arguments, CommandContext& context) {
     Items below;
     for (const SelectionItem& item : items) {
       if (!item.path.isEmpty()) {
-        arguments.objects().empty() && !arguments.has("sl")
-            ? below.push_back(item)
-            : addPathsBelow(item.path, false, below);
+        arguments.objects().empty() && !asksSelection ? below.push_back(item)
+                                                      : addPathsBelow(item.path, false, below);
       }
     }
     items = std::move(below);
   }
-  Value::Strings names;
   for (const SelectionItem& item : items) {
     const bool assembly = !arguments.has("as") || item.path.nodes().size() == 1;
     if (!assembly || !admits(arguments, *item.node) || !isShownAsAsked(arguments, item)) continue;
@@ -350,6 +410,13 @@ void addSelectionCommands(CommandTable& table) {
              {"ext", "excludeType", "s"},
              {"r", "recursive", "b"},
              {"sn", "shortNames", ""},
+             {"dep", "dependencyNodes", ""},
+             {"rn", "referencedNodes", ""},
+             {"rf", "references", ""},
+             {"pr", "partitions", ""},
+             {"con", "containers", ""},
+             {"ud", "undeletable", ""},
+             {"lf", "leaf", ""},
              {"os", "orderedSelection", ""}},
             ls);
   table.add("listRelatives",

@@ -53,6 +53,22 @@ void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers) {
     for (const std::string& word : kept->words) appendNumbers(word, numbers);
 }
 
+std::map<int, std::vector<double>> keptElements(const Node& node, std::string_view shortName,
+                                                int width) {
+  std::map<int, std::vector<double>> elements;
+  std::vector<double> numbers;
+  for (const AttributeState& state : node.values.inWrittenOrder()) {
+    const auto range = headOf(state.path) == shortName ? splitRange(state.path) : std::nullopt;
+    if (!range) continue;
+    readNumbersOf(state.value, numbers);
+    int index = range->first;
+    for (auto at = numbers.begin(); numbers.end() - at >= width && index <= range->last;
+         at += width)
+      elements[index++].assign(at, at + width);
+  }
+  return elements;
+}
+
 std::string_view headOf(std::string_view path) {
   return path.substr(0, path.find_first_of(".["));
 }

@@ -1,6 +1,7 @@
 #ifndef MORVANE_HOST_EVALUATION_ARRAYELEMENTS_H_
 #define MORVANE_HOST_EVALUATION_ARRAYELEMENTS_H_
 
+#include <map>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,10 @@ std::set<int> elementIndices(const Plug& array);
 // The numbers of a value, even of one that is kept as written; truth values are numbers too.
 // `numbers` is cleared first.
 void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers);
+
+// The elements of an array that the node keeps as written, by index: `width` numbers each.
+std::map<int, std::vector<double>> keptElements(const Node& node, std::string_view shortName,
+                                                int width);
 
 // "ktv" of "ktv[0:9].x".
 std::string_view headOf(std::string_view path);

@@ -29,18 +29,7 @@ std::vector<int> NodeAccess::elements(std::string_view array) const {
 }
 
 std::map<int, std::vector<double>> NodeAccess::kept(std::string_view shortName, int width) const {
-  std::map<int, std::vector<double>> elements;
-  std::vector<double> numbers;
-  for (const AttributeState& state : output_.node()->values.inWrittenOrder()) {
-    const auto range = headOf(state.path) == shortName ? splitRange(state.path) : std::nullopt;
-    if (!range) continue;
-    readNumbersOf(state.value, numbers);
-    int index = range->first;
-    for (auto at = numbers.begin(); numbers.end() - at >= width && index <= range->last;
-         at += width)
-      elements[index++].assign(at, at + width);
-  }
-  return elements;
+  return keptElements(*output_.node(), shortName, width);
 }
 
 bool NodeAccess::isConnected(std::string_view path) const {

@@ -20,6 +20,7 @@
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
 #include "host/text/NearestName.h"
+#include "host/text/Text.h"
 #include "util/FileFacts.h"
 #include "util/Path.h"
 #include "util/SystemStatus.h"
@@ -249,6 +250,27 @@ Status importFile(HostState& state, const FileRequest& given) {
   options.nameSpace =
       request.nameSpace.empty() || request.nameSpace == ":" ? "" : request.nameSpace + ":";
   return readSceneFile(state, request.path, options);
+}
+
+Status referenceFile(HostState& state, const FileRequest& given, const std::string& node) {
+  FileRequest request = given;
+  Status status = checkReadable(request.path);
+  if (status.ok()) status = findType(state, request);
+  if (!status.ok()) return status;
+  if (!isSceneType(request.type))
+    return {StatusCode::kUnsupported, request.path + " is not a scene; import it"};
+  SceneReader::Options options;
+  options.nameSpace = request.nameSpace + ":";
+  options.isReference = true;
+  status = readSceneFile(state, request.path, options);
+  if (!status.ok()) return status;
+  const NodePtr made = state.scene.createNode(*NodeType::find("reference"), node);
+  const std::string rest = " -ns " + mel::quoted(request.nameSpace) + " -rfn " +
+                           mel::quoted(made->name()) + " -typ " + mel::quoted(request.type) + " " +
+                           mel::quoted(request.path);
+  state.info.references.push_back("file -rdi 1" + rest);
+  state.info.references.push_back("file -r -dr 1" + rest);
+  return status;
 }
 
 Status exportFile(HostState& state, const FileRequest& given, bool selectionOnly) {

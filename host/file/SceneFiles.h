@@ -29,6 +29,10 @@ struct FileRequest {
 morvane::Status openFile(HostState& state, const FileRequest& request);
 // Into the scene.
 morvane::Status importFile(HostState& state, const FileRequest& request);
+// Into the scene as a file that it refers to, by a reference node of that name, which the scene
+// then has; only scene files.
+morvane::Status referenceFile(HostState& state, const FileRequest& request,
+                              const std::string& node);
 // The active selection, or everything.
 morvane::Status exportFile(HostState& state, const FileRequest& request, bool selectionOnly);
 // The scene to its own file.

@@ -1,12 +1,14 @@
 #include "host/mel/Functions.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <iterator>
 
 #include "host/mel/FunctionArguments.h"
 #include "host/mel/Interpreter.h"
 #include "host/text/Messages.h"
+#include "host/text/Numbers.h"
 
 namespace host::mel {
 namespace {
@@ -88,8 +90,22 @@ CommandResult sortArray(const Arguments& arguments) {
   return give(std::move(value));
 }
 
+// A number that stands there as a word ("print 0x10") is a number.
+Value literalOf(const Argument& argument) {
+  const std::string word = argument.isWord ? valueOf(argument).toString() : "";
+  const bool isHexadecimal =
+      word.size() > 2 && word[0] == '0' && (word[1] == 'x' || word[1] == 'X');
+  unsigned bits = 0;
+  const char* const end = word.data() + word.size();
+  if (isHexadecimal && std::from_chars(word.data() + 2, end, bits, 16).ptr == end)
+    return Value(static_cast<int>(bits));
+  if (const auto whole = parseInteger(word)) return Value(*whole);
+  const auto number = parseNumber(word);
+  return number ? Value(*number) : valueOf(argument);
+}
+
 CommandResult print(const Arguments& arguments) {
-  printText(valueOf(arguments[0]).toPrinted());
+  printText(literalOf(arguments[0]).toPrinted());
   return give(Value());
 }
 

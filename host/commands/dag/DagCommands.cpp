@@ -7,6 +7,7 @@
 #include "host/commands/Lookup.h"
 #include "host/commands/dag/Pivots.h"
 #include "host/commands/dag/TransformValues.h"
+#include "host/commands/dag/VertexMoves.h"
 #include "host/mel/Command.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"
@@ -296,6 +297,15 @@ bool applyMatrix(const Arguments& arguments, const SelectionItem& item, std::str
   return setLocalMatrix(item.node, matrix, error);
 }
 
+// Vertices have nothing but a place.
+std::string moveByXform(const CommandContext& context, const Arguments& arguments,
+                        const SelectionItem& item) {
+  if (item.component == nullptr || !arguments.has("t"))
+    return "'" + shownName(context, item) + "' is not a transform";
+  return moveVertices(
+      item, {{0, 1, 2}, arguments.allNumbers("t").back(), arguments.has("ws"), arguments.has("r")});
+}
+
 CommandResult xform(const Arguments& arguments, CommandContext& context) {
   Items items;
   std::string error;
@@ -304,8 +314,11 @@ CommandResult xform(const Arguments& arguments, CommandContext& context) {
   if (items.empty()) return CommandResult::failure("xform: nothing is named or selected");
   if (arguments.query()) return queryXform(arguments, items.front());
   for (const SelectionItem& item : items) {
-    if (!item.node->isTransform() || item.component != nullptr)
-      return CommandResult::failure("xform: '" + shownName(context, item) + "' is not a transform");
+    if (!item.node->isTransform() || item.component != nullptr) {
+      error = moveByXform(context, arguments, item);
+      if (!error.empty()) return CommandResult::failure("xform: " + error);
+      continue;
+    }
     bool ok = !arguments.has("m") || applyMatrix(arguments, item, error);
     ok = ok && (!arguments.has("roo") || applyRotateOrder(context, arguments, item, error)) &&
          (!arguments.has("cp") || centerPivots(item, error)) && applyPivots(arguments, item, error);

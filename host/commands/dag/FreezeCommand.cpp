@@ -2,13 +2,17 @@
 
 #include "host/commands/Builtin.h"
 #include "host/commands/Lookup.h"
+#include "host/math/TransformParts.h"
 #include "host/mel/Command.h"
 #include "host/mesh/MeshData.h"
 #include "host/mesh/history/HistoryTools.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Dag.h"
+#include "host/scene/MeshHistory.h"
 #include "host/scene/Node.h"
+#include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/text/Numbers.h"
 
 // makeIdentity: what a transform does goes into what is below it.
 namespace host::mel {
@@ -33,8 +37,8 @@ bool isBound(const Plug& plug) {
 std::string whyNot(const NodePtr& node) {
   const std::string name = "'" + node->name() + "'";
   if (node->parents().size() > 1) return name + " is an instance";
-  const auto input = node->mesh != nullptr ? Plug::find(node, "inMesh") : std::nullopt;
-  if (input && sourceOf(*input)) return name + " has construction history";
+  const bool isUnmade = node->history != nullptr && !node->history->isMade();
+  if (isUnmade) return name + " has construction history that is not evaluated";
   if (node->isShape() && node->mesh == nullptr) return name + " is not a mesh";
   if (!node->isTransform()) return {};
   for (const char* const attribute : kAttributes) {
@@ -77,9 +81,39 @@ void reset(const NodePtr& node, const Freeze& freeze) {
   }
 }
 
+void moveTweaks(MeshData& mesh, const MMatrix& matrix) {
+  const std::vector<MeshTweak> tweaks = mesh.tweaks();
+  for (const MeshTweak& tweak : tweaks) {
+    const Vec3 offset = directionThrough(tweak.offset, matrix);
+    mesh.setTweaks(static_cast<std::size_t>(tweak.vertex), &offset.x, 1);
+  }
+}
+
+// Puts a node that moves points between a shape and what is connected into it.
+void addMover(const Plug& source, const Plug& input, const MMatrix& matrix) {
+  const NodePtr mover =
+      input.node()->scene()->createNode(NodeType::findOrInvent("transformGeometry", false));
+  KeptWords words{"matrix", {}};
+  for (int i = 0; i < 16; ++i) words.words.push_back(formatNumber(matrix(i / 4, i % 4)));
+  keepAsWritten(mover, "txf", std::move(words));
+  connect(source, Plug::ofAttribute(mover, mover->findOrKeepLoose("ig")), true);
+  connect(Plug::ofAttribute(mover, mover->findOrKeepLoose("og")), input, true);
+}
+
+// A shape that its history makes is moved by one more node of that.
+void moveMesh(const NodePtr& node, const MMatrix& matrix) {
+  const auto input = Plug::find(node, "inMesh");
+  const auto source = input ? sourceOf(*input) : std::nullopt;
+  if (source) addMover(*source, *input, matrix);
+  if (node->history != nullptr)
+    moveTweaks(*node->mesh, matrix);
+  else
+    transformMesh(*node->mesh, matrix);
+}
+
 // `above` is what came down from the transform above: points p there are p * above now.
 void freezeBelow(const NodePtr& node, const MMatrix& above, const Freeze& freeze) {
-  if (node->mesh != nullptr) transformMesh(*node->mesh, above);
+  if (node->mesh != nullptr) moveMesh(node, above);
   if (!node->isTransform()) return;
   const MMatrix whole = localMatrix(node) * above;
   if (freeze.all()) {

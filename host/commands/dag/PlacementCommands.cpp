@@ -3,6 +3,7 @@
 #include "host/commands/Builtin.h"
 #include "host/commands/Lookup.h"
 #include "host/commands/dag/TransformValues.h"
+#include "host/commands/dag/VertexMoves.h"
 #include "host/mel/Command.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Node.h"
@@ -28,7 +29,8 @@ bool splitWords(const std::string& command, const Arguments& arguments, CommandC
   }
   if (!findItems(names, context, items, error)) return false;
   for (const SelectionItem& item : items) {
-    if (!item.node->isTransform() || item.component != nullptr) {
+    const bool isVertices = command == "move" && item.component != nullptr;
+    if (!isVertices && (!item.node->isTransform() || item.component != nullptr)) {
       error = "'" + shownName(context, item) + "' is not a transform";
       return false;
     }
@@ -95,6 +97,11 @@ CommandResult place(const std::string& command, const Change& change, bool inWor
   }
   const bool relative = arguments.has("r");
   for (const SelectionItem& item : items) {
+    if (item.component != nullptr) {
+      error = moveVertices(item, {axes, numbers, inWorld, relative});
+      if (!error.empty()) return CommandResult::failure(command + ": " + error);
+      continue;
+    }
     const bool ok = inWorld
                         ? moveInWorld(item, axes, numbers, relative, error)
                         : changeAttribute(context, item, change, axes, numbers, relative, error);
@@ -103,11 +110,22 @@ CommandResult place(const std::string& command, const Change& change, bool inWor
   return CommandResult::success();
 }
 
+// Whose own space is known; that of a transform has its rotation in it.
+bool movesVerticesOnly(const Arguments& arguments, CommandContext& context) {
+  std::vector<double> numbers;
+  Items items;
+  std::string error;
+  return splitWords("move", arguments, context, numbers, items, error) &&
+         std::all_of(items.begin(), items.end(),
+                     [](const SelectionItem& item) { return item.component != nullptr; });
+}
+
 // In the world's space, or with -localSpace in the parent's.
 CommandResult move(const Arguments& arguments, CommandContext& context) {
-  if (arguments.has("os"))
+  if (arguments.has("os") && !movesVerticesOnly(arguments, context))
     return CommandResult::failure("move: -objectSpace is not supported; use -localSpace");
-  return place("move", {"translate", false}, !arguments.has("ls"), arguments, context);
+  return place("move", {"translate", false}, !arguments.has("os") && !arguments.has("ls"),
+               arguments, context);
 }
 CommandResult rotate(const Arguments& arguments, CommandContext& context) {
   if (arguments.has("ws"))
