@@ -211,7 +211,7 @@ std::string joinedEnum(const Attribute& attribute) {
 }
 
 std::string shownType(const Attribute& attribute) {
-  const double factor = unitFactor(SceneUnits{2.0, 3.0}, attribute);
+  const double factor = unitFactor(SceneUnits{2.0, 3.0, 24.0}, attribute);
   const bool isPlain = attribute.typeWord() == "double";
   return isPlain && factor == 2.0   ? "doubleLinear"
          : isPlain && factor == 3.0 ? "doubleAngle"

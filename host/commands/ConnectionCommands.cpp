@@ -1,8 +1,10 @@
 #include "host/commands/Builtin.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/commands/Lookup.h"
+#include "host/evaluation/Quantity.h"
 #include "host/mel/Command.h"
 #include "host/scene/Connections.h"
 #include "host/scene/Node.h"
@@ -69,6 +71,57 @@ bool isNextOfUnknown(const Arguments& arguments, const CommandContext& context,
          destination.attribute()->kind() == Attribute::Kind::kLoose;
 }
 
+// What a number is to be multiplied by so that it arrives as it was sent: angles and times flow
+// into other kinds in radians and ticks.
+double conversionFactor(double rate, const Plug& source, const Plug& destination) {
+  const Quantity from = quantityOf(*source.attribute());
+  const Quantity to = quantityOf(*destination.attribute());
+  if (from == to) return 1.0;
+  const double plain = converted(1.0, from, Quantity::kPlain, rate);
+  return 1.0 / converted(plain, Quantity::kPlain, to, rate);
+}
+
+// By way of a node that converts, as Maya puts one there.
+bool connectByConversion(const Plug& source, const Plug& destination, double factor, bool force,
+                         std::string& error) {
+  Scene& scene = *source.node()->scene();
+  const NodePtr node = scene.createNode(*NodeType::find("unitConversion"), "", nullptr, &error);
+  const auto plugOf = [&node](const char* name) { return *Plug::find(node, name); };
+  if (node == nullptr) return false;
+  writeValue(plugOf("conversionFactor"), factor);
+  if (!connect(plugOf("output"), destination, force, &error)) {
+    scene.deleteNode(node);
+    return false;
+  }
+  return connect(source, plugOf("input"), false, &error);
+}
+
+// What a script connects, in a scene of `rate` frames a second. Compounds whose kinds differ are
+// connected child by child.
+bool connectConverted(double rate, const Plug& source, const Plug& destination, bool force,
+                      std::string& error) {
+  constexpr double kRounding = 1e-12;
+  const auto kind = [](const Plug& plug) { return plug.attribute()->kind(); };
+  if (kind(source) == Attribute::Kind::kNumber && kind(destination) == Attribute::Kind::kNumber) {
+    const double factor = conversionFactor(rate, source, destination);
+    return std::fabs(factor - 1.0) <= kRounding
+               ? connect(source, destination, force, &error)
+               : connectByConversion(source, destination, factor, force, error);
+  }
+  const std::vector<Plug> from = source.children();
+  const std::vector<Plug> to = destination.children();
+  bool differs = false;
+  for (std::size_t i = 0; i < std::min(from.size(), to.size()); ++i)
+    differs = differs || std::fabs(conversionFactor(rate, from[i], to[i]) - 1.0) > kRounding;
+  if (!differs || from.size() != to.size() || !source.attribute()->isNumericCompound() ||
+      !destination.attribute()->isNumericCompound()) {
+    return connect(source, destination, force, &error);
+  }
+  for (std::size_t i = 0; i < from.size(); ++i)
+    if (!connectConverted(rate, from[i], to[i], force, error)) return false;
+  return true;
+}
+
 CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   if (arguments.objects().size() != 2)
     return CommandResult::malformed("connectAttr: needs a source and a destination");
@@ -88,8 +141,11 @@ CommandResult connectAttr(const Arguments& arguments, CommandContext& context) {
   destination = destination.orFirstElement();
   if (!context.inSceneFile && isLocked(destination))
     return CommandResult::failure("connectAttr: '" + destination.name() + "' is locked");
-  if (!connect(source, destination, arguments.has("f") || context.inSceneFile, &error))
-    return keepLoose(arguments, context, error);
+  const bool isConnected = context.inSceneFile
+                               ? connect(source, destination, true, &error)
+                               : connectConverted(ratesOf(context.host().info).framesPerSecond,
+                                                  source, destination, arguments.has("f"), error);
+  if (!isConnected) return keepLoose(arguments, context, error);
   if (arguments.has("l")) setLocked(destination, arguments.truth("l"));
   return CommandResult::success("Connected " + source.name() + " to " + destination.name() + ".");
 }

@@ -58,7 +58,7 @@ CommandResult query(const Arguments& arguments, const CommandContext& context) {
   if (arguments.has("l")) return CommandResult::success(neededFiles(context.host()));
   if (arguments.has("r")) return CommandResult::success(referencedFiles(context.host()));
   if (arguments.has("typ")) {
-    const std::string type = name.empty() ? "" : identifyFile(name);
+    const std::string type = name.empty() ? "" : identifyFile(context.host(), name);
     return CommandResult::success(Value::Strings{type.empty() ? "mayaAscii" : type});
   }
   return CommandResult::failure(

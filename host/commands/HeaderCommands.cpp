@@ -1,4 +1,5 @@
 #include "host/commands/Builtin.h"
+#include "host/evaluation/Quantity.h"
 #include "host/mel/Command.h"
 #include "host/scene/Scene.h"
 #include "host/state/HostState.h"
@@ -61,6 +62,8 @@ CommandResult currentUnit(const Arguments& arguments, CommandContext& context) {
     context.warn("currentUnit: unknown unit of time '" + arguments.text("t") + "'; not kept");
   else if (arguments.has("t") && context.keepsInfo)
     context.host().info.timeUnit = arguments.text("t");
+  if (arguments.has("t"))
+    context.host().units.framesPerSecond = framesPerSecond(arguments.text("t"));
   keepUnits(arguments, context);
   const bool length =
       !arguments.has("l") || setLengthUnit(context.host().units, arguments.text("l"));

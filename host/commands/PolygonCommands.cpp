@@ -17,6 +17,7 @@
 #include "host/scene/Node.h"
 #include "host/scene/Scene.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 
 // Polygon primitives, and what scripts count on meshes.
 namespace host::mel {

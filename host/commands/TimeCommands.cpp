@@ -114,22 +114,6 @@ struct Key {
 
 using List = std::map<int, std::vector<double>>;
 
-void eraseList(Node& curve, std::string_view name) {
-  std::vector<std::string> paths;
-  for (const AttributeState& state : curve.values.inWrittenOrder())
-    if (headOf(state.path) == name) paths.push_back(state.path);
-  for (const std::string& path : paths) curve.values.erase(path);
-}
-
-void writeList(const NodePtr& curve, const std::string& name, const List& list) {
-  eraseList(*curve, name);
-  for (const auto& [index, numbers] : list) {
-    KeptWords words;
-    for (const double number : numbers) words.words.push_back(formatNumber(number));
-    keepAsWritten(curve, name + "[" + std::to_string(index) + "]", std::move(words));
-  }
-}
-
 // The index that the key gets: that of one at its time, or one for which others make room.
 int placeOf(const List& keys, double time, bool& isNew) {
   for (const auto& [index, key] : keys) {
@@ -151,7 +135,7 @@ void setKey(const NodePtr& curve, const Key& key) {
     if (which == "ktv") list[place] = {key.time, key.value};
     if (which == "kit" && key.inType) list[place] = {*key.inType};
     if (which == "kot" && key.outType) list[place] = {*key.outType};
-    if (!list.empty()) writeList(curve, name, list);
+    if (!list.empty()) writeKeptElements(curve, name, list);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/scene/Connections.h"
 #include "host/scene/Node.h"
+#include "host/scene/Values.h"
 #include "host/text/Numbers.h"
 #include "host/text/TextScanner.h"
 
@@ -67,6 +68,24 @@ std::map<int, std::vector<double>> keptElements(const Node& node, std::string_vi
       elements[index++].assign(at, at + width);
   }
   return elements;
+}
+
+void writeKeptElements(const NodePtr& node, std::string_view shortName,
+                       const std::map<int, std::vector<double>>& elements) {
+  std::vector<std::string> old;
+  for (const AttributeState& state : node->values.inWrittenOrder())
+    if (headOf(state.path) == shortName) old.push_back(state.path);
+  for (const std::string& path : old) node->values.erase(path);
+  for (auto at = elements.begin(); at != elements.end();) {
+    KeptWords run;
+    const int first = at->first;
+    int next = first;
+    for (; at != elements.end() && at->first == next; ++at, ++next)
+      for (const double number : at->second) run.words.push_back(mel::formatNumber(number));
+    const std::string range =
+        std::to_string(first) + (next - first > 1 ? ":" + std::to_string(next - 1) : "");
+    keepAsWritten(node, std::string(shortName) + "[" + range + "]", std::move(run));
+  }
 }
 
 std::string_view headOf(std::string_view path) {

@@ -22,6 +22,10 @@ void readNumbersOf(const AttributeValue& value, std::vector<double>& numbers);
 std::map<int, std::vector<double>> keptElements(const Node& node, std::string_view shortName,
                                                 int width);
 
+// Keeps these elements in the place of all that the array had.
+void writeKeptElements(const NodePtr& node, std::string_view shortName,
+                       const std::map<int, std::vector<double>>& elements);
+
 // "ktv" of "ktv[0:9].x".
 std::string_view headOf(std::string_view path);
 

@@ -9,6 +9,7 @@
 
 #include "host/binary/ChunkWalker.h"
 #include "host/evaluation/CurrentTime.h"
+#include "host/file/InverseKinematics.h"
 #include "host/file/SceneReader.h"
 #include "host/file/SceneWriter.h"
 #include "host/mel/Interpreter.h"
@@ -17,6 +18,7 @@
 #include "host/state/HostState.h"
 #include "host/state/SceneGaps.h"
 #include "host/state/SceneInfo.h"
+#include "host/state/SceneProblems.h"
 #include "host/state/SceneProject.h"
 #include "host/text/Messages.h"
 #include "host/text/NearestName.h"
@@ -152,6 +154,16 @@ Status translate(HostState& state, const FileRequest& request, Mode mode) {
               request.path + "; what it printed says why"};
 }
 
+// With a notice of what does not come along.
+void lookAt(HostState& state, double frame, const std::string& path) {
+  const bool isAnother = frame != currentTime(state.scene);
+  setCurrentTime(state.scene, frame);
+  const std::string note = isAnother ? noteOfHandles(state.scene) : "";
+  if (note.empty()) return;
+  mel::showWarning(path + ": " + note);
+  state.problems.add({SceneProblem::Kind::kNotice, path, 0, note});
+}
+
 Status readSceneFile(HostState& state, const std::string& path,
                      const SceneReader::Options& options) {
   const auto& nodes = state.scene.nodes();
@@ -159,7 +171,7 @@ Status readSceneFile(HostState& state, const std::string& path,
   SceneReader reader(state);
   const Status status = reader.read(path, options);
   const auto& frame = state.givenFrame;
-  if (frame && options.keepsInfo) setCurrentTime(state.scene, *frame);
+  if (frame && options.keepsInfo) lookAt(state, *frame, path);
   evaluateSceneHistories(state);
   state.project.findTextures(state.scene, state.folders, firstNew, workingFolder());
   return status;

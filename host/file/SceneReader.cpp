@@ -156,11 +156,22 @@ Status SceneReader::read(const std::string& path, const Options& options) {
   files.open.push_back(absolute);
   status = readContent(recorded);
   applyEdits();
+  gatherCurves();
   files.open.pop_back();
+  if (files.open.empty()) takeSceneUnits(curves_, ratesOf(state_.info));
   state_.units = outerUnits;
   if (recorder_ != nullptr && status.ok()) recordings_->keep(absolute, *recorder_);
   recordings_.reset();
   return status;
+}
+
+// The scene's own are in its units already.
+void SceneReader::gatherCurves() {
+  if (context_.keepsInfo) return;
+  SceneUnits units = state_.units;
+  if (isBinary_) units.length = units.angle = 1.0;  // whatever unit the file was edited in
+  for (const auto& [name, node] : context_.ownNodes)
+    if (node != nullptr && node->type().isA("animCurve")) curves_.push_back({node, units});
 }
 
 Status SceneReader::readContent(const RecordedFile* recorded) {
@@ -232,7 +243,9 @@ Status SceneReader::readBinary(const RecordedFile* recorded) {
     status = reader.read(path_, recorder_.get());
   if (reader.isCut()) note(Kind::kDamage, "the file is cut off here; fetch it again");
   binary_ = nullptr;
+  const double rate = state_.units.framesPerSecond;
   state_.units = SceneUnits();  // of the edits, which are texts
+  state_.units.framesPerSecond = rate;
   addEnd(reader.isCut() ? SceneProblems::End::kCut : SceneProblems::End::kWhole);
   return status;
 }

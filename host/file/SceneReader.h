@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/file/CurveUnits.h"
 #include "host/file/RecordedFile.h"
 #include "host/file/ReferenceEdits.h"
 #include "host/file/StatementReader.h"
@@ -59,6 +60,7 @@ class SceneReader {
   void addEdits(const mel::Words& words);
   void addEdits(const KeptWords& edits);
   void applyEdits();
+  void gatherCurves();
   void noteGaps(const std::vector<UnappliedEdit>& unapplied) const;
   void noteEnd();
   bool noteZeroBytes(std::string_view text);  // false when there are none
@@ -80,6 +82,7 @@ class SceneReader {
   std::set<std::string> loaded_;               // names of reference nodes
   std::set<std::string> deferred_;             // the same
   std::map<std::string, SceneGap> missing_;    // by such names: files that Maya would have loaded
+  std::vector<ForeignCurve> curves_;           // of this file and those that it refers to
   std::shared_ptr<RecordedFiles> recordings_;  // of the outermost file's reader, while it reads
   std::unique_ptr<FileRecorder> recorder_;     // when this file is being recorded
 };

@@ -154,6 +154,7 @@ void SceneReader::loadReference(const std::string& name, const std::string& name
     return;
   }
   loaded_.insert(node);
+  curves_.insert(curves_.end(), reader.curves_.begin(), reader.curves_.end());
   for (const std::string& inner : reader.loaded_) loaded_.insert(nameSpace + inner);
   for (const auto& [inner, gap] : reader.missing_) missing_[nameSpace + inner] = gap;
 }

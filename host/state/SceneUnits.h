@@ -14,6 +14,7 @@ namespace host {
 struct SceneUnits {
   double length = 1.0;  // centimetres in one of the file's units
   double angle = 1.0;   // degrees in one of the file's units
+  double framesPerSecond = 24.0;
 };
 
 // False for a unit that is not known, which changes nothing.

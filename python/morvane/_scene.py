@@ -61,8 +61,8 @@ class Scene:
 
     Each Scene is a process of the program ``morvane``, so that several can be open, and neither the working folder nor
     the output of this process is touched. What scripts and the plug-in print goes to the logger "morvane", a record a
-    line. ``maps`` are pairs (FROM, TO) of folders, for scenes made on other machines. Close a Scene, or use it in a
-    ``with`` statement.
+    line. ``maps`` are pairs (FROM, TO) of folders, for scenes made on other machines; ``project`` is the folder of the
+    project, where it is not the nearest one above the scene. Close a Scene, or use it in a ``with`` statement.
 
     The program is the one of the module's own installation, else the first on the PATH; the environment variable
     MORVANE_PROGRAM names another. Raises FileNotFoundError and PermissionError, and Error ("cannot-read") for what is
@@ -74,12 +74,14 @@ class Scene:
         damage: those of the warnings that tell of damage.
     """
 
-    def __init__(self, path, maps=()):
+    def __init__(self, path, maps=(), project=None):
         self.path = os.path.abspath(os.fspath(path))
         self._lock = threading.Lock()
         with open(self.path, "rb"):  # Python's own errors for a file that is not there
             pass
         options = [word for source, target in maps for word in ("--map", f"{source}={target}")]
+        if project is not None:
+            options += ["--project", os.path.abspath(os.fspath(project))]
         self._process = subprocess.Popen([_program(), "serve", self.path, *options], stdin=subprocess.PIPE,
                                          stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self._listener = threading.Thread(target=_pass_on, args=(self._process.stderr,), daemon=True)

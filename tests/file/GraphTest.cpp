@@ -10,6 +10,7 @@
 #include "host/mesh/MeshData.h"
 #include "host/scene/Dag.h"
 #include "host/scene/Values.h"
+#include "host/state/HostState.h"
 #include "tests/file/SceneText.h"
 
 namespace host {
@@ -54,6 +55,64 @@ class Graph : public SceneFiles {
 
 const char kLine[] = "0 0 10 20";  // from 0 at frame 0 to 20 at frame 10
 const char kHill[] = "0 0 10 10 20 0";
+
+// A way of a metre and a turn of a radian in a second, in a file of 30 frames a second.
+TEST_F(Graph, CurvesOfOtherFilesAreInTheUnitsOfThose) {
+  const auto curve = [](const std::string& type, const std::string& name, const std::string& to) {
+    return create(type, name,
+                  set("tan", "2") + set("wgt", "no") + "\tsetAttr -s 2 \".ktv[0:1]\" 0 0 30 1;\n") +
+           connected(name + ".o", to);
+  };
+  const std::string kMoves =
+      create("transform", "box", "") + curve("animCurveTL", "way", "box.tx") +
+      curve("animCurveTA", "turn", "box.rx") + curve("animCurveTU", "size", "box.sx");
+  writeText("other.ma",
+            "//Maya ASCII 2018 scene\ncurrentUnit -l meter -a radian -t ntsc;\n" + kMoves);
+  const std::string kRefers =
+      "file -rdi 1 -ns \"o\" -rfn \"oRN\" \"other.ma\";\n"
+      "file -r -ns \"o\" -rfn \"oRN\" \"other.ma\";\n";
+  const struct {
+    const char* units;
+    const char* frame;  // half a second
+  } kCases[] = {{"", "12"},
+                {"currentUnit -l foot -a degree -t pal;\n", "12.5"},
+                {"currentUnit -l meter -a radian -t ntsc;\n", "15"}};
+  for (const auto& c : kCases) {
+    for (const bool imports : {false, true}) {
+      open((imports ? "" : kRefers) + c.units + atFrame(c.frame));
+      if (imports) run("file -i -ns o \"other.ma\"");
+      EXPECT_NEAR(at("o:box.tx"), 50, 1e-9) << c.units << imports;
+      EXPECT_NEAR(at("o:box.rx"), 0.5 * 180 / std::acos(-1.0), 1e-9) << c.units << imports;
+      EXPECT_NEAR(at("o:box.sx"), 0.5, 1e-9) << c.units << imports;
+    }
+  }
+}
+
+// Handles are told of once a scene, at another time than it was saved at, where one of them moves.
+TEST_F(Graph, HandlesThatMoveWithTimeAreNamed) {
+  const std::string kHandles = create("transform", "mover", "") +
+                               "createNode ikHandle -n \"still\";\n"
+                               "createNode ikHandle -n \"moved\" -p \"mover\";\n";
+  const std::string kCurve =
+      create("animCurveTL", "way", set("ktv[0:1]", kLine)) + connected("way.o", "mover.tx");
+  const struct {
+    std::string scene;
+    double frame;
+    bool isTold;
+  } kCases[] = {{kHandles + kCurve + atFrame("3"), 5, true},
+                {kHandles + kCurve + atFrame("5"), 5, false},
+                {kHandles + atFrame("3"), 5, false}};
+  for (const auto& c : kCases) {
+    HostState::current().givenFrame = c.frame;
+    const std::string warnings = open(c.scene);
+    HostState::current().givenFrame.reset();
+    EXPECT_EQ(warnings.find("1 handle of inverse kinematics, first 'moved' (ikHandle)") !=
+                  std::string::npos,
+              c.isTold)
+        << warnings;
+    EXPECT_EQ(HostState::current().problems.list.size(), c.isTold ? 1u : 0u);
+  }
+}
 
 TEST_F(Graph, CurvesRunAsTheirKeysSay) {
   const std::string kLinear = set("tan", "2") + set("wgt", "no");
@@ -417,6 +476,19 @@ TEST_F(Constraints, AScaleConstraintTakesTheParentBack) {
   // The target's turn against the box's parent plays no part in the lengths of its axes.
   EXPECT_NEAR((*scale)[0], 1, 1e-9);
   EXPECT_NEAR((*scale)[1], 3, 1e-9);
+}
+
+// Two targets, of which one counts three times; the mean of their scales, as seen from the parent.
+TEST_F(Constraints, AScaleConstraintWeighsItsTargets) {
+  open(create("transform", "one", triple("s", "2 1 1")) +
+       create("transform", "other", triple("s", "6 1 5")) + create("transform", "box", "") +
+       create("scaleConstraint", "c", set("tg[0].tw", "1") + set("tg[1].tw", "3")) +
+       connected("one.s", "c.tg[0].ts") + connected("one.pm", "c.tg[0].tpm") +
+       connected("other.s", "c.tg[1].ts") + connected("other.pm", "c.tg[1].tpm") +
+       connected("box.pim", "c.cpim") + connected("c.csx", "box.sx") +
+       connected("c.csz", "box.sz"));
+  EXPECT_NEAR(at("box.sx"), (2 + 3 * 6) / 4.0, 1e-9);
+  EXPECT_NEAR(at("box.sz"), (1 + 3 * 5) / 4.0, 1e-9);
 }
 
 // Rigs store where their constraints hold them: the rest position, and the last rotation or that at

@@ -99,3 +99,13 @@ def test_threads_and_closing(scene):
     with pytest.raises(morvane.Error) as caught:
         scene.tiles()
     assert caught.value.code == "closed"
+
+
+def test_the_project_may_be_named(tmp_path):
+    (tmp_path / "a.ma").write_text("//Maya ASCII 2018 scene\n")
+    project = tmp_path / "elsewhere"
+    project.mkdir()
+    (project / "workspace.mel").write_text('workspace -fr "sourceImages" "pictures";\n')
+    with morvane.Scene(tmp_path / "a.ma", project=project) as scene:
+        assert scene.mel("workspace -q -rd") == f"{project}/"
+        assert scene.mel('workspace -fre "sourceImages"') == "pictures"
