@@ -27,7 +27,7 @@ using Texts = std::vector<std::string>;
 
 // --- setAttr
 
-// The values of a setAttr, taken one plug after another.
+// The values of a setAttr, which its plugs take one after another.
 struct Values {
   std::string type;  // the word after -type
   bool clamps;       // -clamp
@@ -52,7 +52,7 @@ std::string joined(const Texts& words) {
   return text;
 }
 
-// Whether a script may set the number; with -clamp it becomes the nearest that it may.
+// Whether a script may set the number. With -clamp a number beyond a limit becomes the limit.
 bool keepsLimits(const Plug& plug, bool clamps, double& number, std::string& error) {
   const Attribute& attribute = *plug.attribute();
   const bool above = attribute.max && number > *attribute.max;
@@ -88,7 +88,7 @@ bool takeNumber(const Plug& plug, Values& values, const CommandContext& context,
   return keepsLimits(plug, values.clamps, number, error);
 }
 
-// Data that is a count and as many entries, or just entries. False when it is not as it should be.
+// Data is a count and as many entries, or just entries. False for anything else.
 bool takeCounted(Values& values, AttributeValue& value) {
   const Texts entries(values.words.begin() + static_cast<std::ptrdiff_t>(values.next),
                       values.words.end());
@@ -112,7 +112,7 @@ bool takesNoArgument(std::string_view flag) {
   return flag == "-av" || flag == "-alteredValue" || flag == "-c" || flag == "-clamp";
 }
 
-// Words that are kept stand as they do in a scene file: texts keep their quotes.
+// Kept words are as in a scene file: texts have their quotes.
 KeptWords keptWords(const Arguments& arguments, const std::string& plugText, std::string type) {
   KeptWords kept{std::move(type), {}};
   bool passedPlug = false;
@@ -128,7 +128,7 @@ KeptWords keptWords(const Arguments& arguments, const std::string& plugText, std
   return kept;
 }
 
-// Data of the attribute's own type is held as such; any other is kept as written.
+// Data of the attribute's own type is stored as that; any other is kept as written.
 AttributeValue takeData(const Plug& plug, const Arguments& arguments, Values& values) {
   AttributeValue value;
   const bool held = values.type == plug.attribute()->typeWord() &&
@@ -183,8 +183,8 @@ AttributeState flagsOf(const Arguments& arguments) {
   return flags;
 }
 
-// A range such as ".tk[3:9]" stands for its elements in order; no more of them are touched than
-// values are given.
+// A range such as ".tk[3:9]" means its elements in order. Only as many elements as values are
+// touched.
 bool setRange(const NodePtr& node, const PathRange& range, const Arguments& arguments,
               Values& values, const CommandContext& context, std::string& error) {
   for (int i = range.first; i <= range.last && values.left() > 0; ++i) {
@@ -209,7 +209,7 @@ bool isInputConnected(const Plug& plug) {
   return sourceOf(plug).has_value() || !plug.node()->connections.intoAtOrBelow(plug.path()).empty();
 }
 
-// A lock that goes goes before the value is set, one that comes comes after it.
+// Unlocking comes before the value is set, locking after it.
 void setFlags(const Plug& plug, const Arguments& arguments, bool locks) {
   if (arguments.has("l") && arguments.truth("l") == locks) setLocked(plug, locks);
   if (locks) {
@@ -226,9 +226,8 @@ std::size_t widthOf(const Attribute& attribute) {
   return attribute.isNumericCompound() ? attribute.children().size() : 0;
 }
 
-// Whether a scene file's statement is one for another kind of attribute than the host takes this
-// one for, as other versions have it: then it is kept as it stands. A statement that does not keep
-// to what it says itself is none such.
+// Whether a scene file's statement is one for another kind of attribute, as other versions have it:
+// it is kept as written then. A statement that contradicts itself is not.
 bool isForeign(const Plug& plug, std::size_t elements, const Values& values) {
   const Attribute& attribute = *plug.attribute();
   const std::size_t width = widthOf(attribute);
@@ -277,7 +276,7 @@ CommandResult setValues(const NodePtr& node, const std::string& path, const Argu
   return CommandResult::success();
 }
 
-// What the host does not know of a node from a scene file is kept for the file that is saved.
+// A scene file's statement about an attribute that the host does not know is kept for saved scenes.
 bool isToBeKept(const NodePtr& node, const std::string& path, const Values& values) {
   if (node->mesh != nullptr && isMeshData(path)) return false;
   std::size_t elements = 1;
@@ -286,7 +285,7 @@ bool isToBeKept(const NodePtr& node, const std::string& path, const Values& valu
          (!values.words.empty() && isForeign(*plug, elements, values));
 }
 
-// Of a node that is not here, such as one of a file that was not found.
+// A statement about a missing node, such as one of a file that was not found.
 CommandResult keepForAnother(const Arguments& arguments, const CommandContext& context,
                              const std::string& text, const std::string& error) {
   CommandResult result = notFound(text, "setAttr: " + error);
@@ -368,7 +367,7 @@ CommandResult valueOf(const Plug& plug) {
                                 "' holds nothing that a command can give");
 }
 
-// A matrix of the world's without an index is that of the path by which the node was named.
+// A world matrix without an index is that of the path by which the node was named.
 Plug ofNamedInstance(const CommandContext& context, const Plug& plug, const std::string& text) {
   if (!plug.isArray() || plug.attribute()->typeWord() != "matrix" || !plug.node()->isDag())
     return plug;
@@ -376,7 +375,7 @@ Plug ofNamedInstance(const CommandContext& context, const Plug& plug, const std:
   return plug.element(path.isEmpty() ? 0 : static_cast<int>(path.instanceNumber()));
 }
 
-// The indices at which something was set on or connected to an array, or how many there are.
+// The indices of the set or connected elements of an array, or their number.
 CommandResult elementsOf(const Plug& plug, bool countsOnly) {
   const std::set<int> indices = elementIndices(plug);
   if (countsOnly)

@@ -16,7 +16,7 @@
 namespace host::mel {
 namespace {
 
-// In a scene file, what is connected need not be known to the host.
+// A scene file may connect attributes that the host does not know.
 Plug endOf(const std::string& text, CommandContext& context, std::string& error) {
   PlugName name;
   if (!splitPlugName(text, context, name, error)) return Plug();
@@ -29,7 +29,7 @@ Plug endOf(const std::string& text, CommandContext& context, std::string& error)
   return *plug;
 }
 
-// The default nodes of a scene come connected: what a file says of them again is said already.
+// Every scene starts with its default nodes connected: a file need not repeat that.
 bool feedsAnElement(const Plug& source, const Plug& array) {
   for (const Plug& end : destinationsOf(source)) {
     const auto range = splitRange(end.path());
@@ -50,7 +50,7 @@ bool isOfNoNode(const SceneInfo::LooseConnection::End& end) {
   return !end.isKnown && end.text.compare(0, 1, ".") == 0;
 }
 
-// Sound scenes connect nodes that were never saved, or that stand in files that are not here.
+// Sound scenes connect nodes that were never saved, or that are in missing files.
 CommandResult keepLoose(const Arguments& arguments, const CommandContext& context,
                         const std::string& error) {
   if (context.keepsInfo) {
@@ -64,7 +64,7 @@ CommandResult keepLoose(const Arguments& arguments, const CommandContext& contex
   return CommandResult::failure("connectAttr: " + error);
 }
 
-// The next of an attribute that is not known: which one that is only its own node can tell.
+// The next element of an unknown attribute, which only the node itself could tell.
 bool isNextOfUnknown(const Arguments& arguments, const CommandContext& context,
                      const Plug& destination) {
   return context.keepsInfo && arguments.has("na") &&

@@ -79,7 +79,7 @@ CommandResult addTo(const NodePtr& node, const Arguments& arguments,
   if (!isLegalName(name) || !isLegalName(attribute->shortName()))
     return CommandResult::malformed("addAttr: '" + name + "' is not a name for an attribute");
   const AttributePtr taken = node->findAttribute(name);
-  // Other versions and plug-ins add what nodes of this host have.
+  // Other versions and plug-ins add attributes that nodes have here from the start.
   if (context.inSceneFile && taken != nullptr && !taken->isDynamic &&
       taken->kind() != Attribute::Kind::kLoose) {
     keepDeclaration(*node, arguments);

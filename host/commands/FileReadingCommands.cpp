@@ -6,7 +6,8 @@
 #include "host/state/HostState.h"
 #include "util/FileFacts.h"
 
-// Files that scripts read line by line, once whoever runs the program allowed it. Nothing writes.
+// Files that scripts read line by line, if whoever runs the program allowed it. No command writes
+// files.
 namespace host::mel {
 namespace {
 

@@ -9,7 +9,7 @@
 #include "host/state/SceneProject.h"
 #include "util/Path.h"
 
-// What scripts may ask of folders. Nothing here reads or changes a file.
+// Commands that tell scripts about folders. None reads or changes a file.
 namespace host::mel {
 namespace {
 
@@ -76,7 +76,7 @@ std::string withSlash(std::string folder) {
   return folder;
 }
 
-// Both with -query and without; then the name stands behind the flag.
+// With -query and without: without it the name follows the flag.
 std::string nameFor(const Arguments& arguments, std::string_view flag) {
   const std::string name = arguments.text(flag);
   return name.empty() && !arguments.objects().empty() ? arguments.objects().front() : name;
@@ -102,7 +102,8 @@ CommandResult queryProject(const Arguments& arguments, const std::string& folder
 }
 
 CommandResult workspace(const Arguments& arguments, CommandContext& context) {
-  // Old scenes hold rules; where the scene lies decides which count.
+  // Old scenes hold workspace rules. They are ignored: the scene's folder decides which project
+  // counts.
   if (context.inSceneFile) return CommandResult::success();
   Project& project = context.host().project.project();
   const std::string folder =

@@ -15,13 +15,13 @@ CommandResult requiresPlugin(const Arguments& arguments, CommandContext& context
   return CommandResult::success();
 }
 
-// As the names of time units are ("film", "23.976fps"); one stands in a saved scene without quotes.
+// Names of time units are such words ("film", "23.976fps"). A saved scene has them without quotes.
 bool isWord(const std::string& text) {
   constexpr char kLetters[] = ".0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   return !text.empty() && text.find_first_not_of(kLetters) == std::string::npos;
 }
 
-// What the scene is saved in is what it was opened in.
+// A scene is saved in the units in which it was opened.
 void keepUnits(const Arguments& arguments, const CommandContext& context) {
   SceneUnits tried;
   SceneInfo& info = context.host().info;
@@ -31,7 +31,7 @@ void keepUnits(const Arguments& arguments, const CommandContext& context) {
     info.angleUnit = arguments.text("a");
 }
 
-// What numbers are in that scripts get; of time, what the scene says.
+// Scripts get numbers in these units; the unit of time is the scene's.
 CommandResult queryUnit(const CommandContext& context, const Arguments& arguments) {
   const bool full = arguments.has("f");
   const std::string& time = context.host().info.timeUnit;
@@ -127,7 +127,7 @@ void addHeaderCommands(CommandTable& table) {
   table.add("applyMetadata", {{"fmt", "format", "s"}, {"v", "value", "s"}, {"scn", "scene", ""}},
             applyMetadata);
   table.add("relationship", {{"b", "break", ""}}, relationship);
-  // A scene file's own state of the interface, of which there is none here.
+  // A scene file's state of the user interface, which this host does not have.
   for (const char* name : {"lightLinker", "lightlink", "displayColor", "displayRGBColor"})
     table.add(name, {}, [](const Arguments&, CommandContext&) { return CommandResult::success(); });
 }

@@ -8,7 +8,7 @@
 namespace host::mel {
 namespace {
 
-// The node's part of "a|b.path": all before the first dot.
+// The part of "a|b.path" that names the node: all before the first dot.
 std::string_view nodePart(std::string_view text) {
   return text.substr(0, text.find('.'));
 }

@@ -13,8 +13,8 @@
 // How commands find what their words name.
 namespace host::mel {
 
-// The name as the scene has it: in a referenced file, with the file's namespace before every part
-// of a path that is not absolute (":lambert1").
+// The name in the scene. In a referenced file every part of a path gets the file's namespace,
+// unless it is absolute (":lambert1").
 std::string qualifiedName(std::string_view name, const CommandContext& context);
 
 // Null with the reason in `error`.
@@ -36,8 +36,8 @@ bool splitPlugName(std::string_view text, const CommandContext& context, PlugNam
                    std::string& error);
 Plug findPlug(std::string_view text, const CommandContext& context, std::string& error);
 
-// Whatever the names match, in order; the active selection when there are no names. A name that
-// matches nothing is a failure, and so is one without wildcards that matches several objects.
+// The objects that the names match, in order; without names the active selection. A failure when a
+// name matches nothing, or a name without wildcards matches several objects.
 bool findItems(const std::vector<std::string>& names, const CommandContext& context,
                std::vector<SelectionItem>& items, std::string& error);
 

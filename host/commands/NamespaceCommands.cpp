@@ -7,8 +7,8 @@
 #include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 
-// Namespaces: those that names of nodes have, and those that scripts made. The current one is
-// always the root.
+// Namespaces exist when a node's name has them or a script made them. The current one is always the
+// root.
 namespace host::mel {
 namespace {
 

@@ -62,8 +62,8 @@ void rememberOwn(const std::string& wanted, const std::string& name, const NodeP
   if (node->name() != name) context.renames[wanted] = node->name();
 }
 
-// The parent that a scene file names. One of a file that is not here gets a stand-in, so that what
-// stands below it is not lost; a saved scene names it again and does not hold it.
+// The parent that a scene file names. A parent in a missing file gets a stand-in, so that its
+// children are not lost. A saved scene names that parent, and leaves the stand-in out.
 NodePtr parentNamed(const std::string& name, const Arguments& arguments, CommandContext& context,
                     std::string& error) {
   Scene& scene = context.host().scene;
@@ -84,7 +84,7 @@ NodePtr parentNamed(const std::string& name, const Arguments& arguments, Command
 }
 
 CommandResult createNode(const Arguments& arguments, CommandContext& context) {
-  // Whatever goes wrong, the statements that follow do not belong to the node before.
+  // After any failure: the statements that follow do not belong to the node before.
   context.currentNode = nullptr;
   if (arguments.objects().size() != 1)
     return CommandResult::malformed("createNode: needs one node type");
@@ -236,7 +236,7 @@ CommandResult deleteNodes(const Arguments& arguments, CommandContext& context) {
   return CommandResult::success();
 }
 
-// The flags beside -lock, of which the host has no use.
+// Flags of lockNode that the host does not use.
 std::string lockFlags(const Arguments& arguments) {
   std::string flags;
   for (const char* flag : {"lu", "ln"})

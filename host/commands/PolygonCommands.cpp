@@ -297,7 +297,7 @@ int edgeOfLoop(int signedEdge) {
   return signedEdge >= 0 ? signedEdge : -(signedEdge + 1);
 }
 
-// What a corner of a face leads to: its vertex, or the edge that begins there.
+// A corner's entry: its vertex, or the edge that begins there.
 int atCorner(const MeshData& mesh, int corner, bool asEdge) {
   const auto index = static_cast<std::size_t>(corner);
   return asEdge ? edgeOfLoop(mesh.storedLoopEdges()[index]) : mesh.cornerVertices()[index];

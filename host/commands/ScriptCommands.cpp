@@ -11,7 +11,7 @@
 #include "util/Environment.h"
 #include "util/Path.h"
 
-// What scripts ask of the language and of the session, beside the scene.
+// Commands about the language and the session, not about the scene.
 namespace host::mel {
 namespace {
 
@@ -23,7 +23,7 @@ NamedValues& options(const CommandContext& context) {
   return context.host().options;
 }
 
-// What one of the flags that set a value makes of its text.
+// The value that a flag makes of its text.
 struct OptionFlag {
   std::string_view flag;
   Value::Type type;  // an array's: the value is added to it

@@ -20,7 +20,7 @@ namespace {
 using Items = std::vector<SelectionItem>;
 
 void addPathsBelow(const DagPath& path, bool shapes, Items& items) {
-  // No recursion: a scene may be as deep as the scene allows.
+  // Iterates instead of recursing: a scene may be as deep as the scene allows.
   std::vector<DagPath> waiting{path};
   while (!waiting.empty()) {
     const DagPath next = waiting.back();
@@ -205,7 +205,8 @@ std::vector<std::string> shownNames(const CommandContext& context, const Argumen
              : std::vector<std::string>{shownName(context, item)};
 }
 
-// With -flatten each component by itself, with -showType the node's type behind each name.
+// With -flatten each component is listed alone, with -showType each name is followed by the node's
+// type.
 void addShown(const CommandContext& context, const Arguments& arguments, const SelectionItem& item,
               const std::string& name, Value::Strings& names) {
   const auto range =

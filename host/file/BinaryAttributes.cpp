@@ -26,7 +26,7 @@ bool isNothing(const BinaryValue& value) {
 
 // --- Flags
 
-// Attributes of the host that are keyable as long as nothing else is said.
+// Attributes that are keyable unless the file says otherwise.
 constexpr std::string_view kChannels[] = {"visibility", "translateX", "translateY", "translateZ",
                                           "rotateX",    "rotateY",    "rotateZ",    "scaleX",
                                           "scaleY",     "scaleZ"};
@@ -40,9 +40,9 @@ Flag onOrUnset(bool isOn) {
   return isOn ? Flag::kOn : Flag::kUnset;
 }
 
-// The flags that a statement would have. The file has those of every value, and most are what the
-// attribute is when nothing is said; of attributes that are neither channels nor added to the node
-// it is not known what that is, but where a chunk holds flags alone, they are said.
+// The flags that a statement would state. The file has flags for every value, and most equal the
+// attribute's usual ones. For attributes that are neither channels nor added the usual ones are
+// unknown; only a chunk of nothing but flags states them then.
 AttributeState flagsOf(const BinaryValue& value, const Attribute* attribute) {
   const bool isDynamic = attribute != nullptr && attribute->isDynamic;
   const bool isUsuallyKeyable =
@@ -86,7 +86,7 @@ std::optional<Plug> elementOf(const NodePtr& node, const PathRange& range, int i
   return Plug::find(node, std::string(range.stem) + "[" + std::to_string(index) + "]");
 }
 
-// A range stands for its elements in order; no more of them are touched than there are numbers.
+// A range means its elements in order. Only as many elements as numbers are touched.
 bool storeRange(const NodePtr& node, const PathRange& range, NumberQueue& queue) {
   for (int i = range.first; i <= range.last && queue.left() > 0; ++i) {
     const auto plug = elementOf(node, range, i);
@@ -173,7 +173,7 @@ void keep(const NodePtr& node, BinaryValue& value, const SceneUnits& units) {
   if (isNothing(value) && !saysAnything(flags)) return;
   if (auto* const numbers = std::get_if<Numbers>(&value.value))
     turnIntoDegrees(*node, value.path, units.angle, *numbers);
-  // By the name that a saved scene gives it, so that a second save says the same.
+  // Under the name that a saved scene gives it, so that a second save has the same bytes.
   const auto plug = Plug::find(node, value.path);
   keepAsWritten(node, plug ? plug->path() : value.path,
                 std::visit(WordsOf{value.type}, value.value), flags);
@@ -181,7 +181,7 @@ void keep(const NodePtr& node, BinaryValue& value, const SceneUnits& units) {
 
 // --- Arrays
 
-// The declaration of an attribute does not say that it is an array, but its size does.
+// A declaration does not say that the attribute is an array, but a size does.
 void makeArray(const Node& node, const std::string& path) {
   const AttributePtr attribute = node.findAttribute(path);
   if (attribute != nullptr && attribute->isDynamic && !attribute->isArray) {

@@ -55,7 +55,7 @@ double framesIn(std::string_view unit) {
   return rate && *rate > 0 ? *rate : kDefaultFrames;
 }
 
-// Curves that drive one value by another, where others do it by time.
+// Curves driven by a value, where all others are driven by time.
 bool isKeyedByNumbers(const NodePtr& node) {
   constexpr std::string_view kBegin = "animCurveU";
   return node != nullptr && node->type().name().compare(0, kBegin.size(), kBegin) == 0;
@@ -67,7 +67,7 @@ constexpr std::uint8_t kIsShared = 0x01;
 constexpr std::uint8_t kIsAtTop = 0x80;
 constexpr std::size_t kUuidSize = 16;
 
-// The digits of the bytes, each word of four taken from its end.
+// The hexadecimal digits of the bytes. Each word of four bytes is read from its end.
 std::string uuidText(const std::uint8_t* bytes) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   std::string uuid;
@@ -95,8 +95,8 @@ std::string fileType(std::string_view path) {
 
 }  // namespace
 
-// Every chunk that is not a value of an attribute. Chunks that are passed over have rows too, so
-// that they do not count as unknown.
+// The chunks that are not values of attributes. Skipped chunks have rows too, because a chunk
+// without a row counts as unknown.
 struct BinaryReader::ChunkRow {
   const char (&letters)[5];
   ReadChunk read;
@@ -322,7 +322,7 @@ void BinaryReader::createNode(std::string_view name, std::string_view parent, bo
   run("createNode", words);
 }
 
-// The parent is there when bytes besides the UUID remain and nothing says that there is none.
+// There is a parent when bytes remain besides the UUID, unless a flag says that there is none.
 void BinaryReader::readNode(ByteCursor in) {
   const std::uint8_t flags = in.byte();
   const std::string_view name = in.text();

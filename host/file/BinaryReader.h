@@ -29,8 +29,8 @@ class BinaryReader {
   using RunFile = std::function<void(const mel::Words&)>;
   using TakeEdits = std::function<void(const KeptWords&)>;
 
-  // The functions are called while `read` runs: with what the file has that cannot be used and
-  // where, with the words of a `file` statement that refers to another file, and with edits of
+  // The functions are called during `read`: for something in the file that cannot be used, with its
+  // position; for the words of a `file` statement that refers to another file; and for edits of
   // references.
   BinaryReader(mel::CommandContext& context, Note note, RunFile runFile, TakeEdits takeEdits);
 

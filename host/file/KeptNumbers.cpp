@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view kSetAttr = "setAttr";
 constexpr std::size_t kLong = 256;
 
-// What number words are made of; an infinite one, a truth value or a flag has other letters.
+// The characters of number words. An infinite number, a truth value or a flag has others.
 bool isOfNumber(char c) {
   return (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
 }

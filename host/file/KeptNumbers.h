@@ -8,9 +8,9 @@
 
 namespace host {
 
-// Takes a long `setAttr ".path" NUMBERS`, without flags, of an attribute that the node only keeps,
-// such as the weights of a skin: its numbers stay one text, with single blanks between. False for
-// any other statement, which is to run as a command; then nothing has changed.
+// Takes a long `setAttr ".path" NUMBERS`, without flags, for an attribute that the node only keeps,
+// such as the weights of a skin. The numbers stay one text, with single blanks between. False, with
+// nothing changed, for any other statement, which must run as a command.
 bool keepNumbers(const NodePtr& node, std::string_view statement, const SceneUnits& units);
 
 }  // namespace host

@@ -59,7 +59,7 @@ std::vector<Number>& scratch() {
   return numbers;
 }
 
-// A number that from_chars does not take: infinite, not a number, out of a float's range.
+// A number that from_chars refuses: infinite, not a number, or beyond a float's range.
 bool readSpecial(std::string_view word, float& number) {
   const auto special = mel::parseNumber(word);
   number = static_cast<float>(special.value_or(0.0));
@@ -85,14 +85,14 @@ bool readNumbers(TextScanner& in, std::vector<Number>& numbers) {
   return true;
 }
 
-// What a statement says it holds against what it does hold.
+// Compares the length that a statement promises with what it has.
 std::string countProblem(const MeshPath& path, std::size_t held) {
   const std::size_t named = static_cast<std::size_t>(path.last - path.first) + 1;
   if (!path.isRange || held == named) return std::string();
   return "names " + std::to_string(named) + " elements and holds " + std::to_string(held);
 }
 
-// Where the numbers of a statement, or of what says the same without text, come from.
+// The source of a statement's numbers, be it text or binary.
 struct TextNumbers {
   TextScanner& in;
   template <class Number>

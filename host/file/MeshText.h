@@ -13,10 +13,10 @@ namespace host {
 // geometry, which is held as mesh data and not as attribute values.
 bool isMeshData(std::string_view path);
 
-// Sets such an attribute from the rest of its setAttr: numbers, faces or a quoted text as a scene
-// file has them, behind -type and its word where given. Nothing is made of a number before it is
-// known to be there, so a range that promises more than it holds costs nothing. Points and tweaks
-// are multiplied by `lengthFactor`. Gives what is wrong, else an empty text.
+// Sets such an attribute from the rest of its setAttr: numbers, faces or a quoted text, after -type
+// and its word where given. Memory is taken only for numbers that are there, so that a range that
+// promises more costs nothing. Points and tweaks are multiplied by `lengthFactor`. Gives what is
+// wrong, else an empty text.
 std::string setMeshData(MeshData& mesh, std::string_view path, std::string_view rest,
                         double lengthFactor);
 

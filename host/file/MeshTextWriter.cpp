@@ -10,7 +10,7 @@ namespace {
 using mel::appendNumber;
 using mel::quoted;
 
-// Elements a statement, few enough for any reader's line and statement buffers.
+// Elements in one statement: few enough for the line buffer of any reader.
 constexpr std::size_t kChunk = 500;
 
 // setAttr ".vt[0:499]" v v v ...: `append(i)` adds element i with a blank before each number.

@@ -35,7 +35,7 @@ std::string flags(const AttributeState& state) {
   return text;
 }
 
-// Behind the attribute's name: the type where it needs one, and the value.
+// Follows the attribute's name: the type where one is needed, and the value.
 struct ValueText {
   const Attribute* attribute;  // null when the node has none of that name
   double factor;               // of the file's unit

@@ -14,9 +14,9 @@
 
 namespace host {
 
-// What a scene file says, for a scene that refers to it many times: its statements or chunks in
-// order, and in the place of the numbers of a mesh the mesh that they made. What was damaged is
-// left out, so that it is told once.
+// The content of a scene file for a scene that refers to it many times. It has the statements or
+// chunks in order, and finished meshes in place of the numbers that make them. Damaged parts are
+// left out, so that they are reported once.
 struct RecordedFile {
   // A container is entered, or left to the form type 0.
   enum class Kind { kStatement, kContainer, kChunk, kMesh };
@@ -50,12 +50,12 @@ class FileRecorder {
   FileRecorder(std::size_t firstSerial, std::size_t& used);
 
   void setForm(bool isBinary, bool isWide);
-  // After the step was carried out, with the node that then is the current one.
+  // Called after the step was carried out, with the node that is then current.
   void add(RecordedFile::Step step, std::string_view bytes, const NodePtr& current);
-  // What was carried out gave the node numbers of its mesh, and is not added.
+  // The last step gave the node numbers of its mesh. It is not added: the finished mesh is.
   void addMeshNumbers(const NodePtr& node);
 
-  // Ends it; null when it became too large, or the file changed meshes that are not its own.
+  // Ends the recording. Null when it became too large, or the file changed meshes of other files.
   RecordedFile* finish();
 
  private:

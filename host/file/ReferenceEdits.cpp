@@ -62,7 +62,7 @@ class EditParser {
         (edit.kind == ReferenceEdit::kConnectAttr && !takeNumber(edit.end))) {
       return false;
     }
-    // An edit of a kind that is not known has all texts up to the next number.
+    // An edit of an unknown kind has all texts up to the next number.
     const auto count = static_cast<std::size_t>(editOperandCount(edit.kind, edit.end));
     while (at_ < words_.size() && !isNumber() && (count == 0 || edit.operands.size() < count))
       edit.operands.push_back(words_[at_++].text);
@@ -108,8 +108,8 @@ class EditApplier {
   }
 
  private:
-  // Of the nodes that an edit changes. A shading group looks the same whatever it shades, and what
-  // has no mesh is not missed.
+  // The nodes whose look an edit changes. A shading group looks the same whatever it shades, and a
+  // node without a mesh is not missed.
   std::vector<std::string> namesOf(const ReferenceEdit& edit) const {
     const std::vector<std::string>& o = edit.operands;
     switch (edit.kind) {
@@ -152,7 +152,7 @@ class EditApplier {
     return nullptr;
   }
 
-  // A node's or plug's name by which it is found: paths may be those of another time.
+  // The name by which a node or plug is looked for: its path may be out of date.
   std::string nameOf(const std::string& text) const {
     const std::string node = text.substr(0, text.find('.'));
     const std::size_t bar = node.rfind('|');
@@ -183,7 +183,7 @@ class EditApplier {
     return result.ok ? std::string() : result.error;
   }
 
-  // A node of the scene's own stays below its foster parent, where a saved scene has it.
+  // A node of the scene itself stays below its foster parent, where a saved scene has it.
   std::string applyParent(const ReferenceEdit& edit) {
     const std::string child = nameOf(edit.operands[0]);
     const std::string& above = edit.operands[1];
@@ -261,7 +261,7 @@ std::vector<ReferenceEdit> parseReferenceEdits(const mel::Words& words) {
 
 std::vector<UnappliedEdit> applyReferenceEdits(const std::vector<ReferenceEdit>& edits,
                                                mel::CommandContext& context) {
-  // What edits say stands in the reference node already, and belongs to no node of the file's own.
+  // The reference node has the edits already; they belong to no node of the file itself.
   const bool keepsInfo = std::exchange(context.keepsInfo, false);
   const NodePtr currentNode = context.currentNode;
   std::vector<UnappliedEdit> problems;

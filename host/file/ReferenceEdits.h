@@ -9,13 +9,13 @@
 
 namespace host {
 
-// What a scene changes of the nodes of one file that it refers to, as the attribute "edits" of a
+// A change that a scene makes to nodes of a file it refers to, as the attribute "edits" of a
 // reference node lists it.
 struct ReferenceEdit {
   // As the file numbers them.
   enum Kind { kParent = 0, kAddAttr = 1, kSetAttr = 2, kDisconnectAttr = 3, kConnectAttr = 5 };
-  // Of kConnectAttr: which end is the referenced node's, the other being a place holder; or both,
-  // the place holders following.
+  // For kConnectAttr: which end is on a referenced node while a place holder stands for the other;
+  // or both, and the place holders follow.
   enum End { kIsBoth = 0, kIsSource = 3, kIsDestination = 4 };
 
   int kind = 0;
@@ -25,7 +25,7 @@ struct ReferenceEdit {
 };
 
 // Reads the words of `setAttr ".ed" -type "dataReferenceEdits" ...`. Edits of other kinds are
-// passed over. Words that are not a list of edits give what stands before them.
+// skipped. A malformed list gives the edits before the fault.
 std::vector<ReferenceEdit> parseReferenceEdits(const mel::Words& words);
 
 struct UnappliedEdit {
@@ -33,14 +33,15 @@ struct UnappliedEdit {
   std::string reason;
 };
 
-// Applies the edits, in order, to the nodes that are there. A connection by way of a place holder
-// becomes one of the two ends, of which a saved scene speaks as before (SceneInfo::standIns). Gives
-// those that were not applied; to take away a connection that is not there counts as applied.
+// Applies the edits, in order, to the nodes that are there. A connection through a place holder
+// becomes one between the two ends; a saved scene still names the place holder
+// (SceneInfo::standIns). Gives the edits that were not applied. Removing a connection that is not
+// there counts as applied.
 std::vector<UnappliedEdit> applyReferenceEdits(const std::vector<ReferenceEdit>& edits,
                                                mel::CommandContext& context);
 
-// The nodes of the scene that look otherwise without the edit. For a node that is not there, the
-// nearest one above it stands.
+// The nodes of the scene that look different without the edit. A missing node is replaced by the
+// nearest one above it.
 std::vector<NodePtr> nodesOf(const ReferenceEdit& edit, const mel::CommandContext& context);
 
 }  // namespace host

@@ -36,7 +36,7 @@ using morvane::StatusCode;
 
 constexpr char kSceneType[] = "mayaAscii";
 constexpr char kBinaryType[] = "mayaBinary";
-// As much as translators may want to see; fits the short that they are told.
+// The most bytes shown to translators; their number must fit a short.
 constexpr std::size_t kFirstBytes = 4096;
 
 void setWorkingFolder(const std::string& folder) {
@@ -49,7 +49,7 @@ std::string workingFolder() {
   return morvane::nameOf(fs::current_path(error));
 }
 
-// A project whose rules cannot be read is one without rules.
+// When a project's rules cannot be read, it counts as one without rules.
 void enterProject(HostState& state, const std::string& sceneFolder) {
   const morvane::Status status = state.project.enter(sceneFolder);
   if (!status.ok()) mel::showWarning("the project's folders are not known: " + status.text());
@@ -177,7 +177,7 @@ Status readSceneFile(HostState& state, const std::string& path,
   return status;
 }
 
-// A scene replaces a scene, or what is not there yet.
+// A scene file may replace a scene file only.
 Status mayHoldScene(const std::string& path) {
   const std::string bytes = readFirstBytes(path);
   if (bytes.empty() || isSceneFileStart(bytes)) return {};
@@ -234,7 +234,7 @@ Status openFile(HostState& state, const FileRequest& given) {
     return translate(state, request, MPxFileTranslator::kOpenAccessMode);
   SceneReader::Options options;
   options.keepsInfo = true;
-  // Before anything is read: names in the scene are its folder's.
+  // Set before anything is read: names in the scene are relative to its folder.
   const std::string folder = morvane::nameOf(morvane::pathOf(request.path).parent_path());
   setWorkingFolder(folder);
   enterProject(state, folder);

@@ -9,14 +9,14 @@ namespace host {
 
 struct HostState;
 
-// What `file` and the embedding program do with files: choose who reads or writes one, and do it.
-// Paths are absolute. The text of a failure names the file and says what to do.
+// The file operations of the command `file` and of the embedding program: they choose the reader or
+// writer, and run it. Paths are absolute. The text of a failure names the file and says what to do.
 
 // An empty scene with the default nodes; the working folder is the caller's again.
 void startNewScene(HostState& state);
 
-// What reads or writes a file: scene files are the host's own, all else is a plug-in's translator
-// by its registered name.
+// A request to read or write a file. The host reads and writes scene files itself; a plug-in's
+// translator, by its registered name, does all others.
 struct FileRequest {
   std::string path;
   std::string type;     // "mayaAscii", "mayaBinary", a translator's name; empty: the file's content

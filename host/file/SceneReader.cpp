@@ -31,7 +31,7 @@ using morvane::StatusCode;
 
 constexpr std::size_t kMaxReferenceDepth = 16;
 
-// Of one scene. Files that each refer to others many times would otherwise multiply without end.
+// Limits of one scene: files that each refer to others many times would multiply without end.
 constexpr int kMaxReferences = 10000;
 constexpr std::size_t kMostNodes = 1000000;
 
@@ -254,7 +254,7 @@ void SceneReader::addEnd(SceneProblems::End end) {
   if (!context_.isReference) state_.problems.end = std::max(state_.problems.end, end);
 }
 
-// A file that stops between two statements is whole only if it never was one of Maya's own.
+// A file that stops between two statements is complete only if Maya did not write it.
 void SceneReader::noteEnd() {
   using End = SceneProblems::End;
   End end = statements_.hasEnd() ? End::kWhole : End::kUnmarked;
@@ -273,7 +273,7 @@ void SceneReader::noteEnd() {
   addEnd(end);
 }
 
-// The bulk of a large scene: numbers go from the text into the mesh, with nothing between.
+// Most of a large scene is read here: numbers go from the text straight into the mesh.
 bool SceneReader::runMeshStatement(std::string_view statement) {
   if (context_.currentNode == nullptr || context_.currentNode->mesh == nullptr) return false;
   std::string_view rest = statement;

@@ -49,7 +49,7 @@ class SceneReader {
   void replay(const RecordedFile& recorded);
   void runNext(std::string_view statement);
   void prepareContext(const Options& options, const std::string& absolute);
-  // What a recording of the file has to have of a statement that ran.
+  // What a recording of the file must keep of a statement that ran.
   enum class Effect { kStatement, kMeshNumbers, kNone };
   Effect runStatement(std::string_view statement);
   bool runMeshStatement(std::string_view statement);
@@ -90,7 +90,7 @@ class SceneReader {
 // Makes the meshes whose shape their history makes. Those that cannot be made, those with older UVs
 // or colours, and stored ones without usable faces are named in warnings.
 void evaluateSceneHistories(HostState& state);
-// The same for what changed since, without what is stored.
+// The same for meshes that changed since; stored ones are not checked again.
 void refreshSceneHistories(HostState& state);
 
 // Whether a file begins as a scene file of either kind does.

@@ -19,7 +19,7 @@ using Kind = SceneProblem::Kind;
 using morvane::Status;
 using morvane::StatusCode;
 
-// As its project has it, or by its last part beside the scene.
+// The file where its project has it, or the file of its name beside the scene.
 std::string findReference(HostState& state, const std::string& name, const std::string& folder) {
   std::string portable = state.folders.convert(name).value_or(name);
   std::replace(portable.begin(), portable.end(), '\\', '/');
@@ -83,7 +83,7 @@ void SceneReader::noteGaps(const std::vector<UnappliedEdit>& unapplied) const {
   }
 }
 
-// References stand there twice: first what there is (-rdi), then the order to load it (-r).
+// A reference occurs twice in a file: first what it is (-rdi), then the order to load it (-r).
 void SceneReader::runFileStatement(const mel::Words& words) {
   std::string nameSpace;
   std::string node;
@@ -108,8 +108,8 @@ void SceneReader::runFileStatement(const mel::Words& words) {
   }
   if (context_.keepsInfo) state_.info.references.push_back(mel::asStatement("file", words));
   const std::string& name = words.back().text;
-  // What is listed as deferred was not loaded in the scene as it was saved. The order to load says
-  // so of every reference.
+  // A reference listed as deferred was not loaded when the scene was saved. The order to load it is
+  // there for every reference.
   if (!loads) {
     if (defers)
       deferred_.insert(node);
@@ -146,7 +146,7 @@ void SceneReader::loadReference(const std::string& name, const std::string& name
   reader.recordings_ = recordings_;
   const Status status = reader.read(found, options);
   if (!status.ok()) {
-    // Files that multiply would be named thousands of times.
+    // One report is enough: files that multiply would be named thousands of times.
     bool& told = state_.files.reportedTooLarge;
     if (status.code() != StatusCode::kTooLarge || !told) note(Kind::kNotice, status.text());
     told = told || status.code() == StatusCode::kTooLarge;

@@ -19,7 +19,7 @@ namespace {
 
 using NodeSet = std::unordered_set<const Node*>;
 
-// A Maya Binary scene that was opened is not replaced by a file of another kind with its name.
+// An opened Maya Binary scene must not be replaced by an ASCII file under its name.
 bool isBinaryName(const std::string& path) {
   std::string end = path.size() < 3 ? std::string() : path.substr(path.size() - 3);
   std::transform(end.begin(), end.end(), end.begin(),
@@ -35,7 +35,7 @@ class Writer {
     setAngleUnit(units_, state_.info.angleUnit);
   }
 
-  // Over the scene that was opened, only while that is as it was.
+  // Replaces the scene file that was opened only while it is unchanged.
   morvane::Status write(const std::string& path) {
     if (isBinaryName(path)) {
       return {morvane::StatusCode::kBadArgument,
@@ -173,7 +173,7 @@ class Writer {
     return isThere ? fileName(node) + "." + end.text : std::string();
   }
 
-  // What the scene file said of nodes that are not here.
+  // Statements of the scene file about nodes that are missing here.
   bool writeLoose() {
     const SceneInfo& info = state_.info;
     for (const SceneInfo::LooseConnection& connection : info.looseConnections) {
@@ -188,7 +188,7 @@ class Writer {
     return only_ != nullptr || putAll(info.strayStatements);
   }
 
-  // Which lights light what: as read, and for shading groups that are new, by the default lights.
+  // Light links: those that were read, and for new shading groups those of the default lights.
   bool writeRelationships() {
     const Scene& scene = state_.scene;
     NodeSet mentioned;
@@ -233,7 +233,7 @@ void addAbove(const NodePtr& node, NodeSet& nodes) {
     for (const NodePtr& above : path.nodes()) nodes.insert(above.get());
 }
 
-// Shading groups of the nodes, and all that leads into them.
+// Adds the shading groups of the nodes, and all nodes that lead into these.
 void addShading(const Scene& scene, NodeSet& nodes) {
   std::vector<NodePtr> waiting;
   for (const auto& [serial, node] : scene.nodes()) {

@@ -42,7 +42,7 @@ morvane::Status StatementReader::open(const std::string& path) {
   return {};
 }
 
-// Appends a block to what was not given yet. False at the end of the file.
+// Reads one more block behind the unread bytes. False at the end of the file.
 bool StatementReader::fill() {
   if (begin_ > 0) {
     buffer_.erase(0, begin_);
@@ -75,13 +75,13 @@ void StatementReader::stepOver(std::size_t end) {
   begin_ = end;
 }
 
-// Of the line comment at `begin_`, of which the first words are in the buffer.
+// Handles the line comment at `begin_`, whose first words are in the buffer.
 void StatementReader::noteComment() {
   isNamed_ = isNamed_ || buffer_.compare(begin_, 7, "//Name:") == 0;
   hasEnd_ = buffer_.compare(begin_, 9, "// End of") == 0;
 }
 
-// Over blanks, comments and empty statements. False at the end of the file.
+// Skips blanks, comments and empty statements. False at the end of the file.
 bool StatementReader::skipToStatement() {
   while (true) {
     std::size_t at = begin_;
@@ -107,7 +107,7 @@ bool StatementReader::skipToStatement() {
   }
 }
 
-// Looks on from `scan_` for the semicolon. False when the buffer ends first.
+// Searches from `scan_` for the semicolon. False when the buffer ends first.
 bool StatementReader::findEnd() {
   while (scan_ < buffer_.size()) {
     if (inText_) {
@@ -134,7 +134,7 @@ bool StatementReader::findEnd() {
       const bool line = buffer_[scan_ + 1] == '/';
       const std::size_t close = commentEnd(buffer_, line, scan_ + 2);
       if (close == std::string::npos) return false;
-      // Taken out of the statement: whoever reads it needs to know nothing of comments.
+      // Comments are removed from the statement, so that its readers need not know them.
       std::replace_if(
           buffer_.begin() + static_cast<std::ptrdiff_t>(scan_),
           buffer_.begin() + static_cast<std::ptrdiff_t>(close + (line ? 0 : 2)),

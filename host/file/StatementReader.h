@@ -18,11 +18,11 @@ class StatementReader {
   // Fails when the file cannot be opened or read; the text names it.
   morvane::Status open(const std::string& path);
 
-  // What there is of the file's beginning, before the first statement is asked for.
+  // The first bytes of the file, before the first statement is read.
   std::string_view firstBytes() const { return std::string_view(buffer_).substr(begin_); }
 
-  // The next statement without its semicolon and what comes before its first word; good until the
-  // next call. False at the end of the file.
+  // The next statement, from its first word on and without its semicolon; good until the next call.
+  // False at the end of the file.
   bool next(std::string_view& statement);
 
   // The file's first line, once opened.
@@ -32,7 +32,7 @@ class StatementReader {
   int line() const { return line_; }
   int column() const { return column_; }
 
-  // The file ended inside a statement, a text or a comment; what was there is not given.
+  // True when the file ended inside a statement, a text or a comment. That part is not given.
   bool endedEarly() const { return endedEarly_; }
   // From the place of the statement that the file ended in, good until this object goes.
   std::string_view unfinished() const { return std::string_view(buffer_).substr(begin_); }

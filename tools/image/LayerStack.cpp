@@ -126,7 +126,7 @@ class MaskRows {
   std::int64_t y_;  // of the next row
 };
 
-// Sums of what falls into the cells of one row of the picture.
+// Sums of the source pixels in each cell of one row of the picture.
 struct CellSum {
   float colour[3] = {};  // weighted by alpha
   float alpha = 0;

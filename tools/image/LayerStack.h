@@ -9,13 +9,13 @@
 
 namespace tools {
 
-// Whether a layer is seen, and how much, once the groups around it have had their say.
+// Whether a layer is visible, and with what opacity, including its groups'.
 struct LayerState {
   bool visible = false;
   float opacity = 0;  // 0 to 1
 };
 
-// One a layer, bottom first. Group headers and dividers are never visible.
+// One entry for each layer, bottom first. Group headers and dividers are never visible.
 std::vector<LayerState> layerStates(const morvane::PsdDocument& document);
 
 // Paints the visible layers of an 8-bit RGB or gray document, bottom first, over transparency.

@@ -17,7 +17,7 @@ using Plane = std::vector<std::uint8_t>;
 constexpr std::uint32_t kMaxShownSide = 300000;
 constexpr std::uint32_t kPaletteSize = 256;  // entries, one plane of bytes for each of R, G, B
 
-// How many planes make a colour; 0: the mode is not shown.
+// The number of planes of a colour; 0 when the mode is not shown.
 std::uint32_t colourPlanes(std::uint16_t mode) {
   switch (mode) {
     case morvane::kGrayMode:
@@ -33,8 +33,8 @@ std::uint32_t colourPlanes(std::uint16_t mode) {
   }
 }
 
-// Averages the next plane of `rows` into one value a cell. A sample is `step` bytes, of which the
-// first, the high one, counts, and is looked up in `palette` where there is one.
+// Averages the next plane of `rows` into one value for each cell. A sample has `step` bytes, of
+// which only the first, the high one, counts. It is looked up in `palette` where there is one.
 bool reducePlane(PlaneRows& rows, const PictureGrid& grid, std::uint32_t step,
                  const std::uint8_t* palette, Plane& plane) {
   plane.resize(grid.cells());
@@ -116,8 +116,7 @@ void noteTransparency(Picture& picture) {
     if (picture.rgba[i] < 255) picture.transparent = true;
 }
 
-// Why the merged image cannot be shown, as far as that can be said without reading it; empty when
-// it may be.
+// Why the merged image cannot be shown, as far as the header tells; empty when it may be.
 std::string refusal(const PsdDocument& d) {
   if (colourPlanes(d.colourMode) == 0)
     return "pictures of colour mode " + std::to_string(d.colourMode) + " are not shown";

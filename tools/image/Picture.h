@@ -9,7 +9,7 @@
 
 namespace tools {
 
-// What a document looks like, for the eyes: no colour management, 8 bits.
+// A document as a picture for the screen: 8 bits, no colour management.
 struct Picture {
   std::uint32_t width = 0;
   std::uint32_t height = 0;

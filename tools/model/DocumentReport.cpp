@@ -14,7 +14,7 @@ using Json = nlohmann::ordered_json;
 using morvane::PsdDocument;
 using morvane::PsdLayer;
 
-// Without the zeros that pad some names. A half of a pair that stands alone becomes U+FFFD.
+// Drops the zeros that pad some names. An unpaired surrogate becomes U+FFFD.
 std::string fromUtf16(const std::uint16_t* units, std::size_t count) {
   while (count > 0 && units[count - 1] == 0) --count;
   std::string text;

@@ -8,7 +8,7 @@
 #include "psd/PsdDocument.h"
 #include "tools/model/TileFile.h"
 
-// What is said about a document, wherever it is said.
+// The facts about a document that every report has.
 namespace tools {
 
 std::string colourModeName(std::uint16_t mode);

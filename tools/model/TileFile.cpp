@@ -11,7 +11,7 @@
 namespace tools {
 namespace {
 
-// What the person at the terminal can do about a file that is not loaded.
+// Advice for a file that is not loaded.
 std::string loadingAdvice(morvane::StatusCode code, bool isTga) {
   using Code = morvane::StatusCode;
   switch (code) {
@@ -58,7 +58,8 @@ Goblin toGoblin(const morvane::GoblinRecord& record) {
   return goblin;
 }
 
-// Reads until something does not fit, which it names; the empty text when everything did.
+// Reads to the end or to the first value that does not fit, which it names; the empty text when all
+// fits.
 std::string decode(morvane::GoblinGeometryReader& reader, Goblins& goblins) {
   std::uint32_t count = 0;
   if (!reader.readPool(goblins.pool)) return "the vertex pool does not fit";

@@ -27,15 +27,16 @@ struct Goblins {
   std::uint32_t bytes = 0;  // of the blob
   std::vector<morvane::GoblinPoolVertex> pool;
   std::vector<Goblin> goblins;
-  // What is wrong with a damaged blob, and where; what was read before it stands above.
+  // What is wrong with a damaged blob, and at which byte; the goblins before it are in the members
+  // above.
   std::string fault;
 
   const char* layoutName() const;
   std::size_t faceCount() const;
 };
 
-// What to report of a file that PsdDocument::load() refused with `status`: which (by the name
-// `shown`), why, and what to do.
+// The report on a file that PsdDocument::load() refused with `status`: the file (by the name
+// `shown`), the reason, and what to do.
 std::string unreadable(const std::string& path, const morvane::Status& status,
                        const std::string& shown);
 
@@ -53,7 +54,7 @@ std::string documentFault(const morvane::PsdDocument& document);
 // Decodes the document's goblins.
 Goblins readGoblins(const morvane::PsdDocument& document);
 
-// Says on standard error, by the name `shown`, what is wrong with a loaded document or with its
+// Reports on standard error, by the name `shown`, what is wrong with a loaded document or with its
 // goblins, and what to do. True when nothing is.
 bool reportFaults(const std::string& shown, const morvane::PsdDocument& document,
                   const Goblins& goblins);

@@ -52,7 +52,7 @@ Trouble troubleOfPlacement(const host::NodePtr& transform) {
   return std::nullopt;
 }
 
-// A mesh keeps the points that it has, whatever is connected into them.
+// A mesh keeps its points, whatever is connected into them.
 Trouble troubleOfPoint(const host::Plug& point) {
   Trouble trouble = troubleOf(point);
   const auto source = host::sourceOf(point);
@@ -80,7 +80,7 @@ Unevaluated drivenPart(const std::string& name, const host::EvaluationTrouble& t
           "break that connection in Maya, or bake it"};
 }
 
-// One whose place holders stand for what its file holds.
+// An edit whose place holders stand for content of its file.
 bool isReference(const host::NodePtr& node) {
   return node->type().name() == "reference";
 }
@@ -104,8 +104,8 @@ class Parts {
     }
   }
 
-  // Of the transforms from the goblin's own up to below the tile. The tile's own place plays no
-  // part, unless the goblin stands directly below it.
+  // Looks at the transforms from the goblin's own up to the one below the tile. The tile's own
+  // position matters only to a goblin directly below it.
   void addPlace(const host::DagPath& tile, const host::DagPath& goblin) {
     host::DagPath path = goblin.parent();
     do {

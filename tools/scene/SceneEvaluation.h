@@ -9,22 +9,21 @@
 
 namespace tools {
 
-// Something of a tile that the stand-in host cannot evaluate or lacks a file for. It is otherwise
-// in Maya, so that an export would write what nobody has seen.
+// A part of a tile that the stand-in host cannot evaluate, or for which it lacks a file. In Maya it
+// looks different, so an export would write something that nobody has seen.
 struct Unevaluated {
   std::string what;    // "|a|b is driven by b_translateX (animCurveTL), which is not evaluated"
   std::string advice;  // what to do about it
 };
 
-// All that is unevaluated, each once: meshes, transforms above goblins, what references hold or
-// change below the tile, and the shading of its own mesh.
+// All such parts, each once: meshes, transforms above goblins, content and edits of references
+// below the tile, and the shading of the tile's own mesh.
 std::vector<Unevaluated> unevaluatedParts(const MDagPath& tile);
 
-// The first `most` of the parts, and how many more; `what` is empty when there are none.
+// Names the first `most` parts, and how many more there are; `what` is empty when there are none.
 Unevaluated summaryOf(const std::vector<Unevaluated>& parts, std::size_t most);
 
-// Whether a file that is missing holds shading of the tile's own mesh, so that nobody can say
-// whether it has a texture.
+// Whether a missing file holds shading of the tile's own mesh, so that its texture is unknown.
 bool lacksShading(const MDagPath& tile);
 
 }  // namespace tools

@@ -69,7 +69,7 @@ ViewMesh groundMesh(const morvane::TileGround& ground, morvane::TileMessages& me
 
 constexpr std::size_t kMostNamed = 5;  // things that are not evaluated
 
-// What is missing from the picture, or otherwise than in Maya.
+// The parts of the tile that are missing from the picture, or look different in Maya.
 std::string missingOf(const std::vector<Unevaluated>& parts) {
   const Unevaluated summary = summaryOf(parts, kMostNamed);
   return summary.what + (summary.what.empty() ? "" : "; ") + summary.advice;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMostShown = 5;
 
-// The shapes and materials that are often named like their tiles are not tiles.
+// Shapes and materials often have their tile's name; they are not tiles.
 bool isPattern(const std::string& name) {
   return name.find_first_of("*?") != std::string::npos;
 }

@@ -3,7 +3,7 @@
 
 namespace tools {
 
-// What the program tells its caller. The reason always stands on standard error.
+// The exit status of the program. The reason is always on standard error.
 enum ExitStatus : int {
   kDone = 0,
   kFailed = 1,     // a command, a tile or a file

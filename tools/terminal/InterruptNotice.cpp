@@ -41,7 +41,7 @@ extern "C" void reportInterrupt(int signal) {
 InterruptNotice::InterruptNotice(std::size_t scenes) {
   scenesDone = 0;
   scenesInAll = static_cast<std::sig_atomic_t>(scenes);
-  // One that is ignored, as in a job in the background, stays so.
+  // A signal that was ignored, as in a job in the background, stays ignored.
   wasIgnored_ = std::signal(SIGINT, reportInterrupt) == SIG_IGN;
   if (wasIgnored_) std::signal(SIGINT, SIG_IGN);
 }

@@ -5,8 +5,8 @@
 
 namespace tools {
 
-// While it lives, Ctrl-C tells on standard error how many of so many scenes are done, and ends the
-// process as it would have without it. There can be one at a time.
+// While it lives, Ctrl-C reports on standard error how many of the scenes are done, then ends the
+// process as usual. There can be one at a time.
 class InterruptNotice {
  public:
   explicit InterruptNotice(std::size_t scenes);

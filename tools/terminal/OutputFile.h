@@ -12,10 +12,11 @@ namespace tools {
 // False, with the reason on standard error, when that failed.
 bool writeOutput(const std::string& path, const std::string& text);
 
-// What to do about a file that could not be written; `otherwise` where the code tells nothing.
+// Advice for a file that could not be written; `otherwise` where the code suggests nothing.
 std::string writingAdvice(morvane::StatusCode code, const std::string& otherwise);
 
-// Tells on standard error that `path` was written, and what it holds (nothing: the empty text).
+// Reports on standard error that `path` was written, and what it holds (the empty text for
+// nothing).
 void reportWritten(const std::string& path, const std::string& what = "");
 
 // Whether `output` names one of the files that are to be read; the reason is then on standard

@@ -31,7 +31,8 @@ NodePtr parentOf(const SelectionItem& item) {
 
 // --- parent
 
-// Moves a node and keeps where it stands in the world, unless told to keep its own values.
+// Moves a node to another parent. It keeps its position in the world, or with `relative` its own
+// values.
 bool moveBelow(const CommandContext& context, const SelectionItem& item,
                const SelectionItem* parent, bool relative, std::string& error) {
   const MMatrix before = item.path.inclusiveMatrix();
@@ -264,7 +265,7 @@ bool applyPivots(const Arguments& arguments, const SelectionItem& item, std::str
   return true;
 }
 
-// Both pivots to the middle of the box of what is below, in the transform's own space.
+// Moves both pivots to the middle of the box of all below, in the transform's own space.
 bool centerPivots(const SelectionItem& item, std::string& error) {
   const std::vector<double> box = boxNumbers(item, true);
   const MPoint middle((box[0] + box[3]) / 2, (box[1] + box[4]) / 2, (box[2] + box[5]) / 2);
@@ -273,7 +274,7 @@ bool centerPivots(const SelectionItem& item, std::string& error) {
          setPivot(item, Pivot::kScale, middle, change, error);
 }
 
-// With the angles that keep where the transform stands, unless told otherwise.
+// The angles change so that the transform stays as it is in the world, unless told otherwise.
 bool applyRotateOrder(const CommandContext& context, const Arguments& arguments,
                       const SelectionItem& item, std::string& error) {
   const auto* const end = std::end(kRotateOrders);

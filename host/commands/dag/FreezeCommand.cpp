@@ -14,7 +14,7 @@
 #include "host/scene/Values.h"
 #include "host/text/Numbers.h"
 
-// makeIdentity: what a transform does goes into what is below it.
+// makeIdentity: moves the effect of a transform into the shapes and transforms below it.
 namespace host::mel {
 namespace {
 

@@ -50,7 +50,7 @@ MMatrix linearOf(const NodePtr& node, Pivot pivot) {
   return pivot == Pivot::kRotate ? rotationMatrix(node) : scaleShearMatrix(node);
 }
 
-// From the space in which the pivot turns or scales to the world's.
+// The matrix from the space in which the pivot turns or scales to the world.
 MMatrix spaceAfter(const SelectionItem& item, Pivot pivot) {
   MMatrix after;
   if (pivot == Pivot::kRotate) {
@@ -58,7 +58,7 @@ MMatrix spaceAfter(const SelectionItem& item, Pivot pivot) {
     for (unsigned i = 0; i < 3; ++i) after[3][i] = translate[i];
     return after * item.path.exclusiveMatrix();
   }
-  // All but the scale: a point is turned about the rotate pivot and moved.
+  // All parts but the scale: a point is turned about the rotate pivot, then moved.
   const MVector point = vectorOf(item.node, "rotatePivot");
   after = rotationMatrix(item.node);
   const MVector moved = point + vectorOf(item.node, "rotatePivotTranslate") +

@@ -39,7 +39,7 @@ bool splitWords(const std::string& command, const Arguments& arguments, CommandC
   return !items.empty();
 }
 
-// -x, -y and -z name the axes that the numbers are for; without them there are three.
+// -x, -y and -z name the axes of the numbers; without them there are three numbers.
 bool axesOf(const Arguments& arguments, const std::vector<double>& numbers,
             std::vector<std::size_t>& axes, std::string& error) {
   constexpr std::string_view kAxes[] = {"x", "y", "z"};

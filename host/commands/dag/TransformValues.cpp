@@ -73,7 +73,7 @@ bool setLocalMatrix(const NodePtr& transform, const MMatrix& matrix, std::string
   write(transform, "shear", parts.shear);
   write(transform, "rotate", parts.rotate);
   write(transform, "translate", parts.translate);
-  // Pivots shift what the other values do: the rest of the way goes into the translation.
+  // Pivots shift the result of the other values, so the translation makes up for that.
   const MMatrix got = localMatrix(transform);
   parts.translate = parts.translate + translationOf(matrix) - translationOf(got);
   write(transform, "translate", parts.translate);
