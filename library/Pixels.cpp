@@ -16,17 +16,8 @@ constexpr std::uint32_t kCompressionWord = 2;  // bytes, counted in a channel in
 constexpr std::uint16_t kMaxChannels = 56;     // of the format
 
 std::uint16_t colourPlanes(const PsdDocument& document) {
-  switch (document.colourMode) {
-    case kRgbMode:
-    case kLabMode:
-      return 3;
-    case kCmykMode:
-      return 4;
-    case kMultichannelMode:
-      return std::min(document.channels, kMaxChannels);
-    default:
-      return 1;
-  }
+  if (document.colourMode == kMultichannelMode) return std::min(document.channels, kMaxChannels);
+  return std::max<std::uint16_t>(colourPlanesOf(document.colourMode), 1);
 }
 
 Status checkDepth(const PsdDocument& document) {

@@ -17,6 +17,25 @@ enum PsdColourMode : std::uint16_t {
   kLabMode = 9,
 };
 
+// The planes of one colour, transparency aside; 0 for a mode in which their number varies or is
+// not known.
+constexpr std::uint16_t colourPlanesOf(std::uint16_t mode) {
+  switch (mode) {
+    case kBitmapMode:
+    case kGrayMode:
+    case kIndexedMode:
+    case kDuotoneMode:
+      return 1;
+    case kRgbMode:
+    case kLabMode:
+      return 3;
+    case kCmykMode:
+      return 4;
+    default:
+      return 0;
+  }
+}
+
 // Bits of a layer's flags.
 enum PsdLayerFlag : std::uint8_t {
   kLayerTransparencyProtected = 1,

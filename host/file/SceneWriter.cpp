@@ -12,20 +12,13 @@
 #include "host/state/HostState.h"
 #include "host/state/SceneInfo.h"
 #include "host/text/Text.h"
+#include "util/FileExtension.h"
 #include "util/ReplaceFile.h"
 
 namespace host {
 namespace {
 
 using NodeSet = std::unordered_set<const Node*>;
-
-// An opened Maya Binary scene must not be replaced by an ASCII file under its name.
-bool isBinaryName(const std::string& path) {
-  std::string end = path.size() < 3 ? std::string() : path.substr(path.size() - 3);
-  std::transform(end.begin(), end.end(), end.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return end == ".mb";
-}
 
 class Writer {
  public:
@@ -37,7 +30,8 @@ class Writer {
 
   // Replaces the scene file that was opened only while it is unchanged.
   morvane::Status write(const std::string& path) {
-    if (isBinaryName(path)) {
+    // An opened Maya Binary scene must not be replaced by an ASCII file under its name.
+    if (morvane::lowerExtension(path) == ".mb") {
       return {morvane::StatusCode::kBadArgument,
               "cannot write " + path + ": only Maya ASCII is written; give it a name with .ma"};
     }

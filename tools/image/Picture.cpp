@@ -19,18 +19,8 @@ constexpr std::uint32_t kPaletteSize = 256;  // entries, one plane of bytes for 
 
 // The number of planes of a colour; 0 when the mode is not shown.
 std::uint32_t colourPlanes(std::uint16_t mode) {
-  switch (mode) {
-    case morvane::kGrayMode:
-    case morvane::kIndexedMode:
-    case morvane::kDuotoneMode:
-      return 1;
-    case morvane::kRgbMode:
-      return 3;
-    case morvane::kCmykMode:
-      return 4;
-    default:
-      return 0;
-  }
+  const bool isShown = mode != morvane::kBitmapMode && mode != morvane::kLabMode;
+  return isShown ? morvane::colourPlanesOf(mode) : 0;
 }
 
 // Averages the next plane of `rows` into one value for each cell. A sample has `step` bytes, of
