@@ -103,6 +103,8 @@ class ExportRecord:
     error: Optional[str]
     status: int
     milliseconds: float
+    tiles: Optional[int] = ...
+    action: Optional[str] = ...
 
 class Scene:
     path: str

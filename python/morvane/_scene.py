@@ -43,7 +43,8 @@ class Warning:
 @dataclasses.dataclass(frozen=True)
 class ExportRecord:
     """What became of one tile: the fields of ``morvane export --json``. ``tile`` is None for the scene as a whole,
-    ``texture`` the file that holds the goblins now, ``error`` None for a success, and ``status`` 0 then."""
+    ``texture`` the file that holds the goblins now, ``error`` None for a success, and ``status`` 0 then; ``tiles`` is
+    how many were to be exported, ``action`` "written" for a success."""
 
     scene: str
     tile: Optional[str]
@@ -54,6 +55,8 @@ class ExportRecord:
     error: Optional[str]
     status: int
     milliseconds: float
+    tiles: Optional[int] = None
+    action: Optional[str] = None
 
 
 class Scene:

@@ -101,30 +101,32 @@ TEST_F(Batch, WritesARecordForEachTile) {
     records.back().erase("milliseconds");
   }
   const Json none = Json::array();
-  const auto record = [&](const char* scene, Json tile, Json texture, Json goblins, Json error,
-                          int status = 0) {
+  const auto record = [&](const char* scene, Json tiles, Json tile, Json texture, Json goblins,
+                          Json error, int status = 0) {
     return Json{{"scene", scene},
                 {"tile", tile},
+                {"tiles", tiles},
                 {"texture", texture.is_null() ? texture : Json(path(texture))},
                 {"goblins", goblins},
                 {"vertices", goblins.is_null() ? Json() : Json(3)},
                 {"warnings", none},
                 {"error", error},
+                {"action", texture.is_null() ? Json() : Json("written")},
                 {"status", status}};
   };
   EXPECT_EQ(
       records,
       (std::vector<Json>{
-          record("one/a.ma", "|tile1", "one/a.psd", 1, nullptr),
-          record("one/a.ma", "|tile2", "one/b.psd", 1, nullptr),
-          record("two/b.ma", "|tile1", "two/a.psd", 1, nullptr),
-          record("two/b.ma", "|tile2", nullptr, nullptr,
+          record("one/a.ma", 2, "|tile1", "one/a.psd", 1, nullptr),
+          record("one/a.ma", 2, "|tile2", "one/b.psd", 1, nullptr),
+          record("two/b.ma", 2, "|tile1", "two/a.psd", 1, nullptr),
+          record("two/b.ma", 2, "|tile2", nullptr, nullptr,
                  "couldn't load psd: gone.psd: No such file or directory", 1),
-          record("broken.ma", nullptr, nullptr, nullptr,
+          record("broken.ma", nullptr, nullptr, nullptr, nullptr,
                  path("broken.ma") + " is not a scene file: it does not begin with //Maya; save "
                                      "it as Maya ASCII",
                  3),
-          record("c.ma", "|tile1", "art/c.psd", 1, nullptr)}));
+          record("c.ma", 1, "|tile1", "art/c.psd", 1, nullptr)}));
 }
 
 // A file holds the goblins of one tile only. Tiles that are alike lose nothing.
@@ -144,7 +146,8 @@ TEST_F(Batch, GoblinsThatAnotherTileReplacedAreNotExported) {
         "2 scenes, 2 with failures; 1 tile exported, 3 failed"}) {
     EXPECT_NE(outcome.err.find(line), std::string::npos) << line << outcome.err;
   }
-  EXPECT_NE(outcome.out.find("{\"scene\":\"one/same.ma\",\"tile\":\"|tile1\",\"texture\":null"),
+  EXPECT_NE(outcome.out.find(
+                "{\"scene\":\"one/same.ma\",\"tile\":\"|tile1\",\"tiles\":null,\"texture\":null"),
             std::string::npos)
       << outcome.out;
 }

@@ -1,36 +1,50 @@
 #include "tools/batch/ExportForecast.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <utility>
 
-#include "tile/TileExport.h"
+#include "geometry/GoblinGeometry.h"
+#include "psd/PsdDocument.h"
 #include "tile/TileGoblins.h"
 #include "tile/TileLines.h"
 #include "tools/batch/Refusals.h"
 #include "tools/batch/SharedTextures.h"
+#include "util/WholeFile.h"
 
 namespace tools {
 namespace {
 
-// Gives a report what an export would write, line by line.
-class HeardMessages final : public morvane::TileMessages {
+// Keeps what an export would write, line by line.
+class KeptMessages final : public morvane::TileMessages {
  public:
-  explicit HeardMessages(ExportReport& report) : report_(report) {}
+  explicit KeptMessages(PlannedTile& planned) : planned_(planned) {}
 
   void log(const std::string& text) override {
     line_ += text;
     if (line_.back() == '\n') {
       line_.pop_back();
-      report_.readLine(line_);
-      line_.clear();
+      planned_.lines.push_back(std::exchange(line_, ""));
     }
   }
-  void explain(const std::string& text) override { report_.readHostLine("Error: " + text); }
-  void warn(const std::string& text) override { report_.readHostLine("Warning: " + text); }
+  void explain(const std::string& text) override { planned_.hostLines.push_back("Error: " + text); }
+  void warn(const std::string& text) override { planned_.hostLines.push_back("Warning: " + text); }
 
  private:
-  ExportReport& report_;
+  PlannedTile& planned_;
   std::string line_;
 };
+
+bool hasSameGoblins(const morvane::PsdDocument& one, const morvane::PsdDocument& other) {
+  std::uint32_t oneSize = 0;
+  std::uint32_t otherSize = 0;
+  const auto oneBytes = one.peekDataLayer(morvane::kGoblinLayerName, oneSize);
+  const auto otherBytes = other.peekDataLayer(morvane::kGoblinLayerName, otherSize);
+  return oneBytes && otherBytes && oneSize == otherSize &&
+         std::memcmp(oneBytes.get(), otherBytes.get(), oneSize) == 0;
+}
 
 std::size_t countGoblins(const MDagPath& tile) {
   morvane::SilentMessages nobody;
@@ -48,17 +62,44 @@ std::size_t countGoblins(const MDagPath& tile) {
 // Gives how many goblins the tile has.
 std::size_t forecastTile(const TileCandidate& tile, ExportReport& report,
                          SharedTextures& textures) {
-  HeardMessages messages(report);
-  morvane::TileExport result;
-  if (morvane::prepareTileExport(tile.dagPath, messages, result)) {
-    textures.foresee(tile, result.document);
-    return result.goblins;
-  }
-  messages.log(std::string(morvane::kTileFailed) + "0\n");
-  return countGoblins(tile.dagPath);
+  const PlannedTile planned = planTile(tile);
+  replay(planned, report);
+  if (!planned.ok) return countGoblins(tile.dagPath);
+  textures.foresee(tile, planned.result.document);
+  return planned.result.goblins;
 }
 
 }  // namespace
+
+PlannedTile planTile(const TileCandidate& tile) {
+  PlannedTile planned;
+  KeptMessages messages(planned);
+  planned.ok = morvane::prepareTileExport(tile.dagPath, messages, planned.result);
+  if (!planned.ok) messages.log(std::string(morvane::kTileFailed) + "0\n");
+  return planned;
+}
+
+// A texture is read again, since the goblins were taken out of what was prepared. Another number of
+// layers: there were older goblins, which an export removes. The file beside a TGA image has its
+// pixels, too, and must be the same as a whole.
+bool isUnchanged(const morvane::TileExport& planned) {
+  if (planned.file == planned.texture) {
+    morvane::PsdDocument file(1, 1);
+    return file.load(planned.file.c_str()) && file.layerCount == planned.document.layerCount &&
+           hasSameGoblins(file, planned.document);
+  }
+  std::vector<std::uint8_t> bytes;
+  if (!planned.document.saveBytes(bytes)) return false;
+  std::unique_ptr<std::uint8_t[]> file;
+  std::size_t size = 0;
+  return morvane::readWholeFile(planned.file.c_str(), bytes.size(), file, size).ok() &&
+         size == bytes.size() && std::memcmp(file.get(), bytes.data(), size) == 0;
+}
+
+void replay(const PlannedTile& planned, ExportReport& report) {
+  for (const std::string& line : planned.hostLines) report.readHostLine(line);
+  for (const std::string& line : planned.lines) report.readLine(line);
+}
 
 std::vector<TileForecast> forecastExport(const std::string& scene) {
   const std::vector<TileCandidate> tiles = texturedTiles();

@@ -1,6 +1,8 @@
 #ifndef MORVANE_TOOLS_BATCH_EXPORTJOB_H_
 #define MORVANE_TOOLS_BATCH_EXPORTJOB_H_
 
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,9 +15,12 @@ struct ExportJob {
   std::vector<std::string> nodes;   // in each scene; none: every tile
   OpeningOptions opening;
   bool json = false;
-  bool quiet = false;      // what the plug-in prints is not passed on
-  unsigned processes = 1;  // at work at once
-  bool ordered = false;    // records and output in the order of `scenes`
+  bool quiet = false;  // what the plug-in prints is not passed on
+  bool skipUnchanged = false;
+  bool dryRun = false;
+  std::map<std::string, std::set<std::string>> doneTiles{};  // of each scene: are left out
+  unsigned processes = 1;                                    // at work at once
+  bool ordered = false;  // records and output in the order of `scenes`
 };
 
 }  // namespace tools

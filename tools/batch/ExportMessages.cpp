@@ -28,10 +28,8 @@ OpeningOptions openingOf(const Message& message) {
 }
 
 Message messageOf(const ExportJob& job) {
-  return {{"nodes", job.nodes},
-          {"opening", messageOf(job.opening)},
-          {"json", job.json},
-          {"quiet", job.quiet}};
+  return {{"nodes", job.nodes}, {"opening", messageOf(job.opening)},  {"json", job.json},
+          {"quiet", job.quiet}, {"skipUnchanged", job.skipUnchanged}, {"dryRun", job.dryRun}};
 }
 
 ExportJob jobOf(const Message& message) {
@@ -40,6 +38,8 @@ ExportJob jobOf(const Message& message) {
   job.opening = openingOf(message.at("opening"));
   message.at("json").get_to(job.json);
   message.at("quiet").get_to(job.quiet);
+  message.at("skipUnchanged").get_to(job.skipUnchanged);
+  message.at("dryRun").get_to(job.dryRun);
   return job;
 }
 
@@ -79,13 +79,14 @@ Message messageOf(const SharedTextures::Known& known) {
   }
   Message textures = Message::object();
   for (const auto& [file, tile] : known.psdTextures) textures[file] = messageOf(tile);
-  return {{"owners", owners}, {"psdTextures", textures}};
+  return {{"owners", owners}, {"foreseen", known.foreseen}, {"psdTextures", textures}};
 }
 
 SharedTextures::Known knownOf(const Message& message) {
   SharedTextures::Known known;
   for (const auto& [file, tiles] : message.at("owners").items())
     for (const Message& tile : tiles) known.owners[file].push_back(tileOf(tile));
+  message.at("foreseen").get_to(known.foreseen);
   for (const auto& [file, tile] : message.at("psdTextures").items())
     known.psdTextures[file] = tileOf(tile);
   return known;

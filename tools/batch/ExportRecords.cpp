@@ -14,9 +14,16 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 Json emptyRecord(const std::string& scene) {
-  return {{"scene", toUtf8(scene)}, {"tile", nullptr},     {"texture", nullptr},
-          {"goblins", nullptr},     {"vertices", nullptr}, {"warnings", Json::array()},
-          {"error", nullptr},       {"status", kDone},     {"milliseconds", 0}};
+  return {{"scene", toUtf8(scene)},    {"tile", nullptr},    {"tiles", nullptr},
+          {"texture", nullptr},        {"goblins", nullptr}, {"vertices", nullptr},
+          {"warnings", Json::array()}, {"error", nullptr},   {"action", nullptr},
+          {"status", kDone},           {"milliseconds", 0}};
+}
+
+const char* nameOf(TileAction action) {
+  return action == TileAction::kWritten     ? "written"
+         : action == TileAction::kUnchanged ? "unchanged"
+                                            : "planned";
 }
 
 // Each text of a file once, with its first line.
@@ -66,8 +73,9 @@ nlohmann::ordered_json warningsJson(const TileOutcome& tile) {
 }
 
 std::string tileRecord(const std::string& scene, const TileOutcome& tile,
-                       const std::string& texture) {
+                       const std::string& texture, std::size_t tiles) {
   Json record = emptyRecord(scene);
+  if (tiles != 0) record["tiles"] = tiles;
   if (!tile.path.empty()) record["tile"] = toUtf8(tile.path);
   const std::string file = texture.empty() ? "" : writtenFile(texture);
   record["warnings"] = warningsJson(tile);
@@ -77,7 +85,13 @@ std::string tileRecord(const std::string& scene, const TileOutcome& tile,
     record["status"] = kFailed;
   } else if (!file.empty()) {
     record["texture"] = toUtf8(file);
-    addCounts(file, record);
+    record["action"] = nameOf(tile.action);
+    if (tile.action == TileAction::kPlanned) {
+      record["goblins"] = tile.goblins;
+      record["vertices"] = tile.vertices;
+    } else {
+      addCounts(file, record);
+    }
   }
   return printableJson(record.dump());
 }

@@ -173,6 +173,14 @@ std::vector<std::string> ExportReport::takeChanged() {
   return changed;
 }
 
+void ExportReport::markLast(TileAction action, std::size_t goblins, std::size_t vertices) {
+  endTile();
+  TileOutcome& tile = tiles_.back();
+  tile.action = action;
+  tile.goblins = goblins;
+  tile.vertices = vertices;
+}
+
 void ExportReport::refuse(const Refusal& refusal) {
   tiles_.push_back({refusal.tile, refusal.error, {}, 0, {}, refusal.advice});
 }

@@ -22,6 +22,9 @@ struct OutsideGoblin {
   float distance = 0;
 };
 
+// What was done with the file of a tile that did not fail.
+enum class TileAction { kWritten, kUnchanged, kPlanned };
+
 // What became of one tile.
 struct TileOutcome {
   std::string path;   // the mere name for a node that is not a DAG object
@@ -30,6 +33,9 @@ struct TileOutcome {
   double milliseconds = 0;
   std::vector<OutsideGoblin> outside{};  // the farthest first
   std::string advice{};  // what to do about an error that is not of the plug-in's own; or empty
+  TileAction action = TileAction::kWritten;
+  std::size_t goblins = 0;   // of a planned one
+  std::size_t vertices = 0;  // likewise
 };
 
 // Follows an export by what the plug-in logs, the only place where it tells of a tile's failure.
@@ -54,6 +60,9 @@ class ExportReport {
   // Tiles that failed because others changed their files meanwhile. Their outcomes are forgotten:
   // they are to be exported again. The plug-in must have finished.
   std::vector<std::string> takeChanged();
+
+  // The last tile that was heard of is as a write of it would leave it, or was not written.
+  void markLast(TileAction action, std::size_t goblins, std::size_t vertices);
 
   // Counts a tile as failed that is not given to the plug-in.
   void refuse(const Refusal& refusal);

@@ -90,6 +90,8 @@ class Batch {
   Message orderOf(std::size_t scene) const {
     Message order = messageOf(job_);
     order["do"] = "export";
+    const auto done = job_.doneTiles.find(job_.scenes[scene]);
+    if (done != job_.doneTiles.end()) order["doneTiles"] = done->second;
     order["scene"] = job_.scenes[scene];
     order["path"] = paths_[scene];
     return order;
@@ -169,7 +171,7 @@ ExitStatus exportOpenScene(const ExportJob& job) {
 }
 
 void exportOrdered(JobWorker& worker, Message order) {
-  const ExportJob job = jobOf(order);
+  ExportJob job = jobOf(order);
   std::optional<OutputAside> aside;
   if (job.json) aside.emplace();
   SharedTextures textures;
@@ -187,6 +189,9 @@ void exportOrdered(JobWorker& worker, Message order) {
   SceneExport scenes(job, textures, bar, {show, begin});
   for (;; order = worker.nextOrder()) {
     files.clear();
+    job.doneTiles.clear();
+    if (order.contains("doneTiles"))
+      order["doneTiles"].get_to(job.doneTiles[order.at("scene").get<std::string>()]);
     const SceneResult result = scenes.exportScene(order.at("scene"), order.at("path"));
     worker.tell({{"news",
                   {{"unusedMaps", host::unusedFolders()},

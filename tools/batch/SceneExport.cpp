@@ -1,12 +1,15 @@
 #include "tools/batch/SceneExport.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <map>
 #include <utility>
 
 #include "host/text/Text.h"
 #include "tools/batch/ExportRecords.h"
 #include "tools/batch/OutputWatch.h"
 #include "tools/batch/Refusals.h"
+#include "tools/model/TileFile.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/TileCandidates.h"
 #include "tools/scene/TileSelection.h"
@@ -36,6 +39,13 @@ bool selectRound(const std::vector<TileCandidate>& tiles,
     if (round != 0) break;
   }
   return host::execute(script, "selection");
+}
+
+bool deselect(const std::vector<std::string>& paths) {
+  std::string script;
+  for (const std::string& path : paths)
+    script += "select -deselect " + host::mel::quoted(path) + "; ";
+  return script.empty() || host::execute(script, "selection");
 }
 
 }  // namespace
@@ -92,6 +102,7 @@ void SceneExport::fail(const host::SceneProblems& problems, const std::string& e
 ExitStatus SceneExport::exportSelected(bool isDamaged) {
   nowDoing("exporting", name_);
   const auto tiles = selectedCandidates();
+  tiles_ = tiles.size();
   if (calls_.begin) calls_.begin(tiles);
   ExportReport report(
       name_, tiles,
@@ -100,7 +111,7 @@ ExitStatus SceneExport::exportSelected(bool isDamaged) {
       });
   report_ = &report;
   bool heard = true;
-  bool executed = refuseTiles(report, tiles) && exportHeard(report, heard);
+  bool executed = leaveOut(report, tiles) && planTiles(report) && exportHeard(report, heard);
   executed = exportAgain(report, heard) && executed;
   report_ = nullptr;
   bar_.hide();
@@ -115,14 +126,56 @@ ExitStatus SceneExport::exportSelected(bool isDamaged) {
   return executed && heard && allExported && nothingLost ? kDone : kFailed;
 }
 
-// Takes tiles out of the selection that must not be exported.
-bool SceneExport::refuseTiles(ExportReport& report, const std::vector<TileCandidate>& tiles) {
-  std::string script;
-  for (const Refusal& refusal : refusals(name_, tiles, textures_)) {
-    report.refuse(refusal);
-    script += "select -deselect " + host::mel::quoted(refusal.tile) + "; ";
+// Takes tiles out of the selection that must not be exported, or are done.
+bool SceneExport::leaveOut(ExportReport& report, const std::vector<TileCandidate>& tiles) {
+  std::vector<std::string> out;
+  std::vector<TileCandidate> wanted;
+  const auto done = job_.doneTiles.find(name_);
+  for (const TileCandidate& tile : tiles) {
+    const bool isDone = done != job_.doneTiles.end() && done->second.count(toUtf8(tile.path)) != 0;
+    if (isDone)
+      out.push_back(tile.path);
+    else
+      wanted.push_back(tile);
   }
-  return script.empty() || host::execute(script, "selection");
+  done_ = out.size();
+  for (const Refusal& refusal : refusals(name_, wanted, textures_)) {
+    report.refuse(refusal);
+    out.push_back(refusal.tile);
+  }
+  return deselect(out);
+}
+
+// Takes out what needs no writing, or only says what would be written. A file that several tiles
+// name is written: the last of them decides what it holds.
+bool SceneExport::planTiles(ExportReport& report) {
+  if (!job_.skipUnchanged && !job_.dryRun) return true;
+  const auto tiles = selectedCandidates();
+  std::map<std::set<std::string>, std::size_t> uses;
+  for (const TileCandidate& tile : tiles) ++uses[SharedTextures::filesOf({tile})];
+  std::vector<std::string> out;
+  for (const TileCandidate& tile : tiles) {
+    const PlannedTile planned = planTile(tile);
+    const bool isUnchangedTile = planned.ok && job_.skipUnchanged &&
+                                 uses[SharedTextures::filesOf({tile})] == 1 &&
+                                 isUnchanged(planned.result);
+    if (!job_.dryRun && !isUnchangedTile) continue;
+    replay(planned, report);
+    out.push_back(tile.path);
+    if (!planned.ok) continue;
+    const Goblins goblins = readGoblins(planned.result.document);
+    report.markLast(isUnchangedTile ? TileAction::kUnchanged : TileAction::kPlanned,
+                    goblins.goblins.size(), goblins.pool.size());
+    if (job_.dryRun)
+      textures_.foresee(tile, planned.result.document);
+    else
+      textures_.keep(tile);
+    if (job_.dryRun && !job_.json)
+      std::printf("%s %s: %s of %s\n", isUnchangedTile ? "unchanged" : "would write",
+                  printable(writtenFile(tile.texture)).c_str(),
+                  counted(goblins.goblins.size(), "goblin").c_str(), printable(tile.path).c_str());
+  }
+  return deselect(out);
 }
 
 bool SceneExport::exportAgain(ExportReport& report, bool& heard) {
@@ -184,7 +237,7 @@ void SceneExport::markEarlierLost(const SharedTextures::Tile& tile, const std::s
   complain(printable(tile.scene) + ": " + printable(tile.path) + ": " + printable(error) + "; " +
            SharedTextures::Loss::kAdvice);
   if (job_.json)
-    result_.records.push_back(tileRecord(tile.scene, {tile.path, error, {}, 0, {}, ""}, ""));
+    result_.records.push_back(tileRecord(tile.scene, {tile.path, error, {}, 0}, "", 0));
 }
 
 void SceneExport::keep(const ExportReport& report, bool isDamaged) {
@@ -195,8 +248,14 @@ void SceneExport::keep(const ExportReport& report, bool isDamaged) {
   result_.exportedTiles += static_cast<std::ptrdiff_t>(exported);
   if (job_.json)
     for (const TileOutcome& tile : report.tiles())
-      result_.records.push_back(tileRecord(name_, tile, report.textureOf(tile.path)));
-  result_.outcome = counted(exported, "tile") + " exported" +
+      result_.records.push_back(tileRecord(name_, tile, report.textureOf(tile.path), tiles_));
+  const auto unchanged = static_cast<std::size_t>(
+      std::count_if(report.tiles().begin(), report.tiles().end(), [](const TileOutcome& tile) {
+        return tile.error.empty() && tile.action == TileAction::kUnchanged;
+      }));
+  result_.outcome = counted(exported, "tile") + (job_.dryRun ? " planned" : " exported") +
+                    (unchanged == 0 ? "" : " (" + std::to_string(unchanged) + " unchanged)") +
+                    (done_ == 0 ? "" : ", " + std::to_string(done_) + " done before") +
                     (failed == 0 ? "" : ", " + std::to_string(failed) + " failed") +
                     (isDamaged ? "; the scene is damaged" : "");
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/Host.h"
+#include "tools/batch/ExportForecast.h"
 #include "tools/batch/ExportJob.h"
 #include "tools/batch/ExportReport.h"
 #include "tools/batch/SharedTextures.h"
@@ -58,6 +59,8 @@ class SceneExport {
   void fail(const host::SceneProblems& problems, const std::string& error, ExitStatus status);
   ExitStatus exportSelected(bool isDamaged);
   bool refuseTiles(ExportReport& report, const std::vector<TileCandidate>& tiles);
+  bool leaveOut(ExportReport& report, const std::vector<TileCandidate>& tiles);
+  bool planTiles(ExportReport& report);
   bool exportAgain(ExportReport& report, bool& heard);
   bool exportHeard(ExportReport& report, bool& heard);
   bool exportRounds(const std::vector<TileCandidate>& tiles);
@@ -71,6 +74,8 @@ class SceneExport {
   SceneExportCalls calls_;
   ExportReport* report_ = nullptr;  // of the export that is going on
   std::string name_;
+  std::size_t tiles_ = 0;  // of the scene
+  std::size_t done_ = 0;   // of them, before this job
   SceneResult result_;
 };
 

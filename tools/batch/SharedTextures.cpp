@@ -61,6 +61,8 @@ SharedTextures::Known SharedTextures::knownOf(const std::set<std::string>& files
   for (const std::string& file : files) {
     const auto owners = known_.owners.find(file);
     if (owners != known_.owners.end()) known.owners.insert(*owners);
+    const auto foreseen = known_.foreseen.find(file);
+    if (foreseen != known_.foreseen.end()) known.foreseen.insert(*foreseen);
     const auto texture = known_.psdTextures.find(file);
     if (texture != known_.psdTextures.end()) known.psdTextures.insert(*texture);
   }
@@ -70,9 +72,11 @@ SharedTextures::Known SharedTextures::knownOf(const std::set<std::string>& files
 void SharedTextures::learn(const std::set<std::string>& files, const Known& known) {
   for (const std::string& file : files) {
     known_.owners.erase(file);
+    known_.foreseen.erase(file);
     known_.psdTextures.erase(file);
   }
   known_.owners.insert(known.owners.begin(), known.owners.end());
+  known_.foreseen.insert(known.foreseen.begin(), known.foreseen.end());
   known_.psdTextures.insert(known.psdTextures.begin(), known.psdTextures.end());
 }
 
@@ -142,10 +146,14 @@ void SharedTextures::endRound() {
 void SharedTextures::foresee(const TileCandidate& tile, const morvane::PsdDocument& document) {
   Write write{tile.path, identityOf(tile.texture), std::nullopt};
   const std::size_t hash = hashOfGoblins(document);
-  const auto [before, isFirst] = foreseen_.try_emplace(write.file, hash);
+  const auto [before, isFirst] = known_.foreseen.try_emplace(write.file, hash);
   write.changed = !isFirst && before->second != hash;
   before->second = hash;
   writes_.push_back(std::move(write));
+}
+
+void SharedTextures::keep(const TileCandidate& tile) {
+  writes_.push_back({tile.path, identityOf(tile.texture), std::nullopt});
 }
 
 std::vector<SharedTextures::Loss> SharedTextures::settle(

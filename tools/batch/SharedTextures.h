@@ -47,6 +47,7 @@ class SharedTextures {
   // Whose goblins a file holds and whose texture it is, of some files.
   struct Known {
     std::map<std::string, std::vector<Tile>> owners;  // of the goblins in each file
+    std::map<std::string, std::size_t> foreseen;      // hash of the goblins in each file
     std::map<std::string, Tile> psdTextures;          // whose texture each file is
   };
 
@@ -71,6 +72,9 @@ class SharedTextures {
   // In place of a round: the tile's export would leave this document.
   void foresee(const TileCandidate& tile, const morvane::PsdDocument& document);
 
+  // In place of a round: the file has the tile's goblins already.
+  void keep(const TileCandidate& tile);
+
   // After a scene's rounds. `isExported` tells of the path of a tile whether it succeeded.
   std::vector<Loss> settle(const std::string& scene,
                            const std::function<bool(const std::string&)>& isExported);
@@ -84,9 +88,8 @@ class SharedTextures {
   };
 
   Known known_;
-  std::map<std::string, std::size_t> foreseen_;  // hash of the goblins in each file
-  std::vector<Write> writes_;                    // of this scene, in order
-  std::size_t roundStart_ = 0;                   // in `writes_`
+  std::vector<Write> writes_;   // of this scene, in order
+  std::size_t roundStart_ = 0;  // in `writes_`
 };
 
 }  // namespace tools

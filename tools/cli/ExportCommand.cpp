@@ -7,6 +7,7 @@
 #include "host/Host.h"
 #include "host/text/Text.h"
 #include "tile/TileTexture.h"
+#include "tools/batch/DoneRecords.h"
 #include "tools/batch/ExportScenes.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
@@ -36,6 +37,9 @@ struct Options {
   std::string to;
   OpeningOptions opening;
   JobOptions jobs;
+  bool skipUnchanged = false;
+  bool dryRun = false;
+  std::vector<std::string> resume;
   std::optional<std::uint32_t> waitSeconds;
   bool inPlace = false;
   bool force = false;
@@ -80,15 +84,37 @@ ExportJob jobOf(const Options& options) {
           options.opening,
           options.json,
           options.quiet || (options.json && standardErrorIsTerminal()),
+          options.skipUnchanged,
+          options.dryRun,
+          {},
           jobsFor(options.jobs.asked, scenes),
           options.jobs.ordered};
 }
 
+// Takes up where the runs ended of which these are the records.
+ExitStatus resumeExport(ExportJob job, const Options& options) {
+  DoneRecords records;
+  for (const std::string& file : options.resume)
+    if (!records.read(file)) return kUsage;
+  const std::size_t all = job.scenes.size();
+  const auto isDone = [&](const std::string& scene) { return records.isDone(scene); };
+  job.scenes.erase(std::remove_if(job.scenes.begin(), job.scenes.end(), isDone), job.scenes.end());
+  if (!options.resume.empty() && job.scenes.size() < all)
+    complain(std::to_string(all - job.scenes.size()) + " of " + counted(all, "scene") +
+             " were done before");
+  if (job.scenes.empty()) return kDone;
+  for (const std::string& scene : job.scenes) job.doneTiles[scene] = records.tilesOf(scene);
+  job.processes = jobsFor(options.jobs.asked, job.scenes.size());
+  return exportScenes(job);
+}
+
 // Through the translator, into a file of its own.
 ExitStatus exportToFile(const ExportJob& job, const std::string& file, bool force) {
-  if (job.scenes.size() != 1 || job.nodes.size() != 1 || job.json) {
+  if (job.scenes.size() != 1 || job.nodes.size() != 1 || job.json || job.dryRun ||
+      job.skipUnchanged) {
     complain(
-        "--to takes exactly one scene and one node, since the file holds one tile, and no --json");
+        "--to takes exactly one scene and one node, since the file holds one tile, and no --json, "
+        "--dry-run or --skip-unchanged");
     return kUsage;
   }
   const std::string to = absoluteName(file);
@@ -154,6 +180,15 @@ void addExport(CLI::App& program, int& status) {
       ->type_name("SECONDS");
   command->add_flag("--in-place", options->inPlace,
                     "Write into the texture: keeps hard links, not atomic");
+  command->add_flag("--skip-unchanged", options->skipUnchanged,
+                    "Leave files alone that hold these goblins already");
+  command->add_flag("--dry-run", options->dryRun, "Say what would be written, and write nothing");
+  command
+      ->add_option("--resume", options->resume,
+                   "Leave out what these records say is done; repeatable")
+      ->type_name("RECORDS")
+      ->expected(1)
+      ->take_all();
   addJobOptions(*command, options->jobs);
   addFolderOptions(*command, options->opening);
   addFrameOption(*command, options->opening);
@@ -163,10 +198,15 @@ void addExport(CLI::App& program, int& status) {
       status = kUsage;
       return;
     }
+    if (!options->to.empty() && !options->resume.empty()) {
+      complain("--resume leaves tiles out, and --to exports just one; leave one of the two out");
+      status = kUsage;
+      return;
+    }
     reportThePlugIn(*options);
     const ExportJob job = jobOf(*options);
-    status =
-        options->to.empty() ? exportScenes(job) : exportToFile(job, options->to, options->force);
+    status = options->to.empty() ? resumeExport(job, *options)
+                                 : exportToFile(job, options->to, options->force);
   });
 }
 
