@@ -160,17 +160,27 @@ bool passes(const SelectionItem& item, int mask) {
          (mask == 34 && kind == Component::Kind::kFace);
 }
 
+// "p.f[0:2]" as three names.
+void addExpanded(const std::string& name, bool expands, std::size_t most, Value::Strings& names) {
+  const auto range = expands ? splitRange(name) : std::nullopt;
+  for (int i = range ? range->first : 0; i <= (range ? range->last : 0); ++i) {
+    if (names.size() >= most) return;
+    names.push_back(range ? std::string(range->stem) + "[" + std::to_string(i) + "]" : name);
+  }
+}
+
 CommandResult filterExpand(const Arguments& arguments, CommandContext& context) {
   std::vector<SelectionItem> items;
   std::string error;
   if (!findItems(arguments.objects(), context, items, error))
     return CommandResult::failure("filterExpand: " + error);
   Value::Strings names;
+  const std::size_t most = context.interpreter->limits().arraySize;
   for (const SelectionItem& item : items) {
     for (const std::vector<double>& mask : arguments.allNumbers("sm")) {
       if (passes(item, static_cast<int>(mask.front()))) {
-        const std::vector<std::string> own = item.names();
-        names.insert(names.end(), own.begin(), own.end());
+        for (const std::string& name : item.names())
+          addExpanded(name, item.component != nullptr && arguments.truth("ex", true), most, names);
         break;
       }
     }
