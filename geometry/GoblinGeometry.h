@@ -87,6 +87,8 @@ class GoblinGeometryReader {
 
   // How many bytes were read, without the value at which reading stopped.
   std::size_t consumed() const { return offset_; }
+  // Whether the last call failed for want of memory, and not for what the bytes are.
+  bool lacksMemory() const { return lacksMemory_; }
 
  private:
   friend bool fitsLayout(const std::uint8_t* bytes, std::size_t size, GoblinLayout layout);
@@ -106,6 +108,7 @@ class GoblinGeometryReader {
   std::size_t offset_ = 0;
   std::uint32_t poolSize_ = 0;
   GoblinLayout layout_;
+  bool lacksMemory_ = false;
 };
 
 // Whether the blob reads in `layout` from its first to exactly its last byte. Allocates nothing.

@@ -92,7 +92,8 @@ bool GoblinGeometryReader::readText(std::unique_ptr<char[]>& text) {
   std::size_t length = 0;
   if (!locateText(start, length)) return false;
   text.reset(new (std::nothrow) char[length + 1]);
-  if (text == nullptr) return false;
+  lacksMemory_ = text == nullptr;
+  if (lacksMemory_) return false;
   if (length > 0) std::memcpy(text.get(), bytes_ + start, length);
   text[length] = '\0';
   return true;
@@ -114,7 +115,8 @@ bool GoblinGeometryReader::readFace(GoblinFace& face) {
   if (!readCount(kWord, corners)) return false;
   face.cornerCount = static_cast<std::int32_t>(corners);
   if (corners > 0) face.indices.reset(new (std::nothrow) std::int32_t[corners]);
-  if (corners > 0 && face.indices == nullptr) return false;
+  lacksMemory_ = corners > 0 && face.indices == nullptr;
+  if (lacksMemory_) return false;
   return readCorners(corners, face.indices.get());
 }
 
@@ -127,7 +129,8 @@ bool GoblinGeometryReader::readGoblin(GoblinRecord& record) {
   if (!readCount(kWord, faces)) return false;
   record.faceCount = static_cast<std::int32_t>(faces);
   record.faces.reset(new (std::nothrow) GoblinFace[faces]);
-  if (record.faces == nullptr) return false;
+  lacksMemory_ = record.faces == nullptr;
+  if (lacksMemory_) return false;
   for (std::uint32_t face = 0; face < faces; ++face)
     if (!readFace(record.faces[face])) return false;
   return true;

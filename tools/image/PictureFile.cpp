@@ -1,9 +1,29 @@
 #include "tools/image/PictureFile.h"
 
+#include <cstdlib>
+#include <new>
+
+// The image writer has no way to report a lack of memory: it would end the process.
+static void* orThrow(void* block) {
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+
+#define STBIW_MALLOC(size) orThrow(std::malloc(size))
+#define STBIW_REALLOC(old, size) orThrow(std::realloc(old, size))
+#define STBIW_FREE(block) std::free(block)
 #define STB_IMAGE_WRITE_STATIC
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #define STBI_WRITE_NO_STDIO
+// Casts around the macros above count as this file's own.
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wold-style-cast"
+#endif
 #include <stb/stb_image_write.h>
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 namespace tools {
 namespace {

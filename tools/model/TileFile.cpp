@@ -1,6 +1,7 @@
 #include "tools/model/TileFile.h"
 
 #include <algorithm>
+#include <new>
 
 #include "tools/terminal/Activity.h"
 #include "tools/terminal/Text.h"
@@ -66,7 +67,9 @@ std::string decode(morvane::GoblinGeometryReader& reader, Goblins& goblins) {
   if (!reader.readGoblinCount(count)) return "the goblin count does not fit";
   for (std::uint32_t i = 0; i < count; ++i) {
     morvane::GoblinRecord record;
-    if (!reader.readGoblin(record))
+    const bool isRead = reader.readGoblin(record);
+    if (reader.lacksMemory()) throw std::bad_alloc();
+    if (!isRead)
       return "goblin " + std::to_string(i + 1) + " of " + std::to_string(count) + " does not fit";
     goblins.goblins.push_back(toGoblin(record));
   }
