@@ -7,7 +7,7 @@ build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-
   libutfcpp-dev)
 python_packages=(pybind11-dev python3-dev python3-numpy)
 test_packages=(clang clang-format-16 python3 git libgtest-dev imagemagick openimageio-tools util-linux chromium dpkg-dev groff-base
-  parallel pkg-config python3-pip python3-psd-tools python3-pytest)
+  acl attr parallel pkg-config python3-pip python3-psd-tools python3-pytest)
 fuzz_packages=(clang libclang-rt-14-dev)
 judge_packages=(imagemagick openimageio-tools python3 python3-psd-tools)
 bench_packages=(libbenchmark-dev libtiff-dev libmeshoptimizer-dev libassimp-dev imagemagick python3-psd-tools)
