@@ -8,6 +8,7 @@ build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libembree-
 python_packages=(pybind11-dev python3-dev python3-numpy)
 test_packages=(clang clang-format-16 python3 git libgtest-dev imagemagick openimageio-tools util-linux chromium dpkg-dev groff-base
   acl attr parallel pkg-config python3-pip python3-psd-tools python3-pytest)
+windows_packages=(g++-mingw-w64-x86-64-posix wine wine64)
 fuzz_packages=(clang libclang-rt-14-dev)
 judge_packages=(imagemagick openimageio-tools python3 python3-psd-tools)
 bench_packages=(libbenchmark-dev libtiff-dev libmeshoptimizer-dev libassimp-dev imagemagick python3-psd-tools)

@@ -52,7 +52,7 @@ TEST_F(DirectoryMaps, TexturesAndReferencesOfAnOpenedSceneAreFoundHere) {
       "dirmap -m \"D:/job\" \"/etc\";\n"
       "createNode file -n \"moved\";\nsetAttr \".ftn\" -type \"string\" \"D:/job/t.psd\";\n"
       "createNode file -n \"other\";\nsetAttr \".ftn\" -type \"string\" \"D:/jobs/t.psd\";\n");
-  run("dirmap -en on; dirmap -m \"D:/job\" \"" + folder_.string() + "\";");
+  run("dirmap -en on; dirmap -m \"D:/job\" \"" + folder_.generic_string() + "\";");
   EXPECT_EQ(run("file -o -f \"scene.ma\"; getAttr moved.ftn;"), pathOf("t.psd"));
   EXPECT_EQ(run("getAttr other.ftn;"), "D:/jobs/t.psd");
   EXPECT_EQ(run("objExists \"p:inPart\";"), "1");

@@ -1,7 +1,8 @@
-#include <cstdlib>
+#include <optional>
 
 #include "host/state/SceneProject.h"
 #include "tests/file/SceneText.h"
+#include "tests/util/ScopedVariable.h"
 
 namespace host {
 namespace {
@@ -20,10 +21,10 @@ class Projects : public SceneFiles {
          {"job/sourceimages/a.tga", "job/maps/bare.tga", "job/both.tga", "job/scenes/deep/both.tga",
           "job/scenes/deep/beside.tga", "art/v.tga", "other/sourceimages/a.tga"})
       write(name, "picture");
-    setenv("MORVANE_TEST_ART", pathOf("art").c_str(), 1);
+    art_.emplace("MORVANE_TEST_ART", pathOf("art").c_str());
   }
   void TearDown() override {
-    unsetenv("MORVANE_TEST_ART");
+    art_.reset();
     HostState::current().project = SceneProject();
     SceneFiles::TearDown();
   }
@@ -37,6 +38,8 @@ class Projects : public SceneFiles {
     write("job/scenes/deep/level.ma", "//Maya ASCII 2018 scene\n" + statements);
     return openPath(pathOf("job/scenes/deep/level.ma"));
   }
+
+  std::optional<morvane::ScopedVariable> art_;
 };
 
 std::string texture(const std::string& node, const std::string& name) {

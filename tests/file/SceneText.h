@@ -39,7 +39,7 @@ class SceneFiles : public testing::Test {
         (fs::is_directory(memory) ? memory : fs::temp_directory_path()) /
         (std::string("morvane_file_") + info->name() + std::to_string(std::random_device()()));
     fs::create_directories(folder_);
-    mel::Interpreter::current().setCallerFolder(folder_.string());
+    mel::Interpreter::current().setCallerFolder(folder_.generic_string());
     startNewScene(HostState::current());
   }
   void TearDown() override {
@@ -48,7 +48,7 @@ class SceneFiles : public testing::Test {
     fs::remove_all(folder_);
   }
 
-  std::string pathOf(const std::string& name) const { return (folder_ / name).string(); }
+  std::string pathOf(const std::string& name) const { return (folder_ / name).generic_string(); }
   void writeText(const std::string& name, const std::string& text) const {
     std::ofstream(folder_ / name, std::ios::binary) << text;
   }

@@ -30,7 +30,7 @@ class TwoScenes : public SceneFiles {
   void startOver() {
     HostState::reset();
     mel::addBuiltinCommands(mel::Interpreter::current().commands());
-    mel::Interpreter::current().setCallerFolder(folder_.string());
+    mel::Interpreter::current().setCallerFolder(folder_.generic_string());
   }
 
   // What the second scene is saved as.

@@ -29,7 +29,7 @@ TEST_F(PluginLoading, CommandsGetTheirWordsAndGiveResults) {
 }
 
 TEST_F(PluginLoading, TranslatorsAreChosenByTypeOrByContent) {
-  const std::string folder = std::filesystem::temp_directory_path().string();
+  const std::string folder = std::filesystem::temp_directory_path().generic_string();
   Interpreter::current().setCallerFolder(folder);
   const std::string path = folder + "/probe.bin";
   std::ofstream(path) << "PROB and more";

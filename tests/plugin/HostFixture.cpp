@@ -13,7 +13,7 @@ namespace {
 
 void startHost() {
   static const bool started = [] {
-    host::start(std::filesystem::current_path().string());
+    host::start(std::filesystem::current_path().generic_string());
     host::addPlugInFolder(MORVANE_BINARY_DIR "/plug-ins");
     host::addScriptFolder(MORVANE_BINARY_DIR "/scripts");
     return host::loadPlugin("morvane");

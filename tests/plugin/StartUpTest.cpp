@@ -15,7 +15,7 @@ void expectExit(bool condition) {
 }
 
 void startHost(bool withScripts) {
-  host::start(std::filesystem::current_path().string());
+  host::start(std::filesystem::current_path().generic_string());
   host::addPlugInFolder(MORVANE_BINARY_DIR "/plug-ins");
   if (withScripts) host::addScriptFolder(MORVANE_BINARY_DIR "/scripts");
 }

@@ -1,11 +1,12 @@
 #include "tools/batch/OutputWatch.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <iostream>
 #include <vector>
+
+#include "tools/terminal/Platform.h"
 
 namespace tools {
 namespace {
@@ -24,7 +25,7 @@ TEST(OutputWatch, PassesEverythingOnAndHearsEveryLine) {
     std::printf("o\n");
     std::fflush(stdout);
     std::cout << "three\n" << std::flush;
-    ASSERT_EQ(write(STDOUT_FILENO, "four\n", 5), 5);
+    ASSERT_TRUE(writeAll(kStandardOutput, "four\n", 5));
     std::printf("%s\nno line end", big.c_str());
     complete = watch.finish();
   }

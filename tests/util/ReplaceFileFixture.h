@@ -1,9 +1,9 @@
 #ifndef MORVANE_TESTS_UTIL_REPLACEFILEFIXTURE_H_
 #define MORVANE_TESTS_UTIL_REPLACEFILEFIXTURE_H_
 
-#include <cstdlib>
 #include <string>
 
+#include "tests/util/ScopedVariable.h"
 #include "tests/util/ScratchFolder.h"
 #include "util/ReplaceFile.h"
 
@@ -23,26 +23,6 @@ class ReplaceFile : public ScratchFolder {
     EXPECT_FALSE(out.commit());
     return out.status().text();
   }
-};
-
-// Of this process, while the object lives.
-class ScopedVariable {
- public:
-  ScopedVariable(const char* name, const char* value) : name_(name) { set(value); }
-  ~ScopedVariable() { set(nullptr); }
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-
- private:
-  void set(const char* value) {
-#ifdef _WIN32
-    ::_putenv_s(name_, value == nullptr ? "" : value);
-#else
-    value == nullptr ? ::unsetenv(name_) : ::setenv(name_, value, 1);
-#endif
-  }
-
-  const char* name_;
 };
 
 }  // namespace morvane
