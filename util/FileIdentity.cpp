@@ -1,9 +1,9 @@
 #include "util/FileIdentity.h"
 
-#include <filesystem>
 #include <system_error>
 
 #include "util/Path.h"
+#include "util/WholeNames.h"
 
 #ifdef _WIN32
 #include <io.h>
@@ -99,9 +99,9 @@ bool isSamePlace(const std::string& a, const std::string& b) {
   if (one.known && other.known) return one.device == other.device && one.file == other.file;
 #endif
   std::error_code failed;
-  const std::filesystem::path first = std::filesystem::weakly_canonical(systemPath(a), failed);
+  const std::string first = canonicalName(a, failed);
   if (failed) return false;
-  const std::filesystem::path second = std::filesystem::weakly_canonical(systemPath(b), failed);
+  const std::string second = canonicalName(b, failed);
   return !failed && first == second;
 }
 

@@ -59,14 +59,32 @@ std::string whyNoWindowsName(const std::string& part) {
   return isDevice(part) ? "'" + part + "' is the name of a device on Windows" : std::string();
 }
 
+std::string withForwardSlashes(const std::string& path) {
+  std::string name = shortWindowsPath(path);
+  std::replace(name.begin(), name.end(), '\\', '/');
+  return name;
+}
+
+// Of a path with forward slashes: of "C:" or "//machine/share", 0 where there is neither.
+std::size_t rootLength(const std::string& path) {
+  if (hasDrive(path)) return 2;
+  if (path.size() < 3 || !begins(path, "//") || path[2] == '/') return 0;
+  const std::size_t share = path.find('/', 2);
+  return share == std::string::npos ? path.size()
+                                    : std::min(path.find('/', share + 1), path.size());
+}
+
+bool isSameDrive(const std::string& a, const std::string& b) {
+  return hasDrive(a) && hasDrive(b) && (a[0] | 0x20) == (b[0] | 0x20);
+}
+
 }  // namespace
 
 std::string whyNoWindowsFile(const std::string& path) {
-  std::string names = shortWindowsPath(path);
-  std::replace(names.begin(), names.end(), '/', '\\');
-  if (begins(names, "\\\\.\\") || begins(names, kLong)) return "it is the path of a device";
+  const std::string names = withForwardSlashes(path);
+  if (begins(names, "//./") || begins(names, "//?/")) return "it is the path of a device";
   for (std::size_t begin = hasDrive(names) ? 2 : 0; begin < names.size();) {
-    const std::size_t end = std::min(names.find('\\', begin), names.size());
+    const std::size_t end = std::min(names.find('/', begin), names.size());
     const std::string why =
         end > begin ? whyNoWindowsName(names.substr(begin, end - begin)) : std::string();
     if (!why.empty()) return why;
@@ -86,6 +104,37 @@ std::string shortWindowsPath(const std::string& path) {
   if (begins(path, kLongShare)) return "\\\\" + path.substr(kLongShareLength);
   const std::string rest = begins(path, kLong) ? path.substr(kLongLength) : std::string();
   return hasDrive(rest) ? rest : path;
+}
+
+std::string joinedWindowsPath(const std::string& folder, const std::string& path) {
+  const std::string name = withForwardSlashes(path);
+  const std::string base = withForwardSlashes(folder);
+  const std::size_t root = rootLength(name);
+  const bool isInFolder = root == 0 || (isSameDrive(base, name) && name.compare(2, 1, "/") != 0);
+  if (!isInFolder || base.empty()) return name;
+  const std::string rest = name.substr(root);
+  if (!rest.empty() && rest[0] == '/') return base.substr(0, rootLength(base)) + rest;
+  return rest.empty() || base.back() == '/' ? base + rest : base + '/' + rest;
+}
+
+std::string normalWindowsPath(const std::string& path) {
+  const std::string name = withForwardSlashes(path);
+  const std::size_t root = rootLength(name);
+  const bool isWhole = root < name.size() ? name[root] == '/' : root > 2;
+  std::string normal = name.substr(0, root) + (isWhole && root < name.size() ? "/" : "");
+  const std::size_t first = normal.size();
+  for (std::size_t begin = root; begin < name.size();) {
+    const std::size_t end = std::min(name.find('/', begin), name.size());
+    const std::string part = name.substr(begin, end - begin);
+    begin = end + 1;
+    const std::size_t last = std::max(normal.rfind('/') + 1, first);
+    const bool goesUp = part == ".." && normal.size() > first && normal.substr(last) != "..";
+    if (goesUp)
+      normal.resize(last == first ? first : last - 1);
+    else if (!part.empty() && part != "." && (part != ".." || !isWhole))
+      normal += (normal.size() == first ? "" : "/") + part;
+  }
+  return normal.empty() && !name.empty() ? "." : normal;
 }
 
 }  // namespace morvane

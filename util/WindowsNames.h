@@ -21,6 +21,13 @@ std::string longWindowsPath(const std::string& path);
 // The other way.
 std::string shortWindowsPath(const std::string& path);
 
+// As a path is meant in a folder: itself where it is whole or of another drive. With forward
+// slashes.
+std::string joinedWindowsPath(const std::string& folder, const std::string& path);
+
+// Without "." and "..", and with single forward slashes but for the two before a machine's name.
+std::string normalWindowsPath(const std::string& path);
+
 }  // namespace morvane
 
 #endif  // MORVANE_UTIL_WINDOWSNAMES_H_

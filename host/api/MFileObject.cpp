@@ -1,22 +1,16 @@
 #include <maya/MFileObject.h>
 
-#include <filesystem>
-
 #include "util/FileFacts.h"
-#include "util/Path.h"
+#include "util/WholeNames.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 MString text(const std::string& bytes) {
   return MString(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 std::string absolute(const std::string& raw) {
-  std::error_code error;
-  const fs::path path = fs::absolute(morvane::pathOf(raw), error);
-  return error ? raw : morvane::nameOf(path.lexically_normal());
+  return morvane::resolvedName(morvane::absoluteName(raw), "");
 }
 
 std::size_t lastPart(const std::string& path) {

@@ -1,7 +1,6 @@
 #include "host/file/SceneReader.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "host/binary/ChunkWalker.h"
 #include "host/file/BinaryReader.h"
@@ -20,11 +19,11 @@
 #include "host/text/Messages.h"
 #include "host/text/Text.h"
 #include "util/Path.h"
+#include "util/WholeNames.h"
 
 namespace host {
 namespace {
 
-namespace fs = std::filesystem;
 using Kind = SceneProblem::Kind;
 using morvane::Status;
 using morvane::StatusCode;
@@ -95,10 +94,7 @@ void SceneReader::noteByte(Kind kind, std::uint64_t place, const std::string& te
 }
 
 std::string SceneReader::absolutePath(const std::string& path) {
-  std::error_code error;
-  const fs::path given = morvane::pathOf(path);
-  const fs::path absolute = fs::absolute(given, error);
-  return morvane::nameOf((error ? given : absolute).lexically_normal());
+  return morvane::resolvedName(morvane::absoluteName(path), "");
 }
 
 Status SceneReader::mayRead(const std::string& absolute, bool isReference) {

@@ -12,6 +12,7 @@
 #include "util/FileFacts.h"
 #include "util/Path.h"
 #include "util/WholeFile.h"
+#include "util/WholeNames.h"
 
 namespace host::mel {
 namespace {
@@ -56,7 +57,7 @@ std::vector<std::string> foldersOf(const char* variable) {
 }
 
 std::string resolvedPath(const std::string& name, const std::string& folder) {
-  return morvane::nameOf((morvane::pathOf(folder) / morvane::pathOf(name)).lexically_normal());
+  return morvane::resolvedName(name, folder);
 }
 
 std::string Failure::describe() const {

@@ -63,5 +63,29 @@ TEST(WindowsNames, HasALongFormOfWholePathsAlone) {
   }
 }
 
+TEST(WindowsNames, AreMeantInAFolder) {
+  const struct {
+    const char* folder;
+    const char* path;
+    const char* meant;
+  } cases[] = {{"C:\\level", "tile.psd", "C:/level/tile.psd"},
+               {"C:/level/", "..\\art/./tile.psd", "C:/art/tile.psd"},
+               {"C:/level", "/art//tile.psd", "C:/art/tile.psd"},
+               {"C:/level", "c:tile.psd", "C:/level/tile.psd"},
+               {"C:/level", "D:tile.psd", "D:tile.psd"},
+               {"C:/level", "D:\\art\\tile.psd", "D:/art/tile.psd"},
+               {"C:/level", "../../..", "C:/"},
+               {"C:/level", "con.psd", "C:/level/con.psd"},
+               {"C:/level", "tile.psd.", "C:/level/tile.psd."},
+               {"C:/level", "\\\\machine\\share\\a\\..\\tile.psd", "//machine/share/tile.psd"},
+               {"//machine/share/level", "..\\tile.psd", "//machine/share/tile.psd"},
+               {"//machine/share/level", "../../tile.psd", "//machine/share/tile.psd"},
+               {"\\\\?\\UNC\\machine\\share", "/tile.psd", "//machine/share/tile.psd"},
+               {"", "a/../../b", "../b"},
+               {"a", "..", "."}};
+  for (const auto& c : cases)
+    EXPECT_EQ(normalWindowsPath(joinedWindowsPath(c.folder, c.path)), c.meant) << c.path;
+}
+
 }  // namespace
 }  // namespace morvane

@@ -1,7 +1,6 @@
 #include "tools/batch/SharedTextures.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -9,19 +8,17 @@
 #include "psd/PsdDocument.h"
 #include "tile/TileTexture.h"
 #include "tools/scene/Session.h"
-#include "util/Path.h"
+#include "util/WholeNames.h"
 
 namespace tools {
 namespace {
-
-namespace fs = std::filesystem;
 
 // One name for each file, whatever links lead to it.
 std::string identityOf(const std::string& texture) {
   const std::string file = writtenFile(texture);
   std::error_code failed;
-  const fs::path real = fs::weakly_canonical(morvane::systemPath(file), failed);
-  return failed ? file : morvane::nameOf(real);
+  const std::string real = morvane::canonicalName(file, failed);
+  return failed ? file : real;
 }
 
 // 0 where there are none.

@@ -8,13 +8,12 @@
 #include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
 #include "util/Path.h"
+#include "util/WholeNames.h"
 
 namespace tools {
 
 std::string absoluteName(const std::string& name) {
-  std::error_code error;
-  const auto absolute = std::filesystem::absolute(morvane::pathOf(name), error);
-  return error ? name : morvane::nameOf(absolute);
+  return morvane::absoluteName(name);
 }
 
 ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
@@ -25,9 +24,8 @@ ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
   for (const std::string& pair : opening.maps) {
     const std::size_t sign = pair.find('=');
     std::error_code ignored;
-    const auto to = std::filesystem::weakly_canonical(
-        morvane::systemPath(absoluteName(pair.substr(sign + 1))), ignored);
-    host::mapFolder(pair.substr(0, sign), morvane::nameOf(to));
+    host::mapFolder(pair.substr(0, sign),
+                    morvane::canonicalName(absoluteName(pair.substr(sign + 1)), ignored));
   }
   if (opening.frame) host::openAtFrame(*opening.frame);
   if (!opening.project.empty()) host::useProject(absoluteName(opening.project));
