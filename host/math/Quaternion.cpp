@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "host/math/Trigonometry.h"
+
 namespace host {
 
 // The largest component is computed first.
@@ -51,9 +53,9 @@ Quaternion slerp(const Quaternion& a, const Quaternion& b, double share, bool lo
   double first = 1.0 - share;
   double second = share;
   if (std::abs(cosine) < kNearlySame) {
-    const double angle = std::acos(cosine);
-    first = std::sin(first * angle) / std::sin(angle);
-    second = std::sin(second * angle) / std::sin(angle);
+    const double angle = arcCosine(cosine);
+    first = sine(first * angle) / sine(angle);
+    second = sine(second * angle) / sine(angle);
   }
   second *= sign;
   return Quaternion{a.w * first + b.w * second, a.x * first + b.x * second,

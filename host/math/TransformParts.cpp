@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/math/Trigonometry.h"
+
 namespace host {
 namespace {
 
@@ -21,8 +23,8 @@ void setRow(MMatrix& matrix, unsigned index, const Vec3& v) {
 }
 
 MMatrix rotationAbout(unsigned axis, double degrees) {
-  const double c = std::cos(degrees / kDegrees);
-  const double s = std::sin(degrees / kDegrees);
+  const double c = cosine(degrees / kDegrees);
+  const double s = sine(degrees / kDegrees);
   const unsigned u = (axis + 1) % 3;
   const unsigned v = (axis + 2) % 3;
   MMatrix m;
@@ -101,7 +103,7 @@ Vec3 anglesOf(const MMatrix& rotation, int order) {
   const double sign = order < 3 ? 1.0 : -1.0;
   const double middle = std::clamp(-sign * rotation[i][k], -1.0, 1.0);
   double angles[3];
-  angles[j] = std::asin(middle) * kDegrees;
+  angles[j] = arcSine(middle) * kDegrees;
   if (std::fabs(middle) < 1.0 - 1e-12) {
     angles[i] = std::atan2(sign * rotation[j][k], rotation[k][k]) * kDegrees;
     angles[k] = std::atan2(sign * rotation[i][j], rotation[i][i]) * kDegrees;

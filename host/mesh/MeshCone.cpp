@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "host/math/Trigonometry.h"
 #include "host/mesh/MeshPrimitiveShape.h"
 
 namespace host {
@@ -115,7 +116,7 @@ std::string makePyramid(const PrimitiveParameters& get, PrimitiveShape& shape) {
   cone.around = get.subdivisions("ns", "numberOfSides", 4, 3);
   cone.around = cone.around > 5 ? 5 : cone.around;
   cone.up = get.subdivisions("sh", "subdivisionsHeight", 1, 1);
-  cone.radius = side / (2.0 * std::sin(kPi / cone.around));
+  cone.radius = side / (2.0 * sine(kPi / cone.around));
   cone.height = std::sqrt(side * side - cone.radius * cone.radius);
   return make(get, cone, true, shape);
 }
@@ -133,7 +134,7 @@ std::string makeTorus(const PrimitiveParameters& get, PrimitiveShape& shape) {
     for (int i = 0; i <= around; ++i) {
       if (ring < rings && i < around) {
         shape.polygons.points.push_back(
-            pointOnRing(i, around, radius - section * std::cos(angle), section * std::sin(angle)));
+            pointOnRing(i, around, radius - section * cosine(angle), section * sine(angle)));
       }
       shape.addUv(static_cast<double>(i) / around, 1.0 - static_cast<double>(ring) / rings);
     }

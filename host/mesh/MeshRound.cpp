@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "host/math/Trigonometry.h"
 #include "host/mesh/MeshPrimitiveShape.h"
 
 namespace host {
@@ -78,7 +79,7 @@ void addCap(int rim, double radius, double y, int around, int rings, bool top,
 
 Vec3 pointOnRing(int step, int steps, double radius, double y) {
   const double angle = (step + 1) * 2.0 * kPi / steps;
-  return {radius * std::cos(angle), y, -radius * std::sin(angle)};
+  return {radius * cosine(angle), y, -radius * sine(angle)};
 }
 
 std::string makeSphere(const PrimitiveParameters& get, PrimitiveShape& shape) {
@@ -89,7 +90,7 @@ std::string makeSphere(const PrimitiveParameters& get, PrimitiveShape& shape) {
   if (!problem.empty()) return problem;
   for (int ring = 1; ring < up; ++ring) {
     const double angle = kPi * ring / up;
-    addRing(around, radius * std::sin(angle), -radius * std::cos(angle), shape);
+    addRing(around, radius * sine(angle), -radius * cosine(angle), shape);
     for (int i = 0; i <= around; ++i)
       shape.addUv(static_cast<double>(i) / around, static_cast<double>(ring) / up);
   }
