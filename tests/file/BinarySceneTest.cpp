@@ -422,7 +422,8 @@ TEST_F(BinaryScenes, OfTheCorpusHoldTheirMeshesAndStayTheSameThroughSaving) {
   for (const auto& entry : fs::recursive_directory_iterator(corpus / "mb", none)) {
     if (entry.path().extension() != ".mb") continue;
     ++files;
-    EXPECT_EQ(openPath(entry.path().generic_string()).find("failed"), std::string::npos) << entry.path();
+    EXPECT_EQ(openPath(entry.path().generic_string()).find("failed"), std::string::npos)
+        << entry.path();
     EXPECT_EQ(HostState::current().problems.end, SceneProblems::End::kWhole) << entry.path();
     EXPECT_EQ(HostState::current().problems.damages, 0) << entry.path();
     for (const std::string& line : meshes[fs::relative(entry.path(), corpus).generic_string()]) {
