@@ -28,10 +28,10 @@ class View : public ProgramTest {
                           std::filesystem::copy_options::recursive);
   }
 
-  // What use-page.mjs saw.
-  Json use(const std::string& page) {
+  // What a script of tests/view saw.
+  Json use(const std::string& page, const std::string& script = "/use-page.mjs") {
     const Outcome used =
-        shell("node " + shellWord(kTools + "/use-page.mjs") + ' ' + shellWord(path(page)));
+        shell("node " + shellWord(kTools + script) + ' ' + shellWord(path(page)) + " saved");
     EXPECT_EQ(used.status, 0) << used.err;
     return Json::parse(used.out, nullptr, false);
   }
@@ -39,9 +39,18 @@ class View : public ProgramTest {
   void expectGoodPage(const Json& seen) {
     EXPECT_EQ(seen["events"], Json::array());  // no error, no request, no dialog
     EXPECT_GT(seen["colours"], 200);
-    for (const char* works :
-         {"nameHides", "spaceHides", "pickedShows", "escapeLetsGo", "arrowTurns", "clickPicks"})
+    for (const char* works : {"eyeHides", "spaceHides", "pickedShows", "escapeLetsGo", "oneStop",
+                              "arrowTurns", "clickPicks", "uvs", "layerSwitches"})
       EXPECT_EQ(seen[works], true) << works;
+    EXPECT_EQ(seen["switches"], Json::array());
+    EXPECT_EQ(seen["looks"], 3);
+    EXPECT_EQ(seen["linkOpens"], seen["picked"]);
+    EXPECT_EQ(seen["zoom"], 4000);
+    EXPECT_NE(seen["pixel"], "");
+    EXPECT_EQ(read("saved/view.png").substr(0, 8), "\x89PNG\r\n\x1A\n");
+    if (!std::filesystem::exists(kTools + "/node_modules/gltf-validator")) return;
+    const Outcome judged = shell("node " + kTools + "/validate-glb.mjs saved/tile.glb");
+    EXPECT_EQ(judged.out, "saved/tile.glb: 0 errors, 0 warnings\n");
     EXPECT_EQ(seen["sideways"], 0);
     EXPECT_EQ(seen["unnamed"], 0);
   }
@@ -131,8 +140,83 @@ TEST_F(View, AScenesTilesAreShownAndNothingIsExported) {
   if (!hasCommand("chromium")) GTEST_SKIP() << "chromium is not installed; scripts/test does that";
   const Json seen = use("page/meadow.html");
   expectGoodPage(seen);
-  EXPECT_EQ(seen["files"], Json({"hillTile", "pathTile", "pondTile", "fieldTile"}));
-  EXPECT_EQ(seen["title"], "hillTile \u2013 tiles and goblins");
+  EXPECT_EQ(seen["files"], Json({"Whole level", "hillTile", "pathTile", "pondTile", "fieldTile"}));
+  EXPECT_EQ(seen["title"], "Whole level \u2013 tiles and goblins");
+  EXPECT_EQ(seen["entered"], true);
+  // The first rock's box in the scene, whose tiles are 10 cm wide.
+  EXPECT_NE(seen["details"].get<std::string>().find(" cm ("), std::string::npos) << seen["details"];
+}
+
+// The scene's tile reaches from (-2, 0, -4) to (2, 1, 4), so that tile space is 4 and 8 cm wide,
+// and 1 cm high is the mean of the two factors.
+TEST_F(View, AFileGetsTheSurfaceOfItsScene) {
+  NEEDS_PAGE();
+  write("plain.psd", psdBytes(16, 16));
+  write("other.psd", psdBytes(16, 16));
+  write("scene.ma", sceneOfTiles({"plain.psd"}));
+  const Outcome made = morvane({"view", "--scene", "scene.ma", "plain.psd", "other.psd", "-o",
+                                "page.html", "--budget", "2000", "--texture-budget", "8"});
+  EXPECT_EQ(made.status, 0) << made.err;
+  const std::string page = read("page.html");
+  const std::size_t start = page.find("id=\"items\">") + 11;
+  const Json shown =
+      Json::parse(page.substr(start, page.find("</script>", start) - start), nullptr, false);
+  EXPECT_EQ(shown["budget"], Json({{"triangles", 2000}, {"pixels", 8}}));
+  const Json& placement = shown["items"][0]["placement"];
+  ASSERT_EQ(placement.size(), 16u) << placement;
+  EXPECT_NEAR(placement[0].get<double>(), 4, 1e-5);
+  EXPECT_NEAR(placement[10].get<double>(), 8, 1e-5);
+  EXPECT_NEAR(placement[12].get<double>(), -2, 1e-5);
+  EXPECT_NEAR(placement[14].get<double>(), -4, 1e-5);
+  EXPECT_EQ(shown["items"][0]["unit"], "cm");
+  EXPECT_EQ(shown["items"][1]["placement"], nullptr);
+}
+
+TEST_F(View, ChangesAreListedAndPicked) {
+  NEEDS_PAGE();
+  std::string scene = sceneOfTiles({"plain.psd"});
+  write("scene.ma", scene);
+  const std::string points = "0 0 0 1 0 0 0 0 -1";
+  scene.replace(scene.find(points), points.size(), "1 0 0 2 0 0 1 0 -1");
+  write("moved.ma", scene);
+  write("plain.psd", psdBytes(16, 16));
+  const Outcome made = shell(
+      "mkdir old new && $morvane export scene.ma tile1 --to old/a.psd && cp plain.psd new/b.psd && "
+      "$morvane export moved.ma tile1 --to new/a.psd && cp old/a.psd old/gone.psd && $morvane view "
+      "--before old new -o page.html --texture-budget 8");
+  ASSERT_EQ(made.status, 0) << made.err;
+  EXPECT_EQ(morvane({"view", "--before", "old", "new/a.psd", "-o", "page.html"}).status, 2);
+  EXPECT_EQ(morvane({"view", "--before", "old", "old", "new", "-o", "page.html"}).status, 2);
+
+  NEEDS_NODE_MODULE("playwright-core");
+  if (!hasCommand("chromium")) GTEST_SKIP() << "chromium is not installed; scripts/test does that";
+  const Json seen = use("page.html", "/use-changes.mjs");
+  EXPECT_EQ(seen["events"], Json::array());
+  EXPECT_EQ(seen["look"], "Changes");
+  EXPECT_EQ(seen["over"], 1);
+  EXPECT_EQ(seen["rows"], Json({"Moved, 1 goblin, \u00d7 1", "pebble, 1 \u25b3"}));
+  EXPECT_NE(seen["picked"].get<std::string>().find("moved, by 0.25, 0, 0"), std::string::npos)
+      << seen["picked"];
+  EXPECT_NE(seen["hint"].get<std::string>().find("One finger turns"), std::string::npos);
+}
+
+// The merged image of the file is black, and it has no layers.
+TEST_F(View, NothingIsShownBlackOnBlack) {
+  std::string black = psdBytes(16, 16);
+  std::fill(black.end() - 3 * 16 * 16, black.end(), '\0');
+  write("plain.psd", black);
+  write("scene.ma", sceneOfTiles({"plain.psd"}));
+  const Outcome made =
+      shell("$morvane export scene.ma tile1 && $morvane goblins plain.psd --obj a.obj --glb a.glb");
+  ASSERT_EQ(made.status, 0) << made.err;
+  EXPECT_EQ(read("a.glb").find("image/png"), std::string::npos);
+  EXPECT_EQ(read("a.obj").find("mtllib a.mtl\n"), 0u);
+  EXPECT_EQ(read("a.mtl").find("map_Kd"), std::string::npos);
+  write("scene.ma", sceneOfTiles({"gray.psd"}));
+  write("gray.psd", psdBytes(16, 16));
+  const Outcome seen = shell("$morvane export scene.ma && $morvane goblins gray.psd --obj b.obj");
+  EXPECT_NE(read("b.mtl").find("\nmap_Kd b-picture.png\n"), std::string::npos) << seen.err;
+  EXPECT_EQ(read("b-picture.png").substr(1, 3), "PNG");
 }
 
 TEST_F(View, WhatCannotBeShownLeavesAnOldPageAlone) {

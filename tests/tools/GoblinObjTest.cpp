@@ -39,5 +39,12 @@ TEST(GoblinObj, EveryGoblinIsAnObjectOfItsOwnAndNoNameBreaksTheFile) {
   EXPECT_EQ(linesOf(obj, "f").size(), 7u);
 }
 
+TEST(GoblinObj, AMaterialColoursEverything) {
+  const std::string obj = goblinsToObj(triangle(GoblinBlobKind::kNamed, {"a"}), "a tile.mtl");
+  EXPECT_EQ(obj.find("mtllib a tile.mtl\nusemtl picture\no tile\n"), 0u);
+  EXPECT_NE(objMaterial("a tile.png").find("\nmap_Kd a tile.png\n"), std::string::npos);
+  EXPECT_EQ(objMaterial("").find("map_Kd"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tools

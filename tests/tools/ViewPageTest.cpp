@@ -25,14 +25,37 @@ TEST(ViewPage, KeepsEveryTextFromAFileOutOfTheMarkup) {
 
   const std::string html = page.html();
   const std::size_t start = html.find(R"(id="items">)") + 11;
-  const std::string items = html.substr(start, html.size() - empty.size() + 2);
-  EXPECT_EQ(html.substr(0, start) + "[]" + html.substr(start + items.size()), empty);
+  const std::string none = R"({"budget":{"triangles":null,"pixels":null},"items":[]})";
+  const std::string items = html.substr(start, html.size() - empty.size() + none.size());
+  EXPECT_EQ(html.substr(0, start) + none + html.substr(start + items.size()), empty);
   EXPECT_EQ(items.find('<'), std::string::npos);
   for (const char c : items) EXPECT_TRUE(c == '\n' || (c >= ' ' && c <= '~')) << int{c};
-  const auto json = nlohmann::json::parse(items, nullptr, false);
+  const auto json = nlohmann::json::parse(items, nullptr, false)["items"];
   for (const char* key : {"name", "file", "fault", "pictureFault"}) EXPECT_EQ(json[0][key], asText);
   EXPECT_EQ(json[0]["goblins"]["meshes"][0], nlohmann::json({asText, 3, 1}));
   EXPECT_EQ(json[0]["report"]["layers"][0]["name"], "<script>\u2028");
+}
+
+// 360 000 bytes without a pattern are not fewer in any lossless format.
+TEST(ViewPage, LayersGiveWayToTheLimitAndThenEntriesDo) {
+  if (viewPageHead() == nullptr) GTEST_SKIP() << "built without the page (MORVANE_VIEW)";
+  ViewItem item;
+  item.layers.emplace_back();
+  Picture& noise = item.layers[0].pixels.emplace().picture;
+  noise.width = noise.height = 300;
+  noise.transparent = true;
+  std::uint32_t state = 1;
+  for (int i = 0; i < 4 * 300 * 300; ++i)
+    noise.rgba.push_back(static_cast<std::uint8_t>((state = state * 1664525 + 1013904223) >> 24));
+  ViewSettings settings;
+  settings.maxBytes = std::size_t{1} << 20;
+  ViewPage page(settings);
+  EXPECT_TRUE(page.add(item));
+  EXPECT_EQ(page.withoutLayers(), 0u);
+  EXPECT_TRUE(page.add(item));
+  EXPECT_EQ(page.withoutLayers(), 1u);
+  item.name.assign(settings.maxBytes, 'a');
+  EXPECT_FALSE(page.add(item));
 }
 
 TEST(ViewPage, Base64IsThatOfRfc4648) {

@@ -23,6 +23,8 @@ export async function open(file, viewport, events, more = {}) {
   const page = await browser.newPage({
     viewport,
     colorScheme: more.colorScheme ?? 'light',
+    hasTouch: more.touch ?? false,
+    isMobile: more.touch ?? false,
     reducedMotion: 'reduce',
   });
   const url = new URL(`file://${encodeURI(file)}`).href;
@@ -33,7 +35,8 @@ export async function open(file, viewport, events, more = {}) {
     dialog.dismiss();
   });
   page.on('request', (request) => {
-    if (request.url() !== url && !request.url().startsWith('data:')) {
+    const [address] = request.url().split('#');
+    if (address !== url && !/^(data|blob|about):/.test(address)) {
       events.push(`request: ${request.url()}`);
     }
   });

@@ -10,7 +10,7 @@ if (entry) {
   await page.locator('#files button', {hasText: entry}).click();
 }
 if (goblin) {
-  await page.getByRole('button', {name: `Pick ${goblin}`, exact: true}).click();
+  await page.locator('#goblins .name', {hasText: goblin}).click();
 }
 await page.locator('body').click({position: {x: 640, y: 20}});
 await settled(page);

@@ -1,12 +1,16 @@
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
 #include "tools/image/Picture.h"
+#include "tools/image/PictureFile.h"
 #include "tools/model/GoblinGlb.h"
 #include "tools/model/GoblinMeshes.h"
 #include "tools/model/GoblinObj.h"
@@ -14,13 +18,14 @@
 #include "tools/terminal/ExitStatus.h"
 #include "tools/terminal/OutputFile.h"
 #include "tools/terminal/Text.h"
+#include "util/Path.h"
 
 namespace tools {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::uint32_t kMaxGlbPicture = 4096;  // pixels a side
+constexpr std::uint32_t kMaxModelPicture = 4096;  // pixels a side
 
 struct Options {
   std::vector<std::string> files;
@@ -121,28 +126,61 @@ void printTable(const Goblins& goblins, const std::string& file) {
   }
 }
 
-// Warns of what the file cannot show, which is not a failure: the rest of it is right.
-bool writeGlb(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
-  const std::string shown = printable(options.files[0]);
+// What can be seen on the goblins: not a black picture, as the files of `export --to` have. Warns
+// of what cannot be read, which is not a failure: the rest is right.
+std::optional<Picture> pictureFor(const morvane::PsdDocument& document, const std::string& file) {
   Picture picture;
   std::string fault;
-  const bool hasPicture = readPicture(document, kMaxGlbPicture, picture, fault);
-  if (!hasPicture) complain("warning: " + shown + ": " + fault + "; its goblins are left gray");
+  if (!readPicture(document, kMaxModelPicture, picture, fault))
+    complain("warning: " + printable(file) + ": " + fault + "; its goblins are left gray");
+  else if (!picture.black)
+    return picture;
+  return std::nullopt;
+}
+
+bool writeGlb(const Goblins& goblins, const std::optional<Picture>& picture,
+              const Options& options) {
+  const std::string shown = printable(options.files[0]);
   const GoblinMeshes meshes = goblinMeshes(goblins);
   if (meshes.dropped > 0) {
     complain("warning: " + shown + ": " + std::to_string(meshes.dropped) +
              " triangles are left out, since they have coordinates that are not finite numbers");
   }
   std::string glb;
-  if (writeGlb(meshes, hasPicture ? &picture : nullptr, glb, fault))
+  std::string fault;
+  if (writeGlb(meshes, picture ? &*picture : nullptr, glb, fault))
     return writeOutput(options.glb, glb);
   complain(shown + ": " + fault + "; nothing was written");
   return false;
 }
 
-bool writeModels(morvane::PsdDocument& document, const Goblins& goblins, const Options& options) {
-  const bool objDone = options.obj.empty() || writeOutput(options.obj, goblinsToObj(goblins));
-  const bool glbDone = options.glb.empty() || writeGlb(document, goblins, options);
+// The text, its material beside it, and the picture of that.
+bool writeObj(const Goblins& goblins, const std::optional<Picture>& picture,
+              const std::string& output) {
+  const std::filesystem::path path = morvane::pathOf(output);
+  const std::string stem = morvane::nameOf(path.stem());
+  const auto beside = [&path](const std::string& name) {
+    return morvane::nameOf(path.parent_path() / morvane::pathOf(name));
+  };
+  const std::string name = stem + ".mtl";
+  const std::string image = stem + "-picture.png";
+  const bool isNamed = name.find_first_of("\r\n") == std::string::npos;
+  if (!isNamed) complain(printable(output) + ": a name with a line break takes no material");
+  if (isNamed && picture) {
+    const std::vector<std::uint8_t> png = pngFile(*picture);
+    if (!writeOutput(beside(image), {png.begin(), png.end()})) return false;
+  }
+  if (isNamed && !writeOutput(beside(name), objMaterial(picture ? image : std::string())))
+    return false;
+  return writeOutput(output, goblinsToObj(goblins, isNamed ? name : std::string()));
+}
+
+bool writeModels(const morvane::PsdDocument& document, const Goblins& goblins,
+                 const Options& options) {
+  if (options.obj.empty() && options.glb.empty()) return true;
+  const std::optional<Picture> picture = pictureFor(document, options.files[0]);
+  const bool objDone = options.obj.empty() || writeObj(goblins, picture, options.obj);
+  const bool glbDone = options.glb.empty() || writeGlb(goblins, picture, options);
   for (const auto& [path, done] :
        {std::pair(options.obj, objDone), std::pair(options.glb, glbDone)}) {
     if (path.empty() || !done || options.json) continue;
@@ -195,7 +233,8 @@ void addGoblins(CLI::App& program, int& status) {
       ->needs(json);
   checkOutput(*command
                    ->add_option("--obj", options->obj,
-                                "Write the goblins over the unit tile as Wavefront OBJ")
+                                "Write the goblins over the unit tile as Wavefront OBJ, with\n"
+                                "OUT.mtl and OUT-picture.png beside it")
                    ->type_name("OUT"),
               {"Wavefront OBJ", {".obj"}});
   checkOutput(

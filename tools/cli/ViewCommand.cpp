@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "tools/cli/Commands.h"
 #include "tools/cli/Options.h"
-#include "tools/model/DocumentReport.h"
+#include "tools/cli/ViewItems.h"
+#include "tools/model/FilePairs.h"
 #include "tools/scene/SceneDamage.h"
 #include "tools/scene/SceneOpener.h"
 #include "tools/scene/SceneTiles.h"
@@ -22,25 +24,22 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   std::string output;
+  std::string before;
+  std::string scene;
+  unsigned maxMebibytes = 256;
+  ViewSettings settings;
   OpeningOptions opening;
 };
 
-// Fills in what a file holds, its goblins included. Fails for a file that cannot be loaded.
-morvane::Status readDocument(const std::string& path, morvane::PsdDocument& document,
-                             ViewItem& item) {
-  morvane::Status status;
-  if (!document.load(path.c_str(), &status)) return status;
-  item.goblins = readGoblins(document);
-  item.report = documentJson(item.file, morvane::factsOf(path).size, document, item.goblins);
-  Picture picture;
-  if (readPicture(document, ViewPage::kMaxPicture, picture, item.pictureFault))
-    item.picture = std::move(picture);
-  return status;
-}
+// A scene's tile whose texture a file of the command line is.
+struct Surface {
+  std::string texture;  // absolute
+  SceneTile tile;
+};
 
 class Viewer {
  public:
-  explicit Viewer(const Options& options) : options_(options) {}
+  explicit Viewer(const Options& options) : options_(options), page_(options.settings) {}
 
   ExitStatus run() {
     if (viewPageHead() == nullptr) {
@@ -49,20 +48,62 @@ class Viewer {
           "installed and -DMORVANE_VIEW=ON");
       return kFailed;
     }
-    if (wouldReplaceInput(options_.output, options_.files)) return kUsage;
-    std::vector<std::string> paths;
-    for (const std::string& file : options_.files) paths.push_back(absoluteName(file));
-    for (std::size_t i = 0; i < paths.size(); ++i)
-      if (isScene(paths[i]))
-        addScene(paths[i], options_.files[i]);
+    std::vector<FilePair> files;
+    const ExitStatus listed = listFiles(files);
+    if (listed != kDone) return listed;
+    std::vector<std::string> inputs = {options_.scene};
+    for (FilePair& pair : files) {
+      inputs.push_back(pair.before);
+      inputs.push_back(pair.after);
+    }
+    if (wouldReplaceInput(options_.output, inputs)) return kUsage;
+    std::vector<std::pair<std::string, FilePair>>
+        paths;  // absolute, before a scene moves the folder
+    for (const FilePair& pair : files) paths.emplace_back(absolute(pair.after), absolute(pair));
+    if (!options_.scene.empty()) readSurfaces();
+    for (std::size_t i = 0; i < files.size(); ++i)
+      if (isScene(paths[i].first))
+        addScene(paths[i].first, files[i].after);
       else
-        addFile(paths[i], options_.files[i]);
+        addFile(paths[i].second, files[i]);
     if (replacesTexture_) return kUsage;
+    return write();
+  }
+
+ private:
+  static std::string absolute(const std::string& name) {
+    return name.empty() ? name : absoluteName(name);
+  }
+  static FilePair absolute(const FilePair& pair) {
+    return {absolute(pair.before), absolute(pair.after)};
+  }
+  bool compares() const { return !options_.before.empty(); }
+
+  ExitStatus listFiles(std::vector<FilePair>& files) {
+    if (!compares()) {
+      for (const std::string& file : options_.files) files.push_back({"", file});
+      return kDone;
+    }
+    if (options_.files.size() > 1 || isScene(options_.files[0]) || isScene(options_.before)) {
+      complain("--before OLD takes one FILE: two PSD files, or two folders of them");
+      return kUsage;
+    }
+    std::string fault;
+    const Pairing pairing = pairFiles(options_.before, options_.files[0], files, fault);
+    if (pairing == Pairing::kPaired) return kDone;
+    complain(fault);
+    return pairing == Pairing::kMixed ? kUsage : kFailed;
+  }
+
+  ExitStatus write() {
     if (!page_.showsSomething()) {
       complain("there is nothing to show; no page was written");
       return status_ == kDone ? kFailed : status_;
     }
     if (!writeOutput(output_, page_.html())) return kFailed;
+    if (page_.withoutLayers() > 0)
+      complain("the layers of " + counted(page_.withoutLayers(), "picture") +
+               " cannot be switched: their pixels would take more than half of --max-size");
     reportWritten(options_.output, (files_ > 0 ? counted(files_, "file") + ", " : "") +
                                        (tiles_ > 0 ? counted(tiles_, "tile") + ", " : "") +
                                        counted(goblins_, "goblin"));
@@ -70,7 +111,6 @@ class Viewer {
     return status_;
   }
 
- private:
   void fail(const std::string& message, ExitStatus status = kFailed) {
     complain(message);
     status_ = std::max(status_, status);
@@ -83,21 +123,57 @@ class Viewer {
       return;
     }
     fail(printable(item.file) + ": left out, since the page would be over " +
-         std::to_string(ViewPage::kMaxBytes >> 20) + " MiB; show fewer files on one page");
+         std::to_string(options_.maxMebibytes) +
+         " MiB; show fewer files on one page, or say --max-size");
   }
 
-  void addFile(const std::string& path, const std::string& shown) {
-    ViewItem item;
-    item.name = morvane::nameOf(morvane::pathOf(path).filename());
-    item.file = shown;
+  // Fails for a file that is there and cannot be read, which then stands on standard error.
+  morvane::Status read(const std::string& path, const std::string& shown, ViewItem& item) {
     morvane::PsdDocument document(1, 1);
     const morvane::Status loaded = readDocument(path, document, item);
-    item.fault = loaded.text();
     if (!loaded.ok())
       fail(unreadable(path, loaded, shown));
     else if (!reportFaults(shown, document, item.goblins))
       status_ = std::max(status_, kFailed);
+    return loaded;
+  }
+
+  void addFile(const FilePair& path, const FilePair& shown) {
+    ViewItem item = fileItem(shown.after.empty() ? shown.before : shown.after);
+    if (!path.after.empty()) item.fault = read(path.after, shown.after, item).text();
+    if (compares()) {
+      ViewItem old = fileItem(shown.before);
+      if (path.before.empty() || read(path.before, shown.before, old).ok())
+        item.before = ViewBefore{shown.before, std::move(old.goblins)};
+      if (path.after.empty()) {
+        item.goblins.present = true;
+        item.missing = "the file is gone; its goblins were these";
+      }
+    }
+    for (const Surface& surface : surfaces_) {
+      if (!samePlace(surface.texture, path.after)) continue;
+      addSurface(surface.tile, item);
+      break;
+    }
     add(item, files_);
+  }
+
+  static bool samePlace(const std::string& a, const std::string& b) {
+    std::error_code error;
+    return std::filesystem::equivalent(morvane::systemPath(a), morvane::systemPath(b), error) &&
+           !error;
+  }
+
+  void readSurfaces() {
+    if (!scenes_.open(absoluteName(options_.scene)))
+      return fail(printable(options_.scene) + ": the scene cannot be loaded", kNotLoaded);
+    replacesTexture_ = wouldReplaceTexture(output_);
+    for (SceneTile& tile : sceneTiles()) {
+      const std::string texture = absolute(tile.texture);
+      surfaces_.push_back({texture, std::move(tile)});
+    }
+    status_ = std::max(status_, reportDamage(options_.scene, scenes_.problems()));
+    if (surfaces_.empty()) fail(printable(options_.scene) + ": " + kNoTile);
   }
 
   void addScene(const std::string& path, const std::string& shown) {
@@ -109,9 +185,7 @@ class Viewer {
       status_ = std::max(status_, reportDamage(shown, scenes_.problems()));
       return;
     }
-    ViewItem item;
-    item.name = morvane::nameOf(morvane::pathOf(path).filename());
-    item.file = shown;
+    ViewItem item = fileItem(shown);
     item.fault = opened ? kNoTile + likelyLoss(scenes_.problems()) : scenes_.status().text();
     fail(printable(shown) + ": " + (opened ? item.fault : "the scene cannot be loaded"),
          opened ? kFailed : kNotLoaded);
@@ -119,11 +193,7 @@ class Viewer {
   }
 
   void addTile(const SceneTile& tile, const std::string& scene) {
-    ViewItem item;
-    item.name = tile.name;
-    item.file = tile.texture;
-    item.fault = tile.fault;
-    item.missing = tile.missing;
+    ViewItem item = tileItem(tile, scene);
     const std::string shown = printable(scene) + ": " + printable(tile.name) + ": ";
     for (const std::string& text : {tile.missing, tile.fault})
       if (!text.empty()) fail(shown + printable(text));
@@ -132,7 +202,7 @@ class Viewer {
     else if (tile.fault.empty())
       addTexture(tile.texture, shown, item);
     item.goblins = tile.goblins;
-    if (!tile.mesh.triangles.empty()) item.tile = tile.mesh;
+    addSurface(tile, item);
     add(item, tiles_);
   }
 
@@ -156,11 +226,27 @@ class Viewer {
   bool replacesTexture_ = false;
   ViewPage page_;
   SceneOpener scenes_{options_.opening};
+  std::vector<Surface> surfaces_;  // of --scene
   ExitStatus status_ = kDone;
   std::size_t files_ = 0;  // on the page
   std::size_t tiles_ = 0;
   std::size_t goblins_ = 0;
 };
+
+void addLimitOptions(CLI::App& command, Options& options) {
+  command.add_option("--budget", options.settings.triangles, "Mark tiles with more triangles")
+      ->type_name("TRIANGLES");
+  command
+      .add_option("--texture-budget", options.settings.pixels,
+                  "Mark textures with more pixels on a side")
+      ->type_name("PIXELS");
+  command
+      .add_option("--max-size", options.maxMebibytes,
+                  "The page's largest size in MiB (256); single layers take\n"
+                  "at most half of it, and are left out where they would not")
+      ->type_name("MIB")
+      ->check(CLI::Range(1, 1024).description(""));
+}
 
 }  // namespace
 
@@ -177,14 +263,29 @@ void addView(CLI::App& program, int& status) {
                    ->type_name("PAGE")
                    ->required(),
               {"a web page", {".html", ".htm"}});
+  command
+      ->add_option("--before", options->before,
+                   "What FILE was: a PSD file, or a folder where FILE is one;\n"
+                   "goblins added, gone, moved and changed are coloured")
+      ->type_name("OLD");
+  command
+      ->add_option("--scene", options->scene,
+                   "The scene whose tiles have the files as textures: they are\n"
+                   "shown on its surfaces, each in its place")
+      ->type_name("SCENE");
+  addLimitOptions(*command, *options);
   addFolderOptions(*command, options->opening);
   addFrameOption(*command, options->opening);
   command->footer(
       "A damaged file is named, and shown as such among the others.\n"
       "Examples:\n"
-      "  morvane view textures/*.psd -o tiles.html  what an export left in the files\n"
-      "  morvane view meadow.ma -o meadow.html      the scene; nothing is exported");
-  command->callback([options, &status] { status = Viewer(*options).run(); });
+      "  morvane view textures/*.psd -o tiles.html       what an export left in the files\n"
+      "  morvane view meadow.ma -o meadow.html           the scene; nothing is exported\n"
+      "  morvane view --before old textures -o now.html  what has changed");
+  command->callback([options, &status] {
+    options->settings.maxBytes = std::size_t{options->maxMebibytes} << 20;
+    status = Viewer(*options).run();
+  });
 }
 
 }  // namespace tools

@@ -18,29 +18,6 @@ using morvane::PsdChannelInfo;
 using morvane::PsdDocument;
 using morvane::PsdLayer;
 
-enum class Section { kNone, kHeader, kDivider };
-
-// From the layer's "lsct" block: 1 and 2 are a group's header, above its layers, 3 the divider
-// below them.
-Section sectionOf(const PsdLayer& layer) {
-  const std::uint8_t* at = layer.trailingData.get();
-  std::uint32_t left = at == nullptr ? 0 : layer.trailingLength;
-  while (left >= 12) {
-    const std::uint32_t length = morvane::loadBe32(at + 8);
-    if (length > left - 12) break;
-    if (std::memcmp(at + 4, "lsct", 4) == 0 && length >= 4) {
-      const std::uint32_t kind = morvane::loadBe32(at + 12);
-      return kind == 3                ? Section::kDivider
-             : kind == 1 || kind == 2 ? Section::kHeader
-                                      : Section::kNone;
-    }
-    const std::uint32_t step = std::min(left, 12 + length + length % 2);
-    at += step;
-    left -= step;
-  }
-  return Section::kNone;
-}
-
 using BlendFunction = float (*)(float below, float above);
 
 float normalBlend(float, float above) {
@@ -140,8 +117,16 @@ class LayerPainter {
   // True when the layer left a mark.
   bool paint(const PsdLayer& layer, const morvane::PsdChannel* channels, bool isGray,
              float opacity);
+  // The same without regard to what lies below the layer.
+  bool paintAlone(const PsdLayer& layer, const morvane::PsdChannel* channels, bool isGray) {
+    clipped_ = false;
+    blend_ = normalBlend;
+    opacity_ = 1;
+    return paintPixels(layer, channels, isGray);
+  }
 
  private:
+  bool paintPixels(const PsdLayer& layer, const morvane::PsdChannel* channels, bool isGray);
   void addRow(const PsdLayer& layer, const std::uint8_t* const* rows, const MaskRows& mask);
   bool paintCells(std::uint32_t cellY);
   void blendPixel(std::uint8_t* pixel, const float* colour, float alpha) const;
@@ -208,6 +193,12 @@ bool LayerPainter::paint(const PsdLayer& layer, const morvane::PsdChannel* own, 
                          float opacity) {
   clipped_ = layer.clipping != 0;
   if (!clipped_) std::fill(base_.begin(), base_.end(), std::uint8_t{0});
+  blend_ = blendOf(layer.blendKey);
+  opacity_ = opacity;
+  return paintPixels(layer, own, isGray);
+}
+
+bool LayerPainter::paintPixels(const PsdLayer& layer, const morvane::PsdChannel* own, bool isGray) {
   const std::int64_t width = std::int64_t{layer.right} - layer.left;
   const std::int64_t height = std::int64_t{layer.bottom} - layer.top;
   std::optional<PlaneRows> channels[4];
@@ -217,8 +208,6 @@ bool LayerPainter::paint(const PsdLayer& layer, const morvane::PsdChannel* own, 
   }
   channels[3] = openChannel(layer, own, morvane::kTransparencyChannel, width, height);
   MaskRows mask(layer, own);
-  blend_ = blendOf(layer.blendKey);
-  opacity_ = opacity;
 
   bool marked = false;
   std::uint32_t cellY = 0;
@@ -240,7 +229,37 @@ bool LayerPainter::paint(const PsdLayer& layer, const morvane::PsdChannel* own, 
   return paintCells(cellY) || marked;
 }
 
+bool isPaintable(const PsdDocument& document) {
+  return document.depth == 8 &&
+         (document.colourMode == morvane::kRgbMode || document.colourMode == morvane::kGrayMode);
+}
+
+bool carriesData(const PsdLayer& layer) {
+  return layer.name && std::strcmp(layer.name.get(), morvane::kGoblinLayerName) == 0;
+}
+
 }  // namespace
+
+// From the layer's "lsct" block: 1 and 2 are a group's header, above its layers, 3 the divider
+// below them.
+LayerSection sectionOf(const PsdLayer& layer) {
+  const std::uint8_t* at = layer.trailingData.get();
+  std::uint32_t left = at == nullptr ? 0 : layer.trailingLength;
+  while (left >= 12) {
+    const std::uint32_t length = morvane::loadBe32(at + 8);
+    if (length > left - 12) break;
+    if (std::memcmp(at + 4, "lsct", 4) == 0 && length >= 4) {
+      const std::uint32_t kind = morvane::loadBe32(at + 12);
+      return kind == 3                ? LayerSection::kDivider
+             : kind == 1 || kind == 2 ? LayerSection::kHeader
+                                      : LayerSection::kNone;
+    }
+    const std::uint32_t step = std::min(left, 12 + length + length % 2);
+    at += step;
+    left -= step;
+  }
+  return LayerSection::kNone;
+}
 
 std::vector<LayerState> layerStates(const PsdDocument& document) {
   std::vector<LayerState> states(document.layers.size());
@@ -251,13 +270,13 @@ std::vector<LayerState> layerStates(const PsdDocument& document) {
     const LayerState own = {group.visible && !(layer.flags & morvane::kLayerHidden),
                             group.opacity * static_cast<float>(layer.opacity) / 255};
     switch (sectionOf(layer)) {
-      case Section::kNone:
+      case LayerSection::kNone:
         states[i] = own;
         break;
-      case Section::kHeader:
+      case LayerSection::kHeader:
         groups.push_back(own);
         break;
-      case Section::kDivider:
+      case LayerSection::kDivider:
         if (groups.size() > 1) groups.pop_back();
         break;
     }
@@ -266,10 +285,7 @@ std::vector<LayerState> layerStates(const PsdDocument& document) {
 }
 
 bool composeLayers(const PsdDocument& document, const PictureGrid& grid, Picture& picture) {
-  if (document.depth != 8 ||
-      (document.colourMode != morvane::kRgbMode && document.colourMode != morvane::kGrayMode)) {
-    return false;
-  }
+  if (!isPaintable(document)) return false;
   const std::vector<LayerState> states = layerStates(document);
   picture.rgba.assign(4 * grid.cells(), 0);
   LayerPainter painter(grid, picture);
@@ -281,14 +297,27 @@ bool composeLayers(const PsdDocument& document, const PictureGrid& grid, Picture
     const LayerState& state = states[static_cast<std::size_t>(i)];
     const morvane::PsdChannel* const channels = next;
     next += layer.channelCount;
-    if (sectionOf(layer) != Section::kNone) continue;
+    if (sectionOf(layer) != LayerSection::kNone) continue;
     if (layer.clipping == 0) baseVisible = state.visible;
-    const bool carriesData =
-        layer.name && std::strcmp(layer.name.get(), morvane::kGoblinLayerName) == 0;
-    if (!state.visible || !baseVisible || carriesData) continue;
+    if (!state.visible || !baseVisible || carriesData(layer)) continue;
     if (painter.paint(layer, channels, isGray, state.opacity)) picture.composed = true;
   }
   return picture.composed;
+}
+
+bool paintLayer(const PsdDocument& document, std::int32_t index, const PictureGrid& grid,
+                Picture& picture) {
+  const PsdLayer& layer = document.layers[static_cast<std::size_t>(index)];
+  if (!isPaintable(document) || sectionOf(layer) != LayerSection::kNone || carriesData(layer))
+    return false;
+  const morvane::PsdChannel* channels = document.channelTable.data();
+  for (std::int32_t i = 0; i < index; ++i)
+    channels += document.layers[static_cast<std::size_t>(i)].channelCount;
+  picture.width = grid.x.cells;
+  picture.height = grid.y.cells;
+  picture.rgba.assign(4 * grid.cells(), 0);
+  return LayerPainter(grid, picture)
+      .paintAlone(layer, channels, document.colourMode == morvane::kGrayMode);
 }
 
 }  // namespace tools

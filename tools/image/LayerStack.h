@@ -1,6 +1,7 @@
 #ifndef MORVANE_TOOLS_IMAGE_LAYERSTACK_H_
 #define MORVANE_TOOLS_IMAGE_LAYERSTACK_H_
 
+#include <cstdint>
 #include <vector>
 
 #include "psd/PsdDocument.h"
@@ -8,6 +9,11 @@
 #include "tools/image/PictureGrid.h"
 
 namespace tools {
+
+// What a layer is in the list: one with pixels, or the header above a group's layers, or the
+// divider below them.
+enum class LayerSection { kNone, kHeader, kDivider };
+LayerSection sectionOf(const morvane::PsdLayer& layer);
 
 // Whether a layer is visible, and with what opacity, including its groups'.
 struct LayerState {
@@ -25,6 +31,11 @@ std::vector<LayerState> layerStates(const morvane::PsdDocument& document);
 // by themselves. A layer with damaged data is painted as far as it can be read. False when no layer
 // left a mark.
 bool composeLayers(const morvane::PsdDocument& document, const PictureGrid& grid, Picture& picture);
+
+// Paints one layer of such a document by itself, with its mask, and without its opacity, blend mode
+// and clipping. False when it left no mark.
+bool paintLayer(const morvane::PsdDocument& document, std::int32_t index, const PictureGrid& grid,
+                Picture& picture);
 
 }  // namespace tools
 

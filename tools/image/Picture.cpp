@@ -101,9 +101,22 @@ bool isOneColour(const Picture& picture) {
   return std::equal(bytes.begin() + 4, bytes.end(), bytes.begin());
 }
 
+constexpr std::uint8_t kNearlyBlack = 8;
+
+bool isBlack(const Picture& picture) {
+  for (std::size_t i = 0; i < picture.rgba.size(); ++i)
+    if (i % 4 != 3 && picture.rgba[i] > kNearlyBlack) return false;
+  return true;
+}
+
 void noteTransparency(Picture& picture) {
   for (std::size_t i = 3; i < picture.rgba.size(); i += 4)
     if (picture.rgba[i] < 255) picture.transparent = true;
+}
+
+bool hasShownSize(const PsdDocument& document) {
+  return std::min(document.columns, document.rows) > 0 &&
+         std::max(document.columns, document.rows) <= kMaxShownSide;
 }
 
 // Why the merged image cannot be shown, as far as the header tells; empty when it may be.
@@ -153,8 +166,7 @@ void averageCell(const Picture& picture, const PictureGrid& grid, std::uint32_t 
 
 bool readPicture(const PsdDocument& document, std::uint32_t maxSide, Picture& picture,
                  std::string& fault) {
-  if (std::min(document.columns, document.rows) == 0 ||
-      std::max(document.columns, document.rows) > kMaxShownSide) {
+  if (!hasShownSize(document)) {
     fault = "an image of " + std::to_string(document.columns) + " x " +
             std::to_string(document.rows) + " pixels is not shown";
     return false;
@@ -164,13 +176,60 @@ bool readPicture(const PsdDocument& document, std::uint32_t maxSide, Picture& pi
   picture.width = grid.x.cells;
   picture.height = grid.y.cells;
   const bool merged = readMerged(document, grid, picture, fault);
-  if (!merged || isOneColour(picture)) {
+  if (!merged || isOneColour(picture) || isBlack(picture)) {
     Picture composed = picture;
     if (composeLayers(document, grid, composed)) picture = std::move(composed);
   }
   if (!merged && !picture.composed) return false;
+  picture.black = isBlack(picture);
   noteTransparency(picture);
   return true;
+}
+
+std::optional<Picture> readComposite(const PsdDocument& document, std::uint32_t maxSide) {
+  if (!hasShownSize(document)) return std::nullopt;
+  const PictureGrid grid(document.columns, document.rows, maxSide);
+  Picture picture;
+  picture.width = grid.x.cells;
+  picture.height = grid.y.cells;
+  if (!composeLayers(document, grid, picture)) return std::nullopt;
+  picture.black = isBlack(picture);
+  noteTransparency(picture);
+  return picture;
+}
+
+std::optional<LayerPicture> readLayer(const PsdDocument& document, std::int32_t index,
+                                      std::uint32_t maxSide) {
+  Picture whole;
+  if (!hasShownSize(document)) return std::nullopt;
+  const PictureGrid grid(document.columns, document.rows, maxSide);
+  if (!paintLayer(document, index, grid, whole)) return std::nullopt;
+  std::uint32_t left = whole.width;
+  std::uint32_t top = whole.height;
+  std::uint32_t right = 0;
+  std::uint32_t bottom = 0;
+  for (std::uint32_t y = 0; y < whole.height; ++y) {
+    for (std::uint32_t x = 0; x < whole.width; ++x) {
+      if (whole.rgba[4 * (std::size_t{y} * whole.width + x) + 3] == 0) continue;
+      left = std::min(left, x);
+      right = std::max(right, x + 1);
+      top = std::min(top, y);
+      bottom = y + 1;
+    }
+  }
+  LayerPicture layer;
+  layer.left = left;
+  layer.top = top;
+  layer.picture.width = right > left ? right - left : 0;
+  layer.picture.height = bottom > top ? bottom - top : 0;
+  if (layer.picture.width == 0 || layer.picture.height == 0) return std::nullopt;
+  for (std::uint32_t y = top; y < bottom; ++y) {
+    const auto row = whole.rgba.begin() + std::ptrdiff_t{4} * y * whole.width;
+    layer.picture.rgba.insert(layer.picture.rgba.end(), row + std::ptrdiff_t{4} * left,
+                              row + std::ptrdiff_t{4} * right);
+  }
+  noteTransparency(layer.picture);
+  return layer;
 }
 
 Picture scaledDown(const Picture& picture, std::uint32_t maxSide) {
@@ -180,6 +239,7 @@ Picture scaledDown(const Picture& picture, std::uint32_t maxSide) {
   small.height = grid.y.cells;
   small.transparent = picture.transparent;
   small.composed = picture.composed;
+  small.black = picture.black;
   small.rgba.resize(4 * grid.cells());
   for (std::uint32_t y = 0; y < small.height; ++y)
     for (std::uint32_t x = 0; x < small.width; ++x)

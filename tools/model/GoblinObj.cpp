@@ -68,9 +68,16 @@ void putFace(std::string& obj, const std::vector<std::int32_t>& face, bool tagge
 
 }  // namespace
 
-std::string goblinsToObj(const Goblins& goblins) {
+std::string objMaterial(const std::string& picture) {
+  const std::string colour = picture.empty() ? "Kd 0.6 0.6 0.6\n" : "Kd 1 1 1\n";
+  return "newmtl picture\n" + colour + "Ks 0 0 0\nillum 1\n" +
+         (picture.empty() ? "" : "map_Kd " + picture + '\n');
+}
+
+std::string goblinsToObj(const Goblins& goblins, const std::string& library) {
   const bool tagged = goblins.kind == morvane::GoblinBlobKind::kTagged;
   std::string obj;
+  if (!library.empty()) obj += "mtllib " + library + "\nusemtl picture\n";
   putTile(obj);
   putPool(obj, goblins, tagged);
   std::set<std::string> taken = {"tile"};

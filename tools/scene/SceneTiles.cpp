@@ -1,6 +1,10 @@
 #include "tools/scene/SceneTiles.h"
 
 #include <maya/MFnDagNode.h>
+#include <maya/MGlobal.h>
+#include <maya/MMatrix.h>
+
+#include <algorithm>
 
 #include "geometry/GoblinGeometry.h"
 #include "tile/GoblinExtraction.h"
@@ -67,6 +71,17 @@ ViewMesh groundMesh(const morvane::TileGround& ground, morvane::TileMessages& me
   return goblinMeshes(one).meshes[0];
 }
 
+TilePlacement placementOf(const morvane::TileGround& ground) {
+  MMatrix toTile;
+  for (int row = 0; row < 4; ++row)
+    for (int column = 0; column < 4; ++column)
+      toTile.matrix[row][column] = static_cast<double>(ground.toTile(row, column));
+  const MMatrix toScene = toTile.inverse() * ground.mesh.inclusiveMatrix();
+  TilePlacement placement;
+  std::copy(&toScene.matrix[0][0], &toScene.matrix[0][0] + 16, placement.begin());
+  return placement;
+}
+
 constexpr std::size_t kMostNamed = 5;  // things that are not evaluated
 
 // The parts of the tile that are missing from the picture, or look different in Maya.
@@ -83,6 +98,7 @@ SceneTile readTile(const TileCandidate& candidate) {
   morvane::TileGround ground;
   if (morvane::findTileGround(candidate.dagPath, messages, ground)) {
     tile.mesh = groundMesh(ground, messages);
+    tile.placement = placementOf(ground);
     tile.goblins.present = true;
     tile.goblins.kind = morvane::GoblinBlobKind::kNamed;
     morvane::visitGoblins(ground, messages, [&](const morvane::TileGoblin& goblin) {
@@ -101,6 +117,13 @@ std::vector<SceneTile> sceneTiles() {
   std::vector<SceneTile> tiles;
   for (const TileCandidate& candidate : texturedTiles()) tiles.push_back(readTile(candidate));
   return tiles;
+}
+
+std::string lengthUnit() {
+  MString unit;
+  return MGlobal::executeCommand("currentUnit -query -linear", unit) == MStatus::kSuccess
+             ? unit.asChar()
+             : "cm";
 }
 
 }  // namespace tools

@@ -1,11 +1,13 @@
 #ifndef MORVANE_TOOLS_SCENE_SCENETILES_H_
 #define MORVANE_TOOLS_SCENE_SCENETILES_H_
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/model/GoblinMeshes.h"
 #include "tools/model/TileFile.h"
+#include "tools/model/TilePlacement.h"
 
 namespace tools {
 
@@ -15,12 +17,16 @@ struct SceneTile {
   std::string texture;  // the name of the file that its colour comes from, likewise
   ViewMesh mesh;        // the tile's own mesh, with its own texture coordinates
   Goblins goblins;      // a goblin without a name has that of its transform
+  std::optional<TilePlacement> placement;  // none: it is not a tile
   std::string fault;    // why its goblins cannot be exported; some, or the mesh, are then missing
   std::string missing;  // what is not evaluated, or not there, and what to do about it; or empty
 };
 
 // Every top-level transform whose mesh has a file texture. The scene is only looked at.
 std::vector<SceneTile> sceneTiles();
+
+// The unit in which the open scene shows lengths: "cm", "m", "in".
+std::string lengthUnit();
 
 // What to tell where there is none.
 inline constexpr const char* kNoTile =

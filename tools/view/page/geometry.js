@@ -9,7 +9,7 @@ import {
   InterleavedBufferAttribute,
 } from 'three';
 
-const floatsAVertex = 8;
+export const floatsAVertex = 8;
 
 function bytes(text) {
   const binary = atob(text);
@@ -20,7 +20,7 @@ function bytes(text) {
   return result;
 }
 
-function geometry(vertices, indices) {
+export function geometry(vertices, indices) {
   const made = new BufferGeometry();
   const buffer = new InterleavedBuffer(vertices, floatsAVertex);
   made.setAttribute('position', new InterleavedBufferAttribute(buffer, 3, 0));
@@ -30,30 +30,30 @@ function geometry(vertices, indices) {
   return made;
 }
 
-// One geometry a mesh, in order.
+// All meshes in one list of vertices and one of indices, and where in them each mesh lies.
 export function unpack(entry) {
   const vertices = new Float32Array(bytes(entry.vertices).buffer);
   const indices = new Uint32Array(bytes(entry.indices).buffer);
   let vertex = 0;
   let index = 0;
-  return entry.meshes.map(([, vertexCount, triangleCount]) => {
-    const made = geometry(
-      vertices.slice(vertex, (vertex += vertexCount * floatsAVertex)),
-      indices.slice(index, (index += triangleCount * 3)),
-    );
-    return made;
+  const parts = entry.meshes.map(([name, vertexCount, triangleCount]) => {
+    const part = {name, vertex, vertexCount, index, indexCount: 3 * triangleCount};
+    for (let i = index; i < index + part.indexCount; i++) {
+      indices[i] += vertex;
+    }
+    vertex += vertexCount;
+    index += part.indexCount;
+    return part;
   });
+  return {vertices, indices, parts};
 }
 
-export function unitTile() {
-  return geometry(
-    new Float32Array([
-      0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 1, 0, 0, 1, 1, 0, 1, 0, 1, 0, 1, 1, 1, 0, 0, 0, 1, 0, 1,
-      0,
-    ]),
-    new Uint32Array([0, 1, 2, 0, 2, 3]),
-  );
-}
+export const unitTile = () => ({
+  vertices: new Float32Array([
+    0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 1, 0, 0, 1, 1, 0, 1, 0, 1, 0, 1, 1, 1, 0, 0, 0, 1, 0, 1, 0,
+  ]),
+  indices: new Uint32Array([0, 1, 2, 0, 2, 3]),
+});
 
 // The open edges of a surface, each as its two end points; ends at the same place are the same.
 function openEdges(surface) {

@@ -1,227 +1,206 @@
-import {announce, byId, count, element, icon} from './dom.js';
+// The list of goblins: by name, or by what happened to them since an older file.
 
-const manyNames = 12; // from here on the list can be searched
-const foldedFrom = 60; // and from here on goblins of one name are folded together at first
+import {announce, byId, count, element} from './dom.js';
+import {changeCounts} from './entries.js';
+import {Tree} from './tree.js';
 
-// The list of goblins: by name, each with a box that shows or hides it and a button that picks it.
+const foldedFrom = 60; // from here on goblins of one name are folded together at first
+
 export class GoblinList {
-  // `stage` may be null: the list then only lists.
-  constructor(stage) {
+  // `stage` may be null: the list then only lists. `onPick` gets {number, ...} or null.
+  constructor(stage, onPick) {
     this.stage = stage;
-    this.button('Show all', true);
-    this.button('Hide all', false);
+    this.onPick = onPick;
+    this.tree = new Tree(byId('goblins'), {
+      toggle: (node) => this.setVisible(node.numbers, node.checked !== true, node.label),
+      choose: (node) => this.pick(this.picked === node ? null : node.numbers[0]),
+      frame: (node) => {
+        this.pick(node.numbers[0]);
+        this.stage?.framePicked();
+      },
+      leave: () => this.pick(null),
+    });
+    for (const [text, visible] of [
+      ['Show all', true],
+      ['Hide all', false],
+    ]) {
+      byId('goblin-buttons').append(
+        element(
+          'button',
+          {
+            type: 'button',
+            onclick: () => this.setVisible([...this.leaves.keys()], visible, 'All goblins'),
+          },
+          text,
+        ),
+      );
+    }
     byId('filter').addEventListener('input', () => this.filter());
   }
 
-  button(text, visible) {
-    byId('goblin-buttons').append(
-      element(
-        'button',
-        {
-          type: 'button',
-          onclick: () => {
-            this.setVisible(this.rows.keys(), visible);
-            announce(visible ? 'All goblins are shown' : 'All goblins are hidden');
-          },
-        },
-        text,
-      ),
-    );
-  }
-
-  show(item) {
-    const meshes = item.goblins?.meshes ?? [];
-    this.rows = [];
-    this.groups = [];
+  show(entry) {
+    this.leaves = [];
     this.picked = null;
-    this.showPicked();
-    const names = new Map();
-    meshes.forEach(([name], number) => names.set(name, [...(names.get(name) ?? []), number]));
-    this.folded = meshes.length >= foldedFrom;
-    byId('goblins').replaceChildren(
-      ...[...names].map(([name, numbers]) =>
-        numbers.length === 1
-          ? this.row(numbers[0], name, meshes)
-          : this.group(name, numbers, meshes),
-      ),
-    );
+    const nodes = entry?.before ? this.byState(entry) : this.byName(entry);
+    const total = this.leaves.length;
     byId('goblins-title').replaceChildren(
-      'Goblins ',
-      element('span', {class: 'meta'}, meshes.length ? String(meshes.length) : ''),
+      entry?.before ? 'Changes ' : 'Goblins ',
+      element('span', {class: 'meta'}, total ? String(total) : ''),
     );
-    byId('goblin-buttons').hidden = meshes.length === 0;
-    byId('filter').hidden = names.size < manyNames;
+    byId('goblin-buttons').hidden = byId('filter').hidden = total === 0;
     byId('filter').value = '';
-    byId('no-goblins').hidden = meshes.length > 0;
-    byId('no-goblins').textContent = item.goblins
-      ? 'The tile has no goblins.'
-      : 'There is no goblin geometry in this file. Export the tile first.';
+    byId('goblins').hidden = total === 0;
+    byId('no-goblins').hidden = total > 0;
+    byId('no-goblins').textContent = !entry
+      ? 'Click a tile to see its goblins.'
+      : entry.goblins
+        ? 'The tile has no goblins.'
+        : 'There is no goblin geometry in this file. Export the tile first.';
+    this.tree.show(nodes);
   }
 
-  row(number, name, meshes) {
-    const id = `goblin-${number}`;
-    const box = element('input', {
-      type: 'checkbox',
-      id,
+  leaf(number, label, mesh, more = {}) {
+    const [, vertices, triangles] = mesh;
+    const node = {
+      id: `goblin-${number}`,
+      label,
+      name: label,
+      meta: triangles ? `${triangles} \u25b3` : 'empty',
+      numbers: [number],
       checked: true,
-      onchange: () => {
-        this.setVisible([number], box.checked);
-        announce(`${name} ${box.checked ? 'shown' : 'hidden'}`);
-      },
-    });
-    const pick = element(
-      'button',
-      {
-        type: 'button',
-        class: 'pick',
-        title: 'Pick',
-        'aria-label': `Pick ${name}`,
-        'aria-pressed': 'false',
-        onclick: () => this.pick(this.picked === number ? null : number),
-      },
-      icon('pick'),
-    );
-    const triangles = meshes[number][2];
-    const line = element(
-      'li',
-      {class: 'row'},
-      box,
-      element('label', {for: id, class: 'name'}, name),
-      element(
-        'span',
-        {class: 'meta', title: count(triangles, 'triangle')},
-        triangles ? `${triangles} \u25b3` : 'empty',
-      ),
-      pick,
-    );
-    this.rows[number] = {line, box, pick, name, triangles, vertices: meshes[number][1]};
-    return line;
+      triangles,
+      vertices,
+      ...more,
+    };
+    this.leaves[number] = node;
+    return node;
   }
 
-  group(name, numbers, meshes) {
-    const id = `group-${numbers[0]}`;
-    const box = element('input', {
-      type: 'checkbox',
-      id,
+  group(id, label, children, more = {}) {
+    const node = {
+      id: `group-${id}`,
+      label: `${label}, ${count(children.length, 'goblin')}`,
+      name: label,
+      meta: `\u00d7 ${children.length}`,
+      numbers: children.map((child) => child.numbers[0]),
       checked: true,
-      onchange: () => {
-        this.setVisible(numbers, box.checked);
-        announce(`${count(numbers.length, 'goblin')} ${name} ${box.checked ? 'shown' : 'hidden'}`);
-      },
+      children,
+      ...more,
+    };
+    children.forEach((child) => {
+      child.group = node;
     });
-    const inner = element(
-      'ul',
-      {id: `${id}-list`},
-      ...numbers.map((number, i) => this.row(number, `${name} ${i + 1}`, meshes)),
-    );
-    const fold = element(
-      'button',
-      {
-        type: 'button',
-        class: 'fold',
-        'aria-label': `Goblins named ${name}`,
-        'aria-controls': inner.id,
-        onclick: () => this.fold(group, !inner.hidden),
-      },
-      icon('open'),
-    );
-    const line = element(
-      'li',
-      {class: 'group'},
-      element(
-        'div',
-        {class: 'row'},
-        fold,
-        box,
-        element('label', {for: id, class: 'name'}, name),
-        element('span', {class: 'meta'}, `\u00d7 ${numbers.length}`),
-      ),
-      inner,
-    );
-    const group = {line, box, inner, foldButton: fold, numbers};
-    this.groups.push(group);
-    for (const number of numbers) {
-      this.rows[number].group = group;
-    }
-    this.fold(group, this.folded);
-    return line;
+    return node;
   }
 
-  fold(group, folded) {
-    group.inner.hidden = folded;
-    group.foldButton.setAttribute('aria-expanded', !folded);
+  byName(entry) {
+    const meshes = entry?.goblins?.meshes ?? [];
+    const names = new Map();
+    meshes.forEach(([name], number) => {
+      if (!names.has(name)) {
+        names.set(name, []);
+      }
+      names.get(name).push(number);
+    });
+    return [...names].map(([name, numbers]) =>
+      numbers.length === 1
+        ? this.leaf(numbers[0], name, meshes[numbers[0]])
+        : this.group(
+            numbers[0],
+            name,
+            numbers.map((number, i) => this.leaf(number, `${name} ${i + 1}`, meshes[number])),
+            {folded: meshes.length >= foldedFrom},
+          ),
+    );
   }
 
-  setVisible(numbers, visible) {
+  byState({before, goblins}) {
+    const meshes = goblins?.meshes ?? [];
+    const changes = before.changes;
+    const rest = new Set(meshes.keys());
+    const groups = changeCounts({before}).map(([state]) => {
+      const children = changes
+        .filter((change) => change.state === state)
+        .map((change) => {
+          rest.delete(change.new);
+          return state === 'gone'
+            ? this.leaf(
+                meshes.length + change.mesh,
+                before.meshes[change.mesh][0],
+                before.meshes[change.mesh],
+                {state, change},
+              )
+            : this.leaf(change.new, meshes[change.new][0], meshes[change.new], {state, change});
+        });
+      const title = state[0].toUpperCase() + state.slice(1);
+      return this.group(state, title, children, {state, folded: children.length >= foldedFrom});
+    });
+    const same = [...rest].map((number) => this.leaf(number, meshes[number][0], meshes[number]));
+    return same.length
+      ? [...groups, this.group('same', 'The same', same, {folded: groups.length > 0})]
+      : groups;
+  }
+
+  setVisible(numbers, visible, what) {
+    const groups = new Set();
     for (const number of numbers) {
-      const row = this.rows[number];
-      row.box.checked = visible;
-      row.line.classList.toggle('off', !visible);
-      this.stage?.setVisible(number, visible);
+      const leaf = this.leaves[number];
+      if (leaf) {
+        leaf.checked = visible;
+        groups.add(leaf.group);
+        this.stage?.setVisible(number, visible);
+      }
     }
-    for (const group of this.groups) {
-      const seen = group.numbers.filter((number) => this.rows[number].box.checked).length;
-      group.box.checked = seen > 0;
-      group.box.indeterminate = seen > 0 && seen < group.numbers.length;
+    groups.delete(undefined);
+    for (const group of groups) {
+      const seen = group.children.filter((child) => child.checked).length;
+      group.checked = seen === 0 ? false : seen === group.children.length || 'mixed';
     }
+    this.tree.draw();
+    announce(`${what} ${visible ? 'shown' : 'hidden'}`);
   }
 
   // Tells a stage that has just got its goblins what the list says of them.
   apply() {
-    this.rows.forEach((row, number) => this.stage.setVisible(number, row.box.checked));
-    this.stage.pick(this.picked);
+    this.leaves.forEach((leaf, number) => {
+      if (!leaf.checked) {
+        this.stage.setVisible(number, false);
+      }
+    });
+    this.stage.pick(this.picked ? this.picked.numbers[0] : null);
   }
 
-  // A goblin that is picked in the 3D view is brought into sight in the list.
-  pick(number, fromStage = false) {
-    if (this.picked !== null) {
-      this.rows[this.picked].line.classList.remove('picked');
-      this.rows[this.picked].pick.setAttribute('aria-pressed', 'false');
+  // A goblin that is picked elsewhere is brought into sight in the list.
+  pick(number, reveal = false) {
+    if (this.picked) {
+      this.picked.selected = false;
     }
-    this.picked = number;
-    this.stage?.pick(number);
-    this.showPicked();
-    if (number === null) {
-      return;
-    }
-    const row = this.rows[number];
-    row.line.classList.add('picked');
-    row.pick.setAttribute('aria-pressed', 'true');
-    if (fromStage) {
-      if (row.group) {
-        this.fold(row.group, false);
-      }
-      const frame = row.line.closest('.scroll');
-      const above = row.line.getBoundingClientRect().top - frame.getBoundingClientRect().top;
-      if (above < 0 || above > frame.clientHeight - 40) {
-        frame.scrollTop += above - frame.clientHeight / 2;
+    this.picked = number === null ? null : (this.leaves[number] ?? null);
+    this.stage?.pick(this.picked ? number : null);
+    if (this.picked) {
+      this.picked.selected = true;
+      announce(`${this.picked.label} picked`);
+      if (reveal) {
+        this.tree.reveal(this.picked);
       }
     }
-    announce(`${row.name} picked`);
-  }
-
-  showPicked() {
-    const bar = byId('picked');
-    const row = this.picked === null ? null : this.rows[this.picked];
-    bar.hidden = !row;
-    if (!row) {
-      return bar.replaceChildren();
-    }
-    bar.replaceChildren(
-      element('strong', {}, row.name),
-      ` ${count(row.triangles, 'triangle')}, ${row.vertices} vertices`,
-      element(
-        'button',
-        {type: 'button', 'aria-label': 'Let go', onclick: () => this.pick(null)},
-        icon('close'),
-      ),
-    );
+    this.tree.draw();
+    this.onPick(this.picked);
   }
 
   filter() {
     const wanted = byId('filter').value.trim().toLowerCase();
-    for (const line of byId('goblins').children) {
-      line.hidden = !line.querySelector('label').textContent.toLowerCase().includes(wanted);
+    for (const node of this.tree.nodes) {
+      const has = (other) => other.name.toLowerCase().includes(wanted);
+      const whole = has(node);
+      for (const child of node.children ?? []) {
+        child.hidden = !whole && !has(child);
+      }
+      node.hidden = !whole && !node.children?.some((child) => !child.hidden);
+      if (wanted && node.children && !whole) {
+        node.folded = false;
+      }
     }
+    this.tree.flatten();
   }
 }

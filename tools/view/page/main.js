@@ -1,229 +1,189 @@
-import {announce, byId, count, element, icon} from './dom.js';
-import {GoblinList} from './goblins.js';
-import {showLayers} from './layers.js';
-import {Stage} from './stage.js';
+// Puts the page together: what is chosen in one part of it shows in the others.
 
-const items = JSON.parse(byId('items').textContent);
+import {announce, byId, count} from './dom.js';
+import {loaded} from './compose.js';
+import {showPicked, tileDetails} from './details.js';
+import {
+  compares,
+  entries,
+  goblinCount,
+  hasFault,
+  hasLevel,
+  isOverBudget,
+  label,
+  level,
+  note,
+} from './entries.js';
+import {showFaults} from './faults.js';
+import {FileList} from './files.js';
+import {GoblinList} from './goblins.js';
+import {listen} from './input.js';
+import {LayerList} from './layers.js';
+import {tell, wanted} from './link.js';
+import {PictureView} from './picture.js';
+import {saveModel, savePicture} from './save.js';
+import {Stage} from './stage.js';
+import {Toolbar} from './toolbar.js';
+
+let shown; // an entry, or null for the whole level
 
 let stage = null;
 try {
-  stage = new Stage(byId('canvas'), (number) => list.pick(number, true));
+  stage = new Stage(byId('canvas'), {
+    pick: (number) => goblins.pick(number, true),
+    enter: (entry) => choose(entry),
+  });
+  listen(stage);
 } catch {
-  byId('canvas').hidden = true;
-  byId('tools').hidden = true;
-  byId('keys').hidden = true;
-}
-const list = new GoblinList(stage);
-
-const goblinCount = (item) => item.goblins?.meshes.length ?? 0;
-const hasFault = (item) =>
-  Boolean(item.fault || item.missing || item.report?.fault || item.goblins?.fault);
-
-function note(item) {
-  if (item.fault) {
-    return 'cannot be shown';
-  }
-  if (item.goblins?.fault) {
-    return 'damaged goblins';
-  }
-  return item.goblins ? count(goblinCount(item), 'goblin') : 'no goblins';
+  byId('canvas').hidden = byId('tools').hidden = byId('keys').hidden = true;
 }
 
-// With its folder where the name alone would not tell.
-function label(item) {
-  const alone = items.filter((other) => other.name === item.name).length === 1;
-  return alone || item.tile ? item.name : item.file.split(/[\\/]/).slice(-2).join('/');
+const nameShown = () => (shown ? shown.name : 'level');
+const toolbar = stage
+  ? new Toolbar(stage, {
+      compares,
+      savePicture: () => savePicture(stage, nameShown()),
+      saveModel: () => saveModel(stage.model, nameShown()),
+    })
+  : null;
+const picture = new PictureView((image) => stage?.setPicture(image));
+const layers = new LayerList((switched) => picture.showLayers(switched));
+const goblins = new GoblinList(stage, (node) => onPicked(node));
+const files = new FileList((entry) => choose(entry));
+
+function onPicked(node) {
+  showPicked(shown, node, stage?.pickedBox, {
+    frame: () => stage.framePicked(),
+    leave: () => goblins.pick(null),
+  });
+  picture.pick(node?.numbers[0] ?? null);
+  tell(shown, node?.numbers[0] ?? null);
 }
 
-function fileButton(item, number) {
-  const thumbnail = item.picture
-    ? element('img', {src: item.picture.thumbnail, alt: '', width: '56', height: '56'})
-    : element('span', {class: 'no-thumbnail'});
-  const words = element(
-    'span',
-    {class: 'words'},
-    element('span', {class: 'name'}, label(item)),
-    element('span', {class: 'meta'}, note(item)),
-  );
-  const button = element(
-    'button',
-    {type: 'button', title: item.file, onclick: () => choose(number)},
-    thumbnail,
-    words,
-  );
-  if (hasFault(item)) {
-    button.append(icon('fault'));
-  }
-  return element('li', {}, button);
-}
-
-function facts(item) {
-  const report = item.report;
+function facts(entry) {
   const parts = [];
-  if (item.tile) {
-    parts.push(`texture ${item.file}`);
+  if (entry.before) {
+    parts.push(`compared with ${entry.before.file || 'nothing: the file is new'}`);
   }
+  if (entry.file && entry.file !== entry.name) {
+    parts.push(entry.file);
+  }
+  const {report} = entry;
   if (report) {
     parts.push(
       `${report.width} \u00d7 ${report.height} pixels`,
       `${report.depth} bits`,
       count(report.channels, 'channel'),
+      `${(report.bytes / 1024).toFixed(0)} KiB`,
     );
-    parts.push(`${(report.bytes / 1024).toFixed(0)} KiB`);
   }
-  if (item.goblins && !item.tile) {
-    parts.push(`${item.goblins.layout} layout`);
+  if (entry.goblins && report?.goblinGeometry) {
+    parts.push(`${report.goblinGeometry.layout} layout`);
   }
   return parts.join(' \u00b7 ');
 }
 
-function faultTexts(item) {
-  const texts = [];
-  if (item.fault) {
-    texts.push(['This cannot be shown', item.fault]);
-  }
-  if (item.missing) {
-    texts.push(['Maya shows something else here', item.missing]);
-  }
-  if (item.report?.fault) {
-    texts.push(['The file is damaged', item.report.fault]);
-  }
-  if (item.goblins?.fault) {
-    texts.push([
-      'The goblin geometry is damaged',
-      `${item.goblins.fault}. What could be read before that is shown. Export the tile again.`,
-    ]);
-  }
-  if (item.goblins?.dropped) {
-    texts.push([
-      'Some triangles are left out',
-      `${count(item.goblins.dropped, 'triangle')} with coordinates that are no finite numbers.`,
-    ]);
-  }
-  if (item.pictureFault) {
-    texts.push(['There is no picture', item.pictureFault]);
-  }
-  return texts;
+function empty(text) {
+  byId('no-stage').hidden = !text;
+  byId('no-stage').textContent = text;
+  byId('stage').classList.toggle('without', Boolean(text));
 }
 
-function showFaults(item) {
-  byId('faults').replaceChildren(
-    ...faultTexts(item).map(([what, why]) =>
-      element(
-        'div',
-        {class: 'fault'},
-        icon('fault'),
-        element('p', {}, element('strong', {}, what), element('br'), why),
-      ),
+async function showTile(entry, goblin) {
+  const map = await picture.show(entry);
+  if (shown !== entry) {
+    return;
+  }
+  if (stage && !entry.fault) {
+    stage.show(entry, entry.picture?.black ? null : map);
+    toolbar.offer({
+      hasPicture: Boolean(map) && !entry.picture.black,
+      isLevel: false,
+      compares: Boolean(entry.before),
+    });
+    goblins.apply();
+  }
+  tileDetails(entry, stage?.model?.box ?? {min: {y: 0}, max: {y: 0}});
+  if (goblin !== null && goblins.leaves[goblin]) {
+    goblins.pick(goblin, true);
+    stage?.framePicked();
+  }
+}
+
+const smallPictures = 12; // from so many tiles on, the overview takes the thumbnails
+
+async function showLevel() {
+  const kind = level.length > smallPictures ? 'thumbnail' : 'url';
+  const pictures = await Promise.all(
+    level.map((entry) =>
+      entry.picture && !entry.picture.black ? loaded(entry.picture[kind]) : null,
     ),
   );
-}
-
-function showPicture(item) {
-  const image = byId('picture');
-  image.hidden = !item.picture;
-  image.classList.toggle('transparent', Boolean(item.picture?.transparent));
-  byId('picture-note').textContent = !item.picture
-    ? 'There is no picture.'
-    : item.picture.composed
-      ? 'Put together from the visible layers, since the file\u2019s merged image shows nothing.'
-      : 'The file\u2019s merged image.';
-  if (!item.picture) {
-    return image.removeAttribute('src');
-  }
-  image.src = item.picture.url;
-  image.alt = `Picture of ${item.name}`;
-}
-
-let shown = -1;
-
-async function showStage(item) {
-  const number = shown;
-  const hasModel = !item.fault;
-  byId('no-stage').hidden = hasModel && stage;
-  byId('no-stage').textContent = stage
-    ? 'Nothing to show.'
-    : 'This browser shows no 3D (WebGL is missing).';
-  byId('stage').classList.toggle('without', !hasModel);
-  if (!stage) {
+  if (shown !== null || !stage) {
     return;
   }
-  // An image of its own: the one in the page becomes another entry's before this one is drawn.
-  const image = new Image();
-  if (item.picture) {
-    image.src = item.picture.url;
-    await image.decode().catch(() => {});
-  }
-  if (number !== shown) {
-    return;
-  }
-  stage.show(hasModel ? item : {}, image.naturalWidth ? image : null);
-  stage.setTileVisible(hasModel && tileSwitch.getAttribute('aria-pressed') === 'true');
-  list.apply();
+  stage.showLevel(level, pictures);
+  toolbar.offer({hasPicture: pictures.some(Boolean), isLevel: true, compares: false});
 }
 
-function choose(number) {
-  if (number === shown) {
-    return;
+// `entry` is null for the whole level.
+function choose(entry, goblin = null) {
+  if (entry === shown) {
+    return goblin === null || goblins.pick(goblin, true);
   }
-  shown = number;
-  const item = items[number];
-  [...byId('files').querySelectorAll('button')].forEach((button, i) => {
-    if (i === number) {
-      button.setAttribute('aria-current', 'true');
-    } else {
-      button.removeAttribute('aria-current');
-    }
-  });
-  byId('title').textContent = label(item);
-  byId('facts').textContent = facts(item);
-  document.title = `${item.name} \u2013 tiles and goblins`;
-  showFaults(item);
+  shown = entry;
+  document.body.classList.toggle('level', entry === null);
+  files.mark(entry);
+  const title = entry ? label(entry) : 'Whole level';
+  byId('title').textContent = title;
+  byId('facts').textContent = entry
+    ? facts(entry)
+    : `${count(level.length, 'tile')}, each in its place. Click one to enter it.`;
+  document.title = `${entry ? entry.name : title} \u2013 tiles and goblins`;
+  showFaults(entry);
   stage?.clear();
-  showPicture(item);
-  showLayers(item.report);
-  list.show(item);
-  showStage(item);
-  announce(`${item.name}, ${note(item)}`);
+  empty(
+    !stage
+      ? 'This browser shows no 3D (WebGL is missing).'
+      : entry?.fault
+        ? 'Nothing to show.'
+        : '',
+  );
+  layers.show(entry ?? {});
+  goblins.show(entry);
+  showPicked(entry, null);
+  tell(entry, null);
+  announce(entry ? `${entry.name}, ${note(entry)}` : title);
+  return entry ? showTile(entry, goblin) : showLevel();
 }
 
-const tool = (text, action, attributes = {}) =>
-  element('button', {type: 'button', onclick: action, ...attributes}, text);
-const tileSwitch = tool(
-  'Ground',
-  () => {
-    const visible = tileSwitch.getAttribute('aria-pressed') !== 'true';
-    tileSwitch.setAttribute('aria-pressed', visible);
-    stage.setTileVisible(visible);
-  },
-  {'aria-pressed': 'true'},
-);
-byId('tools').append(
-  tileSwitch,
-  tool('From above', () => stage.lookDown()),
-  tool('Reset', () => stage.reset()),
-);
-
-// Up and down walk through the files.
-byId('files').addEventListener('keydown', (event) => {
-  const step = {ArrowDown: 1, ArrowRight: 1, ArrowUp: -1, ArrowLeft: -1}[event.key];
-  if (!step) {
-    return;
+function follow() {
+  const place = wanted();
+  if (place) {
+    choose(place.level ? null : place.entry, place.goblin ?? null);
   }
-  const buttons = [...byId('files').querySelectorAll('button')];
-  buttons[buttons.indexOf(document.activeElement) + step]?.focus();
-  event.preventDefault();
-});
+  return Boolean(place);
+}
 
-const total = items.reduce((sum, item) => sum + goblinCount(item), 0);
-const faulty = items.filter(hasFault).length;
-byId('summary').textContent =
-  `${count(items.length, items.some((item) => item.tile) ? 'tile' : 'file')} \u00b7 ${count(total, 'goblin')}` +
-  (faulty ? ` \u00b7 ${faulty} with faults` : '');
-byId('files').append(...items.map(fileButton));
-choose(
-  Math.max(
-    0,
-    items.findIndex((item) => !item.fault),
-  ),
-);
+function summary() {
+  const total = entries.reduce((sum, entry) => sum + goblinCount(entry), 0);
+  const parts = [
+    count(entries.length, entries.some((entry) => entry.placement) ? 'tile' : 'file'),
+    count(total, 'goblin'),
+  ];
+  for (const [number, words] of [
+    [entries.filter(hasFault).length, 'with faults'],
+    [entries.filter(isOverBudget).length, 'over the budget'],
+  ]) {
+    if (number) {
+      parts.push(`${number} ${words}`);
+    }
+  }
+  return parts.join(' \u00b7 ');
+}
+
+byId('summary').textContent = summary();
+addEventListener('hashchange', follow);
+if (!follow()) {
+  choose(hasLevel ? null : (entries.find((entry) => !entry.fault) ?? entries[0]));
+}

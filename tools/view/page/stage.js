@@ -1,77 +1,48 @@
-// The tile and its goblins in 3D. Draws only when something changed.
+// The 3D view: a tile with its goblins, or a whole level. Draws only when something changed.
 
 import {
   Box3,
-  Color,
   DirectionalLight,
-  DoubleSide,
-  EdgesGeometry,
   Group,
   HemisphereLight,
-  LineBasicMaterial,
-  LineSegments,
-  Mesh,
-  MeshLambertMaterial,
+  Matrix4,
   PCFShadowMap,
-  PerspectiveCamera,
   Raycaster,
   Scene,
-  Spherical,
   SRGBColorSpace,
   Texture,
   Vector2,
   Vector3,
   WebGLRenderer,
 } from 'three';
-import {OrbitControls} from 'three/examples/jsm/controls/OrbitControls.js';
-import {unitTile, unpack, walls} from './geometry.js';
+import {Camera} from './camera.js';
+import {axes, discard, normals, pickedFrame, wires} from './overlays.js';
+import {TileModel} from './tile-model.js';
 
-const turnStep = Math.PI / 18;
-const farthest = 3; // goblins that lie farther from the tile than this do not move the camera
-const highlight = 0xff8a1f;
-
-// A box around what is near the tile.
-function nearBox(surface, goblins) {
-  surface.computeBoundingBox();
-  const box = surface.boundingBox.clone();
-  const limits = box.clone().expandByScalar(farthest);
-  for (const goblin of goblins) {
-    goblin.computeBoundingBox();
-    if (limits.containsBox(goblin.boundingBox)) {
-      box.union(goblin.boundingBox);
-    }
-  }
-  return box;
-}
+const overlayKinds = {wires, normals, axes};
 
 export class Stage {
-  // Throws where the browser has no WebGL. `onPick` is called with a goblin's number or null.
-  constructor(canvas, onPick) {
+  // Throws where the browser has no WebGL. `on.pick` is called with a goblin's number or null,
+  // `on.enter` with the entry of a tile of the level.
+  constructor(canvas, on) {
     this.canvas = canvas;
-    this.onPick = onPick;
-    this.calm = matchMedia('(prefers-reduced-motion: reduce)');
+    this.on = on;
     this.renderer = new WebGLRenderer({canvas, antialias: true, alpha: true});
     this.renderer.shadowMap.enabled = true;
     this.renderer.shadowMap.type = PCFShadowMap;
+    this.renderer.shadowMap.autoUpdate = false;
     this.renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
     this.scene = new Scene();
-    this.camera = new PerspectiveCamera(32, 1, 0.01, 100);
     this.world = new Group();
     this.scene.add(this.world);
     this.light();
-    this.goblins = [];
-    this.picked = null;
-    this.controls = new OrbitControls(this.camera, canvas);
-    this.controls.enableDamping = !this.calm.matches;
-    this.controls.minDistance = 0.05;
-    this.controls.maxDistance = 12;
-    this.controls.maxPolarAngle = 1.55;
-    this.controls.addEventListener('change', () => this.draw());
-    this.calm.addEventListener('change', () => {
-      this.controls.enableDamping = !this.calm.matches;
-    });
+    this.models = [];
+    this.overlays = {};
+    this.wanted = new Set();
+    this.look = 'texture';
+    this.groundVisible = true;
+    this.camera = new Camera(canvas, () => this.draw());
     new ResizeObserver(() => this.resize()).observe(canvas.parentElement);
-    this.listen();
     this.resize();
   }
 
@@ -85,104 +56,126 @@ export class Stage {
     this.scene.add(this.sun, this.sun.target);
   }
 
-  listen() {
-    let down = null;
-    this.canvas.addEventListener('pointerdown', (event) => {
-      down = [event.clientX, event.clientY];
-    });
-    this.canvas.addEventListener('pointerup', (event) => {
-      if (!down || event.button !== 0) {
-        return;
-      }
-      if (Math.hypot(event.clientX - down[0], event.clientY - down[1]) < 5) {
-        this.onPick(this.goblinAt(event));
-      }
-    });
-    this.canvas.addEventListener('keydown', (event) => {
-      if (event.ctrlKey || event.metaKey || event.altKey) {
-        return;
-      }
-      const act = {
-        ArrowLeft: () => this.turn(-turnStep, 0),
-        ArrowRight: () => this.turn(turnStep, 0),
-        ArrowUp: () => this.turn(0, -turnStep),
-        ArrowDown: () => this.turn(0, turnStep),
-        '+': () => this.zoom(1 / 1.15),
-        '=': () => this.zoom(1 / 1.15),
-        '-': () => this.zoom(1.15),
-        0: () => this.reset(),
-        Escape: () => this.onPick(null),
-      }[event.key];
-      if (!act) {
-        return;
-      }
-      act();
-      event.preventDefault();
-    });
+  // The one tile that is shown; null in the overview.
+  get model() {
+    return this.models.length === 1 && !this.isLevel ? this.models[0] : null;
   }
 
-  // Shows another entry; `picture` is a loaded image or null.
+  // Shows one entry; `picture` is a loaded image, a canvas, or null.
   show(entry, picture) {
     this.clear();
-    const surface = entry.tile ? unpack(entry.tile)[0] : unitTile();
-    const shapes = entry.goblins ? unpack(entry.goblins) : [];
-    const map = picture ? this.texture(picture) : null;
-    const side = DoubleSide;
-    const color = map ? 0xffffff : 0x9a988f;
-    this.skin = new MeshLambertMaterial({map, color, side});
-    this.pickedSkin = new MeshLambertMaterial({
-      map,
-      color,
-      side,
-      emissive: highlight,
-      emissiveIntensity: 0.38,
+    this.isLevel = false;
+    this.add(new TileModel(entry, this.texture(picture)));
+    this.box = this.model.box.clone();
+    this.arrive();
+  }
+
+  // Shows all the tiles in their places; `pictures` are their images or null.
+  showLevel(entries, pictures) {
+    this.clear();
+    this.isLevel = true;
+    entries.forEach((entry, i) => this.add(new TileModel(entry, this.texture(pictures[i]))));
+    const places = entries.map((entry) => new Matrix4().fromArray(entry.placement));
+    const whole = new Box3();
+    this.models.forEach((model, i) => whole.union(model.box.clone().applyMatrix4(places[i])));
+    const size = whole.getSize(new Vector3());
+    const scale = 1 / (Math.max(size.x, size.z) || 1);
+    const toView = new Matrix4()
+      .makeScale(scale, scale, scale)
+      .multiply(new Matrix4().makeTranslation(-whole.min.x, -whole.min.y, -whole.min.z));
+    this.models.forEach((model, i) => {
+      model.group.matrixAutoUpdate = false;
+      model.group.matrix.multiplyMatrices(toView, places[i]);
     });
-    const ground = new MeshLambertMaterial({
-      map,
-      color,
-      side,
-      alphaTest: entry.picture?.transparent ? 0.5 : 0,
-    });
-    this.box = nearBox(surface, shapes);
-    const bottom = this.box.min.y - 0.045;
-    this.tile = new Group();
-    this.tile.add(
-      new Mesh(surface, ground),
-      new Mesh(walls(surface, bottom), new MeshLambertMaterial({color: 0x6d5a48, side})),
-    );
-    for (const part of this.tile.children) {
-      part.receiveShadow = true;
-    }
-    this.tile.children[0].castShadow = Boolean(entry.tile);
-    this.goblins = shapes.map((shape, number) => {
-      const goblin = new Mesh(shape, this.skin);
-      goblin.castShadow = goblin.receiveShadow = true;
-      goblin.userData.number = number;
-      return goblin;
-    });
-    this.world.add(this.tile, ...this.goblins);
+    this.box = whole.applyMatrix4(toView);
+    this.arrive();
+  }
+
+  add(model) {
+    model.setLook(this.look);
+    model.ground.visible = this.groundVisible;
+    this.models.push(model);
+    this.world.add(model.group);
+  }
+
+  arrive() {
+    this.world.updateMatrixWorld(true);
     this.aimLight();
+    this.refreshOverlays();
     this.reset();
   }
 
   clear() {
     this.pick(null);
-    this.world.traverse((part) => {
-      part.geometry?.dispose();
-      part.material?.map?.dispose();
-      part.material?.dispose();
-    });
+    this.dropOverlays();
+    this.models.forEach((model) => model.dispose());
+    this.models = [];
     this.world.clear();
-    this.goblins = [];
+    this.invalidate();
   }
 
   texture(picture) {
+    if (!picture) {
+      return null;
+    }
     const made = new Texture(picture);
     made.colorSpace = SRGBColorSpace;
     made.flipY = false; // v = 0 is the picture's top row
     made.anisotropy = Math.min(8, this.renderer.capabilities.getMaxAnisotropy());
     made.needsUpdate = true;
     return made;
+  }
+
+  // Another picture on the tile that is shown.
+  setPicture(picture) {
+    if (this.model) {
+      this.model.setTexture(this.texture(picture));
+      this.setLook(this.look);
+    }
+  }
+
+  setLook(look) {
+    this.look = look;
+    this.models.forEach((model) => model.setLook(look));
+    this.invalidate();
+  }
+
+  setGroundVisible(visible) {
+    this.groundVisible = visible;
+    for (const model of this.models) {
+      model.ground.visible = visible;
+    }
+    this.invalidate();
+  }
+
+  // 'wires', 'normals' or 'axes'.
+  setOverlay(kind, wanted) {
+    if (wanted) {
+      this.wanted.add(kind);
+    } else {
+      this.wanted.delete(kind);
+    }
+    this.refreshOverlays();
+    this.draw();
+  }
+
+  refreshOverlays() {
+    this.dropOverlays();
+    for (const kind of this.wanted) {
+      this.overlays[kind] = this.models.map((model) => {
+        const made = overlayKinds[kind](model);
+        model.group.add(made);
+        return made;
+      });
+    }
+  }
+
+  dropOverlays() {
+    const owned = this.models.flatMap((model) => [model.surface, model.goblins?.geometry]);
+    Object.values(this.overlays)
+      .flat()
+      .forEach((group) => discard(group, owned));
+    this.overlays = {};
   }
 
   aimLight() {
@@ -201,122 +194,85 @@ export class Stage {
     this.sun.shadow.camera.updateProjectionMatrix();
   }
 
-  // Looks from the south-east, so that the box fills the view.
   reset() {
-    if (!this.box) {
-      return;
+    if (this.box) {
+      this.camera.frame(this.box);
     }
-    const target = this.box.getCenter(new Vector3());
-    const direction = new Vector3(0.5, 0.66, 1).normalize();
-    let distance = this.box.getSize(new Vector3()).length() * 2;
-    this.camera.near = distance / 200;
-    this.camera.far = distance * 20;
-    this.camera.updateProjectionMatrix();
-    for (let round = 0; round < 8; round++) {
-      this.camera.position.copy(target).addScaledVector(direction, distance);
-      this.camera.lookAt(target);
-      const seen = this.projectedBox();
-      target.copy(seen.getCenter(new Vector3()).unproject(this.camera));
-      const half = seen.getSize(new Vector3()).divideScalar(2);
-      distance *= Math.max(half.x / 0.92, half.y / 0.86);
+  }
+
+  framePicked() {
+    if (this.pickedBox) {
+      this.camera.frameFromHere(this.pickedBox);
+    } else {
+      this.reset();
     }
-    this.controls.target.copy(target);
-    this.controls.update();
-    this.draw();
   }
 
-  // The box's corners as the camera sees them, from -1 to 1, flattened to their middle depth.
-  projectedBox() {
-    this.camera.updateMatrixWorld();
-    const {min, max} = this.box;
-    const seen = new Box3();
-    for (const x of [min.x, max.x]) {
-      for (const y of [min.y, max.y]) {
-        for (const z of [min.z, max.z]) {
-          seen.expandByPoint(new Vector3(x, y, z).project(this.camera));
-        }
-      }
-    }
-    seen.min.z = seen.max.z = this.box.getCenter(new Vector3()).project(this.camera).z;
-    return seen;
-  }
-
-  lookDown() {
-    const distance = this.camera.position.distanceTo(this.controls.target);
-    this.camera.position.copy(this.controls.target).add(new Vector3(0, distance, distance * 0.001));
-    this.controls.update();
-    this.draw();
-  }
-
-  turn(around, down) {
-    const arm = this.camera.position.clone().sub(this.controls.target);
-    const place = new Spherical().setFromVector3(arm);
-    place.theta += around;
-    place.phi = Math.min(this.controls.maxPolarAngle, Math.max(0.01, place.phi + down));
-    this.camera.position.copy(this.controls.target).add(arm.setFromSpherical(place));
-    this.controls.update();
-    this.draw();
-  }
-
-  zoom(factor) {
-    const arm = this.camera.position.clone().sub(this.controls.target).multiplyScalar(factor);
-    arm.clampLength(this.controls.minDistance, this.controls.maxDistance);
-    this.camera.position.copy(this.controls.target).add(arm);
-    this.controls.update();
-    this.draw();
-  }
-
-  goblinAt(event) {
+  // What is under the pointer: {entry, number}, `number` being null for the ground.
+  at(event) {
     const area = this.canvas.getBoundingClientRect();
     const place = new Vector2(
       ((event.clientX - area.left) / area.width) * 2 - 1,
       1 - ((event.clientY - area.top) / area.height) * 2,
     );
-    const ray = new Raycaster();
-    ray.setFromCamera(place, this.camera);
-    const hit = ray.intersectObjects(this.world.children.filter((part) => part.visible))[0];
-    return hit?.object.userData.number ?? null;
+    const caster = new Raycaster();
+    caster.setFromCamera(place, this.camera.lens);
+    let nearest = null;
+    for (const model of this.models) {
+      const ground = model.ground.visible && caster.intersectObject(model.groundMesh)[0];
+      const goblin = model.goblins?.hitFrom(caster.ray);
+      for (const [found, number] of [
+        [ground, null],
+        [goblin, goblin?.number ?? null],
+      ]) {
+        if (found && (!nearest || found.distance < nearest.distance)) {
+          nearest = {entry: model.entry, number, distance: found.distance};
+        }
+      }
+    }
+    return nearest;
   }
 
-  // Goblins are not there while their picture is still being loaded; then this does nothing.
+  click(event) {
+    const found = this.at(event);
+    if (!this.isLevel) {
+      this.on.pick(found?.number ?? null);
+    } else if (found) {
+      this.on.enter(found.entry);
+    }
+  }
+
+  // Goblins are not there while their picture is still being loaded; then this does nothing. What
+  // is gone is counted on behind the others.
   setVisible(number, visible) {
-    if (!this.goblins[number]) {
+    const {goblins, ghosts} = this.model ?? {};
+    if (!goblins && !ghosts) {
       return;
     }
-    this.goblins[number].visible = visible;
-    if (this.picked === number && this.outline) {
-      this.outline.visible = visible;
+    const count = goblins?.parts.length ?? 0;
+    if (number < count) {
+      goblins.setVisible(number, visible);
+    } else {
+      ghosts?.setVisible(number - count, visible);
     }
-    this.draw();
-  }
-
-  setTileVisible(visible) {
-    if (this.tile) {
-      this.tile.visible = visible;
+    if (this.picked === number && this.frame) {
+      this.frame.visible = visible;
     }
-    this.draw();
+    this.invalidate();
   }
 
   pick(number) {
-    if (this.picked !== null) {
-      this.goblins[this.picked].material = this.skin;
-    }
-    if (this.outline) {
-      this.outline.geometry.dispose();
-      this.outline.removeFromParent();
-      this.outline = null;
-    }
-    const goblin = this.goblins[number];
-    this.picked = goblin ? number : null;
-    if (goblin) {
-      goblin.material = this.pickedSkin;
-      this.outline = new LineSegments(
-        new EdgesGeometry(goblin.geometry, 20),
-        new LineBasicMaterial({color: new Color(highlight)}),
-      );
-      this.outline.visible = goblin.visible;
-      this.outline.raycast = () => {};
-      this.world.add(this.outline);
+    discard(this.frame);
+    this.frame = this.pickedBox = null;
+    this.picked = number;
+    const {goblins, ghosts} = this.model ?? {};
+    const count = goblins?.parts.length ?? 0;
+    const [mesh, i] = number < count ? [goblins, number] : [ghosts, number - count];
+    if (number !== null && mesh?.parts[i]?.vertexCount) {
+      this.pickedBox = mesh.boxes[i];
+      this.frame = pickedFrame(mesh, i);
+      this.frame.visible = Boolean(mesh.visible[i]);
+      this.model.group.add(this.frame);
     }
     this.draw();
   }
@@ -326,14 +282,18 @@ export class Stage {
     if (!width || !height) {
       return;
     }
-    const shape = Math.abs(this.camera.aspect - width / height) > 0.01;
-    this.camera.aspect = width / height;
-    this.camera.updateProjectionMatrix();
+    const isOther = this.camera.resize(width, height);
     this.renderer.setSize(width, height, false);
-    if (shape) {
+    if (isOther) {
       this.reset();
     }
     this.drawNow();
+  }
+
+  // The shadows are stale, too.
+  invalidate() {
+    this.renderer.shadowMap.needsUpdate = true;
+    this.draw();
   }
 
   draw() {
@@ -342,12 +302,25 @@ export class Stage {
     }
     this.waiting = requestAnimationFrame(() => {
       this.waiting = 0;
-      this.controls.update(); // goes on drawing while the turn runs out
+      this.camera.controls.update(); // goes on drawing while the turn runs out
       this.drawNow();
     });
   }
 
   drawNow() {
-    this.renderer.render(this.scene, this.camera);
+    const changed = this.models.map((model) => model.refresh());
+    if (changed.some(Boolean)) {
+      this.renderer.shadowMap.needsUpdate = true;
+      if (this.wanted.has('normals')) {
+        this.refreshOverlays();
+      }
+    }
+    this.renderer.render(this.scene, this.camera.lens);
+  }
+
+  // The view as it is now, as the data of a PNG file.
+  picture() {
+    this.drawNow();
+    return this.canvas.toDataURL('image/png');
   }
 }
