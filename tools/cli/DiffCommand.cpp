@@ -143,7 +143,7 @@ void addDiff(CLI::App& program, int& status) {
   command->add_option("NEW", options->after, "The same, as it is now")->type_name("")->required();
   command->add_flag("--json", options->json, "One JSON object a line for each file");
   command->footer(
-      "The status is 0 when all goblins are the same, 1 when not, or when a file is damaged.\n"
+      "The status is 0 when all goblins are the same, else 1; also for a damaged file.\n"
       "Pictures and layers are not compared.\n"
       "Examples:\n"
       "  morvane diff old/pond.psd pond.psd  goblins added, gone, moved and changed\n"
