@@ -17,6 +17,7 @@
 #include "host/state/KeptLengths.h"
 #include "host/state/SceneInfo.h"
 #include "host/state/SceneUnits.h"
+#include "host/state/Variables.h"
 #include "host/text/Numbers.h"
 #include "host/text/Text.h"
 
@@ -421,7 +422,10 @@ CommandResult getAttr(const Arguments& arguments, CommandContext& context) {
     return CommandResult::success(enumName(*plug.attribute(), readNumber(plug).value_or(0.0)));
   std::optional<AtTime> otherTime;
   if (arguments.has("t")) otherTime.emplace(context.host().scene, arguments.number("t"));
-  return valueOf(ofNamedInstance(context, plug, arguments.objects().front()));
+  CommandResult result = valueOf(ofNamedInstance(context, plug, arguments.objects().front()));
+  if (result.ok && arguments.has("x") && result.value.type() == Value::Type::kString)
+    result.value = withVariables(result.value.toString());
+  return result;
 }
 
 }  // namespace

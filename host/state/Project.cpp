@@ -9,7 +9,7 @@
 
 #include "host/mel/Interpreter.h"
 #include "host/mel/Parser.h"
-#include "util/Environment.h"
+#include "host/state/Variables.h"
 #include "util/FileFacts.h"
 #include "util/Path.h"
 #include "util/WholeFile.h"
@@ -24,7 +24,6 @@ using Kind = AstNode::Kind;
 constexpr char kRulesFile[] = "workspace.mel";
 constexpr std::uint64_t kMostRulesBytes = std::uint64_t{1} << 20;
 constexpr std::size_t kMostRules = 4096;
-constexpr std::size_t kLongestName = 4096;
 
 // The text of a command's word; empty when the word would have to be evaluated.
 std::string wordOf(const AstNode& node) {
@@ -47,36 +46,6 @@ void addRules(const AstNode& statement, Project& project) {
 
 std::string joined(const std::string& folder, const std::string& name) {
   return mel::resolvedPath(name, folder);
-}
-
-// The variable that begins behind the '$' at `at`; moves `at` behind it.
-std::string variableAt(const std::string& text, std::size_t& at) {
-  std::size_t begin = at + 1;
-  const bool isBraced = begin < text.size() && text[begin] == '{';
-  if (isBraced) ++begin;
-  std::size_t end = begin;
-  while (end < text.size() &&
-         (std::isalnum(static_cast<unsigned char>(text[end])) != 0 || text[end] == '_'))
-    ++end;
-  const bool isClosed = !isBraced || (end < text.size() && text[end] == '}');
-  at = end + (isBraced && isClosed ? 1 : 0);
-  return isClosed ? text.substr(begin, end - begin) : std::string();
-}
-
-// Replaces variables by their values; an unset variable stays as written.
-std::string expanded(const std::string& name) {
-  std::string result;
-  for (std::size_t at = 0; at < name.size() && result.size() < kLongestName;) {
-    if (name[at] != '$') {
-      result += name[at++];
-      continue;
-    }
-    const std::size_t from = at;
-    const std::string variable = variableAt(name, at);
-    const auto value = variable.empty() ? std::nullopt : morvane::environmentValue(variable);
-    result += value.value_or(name.substr(from, at - from));
-  }
-  return result;
 }
 
 bool isAbsolute(const std::string& name) {
@@ -122,9 +91,9 @@ morvane::Status readProject(const std::string& folder, Project& project) {
 
 FileSearch searchFile(const std::string& name, const std::string& folder, const Project& project,
                       std::string_view kind) {
-  std::string path = expanded(name);
+  std::string path = withVariables(name);
   std::replace(path.begin(), path.end(), '\\', '/');
-  if (path.empty() || path.size() > kLongestName) return {};
+  if (path.empty() || path.size() > kLongestExpanded) return {};
   std::vector<std::string> places;
   // Two slashes at the front stand before a machine's name.
   const std::size_t mark = path.find("//", 2);
