@@ -44,7 +44,7 @@ TEST_F(Status, WrongUsageIs2) {
   for (const char* jobs : {"export a.ma --jobs 0", "export a.ma --jobs=-1", "info a.ma --jobs 257",
                            "info a.ma --jobs 2x"})
     refuses("$morvane " + std::string(jobs), 2, "needs a number from 1 to 256, not ");
-  refuses("$morvane --worker 3", 2, "use --jobs");
+  refuses("$morvane --worker 99", 2, "use --jobs");
   refuses("$morvane info a.ma --project nowhere", 2, "needs a folder, not nowhere");
   refuses("$morvane info a.ma --frame nan", 2, "needs a number, not nan");
   refuses("$morvane export a.ma t --to .psd", 2, "with something before it");

@@ -147,7 +147,6 @@ def test_two_threads_raise_and_do_not_crash():
     assert set(codes) == {"busy"} and len(set(done)) == 1
 
 
-@pytest.mark.skipif("asan" in os.environ.get("LD_PRELOAD", ""), reason="the sanitizer keeps freed memory")
 def test_ten_thousand_documents_take_no_more_memory_than_one():
     small = morvane.Document(64, 64)
     small.add_data_layer("data", bytes(range(256)) * 60)

@@ -154,25 +154,38 @@ bool writeGlb(const Goblins& goblins, const std::optional<Picture>& picture,
   return false;
 }
 
-// The text, its material beside it, and the picture of that.
+// The files that belong to a model: whatever fails, each that is not new is named.
+bool writeBeside(const std::vector<std::pair<std::string, std::string>>& files, bool isModelThere) {
+  bool done = isModelThere;
+  for (const auto& [path, content] : files)
+    if (isModelThere)
+      done = writeOutput(path, content) && done;
+    else
+      complain("cannot write " + printable(path) + ": the model that it belongs to is not there");
+  return done;
+}
+
+// The model first, then its material and the picture of that.
 bool writeObj(const Goblins& goblins, const std::optional<Picture>& picture,
               const std::string& output) {
   const std::filesystem::path path = morvane::pathOf(output);
   const std::string stem = morvane::nameOf(path.stem());
-  const auto beside = [&path](const std::string& name) {
-    return morvane::nameOf(path.parent_path() / morvane::pathOf(name));
-  };
   const std::string name = stem + ".mtl";
   const std::string image = stem + "-picture.png";
-  const bool isNamed = name.find_first_of("\r\n") == std::string::npos;
-  if (!isNamed) complain(printable(output) + ": a name with a line break takes no material");
-  if (isNamed && picture) {
-    const std::vector<std::uint8_t> png = pngFile(*picture);
-    if (!writeOutput(beside(image), {png.begin(), png.end()})) return false;
+  if (name.find_first_of("\r\n") != std::string::npos) {
+    complain(printable(output) + ": a name with a line break takes no material");
+    return writeOutput(output, goblinsToObj(goblins, std::string()));
   }
-  if (isNamed && !writeOutput(beside(name), objMaterial(picture ? image : std::string())))
-    return false;
-  return writeOutput(output, goblinsToObj(goblins, isNamed ? name : std::string()));
+  const auto beside = [&path](const std::string& file) {
+    return morvane::nameOf(path.parent_path() / morvane::pathOf(file));
+  };
+  std::vector<std::pair<std::string, std::string>> files = {
+      {beside(name), objMaterial(picture ? image : std::string())}};
+  if (picture) {
+    const std::vector<std::uint8_t> png = pngFile(*picture);
+    files.emplace_back(beside(image), std::string(png.begin(), png.end()));
+  }
+  return writeBeside(files, writeOutput(output, goblinsToObj(goblins, name)));
 }
 
 bool writeModels(const morvane::PsdDocument& document, const Goblins& goblins,
@@ -233,8 +246,8 @@ void addGoblins(CLI::App& program, int& status) {
       ->needs(json);
   checkOutput(*command
                    ->add_option("--obj", options->obj,
-                                "Write the goblins over the unit tile as Wavefront OBJ, with\n"
-                                "OUT.mtl and OUT-picture.png beside it")
+                                "Write the goblins over the unit tile as Wavefront OBJ,\n"
+                                "with OUT.mtl and OUT-picture.png beside it")
                    ->type_name("OUT"),
               {"Wavefront OBJ", {".obj"}});
   checkOutput(

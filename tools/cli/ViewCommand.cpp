@@ -242,8 +242,8 @@ void addLimitOptions(CLI::App& command, Options& options) {
       ->type_name("PIXELS");
   command
       .add_option("--max-size", options.maxMebibytes,
-                  "The page's largest size in MiB (256); single layers take\n"
-                  "at most half of it, and are left out where they would not")
+                  "The page's largest size in MiB (256); single layers\n"
+                  "get half of it at most, and are left out beyond that")
       ->type_name("MIB")
       ->check(CLI::Range(1, 1024).description(""));
 }
@@ -265,13 +265,13 @@ void addView(CLI::App& program, int& status) {
               {"a web page", {".html", ".htm"}});
   command
       ->add_option("--before", options->before,
-                   "What FILE was: a PSD file, or a folder where FILE is one;\n"
-                   "goblins added, gone, moved and changed are coloured")
+                   "FILE as it was, or the folder FILE: colours goblins\n"
+                   "that were added, moved, changed or are gone")
       ->type_name("OLD");
   command
       ->add_option("--scene", options->scene,
-                   "The scene whose tiles have the files as textures: they are\n"
-                   "shown on its surfaces, each in its place")
+                   "The scene whose tiles have the files as textures;\n"
+                   "shows them in place, on its surfaces")
       ->type_name("SCENE");
   addLimitOptions(*command, *options);
   addFolderOptions(*command, options->opening);
@@ -279,7 +279,7 @@ void addView(CLI::App& program, int& status) {
   command->footer(
       "A damaged file is named, and shown as such among the others.\n"
       "Examples:\n"
-      "  morvane view textures/*.psd -o tiles.html       what an export left in the files\n"
+      "  morvane view textures/*.psd -o tiles.html       what an export left in files\n"
       "  morvane view meadow.ma -o meadow.html           the scene; nothing is exported\n"
       "  morvane view --before old textures -o now.html  what has changed");
   command->callback([options, &status] {
