@@ -146,7 +146,7 @@ const {places} = await compare(await canvas.screenshot(), without);
 seen.clickPicks = false;
 for (const position of places) {
   await canvas.click({position});
-  seen.clickPicks ||= await page.locator('#picked').isVisible();
+  seen.clickPicks ||= await soon(() => page.locator('#picked').isVisible());
 }
 await button('Ground').click();
 await still();
