@@ -47,6 +47,7 @@ bool keepNumbers(const NodePtr& node, std::string_view statement, const SceneUni
   const std::size_t close = statement.find('"', open + 1);
   if (close == statement.npos) return false;
   const std::string_view path = statement.substr(open + 2, close - open - 2);
+  if (path.find('\\') != path.npos) return false;  // an escape, which the command reads
   const auto plug = Plug::find(node, path.substr(0, path.find_first_of(".[")));
   if (path.empty() || (plug && plug->attribute()->kind() != Attribute::Kind::kLoose)) return false;
   KeptWords kept;

@@ -397,6 +397,16 @@ TEST_F(SceneText, WhatTheHostDoesNotKnowComesBack) {
 }
 
 // Nodes of which the host knows the type or not, with and without what stands above them.
+// Long statements of numbers take a short cut; a name with an escape in it is still the name.
+TEST_F(SceneText, LongNumbersUnderAnOddNameComeBack) {
+  std::string numbers;
+  for (int i = 0; i < 200; ++i) numbers += " " + std::to_string(i);
+  const std::string statement = "\tsetAttr \".\\nkyts\"" + numbers + ";\n";
+  open("createNode skinCluster -n \"s\";\n" + statement);
+  ASSERT_TRUE(save("odd.ma"));
+  EXPECT_NE(readAll(pathOf("odd.ma")).find(statement), std::string::npos);
+}
+
 TEST_F(SceneText, NodesKeepWhatStandsBelowThem) {
   const std::string warnings = open(
       "createNode fosterParent -n \"f\";\ncreateNode dagContainer -n \"asset\" -p \"f\";\n"
