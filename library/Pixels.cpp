@@ -95,8 +95,8 @@ std::vector<LayerPlane> openPlanes(const PsdLayer& layer, const PsdChannel* entr
   return planes;
 }
 
-// Takes no more memory than the file's data can fill, and a bounded amount for planes that the file
-// does not have.
+// Whether the file's data can fill the planes that it has, and the missing planes stay below a
+// limit. This bounds the memory that a file can claim.
 bool canFill(const std::vector<LayerPlane>& planes, std::uint64_t size) {
   std::uint64_t missing = 0;
   for (const LayerPlane& plane : planes) {

@@ -212,8 +212,9 @@ MORVANE_AVX2 inline bool unpackShortRuns(PackBitsKernel::Place& at) {
   return true;
 }
 
-// Unpacks a packet of any form. Both forms are made and one is chosen, so that a run needs no
-// branch. The step to the next packet comes first, because the next packet waits for it.
+// Unpacks a packet, be it a run or literal bytes. Both results are made and one is chosen, so that
+// there is no branch. The step to the next packet is computed first, because the next packet waits
+// for it.
 MORVANE_AVX2 inline void unpackOne(PackBitsKernel::Place& at) {
   // The format's header byte is signed. NOLINTNEXTLINE(bugprone-signed-char-misuse)
   const std::ptrdiff_t header = static_cast<std::int8_t>(*at.packed);

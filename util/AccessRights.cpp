@@ -48,7 +48,7 @@ bool give(int file, uid_t owner, gid_t group) {
   return errno == EPERM || isUnsupported();
 }
 
-// A file system without permissions refuses to set any, even those that all its files have.
+// A file system without permissions refuses every change of them, even to those that the file has.
 bool setMode(int file, mode_t mode) {
   if (succeeds([&] { return ::fchmod(file, mode); })) return true;
   const int reason = errno;

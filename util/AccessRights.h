@@ -21,8 +21,8 @@ class AccessRights {
   // `status` is the file's.
   Status readFrom(const std::string& path, const struct stat& status);
 
-  // For a file that is the caller's own and open for writing. It keeps nothing of what it inherited
-  // from its folder.
+  // Gives these rights to a file that is the caller's own and open for writing. The file keeps
+  // nothing that it inherited from its folder.
   Status giveTo(int file) const;
 
  private:

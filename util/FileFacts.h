@@ -25,8 +25,8 @@ struct FileFacts {
 
 FileFacts factsOf(const std::string& name);
 
-// Bytes as they are, for std::fclose. Null, with errno set, when it fails. Others may write, rename
-// or replace the file meanwhile.
+// Opens the file for reading its bytes as they are; the caller closes it with std::fclose. Null,
+// with errno set, when it fails. Others may write, rename or replace the file meanwhile.
 std::FILE* openToRead(const std::string& name);
 
 }  // namespace morvane

@@ -6,8 +6,9 @@
 
 namespace morvane {
 
-// Asks the system to back fresh memory with large pages, which cost a fraction of as many small
-// ones on first touch. Does nothing where the memory is small or the system has no such pages.
+// Asks the system to back fresh memory with large pages: touching one for the first time costs less
+// than touching the small pages that it replaces. Does nothing where the memory is small or the
+// system has no such pages.
 void askForLargePages(void* memory, std::size_t bytes);
 
 template <typename T>

@@ -9,7 +9,7 @@
 
 namespace host {
 
-// An attribute that a file adds to a node. The chunk is not known to say whether it is an array:
+// An attribute that a file adds to a node. No bit of the chunk is known to say that it is an array:
 // see `BinaryValue::hasSize`.
 struct AttributeDeclaration {
   std::string longName;

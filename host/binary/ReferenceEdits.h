@@ -12,10 +12,10 @@ int editOperandCount(int kind, int ends);
 
 inline constexpr char kReferenceEditsType[] = "dataReferenceEdits";  // of the attribute, as written
 
-// Reads a reference node's REFE chunk, from behind the attribute's name and flags, into the words
-// of the statement that says the same: the node's name, then for each file its name, the number of
-// edits, and the edits, each a kind and its operands. False for an edit of an unknown kind, and
-// when the chunk ends too early (the cursor has failed then).
+// Reads a reference node's REFE chunk and gives the words of the ASCII statement that says the
+// same: the node's name, then for each file its name, the number of edits, and the edits, each a
+// kind and its operands. The cursor stands behind the attribute's name and flags. False for an edit
+// of an unknown kind, and when the chunk ends too early (the cursor has failed then).
 bool readReferenceEdits(ByteCursor& in, KeptWords& kept);
 
 }  // namespace host

@@ -227,8 +227,8 @@ std::size_t widthOf(const Attribute& attribute) {
   return attribute.isNumericCompound() ? attribute.children().size() : 0;
 }
 
-// Whether a scene file's statement is one for another kind of attribute, as other versions have it:
-// it is kept as written then. A statement that contradicts itself is not.
+// Whether a scene file's statement fits another kind of attribute, as another version may have.
+// Such a statement is kept as written; one that contradicts itself is not.
 bool isForeign(const Plug& plug, std::size_t elements, const Values& values) {
   const Attribute& attribute = *plug.attribute();
   const std::size_t width = widthOf(attribute);

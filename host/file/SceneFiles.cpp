@@ -111,7 +111,8 @@ Status checkReadable(const std::string& path) {
   return {};
 }
 
-// Either may be named for a scene of either kind: its first bytes tell how it is read.
+// Whether the type is one of the two kinds of scene. A request may name the wrong one: the file's
+// first bytes decide.
 bool isSceneType(const std::string& type) {
   return type == kSceneType || type == kBinaryType;
 }

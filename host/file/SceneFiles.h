@@ -12,7 +12,8 @@ struct HostState;
 // The file operations of the command `file` and of the embedding program: they choose the reader or
 // writer, and run it. Paths are absolute. The text of a failure names the file and says what to do.
 
-// An empty scene with the default nodes; the working folder is the caller's again.
+// Replaces the scene by an empty one with the default nodes. The working folder becomes that from
+// which the program was started.
 void startNewScene(HostState& state);
 
 // A request to read or write a file. The host reads and writes scene files itself; a plug-in's

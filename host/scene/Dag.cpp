@@ -18,8 +18,8 @@ bool hasParent(const Node& node, const Node* parent) {
   return std::find(parents.begin(), parents.end(), parent) != parents.end();
 }
 
-// The end of the path that has `count` names: "b|c" of "|a|b|c" for 2. What stands below a shape
-// has an arrow before it.
+// The last `count` names of the path: "b|c" of "|a|b|c" for 2. A name below a shape follows "->|"
+// in place of "|".
 std::string tailOf(const std::vector<NodePtr>& nodes, std::size_t count) {
   std::string text;
   for (std::size_t i = nodes.size() - count; i < nodes.size(); ++i) {

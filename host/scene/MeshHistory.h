@@ -21,8 +21,8 @@ struct MeshHistory {
   bool hasOlderUvs = false;  // a node that would have changed UVs handed them on as they were
   bool hasUvNumbers = true;  // UVs have the numbers that Maya gives them
 
-  // How many faces, points and edges have Maya's numbers, and whether a node names one of the
-  // others.
+  // The first faces, points and edges, up to these counts, have Maya's numbers; `namesUnknown` is
+  // set when a node refers to one of the others.
   int knownFaces = std::numeric_limits<int>::max();
   int knownPoints = std::numeric_limits<int>::max();
   int knownEdges = std::numeric_limits<int>::max();

@@ -53,7 +53,8 @@ BlendFunction blendOf(const char* key) {
   return normalBlend;
 }
 
-// `channels` are the layer's, in the document's table.
+// Finds a channel by its id among the layer's; `channels` is the first of these in the document's
+// table.
 std::optional<PlaneRows> openChannel(const PsdLayer& record, const morvane::PsdChannel* channels,
                                      std::uint16_t id, std::int64_t width, std::int64_t height) {
   if (width <= 0 || height <= 0) return std::nullopt;

@@ -67,7 +67,8 @@ Trouble troubleOfPoint(const host::Plug& point) {
   return std::nullopt;
 }
 
-// "b_translateX (animCurveTL), which is not evaluated"
+// Names the node and what keeps it from being evaluated, such as "b_translateX (animCurveTL), which
+// is not evaluated".
 std::string stopped(const std::string& node, const std::string& type, const std::string& reason) {
   return node + " (" + type + "), " + (reason.empty() ? "which is not evaluated" : "but " + reason);
 }

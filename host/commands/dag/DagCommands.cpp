@@ -274,7 +274,8 @@ bool centerPivots(const SelectionItem& item, std::string& error) {
          setPivot(item, Pivot::kScale, middle, change, error);
 }
 
-// The angles change so that the transform stays as it is in the world, unless told otherwise.
+// Sets the rotate order. The angles change so that the transform stays as it is, unless told
+// otherwise.
 bool applyRotateOrder(const CommandContext& context, const Arguments& arguments,
                       const SelectionItem& item, std::string& error) {
   const auto* const end = std::end(kRotateOrders);
