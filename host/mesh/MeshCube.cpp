@@ -126,6 +126,23 @@ void addCubeSide(const CubeGrid& grid, const Vec3& size, const CubeUnfolding& un
   }
 }
 
+// In the order of scene files: along the rows of the ring, from row to row, and across the sides
+// from back to front. The order within sides that are several steps deep is not known: those edges
+// follow as the faces come.
+void addCubeEdges(const CubeGrid& grid, PrimitiveShape& shape) {
+  const auto add = [&shape](int a, int b) {
+    shape.edges.push_back({a, b, shape.isHard(a, b) ? 0 : 1});
+  };
+  for (int row = 0; row < grid.rows(); ++row)
+    for (int x = 0; x < grid.across; ++x) add(grid.pointInRow(row, x), grid.pointInRow(row, x + 1));
+  for (int row = 0; row < grid.rows(); ++row)
+    for (int x = 0; x <= grid.across; ++x)
+      add(grid.pointInRow(row, x), grid.pointInRow(row + 1, x));
+  if (grid.deep > 1) return;
+  for (const int x : {grid.across, 0})
+    for (int y = 1; y < grid.up; ++y) add(grid.pointOnSide(x, y, 1), grid.pointOnSide(x, y, 0));
+}
+
 }  // namespace
 
 std::string makeCube(const PrimitiveParameters& get, int createUvs, PrimitiveShape& shape) {
@@ -153,6 +170,7 @@ std::string makeCube(const PrimitiveParameters& get, int createUvs, PrimitiveSha
     }
     return shared == 2;
   };
+  addCubeEdges(grid, shape);
   return {};
 }
 
