@@ -26,6 +26,14 @@ std::string makePlane(const PrimitiveParameters& get, PrimitiveShape& shape) {
     }
   }
   const int stride = across + 1;
+  // As scene files number them: from each point to the right, then upwards.
+  for (int row = 0; row <= along; ++row) {
+    for (int i = 0; i <= across; ++i) {
+      const int p = row * stride + i;
+      if (i < across) shape.edges.push_back({p, p + 1, 1});
+      if (row < along) shape.edges.push_back({p, p + stride, 1});
+    }
+  }
   for (int row = 0; row < along; ++row) {
     for (int i = 0; i < across; ++i) {
       const int p = row * stride + i;
