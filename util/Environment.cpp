@@ -1,13 +1,18 @@
 #include "util/Environment.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #ifdef _WIN32
 #include <windows.h>
 
 #include "util/Path.h"
 #else
+#ifdef __APPLE__
+#include <mach-o/dyld.h>
+#endif
 extern char** environ;
 #endif
 
@@ -34,6 +39,14 @@ std::vector<std::string> environmentNames() {
   return names;
 }
 
+std::string programFolder() {
+  std::wstring name(32768, L'\0');
+  const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+  if (length == 0 || length == name.size()) return "";
+  name.resize(length);
+  return nameOf(std::filesystem::path(name).parent_path());
+}
+
 #else
 
 std::optional<std::string> environmentValue(const std::string& name) {
@@ -49,6 +62,19 @@ std::vector<std::string> environmentNames() {
     names.emplace_back(text.substr(0, text.find('=')));
   }
   return names;
+}
+
+std::string programFolder() {
+  std::error_code error;
+#ifdef __APPLE__
+  char name[4096];
+  uint32_t size = sizeof name;
+  if (_NSGetExecutablePath(name, &size) != 0) return "";
+  const auto program = std::filesystem::canonical(name, error);
+#else
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+#endif
+  return error ? "" : program.parent_path().string();
 }
 
 #endif

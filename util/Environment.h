@@ -13,6 +13,9 @@ std::optional<std::string> environmentValue(const std::string& name);
 // The names of all variables of the environment, in its order.
 std::vector<std::string> environmentNames();
 
+// The absolute folder that holds the running program; empty when the system does not tell.
+std::string programFolder();
+
 }  // namespace morvane
 
 #endif  // MORVANE_UTIL_ENVIRONMENT_H_

@@ -3,11 +3,11 @@
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
-#include <windows.h>
 
 #include <cerrno>
 
 #include "util/Path.h"
+#include "util/WindowsHandles.h"
 #endif
 
 namespace morvane {
@@ -17,8 +17,6 @@ namespace fs = std::filesystem;
 #ifdef _WIN32
 
 namespace {
-
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 std::error_code lastError() {
   return std::error_code(static_cast<int>(GetLastError()), std::system_category());
@@ -35,8 +33,7 @@ FileFacts missing(const std::error_code& error) {
 FileFacts factsOf(const std::string& name) {
   if (!checkFileName(name).ok())
     return missing(std::error_code(ERROR_FILE_NOT_FOUND, std::system_category()));
-  const HANDLE file = CreateFileW(systemPath(name).c_str(), FILE_READ_ATTRIBUTES, kShareAll,
-                                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  const HANDLE file = openToLook(systemPath(name).native(), FILE_FLAG_BACKUP_SEMANTICS);
   if (file == INVALID_HANDLE_VALUE) return missing(lastError());
   FileFacts facts;
   BY_HANDLE_FILE_INFORMATION found;

@@ -7,7 +7,8 @@
 
 #ifdef _WIN32
 #include <io.h>
-#include <windows.h>
+
+#include "util/WindowsHandles.h"
 #else
 #include <sys/stat.h>
 #endif
@@ -42,9 +43,7 @@ FileIdentity identityOf(std::FILE* file) {
 }
 
 FileIdentity identityAt(const std::string& path) {
-  const HANDLE file = CreateFileW(systemPath(path).c_str(), FILE_READ_ATTRIBUTES,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, 0, nullptr);
+  const HANDLE file = openToLook(systemPath(path).native());
   if (file == INVALID_HANDLE_VALUE) return FileIdentity();
   const FileIdentity identity = identityOfHandle(file);
   CloseHandle(file);

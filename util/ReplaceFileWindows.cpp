@@ -10,6 +10,7 @@
 #include "util/Path.h"
 #include "util/ReplaceFileTarget.h"
 #include "util/SystemStatus.h"
+#include "util/WindowsHandles.h"
 
 namespace morvane {
 
@@ -20,17 +21,11 @@ constexpr std::size_t kMaxWrite = std::size_t{1} << 30;
 constexpr std::uint64_t kAbandonedTicks = std::uint64_t{24} * 60 * 60 * 10'000'000;
 constexpr DWORD kPause = 20;  // milliseconds
 constexpr int kPausesInASecond = 1000 / kPause;
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 // An old file on its way out. Nobody clears it away before its successor has its name.
 constexpr wchar_t kOldSuffix[] = L".old";
 
 Status lastStatus() {
   return windowsStatus(GetLastError(), StatusCode::kCannotWrite);
-}
-
-HANDLE openToLook(const std::wstring& path) {
-  return CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0,
-                     nullptr);
 }
 
 // The file that a symbolic link names; the path itself when it is none or cannot be followed.

@@ -5,8 +5,7 @@
 #include "util/Path.h"
 
 #ifdef _WIN32
-#include <windows.h>
-
+#include "util/WindowsHandles.h"
 #include "util/WindowsNames.h"
 #endif
 
@@ -17,8 +16,6 @@ namespace fs = std::filesystem;
 #ifdef _WIN32
 
 namespace {
-
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 // Each drive has a working folder of its own.
 std::string workingFolder(const std::string& name) {
@@ -44,8 +41,7 @@ std::string absoluteName(const std::string& name) {
 
 std::string canonicalName(const std::string& name, std::error_code& error) {
   error.clear();
-  const HANDLE file = CreateFileW(systemPath(name).c_str(), FILE_READ_ATTRIBUTES, kShareAll,
-                                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  const HANDLE file = openToLook(systemPath(name).native(), FILE_FLAG_BACKUP_SEMANTICS);
   if (file == INVALID_HANDLE_VALUE) return normalWindowsPath(absoluteName(name));
   std::wstring found(32768, L'\0');
   const DWORD length =

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "host/math/Trigonometry.h"
 #include "host/mel/FunctionArguments.h"
 #include "host/mel/Operators.h"
 
@@ -36,38 +37,26 @@ double cutOff(double x) {
 double roundToNearest(double x) {
   return std::round(x);
 }
-double sine(double x) {
-  return std::sin(x);
-}
-double cosine(double x) {
-  return std::cos(x);
-}
 double tangent(double x) {
   return std::tan(x);
 }
 double sineOfDegrees(double x) {
-  return std::sin(x / kDegrees);
+  return sine(x / kDegrees);
 }
 double cosineOfDegrees(double x) {
-  return std::cos(x / kDegrees);
+  return cosine(x / kDegrees);
 }
 double tangentOfDegrees(double x) {
   return std::tan(x / kDegrees);
-}
-double arcSine(double x) {
-  return std::asin(x);
-}
-double arcCosine(double x) {
-  return std::acos(x);
 }
 double arcTangentOfOne(double x) {
   return std::atan(x);
 }
 double arcSineInDegrees(double x) {
-  return std::asin(x) * kDegrees;
+  return arcSine(x) * kDegrees;
 }
 double arcCosineInDegrees(double x) {
-  return std::acos(x) * kDegrees;
+  return arcCosine(x) * kDegrees;
 }
 double arcTangentInDegrees(double x) {
   return std::atan(x) * kDegrees;
@@ -188,9 +177,9 @@ CommandResult rotate(const Arguments& arguments) {
   const Vector point = vectorAt(arguments, 0);
   const Vector axis = unitOf(vectorAt(arguments, 1));
   const double turn = numberOf(arguments, 2);
-  const Vector along = scaled(axis, dot(axis, point) * (1.0 - std::cos(turn)));
-  const Vector aside = scaled(cross(axis, point), std::sin(turn));
-  const Vector rest = scaled(point, std::cos(turn));
+  const Vector along = scaled(axis, dot(axis, point) * (1.0 - cosine(turn)));
+  const Vector aside = scaled(cross(axis, point), sine(turn));
+  const Vector rest = scaled(point, cosine(turn));
   return give(Vector{rest[0] + aside[0] + along[0], rest[1] + aside[1] + along[1],
                      rest[2] + aside[2] + along[2]});
 }

@@ -12,6 +12,7 @@
 #include "host/mel/Command.h"
 #include "host/mel/Functions.h"
 #include "host/mel/Interpreter.h"
+#include "util/Environment.h"
 #include "util/FileFacts.h"
 #include "util/Path.h"
 
@@ -67,7 +68,7 @@ std::vector<std::string> PluginRegistry::searched() const {
   std::vector<std::string> folders = folders_;
   const std::vector<std::string> listed = mel::foldersOf("MAYA_PLUG_IN_PATH");
   folders.insert(folders.end(), listed.begin(), listed.end());
-  const std::string program = programFolder();
+  const std::string program = morvane::programFolder();
   if (!program.empty()) {
     folders.push_back(program);
     folders.push_back(

@@ -1,23 +1,15 @@
 #include "host/plugin/SharedLibrary.h"
 
-#include <filesystem>
-
 #ifdef _WIN32
 #include <windows.h>
 #else
 #include <dlfcn.h>
-#include <unistd.h>
-#endif
-#ifdef __APPLE__
-#include <mach-o/dyld.h>
 #endif
 
 #include "util/Path.h"
 #include "util/SystemStatus.h"
 
 namespace host {
-
-namespace fs = std::filesystem;
 
 #ifdef _WIN32
 
@@ -42,13 +34,6 @@ void SharedLibrary::close() {
 
 const char* SharedLibrary::pluginSuffix() {
   return ".mll";
-}
-
-std::string programFolder() {
-  wchar_t path[32768];
-  const DWORD length = GetModuleFileNameW(nullptr, path, 32768);
-  return length == 0 ? std::string()
-                     : morvane::nameOf(fs::path(std::wstring(path, length)).parent_path());
 }
 
 #else
@@ -79,23 +64,10 @@ const char* SharedLibrary::pluginSuffix() {
   return ".bundle";
 }
 
-std::string programFolder() {
-  char path[4096];
-  std::uint32_t size = sizeof path;
-  return _NSGetExecutablePath(path, &size) == 0 ? fs::path(path).parent_path().string()
-                                                : std::string();
-}
-
 #else
 
 const char* SharedLibrary::pluginSuffix() {
   return ".so";
-}
-
-std::string programFolder() {
-  std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  return error ? std::string() : program.parent_path().string();
 }
 
 #endif

@@ -20,9 +20,6 @@ class SharedLibrary {
   void* handle_ = nullptr;
 };
 
-// The folder that the running program stands in; empty when it cannot be told.
-std::string programFolder();
-
 }  // namespace host
 
 #endif  // MORVANE_HOST_PLUGIN_SHAREDLIBRARY_H_

@@ -5,8 +5,8 @@
 #include "host/Host.h"
 #include "tools/terminal/Activity.h"
 #include "tools/terminal/OutputFile.h"
-#include "tools/terminal/Platform.h"
 #include "tools/terminal/Text.h"
+#include "util/Environment.h"
 #include "util/Path.h"
 #include "util/WholeNames.h"
 
@@ -29,7 +29,7 @@ ExitStatus startSession(const std::string& scene, const OpeningOptions& opening,
   }
   if (opening.frame) host::openAtFrame(*opening.frame);
   if (!opening.project.empty()) host::useProject(absoluteName(opening.project));
-  const std::filesystem::path program = morvane::pathOf(programFolder());
+  const std::filesystem::path program = morvane::pathOf(morvane::programFolder());
   if (!program.empty()) {
     host::addPlugInFolder(morvane::nameOf(program.parent_path() / "plug-ins"));
     host::addScriptFolder(morvane::nameOf(program.parent_path() / "scripts"));

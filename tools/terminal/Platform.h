@@ -18,9 +18,6 @@ std::vector<std::string> commandLine(int argc, const char* const* argv);
 // they are, and a console takes UTF-8 and the sequences that erase lines until the program ends.
 void prepareStreams();
 
-// The absolute folder that holds the running program; empty when the system does not tell.
-std::string programFolder();
-
 bool standardErrorIsTerminal();
 
 // For this process, the libraries that it loads included.

@@ -90,19 +90,6 @@ void endByInterrupt(int signal) {
   std::abort();
 }
 
-std::string programFolder() {
-  std::error_code error;
-#ifdef __APPLE__
-  char name[4096];
-  uint32_t size = sizeof name;
-  if (_NSGetExecutablePath(name, &size) != 0) return "";
-  const auto program = std::filesystem::canonical(name, error);
-#else
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-#endif
-  return error ? "" : program.parent_path().string();
-}
-
 void setEnvironment(const char* name, const std::string& value) {
   ::setenv(name, value.c_str(), 1);
 }

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 
 #include "tools/terminal/Platform.h"
 #include "util/Path.h"
@@ -92,14 +91,6 @@ void endByInterrupt(int) {
   restoreConsole();
   TerminateProcess(GetCurrentProcess(), kInterruptedStatus);
   std::abort();
-}
-
-std::string programFolder() {
-  std::wstring name(32768, L'\0');
-  const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
-  if (length == 0 || length == name.size()) return "";
-  name.resize(length);
-  return morvane::nameOf(std::filesystem::path(name).parent_path());
 }
 
 void setEnvironment(const char* name, const std::string& value) {

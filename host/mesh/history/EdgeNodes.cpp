@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/math/Trigonometry.h"
 #include "host/mesh/history/HistoryNodes.h"
 
 namespace host {
@@ -59,7 +60,7 @@ std::string polySoftEdge(HistoryParameters& node, MeshData& mesh) {
     if (entry.count == 2) {
       const double cosine = dot(normals[static_cast<std::size_t>(entry.faces[0])],
                                 normals[static_cast<std::size_t>(entry.faces[1])]);
-      angle = std::acos(std::clamp(cosine, -1.0, 1.0)) * kDegrees;
+      angle = arcCosine(std::clamp(cosine, -1.0, 1.0)) * kDegrees;
     }
     edges[static_cast<std::size_t>(edge)].flag = limit >= kAlwaysSoft || angle < limit ? 1 : 0;
   };
