@@ -139,17 +139,11 @@ void setKey(const NodePtr& curve, const Key& key) {
   }
 }
 
-// A curve keeps numbers in the units in which its scene is saved.
+// The factor that turns a curve's kept numbers into the host's units: a curve keeps them in the
+// units in which its scene is saved.
 double keptFactor(const HostState& host, const Attribute& attribute) {
   const SceneRates rates = ratesOf(host.info);
-  switch (quantityOf(attribute)) {
-    case Quantity::kLength:
-      return rates.length;
-    case Quantity::kAngle:
-      return rates.angle;
-    default:
-      return 1.0;
-  }
+  return unitFactor(SceneUnits{rates.length, rates.angle}, attribute);
 }
 
 // The curve that drives the plug, made when nothing does. Null with the reason in `error`.

@@ -153,8 +153,7 @@ TEST_F(Batch, GoblinsThatAnotherTileReplacedAreNotExported) {
 }
 
 TEST_F(Batch, GoblinsOfAnEarlierSceneThatWereReplacedAreAFailure) {
-  std::string moved = sceneOfTiles({"a.psd"});
-  moved.replace(moved.find("0 0 0 1 0 0 0 0 -1"), 5, "0 1 0");
+  const std::string moved = withGoblinsAt(sceneOfTiles({"a.psd"}), "0 1 0 1 0 0 0 0 -1");
   write("one/first.ma", sceneOfTiles({"a.psd"}));
   write("one/second.ma", moved);
   EXPECT_EQ(morvane({"export", "one/first.ma", "one/first.ma"}).status, 0);

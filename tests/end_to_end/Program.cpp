@@ -49,6 +49,8 @@ std::vector<std::string> ProgramTest::names(const std::string& folder) const {
 
 namespace {
 
+constexpr char kGoblinPoints[] = "0 0 0 1 0 0 0 0 -1";
+
 std::string meshText(const std::string& name, const std::string& parent, const std::string& points,
                      int corners) {
   std::string edges;
@@ -78,7 +80,7 @@ std::string sceneOfTiles(const std::vector<std::string>& textures, bool bare) {
     nodes += meshText("tileShape" + n, "tile" + n, "-2 0 4 2 0.5 4 2 1 -4 -2 0.5 -4", 4);
     if (!bare) {
       nodes += "createNode transform -n \"pebble" + n + "\" -p \"tile" + n + "\";\n";
-      nodes += meshText("pebbleShape" + n, "pebble" + n, "0 0 0 1 0 0 0 0 -1", 3);
+      nodes += meshText("pebbleShape" + n, "pebble" + n, kGoblinPoints, 3);
       nodes +=
           "\taddAttr -ci true -sn \"goblinName\" -ln \"goblinName\" -dt \"string\";\n"
           "\tsetAttr \".goblinName\" -type \"string\" \"pebble\";\n";
@@ -91,6 +93,13 @@ std::string sceneOfTiles(const std::vector<std::string>& textures, bool bare) {
              n + ".dsm\" -na;\nconnectAttr \"group" + n + ".pa\" \":renderPartition.st\" -na;\n";
   }
   return nodes + links;
+}
+
+std::string withGoblinsAt(std::string scene, const std::string& points) {
+  const std::string before = kGoblinPoints;
+  for (std::size_t at = 0; (at = scene.find(before, at)) != scene.npos; at += points.size())
+    scene.replace(at, before.size(), points);
+  return scene;
 }
 
 std::string tgaBytes(int width, int height) {

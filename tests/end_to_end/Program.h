@@ -37,6 +37,9 @@ class ProgramTest : public morvane::ScratchFolder {
 // middle: a blob of 128 bytes in the tagged layout and of 138 in the named one.
 std::string sceneOfTiles(const std::vector<std::string>& textures, bool bare = false);
 
+// Such a scene with other points, three times three numbers, for the corners of its goblins.
+std::string withGoblinsAt(std::string scene, const std::string& points);
+
 // An uncompressed 24-bit image of one colour, and a flat 8-bit RGB file without layers.
 std::string tgaBytes(int width, int height);
 std::string psdBytes(int width, int height);

@@ -8,10 +8,7 @@ namespace {
 using Json = nlohmann::json;
 
 std::string sceneWithRaisedPebbles(const std::vector<std::string>& textures) {
-  std::string scene = sceneOfTiles(textures);
-  const std::string points = "0 0 0 1 0 0 0 0 -1";
-  for (std::size_t at; (at = scene.find(points)) != scene.npos;) scene.replace(at, 5, "0 1 0");
-  return scene;
+  return withGoblinsAt(sceneOfTiles(textures), "0 1 0 1 0 0 0 0 -1");
 }
 
 // Exports of what was exported before.

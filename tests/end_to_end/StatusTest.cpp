@@ -204,11 +204,9 @@ TEST_F(Status, OutputThatCannotBeWrittenIs1) {
 
 // The scene's goblin is the triangle (0, 0, 0), (1, 0, 0), (0, 0, -1) on a tile that is 4 wide.
 TEST_F(Status, ADiffIs0WhenEqualAnd1WhenNot) {
-  std::string scene = sceneOfTiles({"plain.psd"});
+  const std::string scene = sceneOfTiles({"plain.psd"});
   write("scene.ma", scene);
-  const std::string points = "0 0 0 1 0 0 0 0 -1";
-  scene.replace(scene.find(points), points.size(), "1 0 0 2 0 0 1 0 -1");
-  write("moved.ma", scene);
+  write("moved.ma", withGoblinsAt(scene, "1 0 0 2 0 0 1 0 -1"));
   write("plain.psd", psdBytes(16, 16));
   const Outcome made = shell(
       "mkdir -p old/deep new/deep && cp plain.psd old/bare.psd && cp plain.psd new/extra.psd && "

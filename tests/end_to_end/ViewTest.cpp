@@ -86,11 +86,9 @@ TEST_F(View, MeshesOfTheMeadowAreAllThereAndValid) {
 TEST_F(View, FilesWithDamageAndHostileNamesMakeAPageThatWorks) {
   NEEDS_PAGE();
   const std::string evil = "</script><img src=x onerror=alert(1)>";
-  std::string scene = sceneOfTiles({"plain.psd"});
+  std::string scene = withGoblinsAt(sceneOfTiles({"plain.psd"}), "0 2 0 1 2 0 0 2 -1");  // high up
   const std::string name = "-type \"string\" \"pebble\"";
-  const std::string points = "0 0 0 1 0 0 0 0 -1";
   scene.replace(scene.find(name), name.size(), "-type \"string\" \"" + evil + '"');
-  scene.replace(scene.find(points), points.size(), "0 2 0 1 2 0 0 2 -1");  // above the ground
   write("named.ma", scene);
   write("plain.psd", psdBytes(16, 16));
   write("cut.psd", psdBytes(16, 16).substr(0, 30));
@@ -174,11 +172,9 @@ TEST_F(View, AFileGetsTheSurfaceOfItsScene) {
 
 TEST_F(View, ChangesAreListedAndPicked) {
   NEEDS_PAGE();
-  std::string scene = sceneOfTiles({"plain.psd"});
+  const std::string scene = sceneOfTiles({"plain.psd"});
   write("scene.ma", scene);
-  const std::string points = "0 0 0 1 0 0 0 0 -1";
-  scene.replace(scene.find(points), points.size(), "1 0 0 2 0 0 1 0 -1");
-  write("moved.ma", scene);
+  write("moved.ma", withGoblinsAt(scene, "1 0 0 2 0 0 1 0 -1"));
   write("plain.psd", psdBytes(16, 16));
   const Outcome made = shell(
       "mkdir old new && $morvane export scene.ma tile1 --to old/a.psd && cp plain.psd new/b.psd && "

@@ -100,6 +100,11 @@ bool sameShape(const ViewMesh& a, const ViewMesh& b) {
   return sameTriangles(a, b) && (isShifted(a, b) || isTurned(a, b));
 }
 
+bool haveNames(const GoblinSide& before, const GoblinSide& after) {
+  return before.goblins.kind == morvane::GoblinBlobKind::kNamed &&
+         after.goblins.kind == morvane::GoblinBlobKind::kNamed;
+}
+
 class Matcher {
  public:
   Matcher(const GoblinSide& before, const GoblinSide& after) : before_(before), after_(after) {
@@ -128,8 +133,7 @@ class Matcher {
   static constexpr std::size_t kTaken = std::numeric_limits<std::size_t>::max();
   const GoblinSide& before_;
   const GoblinSide& after_;
-  const bool named_ = before_.goblins.kind == morvane::GoblinBlobKind::kNamed &&
-                      after_.goblins.kind == morvane::GoblinBlobKind::kNamed;
+  const bool named_ = haveNames(before_, after_);
   std::vector<Box> beforeBoxes_;
   std::vector<Box> afterBoxes_;
   std::vector<std::optional<std::size_t>> partners_;
@@ -248,8 +252,7 @@ GoblinDiff diffGoblins(const GoblinSide& before, const GoblinSide& after) {
   GoblinDiff diff;
   Matcher matcher(before, after);
   const auto partners = matcher.match();
-  const bool named = before.goblins.kind == after.goblins.kind &&
-                     after.goblins.kind == morvane::GoblinBlobKind::kNamed;
+  const bool named = haveNames(before, after);
   std::vector<bool> hasPartner(before.meshes.meshes.size());
   for (std::size_t i = 0; i < partners.size(); ++i) {
     GoblinChange change{GoblinFate::kAdded, partners[i], i, {}, {}};
