@@ -67,6 +67,8 @@ TEST_F(Repeat, KnowsWhoseGoblinsAreLostInWhatIsLeftAlone) {
        {"--skip-unchanged --jobs 1", "--dry-run --jobs 2", "--dry-run --jobs 1"}) {
     const Outcome outcome = shell("$morvane export level.ma other.ma " + std::string(how));
     EXPECT_EQ(outcome.status, 1) << how;
+    const bool isPlan = std::string(how).find("--dry-run") == 0;
+    EXPECT_EQ(outcome.err.find(isPlan ? " exported, " : " planned, "), std::string::npos) << how;
     EXPECT_NE(outcome.err.find("level.ma: |tile1: its goblins were replaced by those of |tile1 of "
                                "other.ma"),
               std::string::npos)

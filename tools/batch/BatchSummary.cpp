@@ -30,7 +30,7 @@ void BatchSummary::tell() const {
   std::snprintf(seconds, sizeof seconds, "%.1f s", time.count());
   complain(counted(scenes_, "scene") + ", " + std::to_string(failedScenes_.size()) +
            " with failures; " + counted(static_cast<std::size_t>(exportedTiles_), "tile") +
-           " exported, " + std::to_string(failedTiles_) + " failed; " + seconds);
+           job_.tileFate() + ", " + std::to_string(failedTiles_) + " failed; " + seconds);
   // Once more, where they do not scroll away.
   std::size_t left = failedScenes_.size();
   for (const std::string& scene : failedScenes_) {

@@ -6,15 +6,16 @@
 #include <set>
 #include <string>
 
+#include "tools/batch/ExportJob.h"
 #include "tools/batch/SceneExport.h"
 #include "tools/terminal/ExitStatus.h"
 
 namespace tools {
 
-// What became of a job's scenes, for standard error.
+// What became of a job's scenes, for standard error. The job must live as long.
 class BatchSummary {
  public:
-  explicit BatchSummary(std::size_t scenes) : scenes_(scenes) {}
+  explicit BatchSummary(const ExportJob& job) : job_(job), scenes_(job.scenes.size()) {}
 
   // Scene `number`, from 0. Where no bar shows how far the job is, a line for each of several
   // scenes does.
@@ -24,6 +25,7 @@ class BatchSummary {
   ExitStatus worst() const { return worst_; }
 
  private:
+  const ExportJob& job_;
   const std::size_t scenes_;
   ExitStatus worst_ = kDone;
   std::set<std::string> failedScenes_;

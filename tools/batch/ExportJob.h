@@ -21,6 +21,9 @@ struct ExportJob {
   std::map<std::string, std::set<std::string>> doneTiles{};  // of each scene: are left out
   unsigned processes = 1;                                    // at work at once
   bool ordered = false;  // records and output in the order of `scenes`
+
+  // What becomes of a tile that does not fail.
+  const char* tileFate() const { return dryRun ? " planned" : " exported"; }
 };
 
 }  // namespace tools

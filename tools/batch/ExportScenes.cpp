@@ -27,8 +27,7 @@ namespace {
 
 class Batch {
  public:
-  explicit Batch(const ExportJob& job)
-      : job_(job), bar_(standardErrorIsTerminal()), summary_(job.scenes.size()) {
+  explicit Batch(const ExportJob& job) : job_(job), bar_(standardErrorIsTerminal()), summary_(job) {
     if (job.json) records_.emplace();
     for (const std::string& scene : job.scenes) paths_.push_back(absoluteName(scene));
   }

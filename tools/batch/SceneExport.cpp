@@ -253,7 +253,7 @@ void SceneExport::keep(const ExportReport& report, bool isDamaged) {
       std::count_if(report.tiles().begin(), report.tiles().end(), [](const TileOutcome& tile) {
         return tile.error.empty() && tile.action == TileAction::kUnchanged;
       }));
-  result_.outcome = counted(exported, "tile") + (job_.dryRun ? " planned" : " exported") +
+  result_.outcome = counted(exported, "tile") + job_.tileFate() +
                     (unchanged == 0 ? "" : " (" + std::to_string(unchanged) + " unchanged)") +
                     (done_ == 0 ? "" : ", " + std::to_string(done_) + " done before") +
                     (failed == 0 ? "" : ", " + std::to_string(failed) + " failed") +

@@ -107,8 +107,9 @@ struct Bounds {
 };
 
 void printTable(const Goblins& goblins, const std::string& file) {
-  std::printf("%s: %zu goblins, %zu vertices, %s layout\n", printable(file).c_str(),
-              goblins.goblins.size(), goblins.pool.size(), goblins.layoutName());
+  std::printf("%s: %s, %zu vertices, %s layout\n", printable(file).c_str(),
+              counted(goblins.goblins.size(), "goblin").c_str(), goblins.pool.size(),
+              goblins.layoutName());
   if (goblins.goblins.empty()) return;
   std::printf("  %4s  %-20s %8s %6s   %-15s %-15s %-15s\n", "", "name", "vertices", "faces", "x",
               "y", "z");

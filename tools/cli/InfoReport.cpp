@@ -74,8 +74,9 @@ void printReport(const std::string& file, std::uintmax_t bytes, const PsdDocumen
     std::printf("  no goblin geometry\n");
     return;
   }
-  std::printf("  goblin geometry: %s, %u bytes, %zu goblins, %zu vertices, %zu faces\n",
-              goblins.layoutName(), goblins.bytes, goblins.goblins.size(), goblins.pool.size(),
+  std::printf("  goblin geometry: %s, %u bytes, %s, %zu vertices, %zu faces\n",
+              goblins.layoutName(), goblins.bytes,
+              counted(goblins.goblins.size(), "goblin").c_str(), goblins.pool.size(),
               goblins.faceCount());
 }
 
