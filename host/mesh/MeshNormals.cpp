@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <numeric>
 
+#include "host/mesh/DisjointSets.h"
 #include "host/mesh/MeshFirstSeen.h"
 
 namespace host {
@@ -18,29 +18,6 @@ constexpr double kPi = 3.14159265358979323846;
 bool isLocked(const MeshNormal& n) {
   return n.x != kUnlockedNormal || n.y != kUnlockedNormal || n.z != kUnlockedNormal;
 }
-
-// Disjoint sets of corners; each set is named by its first member.
-class CornerSets {
- public:
-  explicit CornerSets(std::size_t corners) : parents_(corners) {
-    std::iota(parents_.begin(), parents_.end(), 0);
-  }
-  int find(int corner) {
-    while (parents_[corner] != corner) {
-      parents_[corner] = parents_[parents_[corner]];
-      corner = parents_[corner];
-    }
-    return corner;
-  }
-  void join(int a, int b) {
-    a = find(a);
-    b = find(b);
-    if (a != b) parents_[a < b ? b : a] = a < b ? a : b;
-  }
-
- private:
-  std::vector<int> parents_;
-};
 
 // Calls visit(begin, end) for the loops of a face.
 template <typename Visit>
@@ -61,7 +38,7 @@ class SmoothGroups {
       forEachLoop(mesh, face, [this](int begin, int end) { joinLoop(begin, end); });
   }
 
-  CornerSets sets;
+  DisjointSets sets;  // of corners
 
  private:
   void joinLoop(int begin, int end) {
@@ -114,7 +91,7 @@ double cornerAngle(const Vec3& before, const Vec3& at, const Vec3& after, const 
 }
 
 // The sums of weighted face normals, at the corner that names each group.
-std::vector<Vec3> sumGroups(const MeshData& mesh, CornerSets& groups) {
+std::vector<Vec3> sumGroups(const MeshData& mesh, DisjointSets& groups) {
   const std::vector<Vec3>& points = mesh.points();
   const std::vector<int>& vertices = mesh.cornerVertices();
   std::vector<Vec3> sums(vertices.size());
@@ -127,7 +104,7 @@ std::vector<Vec3> sumGroups(const MeshData& mesh, CornerSets& groups) {
         const int next = corner + 1 < end ? corner + 1 : begin;
         const double weight = cornerAngle(points[vertices[previous]], points[vertices[corner]],
                                           points[vertices[next]], normal);
-        Vec3& sum = sums[groups.find(corner)];
+        Vec3& sum = sums[groups.leastOf(corner)];
         sum = sum + normal * weight;
       }
     });
@@ -149,7 +126,7 @@ bool takeByGroup(const MeshData& mesh, std::vector<MeshNormal>& byCorner) {
   std::size_t count = 0;
   std::vector<MeshNormal> result(byCorner.size());
   for (std::size_t i = 0; i < result.size(); ++i) {
-    const std::size_t first = static_cast<std::size_t>(groups.sets.find(static_cast<int>(i)));
+    const std::size_t first = static_cast<std::size_t>(groups.sets.leastOf(static_cast<int>(i)));
     if (first == i && count == stored.size()) return false;
     result[i] = first == i ? stored[count++] : result[first];
   }
@@ -168,7 +145,7 @@ std::vector<MeshNormal> cornerNormals(const MeshData& mesh) {
   const std::vector<Vec3> sums = sumGroups(mesh, groups.sets);
   for (std::size_t i = 0; i < corners; ++i) {
     if (isLocked(result[i])) continue;
-    result[i] = toNormal(sums[static_cast<std::size_t>(groups.sets.find(static_cast<int>(i)))]);
+    result[i] = toNormal(sums[static_cast<std::size_t>(groups.sets.leastOf(static_cast<int>(i)))]);
   }
   return result;
 }

@@ -5,9 +5,9 @@
 #include <map>
 #include <utility>
 
+#include "host/mesh/DisjointSets.h"
 #include "host/mesh/MeshPrimitives.h"
 #include "host/mesh/MeshTransform.h"
-#include "host/mesh/history/DisjointSets.h"
 #include "host/mesh/history/FaceRebuild.h"
 #include "host/mesh/history/HistoryNodes.h"
 #include "host/mesh/history/HistoryTools.h"

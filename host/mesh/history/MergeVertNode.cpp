@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <map>
 
+#include "host/mesh/DisjointSets.h"
 #include "host/mesh/MeshTransform.h"
-#include "host/mesh/history/DisjointSets.h"
 #include "host/mesh/history/FaceRebuild.h"
 #include "host/mesh/history/HistoryNodes.h"
 #include "host/mesh/history/HistoryTools.h"

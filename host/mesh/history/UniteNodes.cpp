@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <map>
 
+#include "host/mesh/DisjointSets.h"
 #include "host/mesh/MeshNormals.h"
-#include "host/mesh/history/DisjointSets.h"
 #include "host/mesh/history/FaceRebuild.h"
 #include "host/mesh/history/HistoryNodes.h"
 #include "host/mesh/history/HistoryTools.h"

@@ -1,5 +1,5 @@
-#ifndef MORVANE_HOST_MESH_HISTORY_DISJOINTSETS_H_
-#define MORVANE_HOST_MESH_HISTORY_DISJOINTSETS_H_
+#ifndef MORVANE_HOST_MESH_DISJOINTSETS_H_
+#define MORVANE_HOST_MESH_DISJOINTSETS_H_
 
 #include <algorithm>
 #include <numeric>
@@ -16,14 +16,8 @@ class DisjointSets {
 
   // The least number of the set that holds `number`.
   int leastOf(int number) {
-    int root = number;
-    while (at(root) != root) root = at(root);
-    while (at(number) != root) {
-      const int next = at(number);
-      at(number) = root;
-      number = next;
-    }
-    return root;
+    while (at(number) != number) number = at(number) = at(at(number));
+    return number;
   }
   void join(int a, int b) {
     const int one = leastOf(a);
@@ -39,4 +33,4 @@ class DisjointSets {
 
 }  // namespace host
 
-#endif  // MORVANE_HOST_MESH_HISTORY_DISJOINTSETS_H_
+#endif  // MORVANE_HOST_MESH_DISJOINTSETS_H_
